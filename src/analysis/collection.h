@@ -1,0 +1,60 @@
+// TrueTypeCollectionFont: cuts the faces of a collection (OpenType font collections) into stand-alone sfnt
+// fonts. The whole file is held in memory for the life of the object. Output belongs to the caller. Tests:
+// tests/analysis/collection_test.cc; fuzz/collection_fuzzer.cc.
+#ifndef QUILLMARK_ANALYSIS_COLLECTION_H_
+#define QUILLMARK_ANALYSIS_COLLECTION_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/byte_reader.h"
+
+namespace quillmark {
+
+enum CollectionStatus : std::uint32_t {
+  kCollectionOk = 0,
+  kCollectionNothing = 1,       // no such face, an empty face, or one not smaller than the file
+  kCollectionWrongTag = 2,      // not a collection
+  kCollectionWrongVersion = 3,  // an empty file, or a version that is not known
+  kCollectionFileError = 4,     // not opened, examined, read or written
+  kCollectionOutOfBounds = 5,   // too short, or a face or table lies outside
+};
+
+class TrueTypeCollectionFont {
+ public:
+  // Reads the file; a failed read leaves no faces. `path` must outlive the object.
+  explicit TrueTypeCollectionFont(const std::string& path);
+  virtual ~TrueTypeCollectionFont();
+  TrueTypeCollectionFont(const TrueTypeCollectionFont&) = delete;
+  TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
+
+  CollectionStatus ReadIntoMemory();
+  std::uint32_t faceCount() const;
+  // Faces below this index have an entry of the offset list inside the file; all others fail alike, however
+  // many the header claims.
+  std::uint32_t listedFaceCount() const;
+  // Where the face's table directory begins; faces that share it are one font. Nothing outside the list.
+  std::optional<std::uint32_t> directoryOffset(std::uint32_t face) const;
+
+  // Fills `out` with the stand-alone font of a face (index from 0); empties it on any failure.
+  [[nodiscard]] CollectionStatus GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const;
+
+  // Writes face data to FOLDER/N.ttf with the first free N from `face` on, of 100 tried; the last one tried
+  // is overwritten. No "/" stands between when the folder's name holds none.
+  [[nodiscard]] static CollectionStatus WriteTTF(const std::vector<char>& faceData, std::uint32_t face,
+                                                 const std::string& folder, std::string& writtenPath);
+  // Cuts and writes every face; the status of the last one that failed.
+  [[nodiscard]] static CollectionStatus SeparateTTCFonts(const std::string& collectionPath,
+                                                         const std::string& folder,
+                                                         std::vector<std::string>& writtenPaths);
+
+ private:
+  const std::string& path_;
+  std::vector<std::uint8_t> file_data_;
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,33 @@
+// Names, version and maker's text out of the `name` table of an sfnt font (OpenType name table), with a fixed
+// order of preference among its records. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
+#ifndef QUILLMARK_ANALYSIS_NAME_TABLE_H_
+#define QUILLMARK_ANALYSIS_NAME_TABLE_H_
+
+#include <cstdint>
+#include <string>
+
+#include "analysis/face_outputs.h"
+#include "analysis/sfnt_data.h"
+#include "support/om_string.h"
+
+namespace quillmark {
+
+// True when the table was read and held at least one non-empty string; then the wanted outputs are assigned,
+// also with empty values, but for display_name, which is assigned only while it is empty. False writes
+// nothing.
+bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs);
+
+// The PostScript name alone, with illegal characters replaced; empty when there is none.
+void getPostScriptNameFromNamesTable(const SfntData& font, std::string& name);
+
+// Blank ( ) / [ ] { } become "-".
+void ReplaceIllegalCharsInPostScriptName(std::string& name);
+void ReplaceIllegalCharsInPostScriptName(OmString& name);
+
+// Whether a record's bytes are read as 16-bit units. True for Macintosh Japanese too, whose bytes are not:
+// stored results rely on it.
+bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, std::int16_t language_id);
+
+}  // namespace quillmark
+
+#endif

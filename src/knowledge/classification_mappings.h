@@ -1,0 +1,37 @@
+// CClassificationMappings: the typographic class of a font family, from DefaultClassifications.plist.
+// Shared and loaded like the foundry table. "--" stands for no class.
+// Tests: tests/knowledge/classification_mappings_test.cc.
+#ifndef QUILLMARK_KNOWLEDGE_CLASSIFICATION_MAPPINGS_H_
+#define QUILLMARK_KNOWLEDGE_CLASSIFICATION_MAPPINGS_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/cf_ref.h"
+#include "support/om_string.h"
+
+namespace quillmark {
+
+class CClassificationMappings {
+ public:
+  static CClassificationMappings* GetSharedClassificationMappings();
+  static OmString GetUnknownClassificationName();  // "--"
+
+  CClassificationMappings();
+  CClassificationMappings(const CClassificationMappings&) = delete;
+  CClassificationMappings& operator=(const CClassificationMappings&) = delete;
+
+  void LoadMappings();
+  // The class of the family whose lower-cased name is a key of the table, whole; else "--".
+  OmString GetClassNameFromFontFamily(const OmString& family) const;
+  // Replaces each built-in class equal to `old_name` by `new_name`; returns how many.
+  std::int32_t ReplaceDefaultClassification(CFStringRef old_name, CFStringRef new_name);
+  void GetListOfBuiltinClasses(std::vector<OmString>* classes) const;
+
+ private:
+  CFRef<CFDictionaryRef> table_;
+};
+
+}  // namespace quillmark
+
+#endif

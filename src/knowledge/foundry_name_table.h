@@ -1,0 +1,48 @@
+// CFoundryNameTable: what a font says about its maker, turned into one canonical foundry name.
+// The knowledge is FoundryNameTable.plist of the library's bundle, in whose order the first match wins.
+// The shared table loads once, behind a lock, and lives as long as the process; a loaded table is only read.
+// Tests: tests/knowledge/foundry_name_table_test.cc.
+#ifndef QUILLMARK_KNOWLEDGE_FOUNDRY_NAME_TABLE_H_
+#define QUILLMARK_KNOWLEDGE_FOUNDRY_NAME_TABLE_H_
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/cf_ref.h"
+#include "support/om_string.h"
+
+namespace quillmark {
+
+class CFoundryNameTable {
+ public:
+  static CFoundryNameTable* GetSharedFoundryNameTable();
+
+  CFoundryNameTable();
+  ~CFoundryNameTable();
+  CFoundryNameTable(const CFoundryNameTable&) = delete;
+  CFoundryNameTable& operator=(const CFoundryNameTable&) = delete;
+
+  void LoadTable();
+
+  // One of the five creator codes that name a tool or system, not a maker. Case counts here, though not
+  // below.
+  static bool IsQuestionableCreatorCode(std::uint32_t creator_code);
+  // True when an entry lists the code; its name goes to `foundry`. A name that is not empty on entry gives
+  // false without a search.
+  bool IsKnownCreatorCode(std::uint32_t creator_code, OmString* foundry) const;
+  // True when an entry's pattern occurs in the lower-cased text; its name goes to `foundry` (may be null).
+  // Default entries met before the match go to `default_foundry` (may be null).
+  bool ContainsKnownFoundryName(const OmString& text, OmString* foundry,
+                                OmString* default_foundry = nullptr) const;
+  // Creator code, then text, then the default entry, then "--".
+  OmString GetCanonicalFoundryName(std::uint32_t creator_code, const OmString& text) const;
+
+ private:
+  class PatternIndex;
+  CFRef<CFArrayRef> entries_;
+  std::unique_ptr<const PatternIndex> index_;
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,45 @@
+// The reference-counted object behind every CoreFoundation-shaped reference, and the count of those alive.
+// A reference handed out as an opaque pointer is always the address of the Object base.
+// Tests: tests/platform/core_foundation_test.cc.
+#ifndef QUILLMARK_PLATFORM_CF_OBJECT_H_
+#define QUILLMARK_PLATFORM_CF_OBJECT_H_
+
+#include <atomic>
+#include <cstdint>
+
+namespace quillmark::cf {
+
+enum class Type : std::uint32_t {
+  kString = 1,
+  kData,
+  kNumber,
+  kBoolean,
+  kDate,
+  kArray,
+  kDictionary,
+  kUrl,
+  kBundle
+};
+
+class Object {
+ public:
+  explicit Object(Type type);
+  virtual ~Object();
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  Type type() const { return type_; }
+  void Retain() const;
+  void Release() const;  // destroys the object with the last reference
+
+  // Objects that exist in the process, for tests that look for leaks. Process-long constants do not count.
+  static std::int64_t LiveCount();
+
+ private:
+  const Type type_;
+  mutable std::atomic<std::uint32_t> references_{1};
+};
+
+}  // namespace quillmark::cf
+
+#endif

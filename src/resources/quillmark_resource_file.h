@@ -1,0 +1,83 @@
+// QuillmarkResourceFile: one open resource map of a font file, its resources, and what its FOND tables say.
+// Every method makes this file the thread's current resource file first, so several may be open at once;
+// reading looks at the file's own map only. Handles that come back belong to the map: callers release them
+// (ReleaseResource) and never dispose of them. A failed platform call gives the empty value: 0, null, false.
+// Use on one thread. The record layouts are those of Inside Macintosh: Text, "The Font Family Resource".
+// Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
+#ifndef QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
+#define QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/resource_manager.h"
+
+namespace quillmark {
+
+class QuillmarkResourceFile {
+ public:
+  // Opens the resource fork of `path`, failing that its data fork, as a resource map. Null when neither
+  // opens. The caller owns one reference.
+  static QuillmarkResourceFile* initWithFile(const std::string& path, bool readOnly);
+  void retain();
+  void release();  // the last one closes the map, which writes removals out when it was opened for writing
+  QuillmarkResourceFile(const QuillmarkResourceFile&) = delete;
+  QuillmarkResourceFile& operator=(const QuillmarkResourceFile&) = delete;
+
+  std::string file() const { return path_; }
+  bool isDataFork() const { return is_data_fork_; }
+
+  // There is no platform font service on Linux: activation answers an error, deactivation of nothing 0.
+  OSStatus activate();
+  OSStatus deactivate();
+
+  int countResType(ResType type);
+  int count1ResTypes();
+  Handle getResourceHandleViaGet1IndResource(ResType type, int resIndex);  // from 1
+  Handle getResourceHandleForType(ResType type, int resID);
+  void getResourceTypeViaGet1IndType(ResType* type, int resIndex);  // from 1
+  std::vector<std::int16_t> getSortedResIDsForType(ResType type);   // distinct, ascending
+  bool purgeResource(ResType type, int resID);
+  bool purgeAllBut(const std::set<std::int16_t>& ids, ResType type);
+
+  // FOND readers (fond_styles.cc). A null handle, null data or a short record gives the empty value.
+  std::uint32_t getStyleOffsetFromFOND(Handle fond);
+  bool isDoubleByteFOND(Handle fond);
+  // Distinct style codes, ascending as unsigned 16-bit numbers, handed on as signed ones.
+  std::vector<std::int16_t> getSortedStylesForFOND(Handle fond);
+  std::vector<std::int16_t> getSortedStyles();
+  std::vector<std::int16_t> getSortedNFNTsForFOND(Handle fond, int style);
+  bool styleExists(int style, Handle fond);
+  int getResIDForFOND(Handle fond, int index);  // from 0; -1 when there is none
+  bool shouldHavePrinterFile(Handle fond, int style);
+
+  // Names (fond_names.cc, printer_font_search.cc). Results are UTF-8.
+  std::string getPostScriptNameForFOND(Handle fond, int style);
+  std::string getPSPrinterNameForFOND(Handle fond, int style);
+  std::optional<std::string> getPrinterNameFromFontActivation(
+      const std::optional<std::string>& postScriptName);
+  std::vector<std::string> getPrinterFiles();
+  std::optional<std::string> getResourceNameFromFOND(Handle fond);
+  // `isMM` may be null; it is only ever set, never cleared.
+  std::string normalizePostScriptName(const std::string& name, Handle fond, bool* isMM);
+
+ private:
+  QuillmarkResourceFile(std::string path, bool readOnly);
+  ~QuillmarkResourceFile();
+  ResFileRefNum openFileForResourceAccess();
+
+  std::string path_;
+  ResFileRefNum ref_num_ = -1;
+  bool read_only_ = true;
+  bool is_data_fork_ = false;
+  int references_ = 1;
+  std::map<std::string, std::string> printer_file_from_post_script_name_;
+};
+
+}  // namespace quillmark
+
+#endif

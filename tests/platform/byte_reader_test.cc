@@ -1,0 +1,67 @@
+#include "platform/byte_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+
+namespace quillmark {
+namespace {
+
+constexpr std::array<std::uint8_t, 7> kBlock = {0x80, 0x01, 0x02, 0x03, 0xFF, 0xFE, 0x07};
+
+TEST(ByteReader, ReadsBigEndianFieldsInOrderAndStopsAtTheEnd) {
+  ByteReader reader(kBlock);
+  EXPECT_EQ(reader.U8(), 0x80);
+  EXPECT_EQ(reader.U24(), 0x010203u);
+  EXPECT_EQ(reader.I16(), -2);
+  EXPECT_EQ(reader.U16(), std::nullopt);
+  EXPECT_EQ(reader.remaining(), 1u) << "a failed read moves nothing";
+  EXPECT_EQ(reader.U8(), 7);
+  EXPECT_EQ(reader.U8(), std::nullopt);
+}
+
+TEST(ByteReader, SubCountsFromTheBlockAndNeverWraps) {
+  constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
+  ByteReader reader(kBlock);
+  ASSERT_TRUE(reader.Skip(5));
+  auto sub = reader.Sub(3, 4);
+  ASSERT_TRUE(sub);
+  EXPECT_EQ(sub->U32(), 0x03FFFE07u);
+  EXPECT_TRUE(reader.Sub(7, 0));
+  EXPECT_FALSE(reader.Sub(8, 0));
+  EXPECT_FALSE(reader.Sub(1, kMax));
+  EXPECT_FALSE(reader.Sub(kMax, 2));
+  EXPECT_FALSE(reader.Skip(kMax));
+}
+
+TEST(ByteReader, ReadsFieldsAtOffsets) {
+  EXPECT_EQ(U16At(kBlock, 0), 0x8001);
+  EXPECT_EQ(I16At(kBlock, 0), -32767);
+  EXPECT_EQ(U32At(kBlock, 3), 0x03FFFE07u);
+  EXPECT_EQ(LittleU32At(kBlock, 0), 0x03020180u);
+  EXPECT_EQ(U32At(kBlock, 4), std::nullopt);
+  EXPECT_EQ(U8At(kBlock, 7), std::nullopt);
+}
+
+TEST(ByteReader, WritesOnlyInsideTheBlock) {
+  std::array<std::uint8_t, 5> block{};
+  EXPECT_TRUE(PutU32At(block, 1, 0x0A0B0C0D));
+  EXPECT_EQ(U32At(block, 1), 0x0A0B0C0Du);
+  EXPECT_FALSE(PutU32At(block, 2, 1));
+  EXPECT_FALSE(PutU32At(block, std::numeric_limits<std::size_t>::max(), 1));
+}
+
+TEST(ByteReader, SumsWordsWithAPaddedLastOneAndWraps) {
+  EXPECT_EQ(SumBigEndianWords(kBlock), 0x80010203u + 0xFFFE0700u);  // wraps past 32 bits
+  EXPECT_EQ(SumBigEndianWords({}), 0u);
+}
+
+TEST(ByteReader, ComparesTags) {
+  EXPECT_EQ(FourCharCode("FOND"), 0x464F4E44u);
+  EXPECT_TRUE(StartsWith(AsBytes("OTTO..."), "OTTO"));
+  EXPECT_FALSE(StartsWith(AsBytes("OTT"), "OTTO"));
+}
+
+}  // namespace
+}  // namespace quillmark
