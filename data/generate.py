@@ -1,0 +1,117 @@
+#!/usr/bin/env python3
+"""Makes the three property lists that ship with the library from the tab-separated tables beside this script.
+
+  generate.py            writes FoundryNameTable.plist, DefaultClassifications.plist and KeywordTable.plist
+  generate.py --check    writes nothing; fails when a list is not what its tables give
+
+The order of rows is the order of the lists, and it decides: the first foundry whose pattern occurs wins, the first
+component that lists a word has it, and styles are ranked in table order. README.md says where a new row belongs.
+"""
+
+import csv
+import pathlib
+import sys
+from xml.sax.saxutils import escape
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+def rows(name):
+    with open(HERE / name, encoding="utf-8", newline="") as table:
+        return list(csv.DictReader(table, delimiter="\t", quoting=csv.QUOTE_NONE))
+
+
+def element(value, level=0):
+    """One property-list value, one element a line, one tab a level."""
+    tabs = "\t" * level
+    if isinstance(value, bool):
+        return f"{tabs}<{'true' if value else 'false'}/>\n"
+    if isinstance(value, int):
+        return f"{tabs}<integer>{value}</integer>\n"
+    if isinstance(value, str):
+        return f"{tabs}<string>{escape(value)}</string>\n"
+    if isinstance(value, list):
+        if not value:
+            return f"{tabs}<array/>\n"
+        return f"{tabs}<array>\n" + "".join(element(v, level + 1) for v in value) + f"{tabs}</array>\n"
+    body = "".join(f"{tabs}\t<key>{escape(k)}</key>\n{element(v, level + 1)}" for k, v in sorted(value.items()))
+    return f"{tabs}<dict>\n{body}{tabs}</dict>\n"
+
+
+def document(root):
+    return (
+        '<?xml version="1.0" encoding="UTF-8"?>\n'
+        '<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">\n'
+        f'<plist version="1.0">\n{element(root)}</plist>\n'
+    )
+
+
+def foundries():
+    entries = []
+    for row in rows("foundries.tsv"):
+        entry = {"FoundryName": row["name"], "Pattern": row["pattern"]}
+        if row["creator_codes"]:
+            entry["CreatorCode"] = row["creator_codes"].split(",")
+        entries.append(entry)
+    return entries
+
+
+def classifications():
+    return {
+        "Default Classifications": [row["class"] for row in rows("classes.tsv")],
+        "Mappings": {row["family"]: row["class"] for row in rows("classifications.tsv")},
+    }
+
+
+def keywords():
+    words = {}
+    for row in rows("style_words.tsv"):
+        words.setdefault(row["constant"], []).append(row["word"])
+    components = [
+        {
+            "style-constant": int(row["constant"]),
+            "display": row["display"],
+            "is-modifier": row["modifier"] == "yes",
+            "compounds": row["compounds"] == "yes",
+            "match-strings": words.pop(row["constant"], []),
+        }
+        for row in rows("style_components.tsv")
+    ]
+    if words:
+        sys.exit(f"style_words.tsv: no component has the constant {', '.join(words)}")
+    styles = [
+        {
+            "display": row["display"],
+            "isweight": row["weight"] == "yes",
+            "components": [int(constant) for constant in row["constants"].split()],
+        }
+        for row in rows("styles.tsv")
+    ]
+    return {"Components": components, "Styles": styles}
+
+
+LISTS = {
+    "FoundryNameTable.plist": foundries,
+    "DefaultClassifications.plist": classifications,
+    "KeywordTable.plist": keywords,
+}
+
+
+def main():
+    check = sys.argv[1:] == ["--check"]
+    if sys.argv[1:] and not check:
+        sys.exit(__doc__)
+    stale = []
+    for name, make in LISTS.items():
+        text = document(make())
+        path = HERE / name
+        if not check:
+            path.write_text(text, encoding="utf-8", newline="\n")
+        elif not path.exists() or path.read_text(encoding="utf-8") != text:
+            stale.append(name)
+    if stale:
+        sys.exit(f"{', '.join(stale)}: not what the tables give; run data/generate.py")
+
+
+if __name__ == "__main__":
+    main()
