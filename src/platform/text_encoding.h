@@ -1,7 +1,8 @@
 // Conversions between the encodings that font names come in and UTF-8 or UTF-16, in one place and without
 // opening a converter for each string. Functions that can fail return nothing and keep no state; any thread
 // may call them. Sources: Apple's ROMAN.TXT and JAPANESE.TXT mapping tables, Unicode's SHIFTJIS mapping,
-// UnicodeData.txt. Tests: tests/platform/text_encoding_test.cc.
+// UnicodeData.txt. Defined in text_encoding.cc (Unicode forms), mac_roman.cc, shift_jis.cc and lowercase.cc.
+// Tests: tests/platform/text_encoding_test.cc.
 #ifndef QUILLMARK_PLATFORM_TEXT_ENCODING_H_
 #define QUILLMARK_PLATFORM_TEXT_ENCODING_H_
 
@@ -13,6 +14,9 @@
 #include "platform/byte_reader.h"
 
 namespace quillmark {
+
+// Bytes 00 to 7F only, which stand for themselves in every encoding here but for MacJapanese's yen sign.
+bool IsAscii(std::string_view text);
 
 // Strict UTF-8: no overlong form, no surrogate, nothing cut, nothing above 10FFFF.
 bool IsValidUtf8(std::string_view text);
@@ -29,8 +33,12 @@ std::optional<std::string> Utf16ToUtf8(std::u16string_view units);
 std::string MacRomanToUtf8(std::string_view text);
 std::optional<std::string> ShiftJisToUtf8(std::string_view text);
 std::optional<std::string> MacJapaneseToUtf8(std::string_view text);
-// UTF-8 to MacRoman; nothing when the text is not valid or holds a character that MacRoman lacks.
+std::u16string MacRomanToUtf16(std::string_view text);
+std::optional<std::u16string> ShiftJisToUtf16(std::string_view text);
+std::optional<std::u16string> MacJapaneseToUtf16(std::string_view text);
+// To MacRoman; nothing when the text is not valid or holds a character that MacRoman lacks.
 std::optional<std::string> Utf8ToMacRoman(std::string_view text);
+std::optional<std::string> Utf16ToMacRoman(std::u16string_view units);
 
 // Unicode's full lower-case mapping with no locale: one to one, but for U+0130 (i and U+0307) and a capital
 // sigma at a word's end (U+03C2).

@@ -5,6 +5,8 @@
 #ifndef QUILLMARK_SUPPORT_OM_STRING_H_
 #define QUILLMARK_SUPPORT_OM_STRING_H_
 
+#include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -57,10 +59,10 @@ class OmString {
   bool operator==(const std::string& other) const { return CompareNoCase(other) == 0; }
   bool operator==(const char* other) const { return CompareNoCase(other) == 0; }
   bool operator==(const OmString& other) const { return CompareNoCase(other.text_) == 0; }
-  bool operator<(const std::string& other) const { return CompareNoCase(other) < 0; }
-  bool operator<=(const std::string& other) const { return CompareNoCase(other) <= 0; }
-  bool operator>(const std::string& other) const { return CompareNoCase(other) > 0; }
-  bool operator>=(const std::string& other) const { return CompareNoCase(other) >= 0; }
+  // Gives <, <=, > and >=.
+  std::weak_ordering operator<=>(const std::string& other) const { return CompareNoCase(other) <=> 0; }
+  std::weak_ordering operator<=>(const char* other) const { return CompareNoCase(other) <=> 0; }
+  std::weak_ordering operator<=>(const OmString& other) const { return CompareNoCase(other.text_) <=> 0; }
   int CompareNoCase(const std::string& other) const { return CompareNoCase(text_, other); }
   static int CompareNoCase(const std::string& a, const std::string& b);
 
