@@ -45,6 +45,8 @@ class Fork {
 
   std::uint64_t length() const { return length_; }
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const;
+  // The bytes [offset, offset + length) as a fork; nothing when they do not all lie inside this one.
+  std::optional<Fork> Part(std::uint64_t offset, std::uint64_t length) const;
 
  private:
   std::optional<RegularFile> file_;
