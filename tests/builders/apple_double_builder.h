@@ -1,0 +1,38 @@
+// Builds an AppleDouble file: a header, a table of entries, and their bytes in the order they were added.
+//   std::string sidecar = AppleDoubleBuilder().FinderInfo("FFIL", "DMOV").ResourceFork(fork).Build();
+#ifndef QUILLMARK_TESTS_BUILDERS_APPLE_DOUBLE_BUILDER_H_
+#define QUILLMARK_TESTS_BUILDERS_APPLE_DOUBLE_BUILDER_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "builders/spoilable_builder.h"
+
+namespace quillmark {
+
+class AppleDoubleBuilder : public SpoilableBuilder {
+ public:
+  // Offset in the file of the number of entries, and of the first entry (ID, start, length).
+  static constexpr std::size_t kCountOffset = 24;
+  static constexpr std::size_t kFirstEntryOffset = 26;
+
+  AppleDoubleBuilder& Version(std::uint32_t version);
+  AppleDoubleBuilder& Entry(std::uint32_t number, std::string bytes);
+  AppleDoubleBuilder& ResourceFork(std::string fork) { return Entry(2, std::move(fork)); }
+  // 32 bytes of Finder information with these codes of four characters.
+  AppleDoubleBuilder& FinderInfo(std::string_view type, std::string_view creator);
+
+ protected:
+  std::string Lay() const override;
+
+ private:
+  std::uint32_t version_ = 0x00020000;
+  std::vector<std::pair<std::uint32_t, std::string>> entries_;
+};
+
+}  // namespace quillmark
+
+#endif
