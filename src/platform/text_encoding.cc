@@ -80,11 +80,12 @@ std::optional<std::u16string> Utf8ToUtf16(std::string_view text) {
 }
 
 std::optional<std::string> Utf16ToUtf8(std::u16string_view units) {
-  std::string text;
+  const auto other = std::find_if(units.begin(), units.end(), [](char16_t unit) { return unit >= 0x80; });
+  std::string text(units.begin(), other);
   text.reserve(units.size() + units.size() / 2);
   const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
   const auto append_continuation = [&append](char32_t bits) { append(0x80 | (bits & 0x3F)); };
-  for (std::size_t i = 0; i < units.size(); ++i) {
+  for (std::size_t i = text.size(); i < units.size(); ++i) {
     char32_t code = units[i];
     if (IsSurrogate(code)) {
       if (!IsHighSurrogate(code) || i + 1 == units.size() || !IsLowSurrogate(units[i + 1]))

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "platform/cf_object.h"
+#include "platform/cf_ref.h"
+#include "platform/core_foundation.h"
+
+namespace quillmark {
+namespace {
+
+constexpr std::u16string_view kLoneSurrogate = u"a\xD800";
+
+CFRef<CFStringRef> FromUtf8(const char* text) {
+  return Adopt(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
+}
+
+CFRef<CFStringRef> FromUnits(std::u16string_view units) {
+  const std::basic_string<UniChar> characters(units.begin(), units.end());
+  return Adopt(CFStringCreateWithCharacters(nullptr, characters.data(), static_cast<CFIndex>(units.size())));
+}
+
+// Every unit of the string; "(null)" for no string.
+std::u16string Units(CFStringRef string) {
+  if (!string) return u"(null)";
+  std::basic_string<UniChar> units(static_cast<std::size_t>(CFStringGetLength(string)), 0);
+  CFStringGetCharacters(string, CFRangeMake(0, CFStringGetLength(string)), units.data());
+  return {units.begin(), units.end()};
+}
+
+TEST(CFString, DecodesCTextOrIsNull) {
+  const struct {
+    CFStringEncoding encoding;
+    const char* text;
+    const char16_t* units;
+  } rows[] = {
+      {kCFStringEncodingUTF8,
+       "\xEF\xBB\xBF"
+       "\xC3\xA9",
+       u"\u00E9"},
+      {kCFStringEncodingUTF8, "ok\xC3", u"(null)"},
+      {kCFStringEncodingMacRoman, "\x8E\xDB", u"\u00E9\u20AC"},
+      {kCFStringEncodingMacJapanese, "\\\xFF", u"\u00A5\u2026"},
+      {kCFStringEncodingShiftJIS, "\\\x96\xBE", u"\\\u660E"},
+      {kCFStringEncodingShiftJIS, "\x96", u"(null)"},
+      {kCFStringEncodingASCII, "plain", u"plain"},
+      {kCFStringEncodingASCII, "\x8E", u"(null)"},
+      {kCFStringEncodingInvalidId, "plain", u"(null)"},
+      {0x0420, "plain", u"(null)"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Units(Adopt(CFStringCreateWithCString(nullptr, row.text, row.encoding)).get()), row.units)
+        << row.encoding << " " << row.text;
+  }
+}
+
+TEST(CFString, DecodesBlocksAndPascalText) {
+  const auto pascal = reinterpret_cast<const unsigned char*>("\3\x8Ez!rest");
+  EXPECT_EQ(Units(Adopt(CFStringCreateWithPascalString(nullptr, pascal, kCFStringEncodingMacRoman)).get()),
+            u"\u00E9z!");
+
+  const UInt8 zero_inside[] = {'a', 0, 'b'};
+  const auto string = Adopt(CFStringCreateWithBytes(nullptr, zero_inside, 3, kCFStringEncodingUTF8, 0));
+  EXPECT_EQ(CFStringGetLength(string.get()), 3);
+  EXPECT_EQ(CFStringGetCStringPtr(string.get(), kCFStringEncodingUTF8), nullptr);
+
+  constexpr char16_t kSwapped[] = {0xFFFE, 0x4100};
+  const auto* bytes = reinterpret_cast<const UInt8*>(kSwapped);
+  const auto units = [bytes](CFIndex count, Boolean is_external) {
+    return Units(
+        Adopt(CFStringCreateWithBytes(nullptr, bytes, count, kCFStringEncodingUTF16, is_external)).get());
+  };
+  EXPECT_EQ(units(4, 1), u"A");
+  EXPECT_EQ(units(4, 0), std::u16string(kSwapped, 2));
+  EXPECT_EQ(units(3, 0), u"(null)");
+}
+
+TEST(CFString, CopiesUtf8OutWhenTextAndNulFit) {
+  const std::string text(1023, 'x');
+  const auto string = FromUtf8(text.c_str());
+  std::array<char, 1024> buffer{};
+  EXPECT_TRUE(CFStringGetCString(string.get(), buffer.data(), 1024, kCFStringEncodingUTF8));
+  EXPECT_EQ(buffer.data(), text);
+  EXPECT_FALSE(CFStringGetCString(string.get(), buffer.data(), 1023, kCFStringEncodingUTF8));
+  EXPECT_FALSE(CFStringGetCString(FromUtf8("").get(), buffer.data(), 0, kCFStringEncodingUTF8));
+  EXPECT_FALSE(
+      CFStringGetCString(FromUnits(kLoneSurrogate).get(), buffer.data(), 1024, kCFStringEncodingUTF8));
+  EXPECT_TRUE(CFStringGetCString(FromUnits(u"\uFFFE\uFFFF").get(), buffer.data(), 7, kCFStringEncodingUTF8));
+  EXPECT_STREQ(buffer.data(), "\xEF\xBF\xBE\xEF\xBF\xBF");
+}
+
+TEST(CFString, EncodesForTheSingleByteEncodings) {
+  std::array<char, 8> buffer{};
+  const auto accented = FromUtf8("\u00E9");
+  EXPECT_TRUE(CFStringGetCString(accented.get(), buffer.data(), 2, kCFStringEncodingMacRoman));
+  EXPECT_STREQ(buffer.data(), "\x8E");
+  EXPECT_FALSE(CFStringGetCString(accented.get(), buffer.data(), 8, kCFStringEncodingASCII));
+  EXPECT_FALSE(CFStringGetCString(FromUtf8("\u4E00").get(), buffer.data(), 8, kCFStringEncodingMacRoman));
+  EXPECT_FALSE(CFStringGetCString(accented.get(), buffer.data(), 8, kCFStringEncodingUTF16));
+}
+
+TEST(CFString, ComparesByCodeUnit) {
+  EXPECT_EQ(CFStringCompare(FromUtf8("Bold").get(), FromUtf8("Bold").get(), 0), kCFCompareEqualTo);
+  EXPECT_EQ(CFStringCompare(FromUtf8("Bold").get(), FromUtf8("bold").get(), 0), kCFCompareLessThan);
+  EXPECT_EQ(CFStringCompare(FromUtf8("\u00E9").get(), FromUtf8("e\u0301").get(), 0), kCFCompareGreaterThan);
+  EXPECT_EQ(CFStringCompare(FromUtf8("\U00010000").get(), FromUtf8("\uFFFD").get(), 0), kCFCompareLessThan);
+  EXPECT_EQ(CFStringCompare(FromUtf8("ab").get(), FromUtf8("a").get(), 0), kCFCompareGreaterThan);
+}
+
+TEST(CFString, MutableOnesChangeAloneAndKeepTheirDirectPointerTrue) {
+  const std::int64_t before = cf::Object::LiveCount();
+  {
+    const auto original = FromUtf8("Abc");
+    const auto copy = Adopt(CFStringCreateMutableCopy(nullptr, 0, original.get()));
+    EXPECT_STREQ(CFStringGetCStringPtr(copy.get(), kCFStringEncodingUTF8), "Abc");
+    EXPECT_EQ(CFStringGetCStringPtr(copy.get(), kCFStringEncodingMacJapanese), nullptr);
+    CFStringAppend(copy.get(), copy.get());
+    CFStringAppendCString(copy.get(), "\xC3", kCFStringEncodingUTF8);
+    EXPECT_STREQ(CFStringGetCStringPtr(copy.get(), kCFStringEncodingUTF8), "AbcAbc");
+    CFStringAppendCString(copy.get(), "\x80", kCFStringEncodingMacRoman);
+    EXPECT_EQ(CFStringGetCStringPtr(copy.get(), kCFStringEncodingUTF8), nullptr);
+    CFStringLowercase(copy.get(), nullptr);
+    EXPECT_EQ(Units(copy.get()), u"abcabc\u00E4");
+    EXPECT_EQ(CFStringGetCharacterAtIndex(copy.get(), 6), 0x00E4);
+    EXPECT_EQ(Units(original.get()), u"Abc");
+    EXPECT_EQ(CFGetTypeID(copy.get()), CFStringGetTypeID());
+    EXPECT_EQ(cf::Object::LiveCount(), before + 2);
+  }
+  EXPECT_EQ(cf::Object::LiveCount(), before);
+}
+
+}  // namespace
+}  // namespace quillmark

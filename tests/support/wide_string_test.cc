@@ -1,0 +1,39 @@
+#include "support/wide_string.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/cf_ref.h"
+
+namespace quillmark {
+namespace {
+
+TEST(WideString, WidensUnitByUnit) {
+  EXPECT_EQ(UTF8ToWide("\u00E9\U0001D11E"), (std::wstring{0xE9, 0xD834, 0xDD1E}));
+  EXPECT_EQ(UTF8ToWide("\xC3"), L"");
+  const UniChar units[] = {0x41, 0xD834, 0, 0x42};
+  EXPECT_EQ(UniCharBufToWide(units), (std::wstring{0x41, 0xD834}));
+}
+
+TEST(WideString, NarrowsUnitByUnit) {
+  std::string out = "before";
+  EXPECT_EQ(WideToUTF8({0xE9, 0xD834, 0xDD1E}, &out), 6u);
+  EXPECT_EQ(out, "\u00E9\U0001D11E");
+  EXPECT_EQ(WideToUTF8({0x10041}, &out), 1u);
+  EXPECT_EQ(out, "A") << "each character is cut to one unit";
+  EXPECT_EQ(WideToUTF8({0x41, 0xD834}, &out), 0u);
+  EXPECT_EQ(out, "A") << "a lone surrogate leaves it untouched";
+  EXPECT_EQ(WideToUTF8(std::wstring(100, 0xFFFD)).str().size(), 300u);
+  EXPECT_TRUE(WideToUTF8(std::wstring{0xDC00}).empty());
+
+  const std::wstring text{0x10041, 0xDC00};
+  EXPECT_EQ(CFStringToWide(Adopt(CFStringCreateWithWString(nullptr, text)).get()),
+            (std::wstring{0x41, 0xDC00}));
+}
+
+TEST(WideString, NeverComposes) {
+  EXPECT_EQ(DecomposedToPrecomposed(L"e\u0301"), L"");
+  EXPECT_EQ(PrecomposedToDecomposed(L"\u00E9"), L"");
+}
+
+}  // namespace
+}  // namespace quillmark
