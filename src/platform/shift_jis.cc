@@ -20,6 +20,7 @@ bool IsLeadByte(unsigned byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte 
 const DoubleByteTable* MakeDoubleByteTable() {
   auto* table = new DoubleByteTable{};
   const iconv_t converter = iconv_open("UTF-16BE", "SHIFT_JIS");
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): how POSIX spells failure
   if (converter == reinterpret_cast<iconv_t>(-1)) return table;
   for (std::size_t code = 0x8100; code < table->size(); ++code) {
     if (!IsLeadByte(static_cast<unsigned>(code / 0x100))) continue;

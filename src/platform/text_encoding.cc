@@ -2,7 +2,6 @@
 // sequences: the lead byte says how many bytes follow and which values the first of them may have.
 #include "platform/text_encoding.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace quillmark {
@@ -35,10 +34,12 @@ Decoded DecodeUtf8At(std::string_view text, std::size_t at) {
   return {code, length};
 }
 
-// How many bytes at the start of `text` are ASCII.
-std::size_t AsciiLength(std::string_view text) {
-  const auto other = std::find_if(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
-  return static_cast<std::size_t>(other - text.begin());
+// How many bytes or units at the start of `text` are ASCII.
+template <typename Char>
+std::size_t AsciiLength(std::basic_string_view<Char> text) {
+  std::size_t length = 0;
+  while (length < text.size() && (text[length] & ~0x7F) == 0) ++length;
+  return length;
 }
 
 bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
@@ -63,7 +64,8 @@ bool IsValidUtf8(std::string_view text) { return ValidUtf8Prefix(text).size() ==
 
 std::optional<std::u16string> Utf8ToUtf16(std::string_view text) {
   std::size_t at = AsciiLength(text);
-  std::u16string units(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at));
+  const std::string_view ascii = text.substr(0, at);
+  std::u16string units(ascii.begin(), ascii.end());
   units.reserve(text.size());
   while (at < text.size()) {
     const auto [code, length] = DecodeUtf8At(text, at);
@@ -80,8 +82,8 @@ std::optional<std::u16string> Utf8ToUtf16(std::string_view text) {
 }
 
 std::optional<std::string> Utf16ToUtf8(std::u16string_view units) {
-  const auto other = std::find_if(units.begin(), units.end(), [](char16_t unit) { return unit >= 0x80; });
-  std::string text(units.begin(), other);
+  const std::u16string_view ascii = units.substr(0, AsciiLength(units));
+  std::string text(ascii.begin(), ascii.end());
   text.reserve(units.size() + units.size() / 2);
   const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
   const auto append_continuation = [&append](char32_t bits) { append(0x80 | (bits & 0x3F)); };

@@ -22,7 +22,7 @@ char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a
 }  // namespace
 
 OmString::OmString(const char* text) : text_(text ? text : "") {}
-OmString::OmString(const std::string& text) : text_(text) {}
+OmString::OmString(const std::string& text) : text_(text) {}  // NOLINT(modernize-pass-by-value): as declared
 OmString::OmString(CFStringRef text) { Set(text); }
 OmString::OmString(std::uint32_t number) { MakeValueString(number); }
 OmString::OmString(std::int32_t number) { MakeValueString(number); }
@@ -62,7 +62,7 @@ bool OmString::Set(CFStringRef text) {
   if (!CFStringGetCString(text, buffer.data(), static_cast<CFIndex>(buffer.size()), kCFStringEncodingUTF8)) {
     return false;
   }
-  text_ = buffer.c_str();
+  text_.assign(buffer, 0, buffer.find('\0'));
   return true;
 }
 

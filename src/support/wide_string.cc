@@ -8,7 +8,7 @@
 namespace quillmark {
 namespace {
 
-std::wstring Widen(const UniChar* units, std::size_t count) { return std::wstring(units, units + count); }
+std::wstring Widen(const UniChar* units, std::size_t count) { return {units, units + count}; }
 
 }  // namespace
 
@@ -24,14 +24,14 @@ std::size_t WideToUTF8(const std::wstring& text, std::string* out) {
                           kCFStringEncodingUTF8)) {
     return 0;
   }
-  *out = buffer.c_str();
+  out->assign(buffer, 0, buffer.find('\0'));
   return out->size();
 }
 
 OmString WideToUTF8(const std::wstring& text) {
   std::string utf8;
   WideToUTF8(text, &utf8);
-  return OmString(utf8);
+  return utf8;
 }
 
 CFStringRef CFStringCreateWithWString(CFAllocatorRef allocator, const std::wstring& text) {
