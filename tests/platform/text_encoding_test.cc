@@ -58,6 +58,11 @@ TEST(Utf8, RefusesWhatTheStandardCallsIllFormed) {
   }
 }
 
+TEST(Utf8, ReadsNothingBehindTheText) {
+  EXPECT_EQ(Utf8ToUtf16(std::string_view("\u20AC").substr(0, 2)), std::nullopt);
+  EXPECT_EQ(Utf16ToUtf8(std::u16string_view(u"\U0001D11E").substr(0, 1)), std::nullopt);
+}
+
 TEST(Utf16, DropsOneLeadingMarkOnTheWayInAndNoneOnTheWayOut) {
   EXPECT_EQ(Utf8ToUtf16("\xEF\xBB\xBF"
                         "a\xEF\xBB\xBF"),

@@ -5,7 +5,10 @@
 #include <array>
 #include <string>
 
+#include "builders/resource_fork_builder.h"
+#include "builders/temp_folder.h"
 #include "platform/cf_ref.h"
+#include "platform/resource_manager.h"
 
 namespace quillmark {
 namespace {
@@ -114,6 +117,23 @@ TEST(OmString, CopiesAreIndependent) {
 TEST(OmString, PrintsNumbers) {
   EXPECT_EQ(OmString(std::uint32_t{4294967295}).str(), "4294967295");
   EXPECT_EQ(OmString(std::int32_t{-2147483647 - 1}).str(), "-2147483648");
+}
+
+TEST(OmString, LoadsEntriesOfStringLists) {
+  const std::string list("\0\2\5plain\2\x8E!", 11);
+  TempFolder folder;
+  const auto path = folder.Write("list", ResourceForkBuilder().Add(FourCharCode("STR#"), 200, list).Build());
+  FSRef ref;
+  ASSERT_EQ(FSPathMakeRef(AsBytes(path.c_str()).data(), &ref, nullptr), noErr);
+  ResFileRefNum file = -1;
+  ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdPerm, &file), noErr);
+  const std::int16_t id = 200;
+  EXPECT_EQ(OmString(id, std::int16_t{1}).str(), "plain");
+  EXPECT_EQ(OmString(id, std::int16_t{2}).str(), "\u00E9!") << "MacRoman";
+  OmString text("before");
+  text.LoadResource(id, 3);
+  EXPECT_EQ(text.str(), "");
+  CloseResFile(file);
 }
 
 TEST(OmString, EditsAsciiOnly) {
