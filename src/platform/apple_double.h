@@ -6,8 +6,11 @@
 #define QUILLMARK_PLATFORM_APPLE_DOUBLE_H_
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <string>
 
+#include "platform/atomic_file.h"
 #include "platform/forks.h"
 
 namespace quillmark {
@@ -25,6 +28,12 @@ struct AppleDoubleEntry {
 // The first entry of that number, of any version of the format; nothing when there is none or it passes the
 // end of the file. Only the header and the table are read.
 std::optional<AppleDoubleEntry> FindAppleDoubleEntry(const Fork& file, std::uint32_t number);
+
+// Replaces the bytes of that entry, whole or not at all; `produce` hands over the new ones, twice. Other
+// entries keep theirs, those behind it move. False, changing nothing, when the entry shares bytes with
+// another one or with the header.
+[[nodiscard]] bool ReplaceAppleDoubleEntry(const std::string& path, std::uint32_t number,
+                                           const std::function<bool(const ByteSink&)>& produce);
 
 }  // namespace quillmark
 

@@ -1,0 +1,54 @@
+#include "platform/open_resource_file.h"
+
+#include <memory>
+#include <span>
+
+namespace quillmark {
+
+OpenResourceFile::~OpenResourceFile() {
+  for (const auto& [key, block] : handles_) FreeBlock(block);
+}
+
+Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error) {
+  const auto known = handles_.find(IndexOf(key));
+  HandleBlock* block = known == handles_.end() ? nullptr : known->second;
+  if (block == nullptr) {
+    auto fresh = std::make_unique<HandleBlock>();
+    fresh->file = this;
+    fresh->key = key;
+    handles_.emplace(IndexOf(key), fresh.get());
+    block = fresh.release();
+  }
+  if (load) {
+    *error = Load(*block);
+  } else {
+    *error = block->data != nullptr || map_.Data(key) ? noErr : mapReadErr;
+  }
+  if (*error == noErr) return HandleOf(block);
+  Forget(*block);
+  FreeBlock(block);
+  return nullptr;
+}
+
+OSErr OpenResourceFile::Load(HandleBlock& block) const {
+  if (block.data != nullptr) return noErr;
+  const auto range = map_.Data(block.key);
+  if (!range) return mapReadErr;
+  if (!AllocateData(block, range->length)) return memFullErr;
+  const std::span<std::uint8_t> data(reinterpret_cast<std::uint8_t*>(block.data), block.size);
+  if (map_.fork().ReadAt(range->start, data) == data.size()) return noErr;
+  FreeData(block);
+  return ioErr;
+}
+
+void OpenResourceFile::Forget(HandleBlock& block) {
+  handles_.erase(IndexOf(block.key));
+  block.file = nullptr;
+}
+
+OSErr OpenResourceFile::Save() const {
+  if (!writable_ || !map_.changed() || (map_.MapAttributes() & ResourceMap::kMapReadOnly) != 0) return noErr;
+  return WriteMap(origin_, map_) ? noErr : ioErr;
+}
+
+}  // namespace quillmark
