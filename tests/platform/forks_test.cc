@@ -1,0 +1,215 @@
+#include "platform/forks.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "builders/apple_double_builder.h"
+#include "builders/temp_folder.h"
+
+namespace quillmark {
+namespace {
+
+std::string Contents(const std::optional<Fork>& fork) {
+  if (!fork) return "(none)";
+  std::string bytes(fork->length(), '\0');
+  bytes.resize(fork->ReadAt(0, {reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size()}));
+  return bytes;
+}
+
+bool SetAttribute(const std::string& path, const char* name, const std::string& value) {
+  return ::setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
+}
+
+std::string Sidecar(const std::string& fork) {
+  return AppleDoubleBuilder().FinderInfo("FFIL", "DMOV").ResourceFork(fork).Build();
+}
+
+// Sidecars and raw forks of one/two/font, in the order they are searched.
+const std::vector<std::string> kCarrierFiles = {
+    "one/two/._font",          "one/two/__MACOSX/._font",   "one/__MACOSX/two/._font",
+    "__MACOSX/one/two/._font", "one/two/.AppleDouble/font", "one/two/resource.frk/font",
+};
+
+TEST(ForksTest, EachCarrierFileServesAndTheFirstInOrderWins) {
+  const TempFolder folder;
+  const std::string font = folder.Write("one/two/font", "");
+  EXPECT_EQ(Contents(OpenResourceFork(font)), "(none)");
+  EXPECT_EQ(Contents(OpenDataFork(font)), "");
+  for (auto name = kCarrierFiles.rbegin(); name != kCarrierFiles.rend(); ++name) {
+    const bool raw = *name == kCarrierFiles.back();
+    const std::string path = folder.Write(*name, raw ? *name : Sidecar(*name));
+    const auto found = FindResourceFork(font);
+    ASSERT_TRUE(found) << *name;
+    EXPECT_EQ(Contents(found->fork), *name);
+    EXPECT_EQ(found->carrier, raw ? ForkCarrier::kRawFork : ForkCarrier::kAppleDouble) << *name;
+    EXPECT_TRUE(std::filesystem::equivalent(found->where, path)) << *name;
+    EXPECT_EQ(TotalForkLength(font), name->size());
+    EXPECT_EQ(ReadFinderInfo(font).type, raw ? 0u : FourCharCode("FFIL")) << *name;
+  }
+  // A carrier without a byte of fork does not count.
+  folder.Write(kCarrierFiles[0], Sidecar(""));
+  folder.Write(kCarrierFiles[1], "");
+  EXPECT_EQ(Contents(OpenResourceFork(font)), kCarrierFiles[2]);
+}
+
+TEST(ForksTest, AttributesComeBeforeSidecars) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", "data");
+  folder.Write("._font", Sidecar("sidecar"));
+  if (!SetAttribute(font, "user.org.netatalk.ResourceFork", "netatalk")) {
+    GTEST_SKIP() << "this file system has no extended attributes";
+  }
+  EXPECT_EQ(Contents(OpenResourceFork(font)), "netatalk");
+  const std::string large(3000, 'a');  // more than a first guess at a value's size
+  ASSERT_TRUE(SetAttribute(font, "user.com.apple.ResourceFork", large));
+  EXPECT_EQ(Contents(OpenResourceFork(font)), large);
+  EXPECT_EQ(FindResourceFork(font)->carrier, ForkCarrier::kExtendedAttribute);
+  EXPECT_EQ(TotalForkLength(font), 4 + large.size());
+  ASSERT_TRUE(SetAttribute(font, "user.com.apple.ResourceFork", ""));
+  ASSERT_TRUE(SetAttribute(font, "user.org.netatalk.ResourceFork", ""));
+  EXPECT_EQ(Contents(OpenResourceFork(font)), "sidecar");
+
+  EXPECT_EQ(ReadFinderInfo(font).creator, FourCharCode("DMOV"));
+  ASSERT_TRUE(SetAttribute(font, "user.org.netatalk.Metadata",
+                           AppleDoubleBuilder().FinderInfo("tfil", "NETA").Build()));
+  EXPECT_EQ(ReadFinderInfo(font).creator, FourCharCode("NETA"));
+  ASSERT_TRUE(SetAttribute(font, "user.com.apple.FinderInfo", "LWFNASF"));  // too short by one
+  EXPECT_EQ(ReadFinderInfo(font).creator, FourCharCode("NETA"));
+  ASSERT_TRUE(SetAttribute(font, "user.com.apple.FinderInfo", std::string(8, '\0')));
+  EXPECT_EQ(ReadFinderInfo(font).creator, 0u);  // the first source that has any, whatever it says
+}
+
+TEST(ForksTest, OddAppleDoubleFiles) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", "data");
+  const auto fork_from = [&](const std::string& sidecar) {
+    folder.Write("._font", sidecar);
+    return Contents(OpenResourceFork(font));
+  };
+  AppleDoubleBuilder two;
+  two.Version(0x7FFF0001).Entry(3, "name").ResourceFork("first").ResourceFork("second");
+  EXPECT_EQ(fork_from(two.Build()), "first");
+
+  constexpr std::size_t kFork = AppleDoubleBuilder::kFirstEntryOffset + 12;
+  AppleDoubleBuilder long_fork = two;
+  long_fork.SetU32(kFork + 8, 1000);
+  EXPECT_EQ(fork_from(long_fork.Build()), "(none)");
+  AppleDoubleBuilder wrapping = two;
+  wrapping.SetU32(kFork + 4, 0xFFFFFFFF);
+  EXPECT_EQ(fork_from(wrapping.Build()), "(none)");
+  AppleDoubleBuilder many = two;
+  many.SetU16(AppleDoubleBuilder::kCountOffset, 0xFFFF);
+  EXPECT_EQ(fork_from(many.Build()), "first");
+  AppleDoubleBuilder none = two;
+  none.SetU16(AppleDoubleBuilder::kCountOffset, 0);
+  EXPECT_EQ(fork_from(none.Build()), "(none)");
+  AppleDoubleBuilder single = two;  // AppleSingle
+  single.SetU32(0, 0x00051600);
+  EXPECT_EQ(fork_from(single.Build()), "(none)");
+
+  const std::string whole = AppleDoubleBuilder().FinderInfo("FFIL", "DMOV").ResourceFork("fork").Build();
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    EXPECT_EQ(fork_from(whole.substr(0, length)), "(none)") << length;
+    const bool holds_info = length >= AppleDoubleBuilder::kFirstEntryOffset + 2 * 12 + 32;
+    EXPECT_EQ(ReadFinderInfo(font).type, holds_info ? FourCharCode("FFIL") : 0u) << length;
+  }
+}
+
+TEST(ForksTest, OnlyRegularFilesHaveForksAndNothingBlocks) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", "data");
+  ASSERT_EQ(::mkfifo(folder.Path("fifo").c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo(folder.Path("._font").c_str(), 0600), 0);
+  std::filesystem::create_directory(folder.Path("folder"));
+  std::filesystem::create_symlink("nowhere", folder.Path("dangling"));
+  std::filesystem::create_symlink("font", folder.Path("link"));
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  const std::string socket_path = folder.Path("socket");
+  ASSERT_LT(socket_path.size(), sizeof address.sun_path);
+  std::copy(socket_path.begin(), socket_path.end(), address.sun_path);
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+
+  for (const std::string name : {"fifo", "folder", "dangling", "socket", "missing", "font/"}) {
+    folder.Write("resource.frk/" + name + (name == "font/" ? "x" : ""), "fork");
+    const std::string path = folder.Path(name);
+    EXPECT_FALSE(IsRegularFile(path)) << name;
+    EXPECT_FALSE(OpenDataFork(path)) << name;
+    EXPECT_FALSE(OpenResourceFork(path)) << name;
+    EXPECT_EQ(TotalForkLength(path), 0u) << name;
+  }
+  ::close(listener);
+  EXPECT_FALSE(OpenDataFork("/dev/zero"));
+  EXPECT_FALSE(OpenDataFork(""));
+  EXPECT_FALSE(OpenDataFork(font + '\0' + "x"));
+  EXPECT_EQ(Contents(OpenDataFork(folder.Path("link"))), "data");
+  EXPECT_FALSE(OpenResourceFork(font));  // its sidecar is a FIFO
+}
+
+TEST(ForksTest, RelativePathsFindTheArchiveTreeAboveTheWorkingFolder) {
+  const TempFolder folder;
+  folder.Write("one/two/font", "data");
+  folder.Write("__MACOSX/one/two/._font", Sidecar("fork"));
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Path("one"));
+  const std::string below = Contents(OpenResourceFork("two/font"));
+  const std::string around = Contents(OpenResourceFork("../one/./two/../two//font"));
+  std::filesystem::current_path(folder.Path("one/two"));
+  const std::string bare = Contents(OpenResourceFork("font"));
+  std::filesystem::current_path(before);
+  EXPECT_EQ(below, "fork");
+  EXPECT_EQ(around, "fork");
+  EXPECT_EQ(bare, "fork");
+}
+
+TEST(ForksTest, ScopeRemembersLookupsAndHoldsNoFilesOpen) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", "data");
+  const std::string sidecar = folder.Write("._font", Sidecar("fork"));
+  const auto open_files = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = open_files();
+  {
+    const ForkLookupScope outer;
+    {
+      const ForkLookupScope inner;
+      EXPECT_EQ(Contents(OpenResourceFork(font)), "fork");
+      EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
+    }
+    EXPECT_EQ(open_files(), before);
+    std::filesystem::remove(sidecar);
+    EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
+    EXPECT_FALSE(OpenResourceFork(font));  // remembered, but gone
+  }
+  EXPECT_EQ(ReadFinderInfo(font).type, 0u);
+}
+
+TEST(ForksTest, ReadsStayInsideTheFork) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", "data");
+  folder.Write("._font", AppleDoubleBuilder().ResourceFork("fork").Entry(9, "behind it").Build());
+  const auto fork = OpenResourceFork(font);
+  ASSERT_TRUE(fork);
+  std::uint8_t buffer[8] = {};
+  EXPECT_EQ(fork->ReadAt(2, buffer), 2u);
+  EXPECT_EQ(fork->ReadAt(4, buffer), 0u);
+  EXPECT_EQ(fork->ReadAt(~0ull, buffer), 0u);
+  EXPECT_EQ(Contents(fork->Part(1, 2)), "or");
+  EXPECT_FALSE(fork->Part(1, 4));
+  EXPECT_FALSE(fork->Part(5, 0));
+}
+
+}  // namespace
+}  // namespace quillmark
