@@ -1,0 +1,15 @@
+// The boolean object behind CFBooleanRef. There are two, kCFBooleanTrue and kCFBooleanFalse.
+// Tests: tests/platform/core_foundation_test.cc.
+#ifndef QUILLMARK_PLATFORM_CF_BOOLEAN_H_
+#define QUILLMARK_PLATFORM_CF_BOOLEAN_H_
+
+#include "platform/cf_object.h"
+#include "platform/core_foundation.h"
+
+struct CFBooleanObject final : quillmark::cf::Object {
+  explicit CFBooleanObject(bool truth) : Object(quillmark::cf::Type::kBoolean), value(truth) {}
+
+  const bool value;
+};
+
+#endif

@@ -1,0 +1,31 @@
+// The date object behind CFDateRef, and the one text form that dates have in a property list.
+// Tests: tests/platform/core_foundation_test.cc, property_list_test.cc.
+#ifndef QUILLMARK_PLATFORM_CF_DATE_H_
+#define QUILLMARK_PLATFORM_CF_DATE_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/cf_object.h"
+#include "platform/core_foundation.h"
+
+struct CFDateObject final : quillmark::cf::Object {
+  explicit CFDateObject(CFAbsoluteTime at) : Object(quillmark::cf::Type::kDate), time(at) {}
+
+  const CFAbsoluteTime time;
+};
+
+namespace quillmark::cf {
+
+// YYYY-MM-DDThh:mm:ssZ, a fraction of a second cut off. Nothing for a time outside the years 0000 to 9999,
+// which the form cannot hold.
+std::optional<std::string> DateText(CFAbsoluteTime time);
+
+// The time that exactly such a text tells; a month, day or hour past its end rolls over into the next.
+// Nothing for any other text, and for a time that DateText could not write.
+std::optional<CFAbsoluteTime> ParseDateText(std::string_view text);
+
+}  // namespace quillmark::cf
+
+#endif
