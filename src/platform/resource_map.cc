@@ -3,25 +3,18 @@
 #include <algorithm>
 #include <array>
 
-namespace quillmark {
-namespace {
+#include "platform/resource_map_format.h"
 
-constexpr std::size_t kForkHeaderSize = 16;  // start of data, start of map, length of data, length of map
-constexpr std::size_t kMapHeaderSize = 28;   // copy of the fork header, bookkeeping, attributes, list offsets
-constexpr std::size_t kMapAttributesOffset = 22;
-constexpr std::size_t kTypeListOffset = 24;
-constexpr std::size_t kNameListOffset = 26;
-constexpr std::size_t kCountSize = 2;
-constexpr std::size_t kTypeSize = 8;        // type, number of resources minus 1, offset of the reference list
-constexpr std::size_t kReferenceSize = 12;  // ID, name offset, attributes and data offset, room for a handle
-constexpr std::uint32_t kLengthWordSize = 4;
-constexpr std::uint16_t kNoName = 0xFFFF;
+namespace quillmark {
+
+using namespace resource_format;
+
+namespace {
 
 // Lists and names lie at 16-bit offsets from the type list or the name list, themselves at 16-bit offsets,
 // and a list has at most FFFF references: a map's bytes behind this are out of reach.
 constexpr std::size_t kReach = 0xFFFF + 0xFFFF + 0xFFFF * kReferenceSize;
 
-// Counts are stored minus 1, so that FFFF means none.
 std::uint32_t CountFrom(std::uint16_t stored) { return (stored + 1u) & 0xFFFFu; }
 
 }  // namespace

@@ -5,20 +5,16 @@
 #include <string_view>
 
 #include "platform/resource_map.h"
+#include "platform/resource_map_format.h"
 
 namespace quillmark {
+
+using namespace resource_format;
+
 namespace {
 
 constexpr std::uint32_t kDataStart = 256;  // after the header, 240 bytes of the system and the application
-constexpr std::size_t kForkHeaderSize = 16;
-constexpr std::size_t kMapHeaderSize = 28;
-constexpr std::size_t kCountSize = 2;
-constexpr std::size_t kTypeSize = 8;
-constexpr std::size_t kReferenceSize = 12;
-constexpr std::uint32_t kLengthWordSize = 4;
-constexpr std::size_t kMapBookkeepingSize = 8;  // room for a handle and a file, and the attributes
 constexpr std::uint32_t kLargestOffset = 0xFFFF;
-constexpr std::uint16_t kNoName = 0xFFFF;
 constexpr std::uint32_t kOutsideDataArea = 0xFFFFFF;
 constexpr std::size_t kCopyBlock = 1 << 16;
 
@@ -192,7 +188,7 @@ bool ResourceMapLayout::LayHeaders() {
   header_.U32(map_length);
 
   map_.Append(header_.bytes());
-  map_.Append(Slice(old_.map_, kForkHeaderSize, kMapBookkeepingSize).value_or(Bytes()));
+  map_.Append(Slice(old_.map_, kForkHeaderSize, kBookkeepingSize).value_or(Bytes()));
   map_.U16(kMapHeaderSize);
   map_.U16(std::min<std::size_t>(name_list, kLargestOffset));  // cut only when there are no names
   map_.U16(lists_.size() - 1);
