@@ -4,9 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include "platform/extended_attributes.h"
 
@@ -49,12 +51,12 @@ class TemporaryFile {
       if (::fchown(descriptor_, old.st_uid, old.st_gid) != 0) errno = 0;
     }
     if (::fchmod(descriptor_, old.st_mode & 07777) != 0) return false;
-    for (const std::string& name : ExtendedAttributeNames(target)) {
+    const std::vector<std::string> names = ExtendedAttributeNames(target);
+    return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
       const auto value = ReadExtendedAttribute(target, name);
       const bool copied = value && WriteExtendedAttribute(path_, name, *value);
-      if (!copied && name.starts_with("user.")) return false;  // others belong to the system
-    }
-    return true;
+      return copied || !name.starts_with("user.");  // others belong to the system
+    });
   }
 
   bool MoveTo(const std::string& target) {

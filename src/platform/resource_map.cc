@@ -84,8 +84,8 @@ std::optional<ResourceMap::Key> ResourceMap::Find(std::uint32_t type, std::int16
   if (found == entry_of_type_.end()) return std::nullopt;
   const IdIndex& index = IndexOf(found->second);
   const auto first = std::lower_bound(index.begin(), index.end(), IdPosition{id, 0});
-  if (first == index.end() || first->id != id) return std::nullopt;
-  return Key{found->second, first->position};
+  if (first == index.end() || first->first != id) return std::nullopt;
+  return Key{found->second, first->second};
 }
 
 // Walks over a suitcase look up thousands of IDs, so each list is indexed at its first look-up. Lists may
@@ -102,7 +102,7 @@ ResourceMap::IdIndex& ResourceMap::IndexOf(std::uint16_t entry) {
   index.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint16_t position = entries_[entry].Left(i);
-    index.push_back({ID({entry, position}), position});
+    index.emplace_back(ID({entry, position}), position);
   }
   std::sort(index.begin(), index.end());
   indexed_ids_ += count;

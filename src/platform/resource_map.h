@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -82,11 +83,7 @@ class ResourceMap {
     std::size_t CountLeft() const { return left ? left->size() : count; }
     std::uint16_t Left(std::size_t i) const { return left ? (*left)[i] : static_cast<std::uint16_t>(i); }
   };
-  struct IdPosition {
-    std::int16_t id;
-    std::uint16_t position;
-    auto operator<=>(const IdPosition&) const = default;
-  };
+  using IdPosition = std::pair<std::int16_t, std::uint16_t>;
   using IdIndex = std::vector<IdPosition>;  // sorted: of one ID, the first position leads
 
   friend class ResourceMapLayout;  // resource_map_write.cc
@@ -105,10 +102,10 @@ class ResourceMap {
   std::uint32_t data_start_ = 0;
   std::uint32_t data_length_ = 0;
   std::uint32_t map_start_ = 0;
-  std::vector<std::uint8_t> map_;      // the part of the map that offsets can reach
-  std::vector<Entry> entries_;         // first entries of their types, in list order
-  std::vector<std::uint16_t> listed_;  // entries that are still listed
-  std::unordered_map<std::uint32_t, std::uint16_t> entry_of_type_;
+  std::vector<std::uint8_t> map_;                         // the part of the map that offsets can reach
+  std::vector<Entry> entries_;                            // first entries of their types, in list order
+  std::vector<std::uint16_t> listed_;                     // entries that are still listed
+  std::map<std::uint32_t, std::uint16_t> entry_of_type_;  // ordered: hostile types cannot make it slow
   std::unordered_map<std::uint16_t, IdIndex> id_indexes_;
   std::size_t indexed_ids_ = 0;  // in all of id_indexes_
   bool changed_ = false;
