@@ -1,11 +1,10 @@
 // The bytes of one stand-alone sfnt font: in memory, or in a file of which only the ranges asked for are
 // read. Offsets and lengths are in bytes from the start of the font; nothing outside [0, size) is ever handed
-// out. Tests: tests/analysis/sfnt_data_test.cc.
+// out. For one thread at a time. Tests: tests/analysis/sfnt_data_test.cc.
 #ifndef QUILLMARK_ANALYSIS_SFNT_DATA_H_
 #define QUILLMARK_ANALYSIS_SFNT_DATA_H_
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <vector>
 
@@ -16,32 +15,33 @@ namespace quillmark {
 
 class SfntData {
  public:
-  // A view: the bytes must outlive the object.
+  // A view: the bytes must outlive the object. At most the first 0xFFFFFFFF count.
   explicit SfntData(Bytes font);
   // The first `size` bytes of the file. What cannot be read is zero.
   SfntData(RegularFile file, std::uint32_t size);
-  SfntData(SfntData&&) = default;
-  SfntData& operator=(SfntData&&) = default;
 
   std::uint32_t size() const { return size_; }
 
   // The bytes [offset, offset + length), or nothing when they do not all lie inside the font. The span lives
-  // as long as this object: each range of a file is read once and kept.
+  // as long as this object: what is read of a file is kept, and answers later calls that lie within it.
+  // Meant for the few tables that are parsed; SumOfWords goes over large ones.
   std::optional<Bytes> Range(std::uint32_t offset, std::uint32_t length) const;
 
-  // Calls `visit` with [offset, offset + length) in consecutive blocks that are multiples of 4 bytes but for
-  // the last, keeping none of them. False, without a call, when the range does not lie inside the font.
-  template <typename Visit>
-  bool ForEachBlock(std::uint32_t offset, std::uint32_t length, Visit visit) const;
+  // The 32-bit wrapping sum of the big-endian words in [offset, offset + length), as SumBigEndianWords, or
+  // nothing when they do not all lie inside the font. A file is read in blocks of which none is kept.
+  std::optional<std::uint32_t> SumOfWords(std::uint32_t offset, std::uint32_t length) const;
 
  private:
-  std::optional<Bytes> ReadBlock(std::uint64_t offset, std::uint32_t length,
-                                 std::vector<std::uint8_t>& buffer) const;
+  struct Piece {
+    std::uint32_t offset;
+    std::vector<std::uint8_t> bytes;
+  };
+  bool Contains(std::uint32_t offset, std::uint32_t length) const;
 
   Bytes memory_;
   std::optional<RegularFile> file_;
   std::uint32_t size_ = 0;
-  mutable std::map<std::pair<std::uint32_t, std::uint32_t>, std::vector<std::uint8_t>> ranges_;
+  mutable std::vector<Piece> pieces_;  // of the file
 };
 
 }  // namespace quillmark

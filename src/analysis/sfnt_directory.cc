@@ -1,0 +1,88 @@
+#include "analysis/sfnt_directory.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace quillmark {
+namespace {
+
+constexpr std::uint32_t kHeaderSize = 12;
+constexpr std::uint32_t kEntrySize = 16;
+constexpr std::uint32_t kTrueTypeVersion = 0x00010000;
+constexpr std::uint32_t kOpenTypeVersion = FourCharCode("OTTO");
+
+constexpr const char* kRequiredTables[] = {"cmap", "name", "post", "maxp", "head", "hhea", "hmtx"};
+constexpr const char* kOptionalTables[] = {"OS/2", "kern"};
+constexpr const char* kKerningTables[] = {"kern", "GPOS", "glyf"};
+
+// The entries of the directory that are looked at. The count is a signed number, and an entry counts only
+// when at least one byte of the font follows it.
+Bytes DirectoryEntries(const SfntData& font) {
+  if (font.size() <= kHeaderSize) return {};
+  const auto header = font.Range(0, kHeaderSize);
+  const std::int16_t count = header ? I16At(*header, 4).value_or(0) : std::int16_t{0};
+  if (count <= 0) return {};
+  const std::uint32_t fitting = (font.size() - kHeaderSize - 1) / kEntrySize;
+  const std::uint32_t listed = std::min<std::uint32_t>(static_cast<std::uint32_t>(count), fitting);
+  return font.Range(kHeaderSize, kEntrySize * listed).value_or(Bytes{});
+}
+
+TDirectoryEntry ParseEntry(Bytes entry) {
+  return {U32At(entry, 0).value_or(0), U32At(entry, 4).value_or(0), U32At(entry, 8).value_or(0),
+          U32At(entry, 12).value_or(0)};
+}
+
+}  // namespace
+
+std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag) {
+  const std::string_view wanted(tag);
+  ByteReader entries(DirectoryEntries(font));
+  while (const auto entry = entries.Take(kEntrySize)) {
+    // Tags compare as C strings do: up to the first zero byte.
+    std::string_view text = AsText(*entry).substr(0, 4);
+    text = text.substr(0, text.find('\0'));
+    if (text == wanted) return ParseEntry(*entry);
+  }
+  return std::nullopt;
+}
+
+bool ValidateDirectoryEntry(const std::optional<TDirectoryEntry>& entry, const SfntData& font) {
+  return entry && entry->offset + entry->length <= font.size();
+}
+
+bool GetPlatformTTF(const SfntData& font, OmString* platform) {
+  if (platform == nullptr || font.size() < 5) return false;
+  *platform = "mac";
+  const auto start = font.Range(0, 4);
+  const std::uint32_t version = start ? U32At(*start, 0).value_or(0) : 0;
+  if (version != kTrueTypeVersion && version != kOpenTypeVersion) return true;
+  const bool complete = std::all_of(
+      std::begin(kRequiredTables), std::end(kRequiredTables),
+      [&](const char* tag) { return ValidateDirectoryEntry(FindSpecifiedTable(font, tag), font); });
+  const bool sound =
+      std::all_of(std::begin(kOptionalTables), std::end(kOptionalTables), [&](const char* tag) {
+        const auto entry = FindSpecifiedTable(font, tag);
+        return !entry || ValidateDirectoryEntry(entry, font);
+      });
+  if (complete && sound) *platform = "crossplatform";
+  return true;
+}
+
+bool GetTrueTypeKerningTableChecksum(const SfntData& font, std::uint32_t* checksum) {
+  std::optional<TDirectoryEntry> entry;
+  for (const char* tag : kKerningTables) {
+    entry = FindSpecifiedTable(font, tag);
+    if (entry) break;
+  }
+  if (!ValidateDirectoryEntry(entry, font)) return false;
+  *checksum = 0;
+  if (entry->length % 4 != 0) {
+    *checksum = entry->checksum;
+  } else if (entry->offset != 0 && std::uint64_t{entry->offset} + entry->length < font.size()) {
+    // A table that ends where the font ends leaves 0: stored results rely on it.
+    *checksum = font.SumOfWords(entry->offset, entry->length).value_or(0);
+  }
+  return true;
+}
+
+}  // namespace quillmark

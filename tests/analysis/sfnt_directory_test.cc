@@ -1,0 +1,160 @@
+#include "analysis/sfnt_directory.h"
+
+#include <gtest/gtest.h>
+
+#include "builders/big_endian.h"
+#include "builders/sfnt_builder.h"
+
+namespace quillmark {
+namespace {
+
+using big_endian::Set16;
+using big_endian::Set32;
+
+constexpr std::size_t kOffsetField = 8;
+constexpr std::size_t kLengthField = 12;
+
+SfntData View(const std::string& font) { return SfntData(AsBytes(font)); }
+
+std::optional<std::uint32_t> OffsetOf(const std::string& font, const char* tag) {
+  const auto entry = FindSpecifiedTable(View(font), tag);
+  return entry ? std::optional(entry->offset) : std::nullopt;
+}
+
+TEST(SfntDirectory, FindsTheFirstEntryOfATagInAnyOrder) {
+  const std::string font = SfntHeader(0x00010000, 3) + SfntDirectoryEntry("name", "12345", 99) +
+                           SfntDirectoryEntry("cmap", "", 1) + SfntDirectoryEntry("name", "", 2) + "end";
+  const auto entry = FindSpecifiedTable(View(font), "name");
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->tag, FourCharCode("name"));
+  EXPECT_EQ(entry->checksum, 0x31323334u + 0x35000000u);
+  EXPECT_EQ(entry->offset, 99u);
+  EXPECT_EQ(entry->length, 5u);
+  EXPECT_EQ(OffsetOf(font, "cmap"), 1u);
+  EXPECT_EQ(OffsetOf(font, "kern"), std::nullopt);
+}
+
+TEST(SfntDirectory, LooksOnlyAtEntriesThatEndBeforeTheBlockDoes) {
+  const std::string font =
+      SfntHeader(0x00010000, 2) + SfntDirectoryEntry("cmap", "", 1) + SfntDirectoryEntry("name", "", 2) + "x";
+  EXPECT_EQ(OffsetOf(font, "name"), 2u);
+  EXPECT_EQ(OffsetOf(font.substr(0, font.size() - 1), "name"), std::nullopt);
+  EXPECT_EQ(OffsetOf(font.substr(0, font.size() - 1), "cmap"), 1u);
+  for (std::size_t size = 0; size <= 28; ++size)
+    EXPECT_EQ(OffsetOf(font.substr(0, size), "cmap"), std::nullopt);
+}
+
+TEST(SfntDirectory, CountsAreSigned) {
+  std::string font = SfntHeader(0x00010000, 0);
+  for (std::uint32_t i = 0; i < 32'768; ++i) font += SfntDirectoryEntry(i < 32'767 ? "none" : "last", "", i);
+  font += "x";
+  const struct {
+    std::uint32_t count;
+    bool first, thousandth, beyond;
+  } rows[] = {{0, false, false, false},
+              {1, true, false, false},
+              {0x7FFF, true, true, false},
+              {0x8000, false, false, false},
+              {0xFFFF, false, false, false}};
+  font.replace(12, 4, "frst");
+  font.replace(12 + 16 * 1000, 4, "mile");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.count);
+    Set16(font, 4, row.count);
+    EXPECT_EQ(OffsetOf(font, "frst").has_value(), row.first);
+    EXPECT_EQ(OffsetOf(font, "mile").has_value(), row.thousandth);
+    EXPECT_EQ(OffsetOf(font, "last").has_value(), row.beyond);
+  }
+}
+
+TEST(SfntDirectory, TagsCompareUpToTheirFirstZeroByte) {
+  const std::string font = SfntHeader(0x00010000, 3) + SfntDirectoryEntry(std::string("ab\0c", 4), "", 1) +
+                           SfntDirectoryEntry(std::string("kern\0", 4), "", 2) +
+                           SfntDirectoryEntry(std::string("\0ern", 4), "", 3) + "x";
+  EXPECT_EQ(OffsetOf(font, "ab"), 1u);
+  EXPECT_EQ(OffsetOf(font, "abc"), std::nullopt);
+  EXPECT_EQ(OffsetOf(font, "kern"), 2u);
+  EXPECT_EQ(OffsetOf(font, ""), 3u);
+}
+
+TEST(SfntDirectory, ValidationWrapsAt32Bits) {
+  const std::string font(100, '\0');
+  const auto valid = [&](std::uint32_t offset, std::uint32_t length) {
+    return ValidateDirectoryEntry(TDirectoryEntry{0, 0, offset, length}, View(font));
+  };
+  EXPECT_TRUE(valid(0, 0));
+  EXPECT_TRUE(valid(60, 40));
+  EXPECT_FALSE(valid(60, 41));
+  EXPECT_FALSE(valid(101, 0));
+  EXPECT_TRUE(valid(0xFFFFFFF0, 0x20));
+  EXPECT_FALSE(ValidateDirectoryEntry(std::nullopt, View(font)));
+}
+
+TEST(SfntDirectory, PlatformNeedsTheTablesOfBothSystems) {
+  const auto platform = [](const std::string& font) {
+    OmString text = "unset";
+    const bool decided = GetPlatformTTF(View(font), &text);
+    return std::string(decided ? "" : "undecided ") + text.str();
+  };
+  const SfntBuilder sound = SfntBuilder::CrossPlatform();
+  const std::string font = sound.Build();
+  EXPECT_EQ(platform(font), "crossplatform");
+  EXPECT_EQ(platform(SfntBuilder(sound).Version(FourCharCode("OTTO")).Build()), "crossplatform");
+  EXPECT_EQ(platform(SfntBuilder(sound).Version(FourCharCode("true")).Build()), "mac");
+  for (const char* tag : {"cmap", "name", "post", "maxp", "head", "hhea", "hmtx"}) {
+    SCOPED_TRACE(tag);
+    EXPECT_EQ(platform(SfntBuilder(sound).RemoveTable(tag).Build()), "mac");
+    std::string spoiled = font;
+    Set32(spoiled, EntryPosition(spoiled, tag) + kLengthField, 0x10000);
+    EXPECT_EQ(platform(spoiled), "mac");
+  }
+  for (const char* tag : {"OS/2", "kern"}) {
+    SCOPED_TRACE(tag);
+    std::string with = SfntBuilder(sound).Table(tag, "1234").Build();
+    EXPECT_EQ(platform(with), "crossplatform");
+    Set32(with, EntryPosition(with, tag) + kLengthField, 0x10000);
+    EXPECT_EQ(platform(with), "mac");
+  }
+  EXPECT_EQ(platform(font.substr(0, 4)), "undecided unset");
+  EXPECT_EQ(platform(font.substr(0, 5)), "mac");
+  EXPECT_FALSE(GetPlatformTTF(View(font), nullptr));
+}
+
+TEST(SfntDirectory, KerningChecksumSumsTheFirstOfThreeTables) {
+  const std::string words("\xFF\xFF\xFF\xFF\0\0\0\x02\0\0\1\0", 12);  // sums, wrapping, to 101
+  constexpr std::uint32_t kSum = 0x101;
+  constexpr std::uint32_t kUntouched = 77;
+  const auto checksum = [](const std::string& font) {
+    std::uint32_t value = kUntouched;
+    const bool valid = GetTrueTypeKerningTableChecksum(View(font), &value);
+    return valid ? value : kUntouched;
+  };
+  const std::string last = "behind";  // bytes behind the table, without which it would end the font
+  const auto with = [&](const char* tag, const std::string& table) {
+    return SfntBuilder().Table(tag, table).Table("last", last);
+  };
+  EXPECT_EQ(checksum(with("kern", words).Table("GPOS", "abcd").Build()), kSum);
+  EXPECT_EQ(checksum(with("GPOS", words).Table("glyf", "abcd").Build()), kSum);
+  EXPECT_EQ(checksum(with("glyf", words).Build()), kSum);
+  EXPECT_EQ(checksum(with("cmap", words).Build()), kUntouched);
+
+  std::string stored = with("kern", words.substr(0, 10)).Build();
+  Set32(stored, EntryPosition(stored, "kern") + 4, 0xCAFE);
+  EXPECT_EQ(checksum(stored), 0xCAFEu) << "of a length that is no multiple of 4: the directory's";
+  EXPECT_EQ(checksum(SfntBuilder().Table("kern", words).Build()), 0u) << "a table that ends the font";
+
+  const std::string font = with("kern", words).Table("GPOS", words).Build();
+  const struct {
+    std::uint32_t offset, length, expected;
+  } rows[] = {{0, 12, 0}, {0xFFFFFFF0, 0x20, 0}, {4, 0xFFFFFFFC, 0}, {0x10000, 12, kUntouched}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.offset);
+    std::string spoiled = font;
+    Set32(spoiled, EntryPosition(spoiled, "kern") + kOffsetField, row.offset);
+    Set32(spoiled, EntryPosition(spoiled, "kern") + kLengthField, row.length);
+    EXPECT_EQ(checksum(spoiled), row.expected);
+  }
+}
+
+}  // namespace
+}  // namespace quillmark
