@@ -12,9 +12,9 @@
 
 namespace quillmark {
 
-// True when the table was read and held at least one non-empty string; then the wanted outputs are assigned,
-// also with empty values, but for display_name, which is assigned only while it is empty. False writes
-// nothing.
+// True when the table was read and held at least one non-empty string. The wanted outputs are assigned once
+// there is a valid table, also with empty values, but for display_name, which is assigned only while it is
+// empty. Without a valid table nothing is written.
 bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs);
 
 // The PostScript name alone, with illegal characters replaced; empty when there is none.
@@ -23,10 +23,6 @@ void getPostScriptNameFromNamesTable(const SfntData& font, std::string& name);
 // Blank ( ) / [ ] { } become "-".
 void ReplaceIllegalCharsInPostScriptName(std::string& name);
 void ReplaceIllegalCharsInPostScriptName(OmString& name);
-
-// Whether a record's bytes are read as 16-bit units. True for Macintosh Japanese too, whose bytes are not:
-// stored results rely on it.
-bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, std::int16_t language_id);
 
 }  // namespace quillmark
 

@@ -1,0 +1,44 @@
+// The records of an sfnt font's `name` table (OpenType name table) and their text. Which record is preferred
+// is name_table.h's. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
+#ifndef QUILLMARK_ANALYSIS_NAME_RECORD_H_
+#define QUILLMARK_ANALYSIS_NAME_RECORD_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/sfnt_data.h"
+
+namespace quillmark {
+
+struct NameRecord {
+  std::int16_t platform_id = 0;
+  std::int16_t encoding_id = 0;
+  std::int16_t language_id = 0;
+  std::int16_t name_id = 0;
+  Bytes text;  // at most 1023 bytes of the font; empty when they do not lie inside it
+};
+
+// Every record that lies inside the font, in table order. Nothing without a valid `name` table. The texts
+// point into `font`.
+std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font);
+
+// Whether a record's bytes are read as 16-bit units. True for Macintosh Japanese too, whose bytes are not:
+// stored results rely on it.
+bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, std::int16_t language_id);
+
+// Decodes the records of one table, in order: a Japanese record decides how the single-byte ones that follow
+// it are read.
+class NameTextDecoder {
+ public:
+  // The text up to its first zero, in UTF-8; empty when it is invalid in its encoding.
+  std::string Decode(const NameRecord& record);
+
+ private:
+  bool shift_jis_ = false;
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,216 @@
+#include "analysis/name_table.h"
+
+#include <gtest/gtest.h>
+
+#include "analysis/name_record.h"
+#include "builders/big_endian.h"
+#include "builders/sfnt_builder.h"
+
+namespace quillmark {
+namespace {
+
+using big_endian::Set16;
+using big_endian::Set32;
+using big_endian::Utf16;
+
+struct Read {
+  bool found = false;
+  OmString foundry, family, version, post_script, display, full, windows_full;
+};
+
+Read ReadNames(const std::string& font, const char* preset = "preset") {
+  Read read;
+  for (OmString* text :
+       {&read.foundry, &read.family, &read.version, &read.post_script, &read.full, &read.windows_full}) {
+    *text = preset;
+  }
+  read.found = getMetaDataFromNamesTable(
+      SfntData(AsBytes(font)), {&read.foundry, &read.family, &read.version, &read.post_script, &read.display,
+                                &read.full, &read.windows_full});
+  return read;
+}
+
+std::string Family(const SfntBuilder& builder) { return ReadNames(builder.Build()).family.str(); }
+
+// A font whose only record, of family name, has these IDs and bytes.
+std::string DecodedAs(std::uint16_t platform, std::uint16_t encoding, std::uint16_t language,
+                      const std::string& bytes) {
+  return Family(SfntBuilder().Name(platform, encoding, language, 1, bytes));
+}
+
+TEST(NameTable, FillsEveryOutputAndFallsBack) {
+  const Read all = ReadNames(SfntBuilder()
+                                 .MacName(0, "Copyright")
+                                 .MacName(1, "Family")
+                                 .MacName(4, "Full (Name)")
+                                 .MacName(5, "Version 1")
+                                 .MacName(6, "Post{Script}<%>")
+                                 .MacName(8, "Maker")
+                                 .MacName(16, "Typographic")
+                                 .WindowsName(4, u"Windows Name")
+                                 .Build());
+  EXPECT_TRUE(all.found);
+  EXPECT_EQ(all.foundry.str(), "Maker");
+  EXPECT_EQ(all.family.str(), "Typographic");
+  EXPECT_EQ(all.version.str(), "Version 1");
+  EXPECT_EQ(all.post_script.str(), "Post-Script-<%>");
+  EXPECT_EQ(all.display.str(), "Post{Script}<%>");
+  EXPECT_EQ(all.full.str(), "Full (Name)");
+  EXPECT_EQ(all.windows_full.str(), "Windows Name");
+
+  const Read few = ReadNames(SfntBuilder().MacName(0, "Copyright").MacName(4, "Full [x]/y").Build());
+  EXPECT_EQ(few.foundry.str(), "Copyright");
+  EXPECT_EQ(few.family.str(), "");
+  EXPECT_EQ(few.post_script.str(), "Full--x--y");
+  EXPECT_EQ(few.display.str(), "Full [x]/y");
+  EXPECT_EQ(few.windows_full.str(), "Full [x]/y");
+
+  const Read bare = ReadNames(SfntBuilder().MacName(6, "A-B").Build());
+  EXPECT_EQ(bare.full.str(), "A-B");
+  EXPECT_EQ(bare.windows_full.str(), "A-B");
+
+  OmString display = "kept";
+  EXPECT_TRUE(getMetaDataFromNamesTable(SfntData(AsBytes(SfntBuilder().MacName(6, "A").Build())),
+                                        {.display_name = &display}));
+  EXPECT_EQ(display.str(), "kept");
+}
+
+TEST(NameTable, PrefersRecordsByPlatformAndLanguage) {
+  EXPECT_EQ(Family(SfntBuilder().MacName(1, "Mac").WindowsName(1, u"Win")), "Mac");
+  EXPECT_EQ(
+      Family(SfntBuilder().UnicodeName(1, u"Uni").MacName(0, "C").MacName(1, "Mac").WindowsName(1, u"Win")),
+      "Uni");
+  EXPECT_EQ(Family(SfntBuilder().UnicodeName(1, u"Uni").MacName(1, "Mac")), "Mac")
+      << "the first Macintosh English record still overwrites";
+  EXPECT_EQ(Family(SfntBuilder().WindowsName(1, u"US").WindowsName(1, u"German", 0x407)), "US");
+  EXPECT_EQ(
+      Family(SfntBuilder().WindowsName(1, u"German", 0x407).WindowsName(1, u"US").WindowsName(1, u"US2")),
+      "US2");
+  EXPECT_EQ(Family(SfntBuilder().WindowsName(1, u"German", 0x407).WindowsName(1, u"French", 0x40C)),
+            "German");
+  EXPECT_EQ(Family(SfntBuilder().WindowsName(1, u"US").Name(3, 0, 0x407, 1, "Symbol")), "Symbol")
+      << "encoding 0 overwrites whatever the language";
+  EXPECT_EQ(Family(SfntBuilder().MacName(16, "Typographic").MacName(1, "Plain")), "Typographic");
+  EXPECT_EQ(Family(SfntBuilder().UnicodeName(16, u"Typographic").UnicodeName(1, u"Plain")), "Plain")
+      << "a family name that may overwrite replaces the typographic one as well";
+  EXPECT_EQ(ReadNames(SfntBuilder().WindowsName(4, u"Deutsch", 0x407).WindowsName(4, u"US").Build())
+                .windows_full.str(),
+            "Deutsch")
+      << "the first Windows full name of any language";
+  EXPECT_EQ(
+      ReadNames(SfntBuilder().WindowsName(6, u"Caf\u00E9").WindowsName(4, u"Full").Build()).post_script.str(),
+      "Full")
+      << "a PostScript name that is not ASCII";
+}
+
+TEST(NameTable, ChoosesTheFormOfTheTextByItsIds) {
+  const struct {
+    std::uint16_t platform, encoding, language;
+    bool double_byte;
+  } rows[] = {{0, 0, 0, false},     {0, 1, 0, true},  {0, 4, 0, true},   {0, 5, 0, false},
+              {1, 0, 0, false},     {1, 1, 11, true}, {2, 1, 0, false},  {3, 0, 0, false},
+              {3, 1, 0x409, true},  {3, 10, 0, true}, {3, 11, 0, false}, {4, 0, 0, true},
+              {0xFFFF, 1, 0, false}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.platform << "," << row.encoding << "," << row.language);
+    EXPECT_EQ(DecodedAs(row.platform, row.encoding, row.language, "AB"), row.double_byte ? "\u4142" : "AB");
+  }
+}
+
+TEST(NameTable, DecodesText) {
+  EXPECT_EQ(DecodedAs(3, 1, 0, Utf16(u"A\u00E9\U0001F600")), "A\u00E9\U0001F600");
+  EXPECT_EQ(DecodedAs(3, 1, 0, Utf16(std::u16string(u"A\0B", 3)) + "C"), "A");
+  EXPECT_EQ(DecodedAs(3, 1, 0, Utf16(u"AB") + "C"), "AB") << "an odd last byte";
+  EXPECT_EQ(DecodedAs(3, 1, 0, Utf16(u"\uFEFFA")), "\uFEFFA");
+  EXPECT_FALSE(ReadNames(SfntBuilder()
+                             .Name(3, 1, 0, 1,
+                                   "\xD8\x3D"
+                                   "A")
+                             .Build())
+                   .found)
+      << "a lone surrogate";
+  EXPECT_EQ(DecodedAs(1, 0, 0, std::string("Caf\x8E\x1F\x7F\0x", 8)), "Caf??\x7F");
+  EXPECT_EQ(DecodedAs(1, 0, 0, std::string(1024, 'x')), std::string(1023, 'x'));
+  EXPECT_EQ(DecodedAs(3, 1, 0, Utf16(std::u16string(512, u'x'))), std::string(511, 'x'));
+}
+
+TEST(NameTable, AJapaneseRecordTurnsTheSingleByteOnesBehindItToShiftJis) {
+  const SfntBuilder font = SfntBuilder()
+                               .Name(1, 0, 0, 0, "\x83\x41")    // before: two bytes above 7F and 41
+                               .Name(1, 1, 11, 99, "\x83\x41")  // read as one 16-bit unit
+                               .Name(1, 0, 5, 1, "\x83\x41")    // katakana A
+                               .Name(1, 0, 0, 8, "\x83");       // cut: skipped
+  const Read read = ReadNames(font.Build());
+  EXPECT_EQ(read.foundry.str(), "?A");
+  EXPECT_EQ(read.family.str(), "\u30A2");
+  EXPECT_EQ(DecodedAs(2, 0, 11, "\x83\x41"), "\u30A2");
+}
+
+// The name table's records begin 6 bytes into it.
+TEST(NameTable, FieldsOfARecordAreSigned) {
+  const std::string font = SfntBuilder().MacName(5, "unused.family").Table("tail", "tail").Build();
+  const std::size_t table = TablePosition(font, "name");
+  const struct {
+    const char* what;
+    std::uint32_t string_offset, length, offset;
+    const char* expected;
+  } rows[] = {
+      {"as built, cut short", 18, 6, 7, "family"},
+      {"16 bytes before the storage", 18 + 23, 6, 0xFFF0, "family"},
+      {"before the table", 18, 6, 0xFFED, ""},
+      {"length 8000", 18, 0x8000, 7, ""},
+      {"to the end of the font", 18, 18, 0, "unused.family"},  // a zero byte and the next table follow
+      {"past the end of the font", 18, 19, 0, ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    std::string spoiled = font;
+    Set16(spoiled, table + 4, row.string_offset);
+    Set16(spoiled, table + 14, row.length);
+    Set16(spoiled, table + 16, row.offset);
+    const Read read = ReadNames(spoiled);
+    EXPECT_EQ(read.found, *row.expected != '\0');
+    EXPECT_EQ(read.version.str(), row.expected);
+  }
+}
+
+TEST(NameTable, TheTableMustBeValidAndHoldText) {
+  const std::string font = SfntBuilder().MacName(1, "Family").Table("tail", "tail").Build();
+  const std::size_t table = TablePosition(font, "name");
+  const auto with_entry = [&](std::uint32_t offset, std::uint32_t length) {
+    std::string spoiled = font;
+    Set32(spoiled, EntryPosition(font, "name") + 8, offset);
+    Set32(spoiled, EntryPosition(font, "name") + 12, length);
+    return ReadNames(spoiled);
+  };
+  const auto size = static_cast<std::uint32_t>(font.size());
+  const auto at = static_cast<std::uint32_t>(table);
+  EXPECT_TRUE(with_entry(at, 0).found) << "records are bounded by the font, not by the length";
+  EXPECT_TRUE(with_entry(at, 0u - at).found) << "a sum that wraps";
+  for (const Read& read : {with_entry(0, 30), with_entry(size, 0), with_entry(at, size), ReadNames("")}) {
+    EXPECT_FALSE(read.found);
+    EXPECT_EQ(read.family.str(), "preset") << "nothing is written";
+  }
+  EXPECT_EQ(with_entry(size - 5, 0).family.str(), "") << "no room for a header";
+  for (const std::uint32_t count : {0u, 0x8000u, 0xFFFFu}) {
+    std::string spoiled = font;
+    Set16(spoiled, table + 2, count);
+    const Read read = ReadNames(spoiled);
+    EXPECT_FALSE(read.found);
+    EXPECT_EQ(read.family.str(), "") << "an empty table empties the outputs";
+  }
+  std::string most = font;
+  Set16(most, table + 2, 0x7FFF);
+  EXPECT_EQ(ReadNames(most).family.str(), "Family") << "the walk ends with the font";
+}
+
+TEST(NameTable, GivesThePostScriptNameAlone) {
+  std::string name = "old";
+  getPostScriptNameFromNamesTable(SfntData(AsBytes(SfntBuilder().MacName(4, "Quill (Sans)").Build())), name);
+  EXPECT_EQ(name, "Quill--Sans-");
+  getPostScriptNameFromNamesTable(SfntData({}), name);
+  EXPECT_EQ(name, "");
+}
+
+}  // namespace
+}  // namespace quillmark
