@@ -1,0 +1,89 @@
+// The exported queries that the knowledge tables answer: foundries, classes and styles.
+// Tests: tests/api/queries_test.cc; tests/c/contract.c.
+#include <algorithm>
+#include <vector>
+
+#include "api/buffers.h"
+#include "api/font_array.h"
+#include "knowledge/classification_mappings.h"
+#include "knowledge/font_style_scan.h"
+#include "knowledge/foundry_name_table.h"
+#include "quillmark/quillmark.h"
+
+using quillmark::CClassificationMappings;
+using quillmark::CFoundryNameTable;
+using quillmark::CopyOut;
+using quillmark::OmFontStyleScan;
+using quillmark::OmString;
+using quillmark::QM_FontSpecifier;
+
+namespace {
+
+// Creator codes count before the text, unless one of them is a tool's or the system's: then the text is
+// asked first.
+OmString LegacyFoundryName(const CFoundryNameTable& table, const QM_FontSpecifier& face) {
+  OmString result;
+  const std::uint32_t creator1 = face.fileCreator;
+  const std::uint32_t creator2 = face.outlineFileCreator;
+  if (CFoundryNameTable::IsQuestionableCreatorCode(creator1) ||
+      CFoundryNameTable::IsQuestionableCreatorCode(creator2)) {
+    if (!table.ContainsKnownFoundryName(face.foundry, &result)) result = "";
+  }
+  if (result.empty() && !table.IsKnownCreatorCode(creator1, &result) &&
+      !table.IsKnownCreatorCode(creator2, &result)) {
+    result = table.GetCanonicalFoundryName(creator2, face.foundry);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::int32_t QM_GetFoundryName(const QM_FontArray* array, std::uint32_t index, char* buffer,
+                               std::int32_t bufferSize) {
+  if (!array || !buffer) return QM_STATUS_FAILED;
+  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
+  const QM_FontSpecifier& face = array->view(index);
+  if (!(face.attributes & QM_ATTRIBUTE_FOUNDRY)) return QM_STATUS_NOT_HELD;
+  if (face.platform == "mac") return QM_GetLegacyFoundryName(array, index, buffer, bufferSize);
+  OmString name;
+  const bool known =
+      CFoundryNameTable::GetSharedFoundryNameTable()->ContainsKnownFoundryName(face.foundry, &name);
+  CopyOut(known ? name.str() : "--", buffer, bufferSize);
+  return QM_STATUS_OK;
+}
+
+std::int32_t QM_GetLegacyFoundryName(const QM_FontArray* array, std::uint32_t index, char* buffer,
+                                     std::int32_t bufferSize) {
+  if (!array || !buffer) return QM_STATUS_FAILED;
+  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
+  const QM_FontSpecifier& face = array->view(index);
+  if (!(face.attributes & QM_ATTRIBUTE_FOUNDRY)) return QM_STATUS_NOT_HELD;
+  const OmString name = LegacyFoundryName(*CFoundryNameTable::GetSharedFoundryNameTable(), face);
+  CopyOut(name.str(), buffer, bufferSize);
+  return QM_STATUS_OK;
+}
+
+std::int32_t QM_GetStyles(const char* primaryName, const char* secondaryName, std::uint32_t maxStyles,
+                          std::int32_t bufferSize, std::uint32_t* count, char** styleNames) {
+  if (!primaryName || !secondaryName || !count || !styleNames || !styleNames[0]) return QM_STATUS_FAILED;
+  OmFontStyleScan::Initialize();
+  std::vector<quillmark::SBuiltinStyle> styles;
+  if (!OmFontStyleScan::ScanFontForBuiltinStyles(primaryName, secondaryName, styles)) return QM_STATUS_OK;
+  *count = static_cast<std::uint32_t>(std::min<std::size_t>(maxStyles, styles.size()));
+  for (std::uint32_t i = 0; i < *count; ++i) {
+    if (styleNames[i]) CopyOut(styles[i].display, styleNames[i], bufferSize);
+  }
+  return QM_STATUS_OK;
+}
+
+std::int32_t QM_GetClassificationFromFamily(const char* family, const char* alternate, char* buffer,
+                                            std::int32_t bufferSize) {
+  if (!family || !buffer) return QM_STATUS_FAILED;
+  OmString result;
+  if (const CClassificationMappings* mappings = CClassificationMappings::GetSharedClassificationMappings()) {
+    result = mappings->GetClassNameFromFontFamily(family);
+    if (result == "--" && alternate) result = mappings->GetClassNameFromFontFamily(alternate);
+  }
+  CopyOut(result.str(), buffer, bufferSize);
+  return QM_STATUS_OK;
+}

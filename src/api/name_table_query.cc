@@ -1,0 +1,16 @@
+// The exported query that reads a name out of sfnt bytes, without an array.
+// Tests: tests/api/queries_test.cc; tests/c/contract.c.
+#include <string>
+
+#include "analysis/name_table.h"
+#include "api/buffers.h"
+#include "quillmark/quillmark.h"
+
+void QM_GetPostScriptNameFromNamesTable(const char* data, std::uint32_t size, void* resourceFile,
+                                        char** fondHandle, std::int32_t, char* buffer,
+                                        std::int32_t bufferSize) {
+  if (!data || !resourceFile || !fondHandle || !buffer) return;
+  std::string name;
+  quillmark::getPostScriptNameFromNamesTable(quillmark::SfntData(quillmark::AsBytes({data, size})), name);
+  if (!name.empty()) quillmark::CopyOut(name, buffer, bufferSize);
+}
