@@ -1,0 +1,171 @@
+// QM_CreateSpecifierFromXML: reads the XML form back by searching for its tags; it is no XML parser and must
+// not become one. A tag is searched from the start of a face's block to the end of the whole text, so a block
+// that lacks it takes the value of a later one. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include "api/font_array.h"
+#include "api/stored_values.h"
+#include "quillmark/quillmark.h"
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t kNone = std::string_view::npos;
+
+// Finds one word at or after positions that never decrease. It remembers the last find, so that all searches
+// together walk the text once, however many positions lie before one find.
+class ForwardSearch {
+ public:
+  ForwardSearch(std::string_view text, std::string word) : text_(text), word_(std::move(word)) {}
+
+  // kNone when there is none.
+  std::size_t From(std::size_t position) {
+    if (!searched_ || (found_ != kNone && found_ < position)) found_ = text_.find(word_, position);
+    searched_ = true;
+    return found_;
+  }
+  std::size_t word_length() const { return word_.size(); }
+
+ private:
+  std::string_view text_;
+  std::string word_;
+  bool searched_ = false;
+  std::size_t found_ = kNone;
+};
+
+// The values of one tag, for block after block.
+class TagValues {
+ public:
+  TagValues(std::string_view text, const std::string& tag)
+      : text_(text), opening_(text, "<" + tag + ">"), closing_(text, "</" + tag + ">") {}
+
+  // What stands between the first opening tag at or after `block` and the first closing tag behind it.
+  std::optional<std::string_view> ExtractTagValue(std::size_t block) {
+    const std::size_t opening = opening_.From(block);
+    if (opening == kNone) return std::nullopt;
+    const std::size_t start = opening + opening_.word_length();
+    const std::size_t end = closing_.From(start);
+    if (end == kNone) return std::nullopt;
+    return text_.substr(start, end - start);
+  }
+
+ private:
+  std::string_view text_;
+  ForwardSearch opening_;
+  ForwardSearch closing_;
+};
+
+class TextTag {
+ public:
+  TextTag(std::string_view text, const char* tag, std::uint32_t attribute, OmString QM_FontSpecifier::*field)
+      : values_(text, tag), attribute_(attribute), field_(field) {}
+
+  void Read(std::size_t block, QM_FontSpecifier& face) {
+    const auto value = values_.ExtractTagValue(block);
+    if (!value) return;
+    face.*field_ = std::string(*value);
+    face.attributes |= attribute_;
+  }
+
+ private:
+  TagValues values_;
+  std::uint32_t attribute_;
+  OmString QM_FontSpecifier::*field_;
+};
+
+class NumberTag {
+ public:
+  NumberTag(std::string_view text, const char* tag, int base, std::uint32_t attribute,
+            std::uint32_t QM_FontSpecifier::*field)
+      : values_(text, tag), base_(base), attribute_(attribute), field_(field) {}
+
+  void Read(std::size_t block, QM_FontSpecifier& face) {
+    const auto value = values_.ExtractTagValue(block);
+    if (!value) return;
+    // Many blocks may share one value: it is converted once.
+    if (value->data() != converted_) number_ = ParseLong(std::string(*value).c_str(), base_);
+    converted_ = value->data();
+    face.*field_ = number_;
+    face.attributes |= attribute_;
+  }
+
+ private:
+  TagValues values_;
+  int base_;
+  std::uint32_t attribute_;
+  std::uint32_t QM_FontSpecifier::*field_;
+  const char* converted_ = nullptr;
+  std::uint32_t number_ = 0;
+};
+
+class XmlReader {
+ public:
+  explicit XmlReader(std::string_view text)
+      : block_start_(text, "<FontData>"),
+        block_end_(text, "</FontData>"),
+        name_(text, "PostScriptName"),
+        texts_{{text, "FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
+               {text, "Family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
+               {text, "PostScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
+               {text, "Foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
+               {text, "Version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
+               {text, "OutlineFileName", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName}},
+        numbers_{
+            {text, "KerningChecksum", 16, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
+            {text, "Checksum", 16, QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
+            {text, "OutlineFileSize", 10, QM_ATTRIBUTE_OUTLINE_FILE_SIZE,
+             &QM_FontSpecifier::outlineFileSize}} {}
+
+  // True when at least one block is whole. A last block without its end is read too, and not counted.
+  bool ReadFaces(QM_FontArray& faces) {
+    bool any_whole = false;
+    std::size_t position = 0;
+    for (std::size_t block; (block = block_start_.From(position)) != kNone;) {
+      AppendFace(block, faces);
+      position = block_end_.From(block);
+      if (position == kNone) break;
+      any_whole = true;
+    }
+    return any_whole;
+  }
+
+ private:
+  // A face whose name is that of an earlier one is passed over: without resource IDs the removal of
+  // duplicates keeps the first of each name. Made and removed later, a hundred thousand blocks that share the
+  // values of a last one would hold as many copies of them.
+  void AppendFace(std::size_t block, QM_FontArray& faces) {
+    const std::string_view name = name_.ExtractTagValue(block).value_or("");
+    if (name.data() == last_name_.data() || !seen_.insert(name).second) return;
+    last_name_ = name;
+    QM_FontSpecifier face;
+    for (TextTag& tag : texts_) tag.Read(block, face);
+    for (NumberTag& tag : numbers_) tag.Read(block, face);
+    face.style = 0;
+    face.firstResourceID = 0;
+    face.fondResourceID = 0;
+    faces.push_back(std::move(face));
+  }
+
+  ForwardSearch block_start_;
+  ForwardSearch block_end_;
+  TagValues name_;
+  std::unordered_set<std::string_view> seen_;
+  std::string_view last_name_;  // a shared name is hashed once
+  TextTag texts_[6];
+  NumberTag numbers_[3];
+};
+
+}  // namespace
+}  // namespace quillmark
+
+std::int32_t QM_CreateSpecifierFromXML(const char* text, QM_FontArray** outArray) {
+  if (!text || !outArray) return QM_STATUS_FAILED;
+  auto faces = std::make_unique<QM_FontArray>();
+  if (!quillmark::XmlReader(text).ReadFaces(*faces)) return QM_STATUS_OUT_OF_RANGE;
+  *outArray = faces.release();
+  return QM_STATUS_OK;
+}
