@@ -1,0 +1,172 @@
+// The property-list form of an array, written and read: an array of dictionaries in which every value is a
+// string, numbers too. Tests: tests/api/property_list_form_test.cc; fuzz/property_list_form_fuzzer.cc.
+#include <array>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "api/buffers.h"
+#include "api/font_array.h"
+#include "api/stored_values.h"
+#include "platform/cf_ref.h"
+#include "platform/text_encoding.h"
+#include "quillmark/quillmark.h"
+#include "support/property_list_values.h"
+
+namespace quillmark {
+namespace {
+
+// The keys of every dictionary, in the order in which their values are asked for.
+enum Key : std::size_t {
+  kFontKind,
+  kPostScriptName,
+  kFoundry,
+  kFamily,
+  kVersion,
+  kKerningChecksum,
+  kChecksum,
+  kOutlineFileSize,
+  kOutlineFileName,
+  kKeywords,  // written empty, never read; so is the next
+  kPath,
+  kKeyCount
+};
+constexpr std::array<const char*, kKeyCount> kKeyNames = {
+    "FontKind", "PostScriptName",  "Foundry",         "Family",   "Version", "KerningChecksum",
+    "Checksum", "OutlineFileSize", "OutlineFileName", "Keywords", "Path"};
+
+using Strings = std::array<CFRef<CFStringRef>, kKeyCount>;
+
+CFRef<CFStringRef> MakeString(const std::string& text) {
+  return Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));
+}
+
+Strings MakeKeys() {
+  Strings keys;
+  for (std::size_t i = 0; i < kKeyCount; ++i) keys[i] = MakeString(kKeyNames[i]);
+  return keys;
+}
+
+CFRef<CFDictionaryRef> MakeDictionary(const Strings& keys, const QM_FontArray* array, std::uint32_t face) {
+  const std::uint32_t kerning = StoredNumber(QM_GetKerningChecksum, array, face);
+  std::array<std::string, kKeyCount> texts;
+  texts[kFontKind] = StoredText(QM_GetKindName, array, face);
+  texts[kPostScriptName] = StoredText(QM_GetPostScriptName, array, face);
+  texts[kFoundry] = StoredText(QM_GetFoundryName, array, face);
+  texts[kFamily] = StoredText(QM_GetFamilyName, array, face);
+  texts[kVersion] = StoredText(QM_GetVersion, array, face);
+  texts[kKerningChecksum] = Hexadecimal(kerning);
+  // An absent checksum repeats the kerning checksum: hosts compare stored texts.
+  texts[kChecksum] = Hexadecimal(StoredNumber(QM_GetQuillmarkChecksum, array, face, kerning));
+  texts[kOutlineFileSize] = SignedDecimal(StoredNumber(QM_GetOutlineFileSize, array, face));
+  texts[kOutlineFileName] = StoredText(QM_GetPrinterFont, array, face);
+
+  Strings values;
+  std::array<const void*, kKeyCount> key_pointers;
+  std::array<const void*, kKeyCount> value_pointers;
+  for (std::size_t i = 0; i < kKeyCount; ++i) {
+    // A name may hold any bytes, and the getter may have cut it inside a character.
+    values[i] = MakeString(std::string(ValidUtf8Prefix(texts[i])));
+    key_pointers[i] = keys[i].get();
+    value_pointers[i] = values[i].get();
+  }
+  return Adopt(CFDictionaryCreate(kCFAllocatorDefault, key_pointers.data(), value_pointers.data(),
+                                  CFIndex{kKeyCount}, &kCFTypeDictionaryKeyCallBacks,
+                                  &kCFTypeDictionaryValueCallBacks));
+}
+
+// Takes single values out of one dictionary into one specifier.
+class DictionaryReader {
+ public:
+  DictionaryReader(const Strings& keys, CFDictionaryRef dictionary, QM_FontSpecifier& face)
+      : keys_(keys), dictionary_(dictionary), face_(face) {}
+
+  void Text(Key key, std::uint32_t attribute, OmString& field) {
+    if (const CFStringRef value = Find(key, attribute)) field = value;
+  }
+  void Number(Key key, int base, std::uint32_t attribute, std::uint32_t& field) {
+    if (const CFStringRef value = Find(key, attribute)) field = ParseLong(OmString(value), base);
+  }
+
+ private:
+  CFStringRef Find(Key key, std::uint32_t attribute) {
+    const CFStringRef value = NCFUtils::NCFGetCFStringFromDictionary(dictionary_, keys_[key].get());
+    if (value) face_.attributes |= attribute;
+    return value;
+  }
+
+  const Strings& keys_;
+  CFDictionaryRef dictionary_;
+  QM_FontSpecifier& face_;
+};
+
+// An element that is no dictionary has no attributes.
+QM_FontSpecifier ReadFace(const Strings& keys, CFTypeRef element) {
+  QM_FontSpecifier face;
+  if (CFGetTypeID(element) == CFDictionaryGetTypeID()) {
+    DictionaryReader read(keys, static_cast<CFDictionaryRef>(element), face);
+    read.Text(kFontKind, QM_ATTRIBUTE_KIND, face.kind);
+    read.Text(kFamily, QM_ATTRIBUTE_FAMILY, face.family);
+    read.Text(kPostScriptName, QM_ATTRIBUTE_POSTSCRIPT_NAME, face.postScriptName);
+    read.Text(kFoundry, QM_ATTRIBUTE_FOUNDRY, face.foundry);
+    read.Text(kVersion, QM_ATTRIBUTE_VERSION, face.version);
+    read.Text(kOutlineFileName, QM_ATTRIBUTE_OUTLINE_FILE_NAME, face.outlineFileName);
+    read.Number(kKerningChecksum, 16, QM_ATTRIBUTE_KERNING_CHECKSUM, face.kerningChecksum);
+    read.Number(kChecksum, 16, QM_ATTRIBUTE_CHECKSUM, face.checksum);
+    read.Number(kOutlineFileSize, 10, QM_ATTRIBUTE_OUTLINE_FILE_SIZE, face.outlineFileSize);
+  }
+  face.style = 0;
+  face.firstResourceID = 0;
+  face.fondResourceID = 0;
+  return face;
+}
+
+// Null when the text is no property list or has no array at its top.
+CFRef<CFPropertyListRef> ParseArray(const char* text) {
+  const std::size_t length = std::strlen(text);
+  if (length >= std::numeric_limits<std::int32_t>::max()) return {};
+  const auto data =
+      Adopt(CFDataCreate(kCFAllocatorDefault, AsBytes({text, length}).data(), static_cast<CFIndex>(length)));
+  if (!data) return {};
+  CFRef<CFStringRef> error;
+  auto list = Adopt(CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data.get(), kCFPropertyListImmutable,
+                                                    error.Receive()));
+  if (!list || CFGetTypeID(list.get()) != CFArrayGetTypeID()) return {};
+  return list;
+}
+
+}  // namespace
+}  // namespace quillmark
+
+std::int32_t QM_GetPropertyListRepresentation(const QM_FontArray* array, char* buffer,
+                                              std::uint32_t* length) {
+  if (!array || !buffer || !length) return QM_STATUS_FAILED;
+  const auto list = quillmark::Adopt(CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks));
+  const quillmark::Strings keys = quillmark::MakeKeys();
+  for (std::uint32_t face = 0; face < array->size(); ++face) {
+    CFArrayAppendValue(list.get(), quillmark::MakeDictionary(keys, array, face).get());
+  }
+  const auto data = quillmark::Adopt(CFPropertyListCreateXMLData(kCFAllocatorDefault, list.get()));
+  quillmark::RepresentationBuffer text(buffer, *length);
+  text.Append(quillmark::AsText(
+      {CFDataGetBytePtr(data.get()), static_cast<std::size_t>(CFDataGetLength(data.get()))}));
+  return text.Finish(length, array->size() == 0);
+}
+
+std::int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontArray** outArray) {
+  if (!text || !outArray) return QM_STATUS_FAILED;
+  const auto list = quillmark::ParseArray(text);
+  if (!list) return QM_STATUS_FAILED;
+  const auto elements = static_cast<CFArrayRef>(list.get());
+  const CFIndex count = CFArrayGetCount(elements);
+  if (count == 0) return QM_STATUS_FAILED;
+  const quillmark::Strings keys = quillmark::MakeKeys();
+  auto faces = std::make_unique<QM_FontArray>();
+  for (CFIndex i = 0; i < count; ++i) {
+    faces->push_back(quillmark::ReadFace(keys, CFArrayGetValueAtIndex(elements, i)));
+  }
+  faces->RemoveDups();
+  *outArray = faces.release();
+  return QM_STATUS_OK;
+}

@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "api/face_builder.h"
+#include "platform/cf_object.h"
+#include "quillmark/quillmark.h"
+
+namespace quillmark {
+namespace {
+
+const std::string kHead =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n";
+
+std::string PropertyList(const QM_FontArray& array, std::int32_t expected_status = 0) {
+  std::uint32_t length = 0;
+  char none;
+  QM_GetPropertyListRepresentation(&array, &none, &length);
+  std::string text(length, '?');
+  EXPECT_EQ(QM_GetPropertyListRepresentation(&array, text.data(), &length), expected_status);
+  EXPECT_EQ(length, text.size());
+  text.pop_back();
+  return text;
+}
+
+OwnedArray Read(const std::string& text, std::int32_t expected_status = 0) {
+  QM_FontArray* array = nullptr;
+  EXPECT_EQ(QM_CreateSpecifierFromPropertyList(text.c_str(), &array), expected_status) << text;
+  EXPECT_EQ(array != nullptr, expected_status == 0);
+  return OwnedArray(array);
+}
+
+// Counts platform objects around each test.
+class PropertyListForm : public ::testing::Test {
+ protected:
+  ~PropertyListForm() override { EXPECT_EQ(cf::Object::LiveCount(), live_before_); }
+  const std::int64_t live_before_ = cf::Object::LiveCount();
+};
+
+TEST_F(PropertyListForm, WritesElevenStringsAFace) {
+  QM_FontSpecifier face;
+  face.kind = "TrueType";
+  face.family = "Quill <&> Sans";
+  face.postScriptName = "Quill\x01";
+  face.version = "Version 1.5;x";
+  face.outlineFileName = "/a/b";
+  face.kerningChecksum = 0x1234;
+  face.checksum = 0xFFFFFFFF;
+  face.outlineFileSize = 0xFFFFFFFE;
+  face.attributes = QM_ATTRIBUTES_ALL & ~std::uint32_t{QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_FOUNDRY};
+  QM_FontArray array;
+  array.push_back(face);
+  const std::string text = PropertyList(array);
+  EXPECT_EQ(text, kHead +
+                      "<array>\n"
+                      "\t<dict>\n"
+                      "\t\t<key>Checksum</key>\n\t\t<string>00001234</string>\n"
+                      "\t\t<key>Family</key>\n\t\t<string>Quill &lt;&amp;&gt; Sans</string>\n"
+                      "\t\t<key>FontKind</key>\n\t\t<string>TrueType</string>\n"
+                      "\t\t<key>Foundry</key>\n\t\t<string></string>\n"
+                      "\t\t<key>KerningChecksum</key>\n\t\t<string>00001234</string>\n"
+                      "\t\t<key>Keywords</key>\n\t\t<string></string>\n"
+                      "\t\t<key>OutlineFileName</key>\n\t\t<string>/a/b</string>\n"
+                      "\t\t<key>OutlineFileSize</key>\n\t\t<string>-2</string>\n"
+                      "\t\t<key>Path</key>\n\t\t<string></string>\n"
+                      "\t\t<key>PostScriptName</key>\n\t\t<string>Quill\x01</string>\n"
+                      "\t\t<key>Version</key>\n\t\t<string>1.5</string>\n"
+                      "\t</dict>\n"
+                      "</array>\n"
+                      "</plist>\n");
+
+  const OwnedArray read = Read(text);
+  EXPECT_EQ(read->at(0).attributes, 0x703Fu) << "what was absent is held now, empty";
+  EXPECT_EQ(read->at(0).family.str(), "Quill <&> Sans");
+  EXPECT_EQ(read->at(0).kerningChecksum, 0x1234u);
+  EXPECT_EQ(read->at(0).outlineFileSize, 0xFFFFFFFEu);
+  EXPECT_EQ(read->at(0).style | read->at(0).firstResourceID | read->at(0).fondResourceID, 0);
+}
+
+TEST_F(PropertyListForm, WritesTheLongestValidBeginning) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"Quill\xFF Sans", "Quill"},
+      {"\x80", ""},
+      {std::string(510, 'a') + "\xC3\xA9", std::string(510, 'a')},  // cut inside the character
+  };
+  for (const auto& [name, expected] : rows) {
+    QM_FontArray array;
+    array.push_back(NamedFace(name.c_str()));
+    EXPECT_EQ(Read(PropertyList(array))->at(0).postScriptName.str(), expected);
+  }
+}
+
+TEST_F(PropertyListForm, WritesAnEmptyArrayAndFails) {
+  EXPECT_EQ(PropertyList(QM_FontArray(), 1), kHead + "<array/>\n</plist>\n");
+}
+
+TEST_F(PropertyListForm, ReadsStringsOnly) {
+  const struct {
+    const char* what;
+    const char* element;
+    std::uint32_t attributes;
+  } rows[] = {
+      {"one key", "<dict><key>PostScriptName</key><string>A</string></dict>", 0x1},
+      {"an empty string", "<dict><key>Family</key><string/></dict>", 0x1000},
+      {"a number", "<dict><key>Checksum</key><integer>5</integer></dict>", 0},
+      {"keys that are only written", "<dict><key>Path</key><string>p</string></dict>", 0},
+      {"nothing", "<dict/>", 0},
+      {"no dictionary", "<string>PostScriptName</string>", 0},
+  };
+  for (const auto& row : rows) {
+    const OwnedArray read = Read("<array>" + std::string(row.element) + "</array>");
+    ASSERT_EQ(read->size(), 1u) << row.what;
+    EXPECT_EQ(read->at(0).attributes, row.attributes) << row.what;
+  }
+  const OwnedArray saturated =
+      Read("<array><dict><key>Checksum</key><string>FFFFFFFF</string></dict></array>");
+  EXPECT_EQ(saturated->at(0).checksum, 0x7FFFFFFFu);
+}
+
+TEST_F(PropertyListForm, RefusesWhatHoldsNoFace) {
+  for (const char* text : {"", "x", "<array/>", "<dict><key>Family</key><string>F</string></dict>",
+                           "<string>s</string>", "<array><dict></array>"}) {
+    Read(text, 1);
+  }
+  QM_FontArray* array = nullptr;
+  EXPECT_EQ(QM_CreateSpecifierFromPropertyList(nullptr, &array), 1);
+  EXPECT_EQ(QM_CreateSpecifierFromPropertyList("<array><dict/></array>", nullptr), 1);
+}
+
+TEST_F(PropertyListForm, KeepsTheFirstOfEachName) {
+  const std::string a = "<dict><key>PostScriptName</key><string>A</string></dict>";
+  const std::string b = "<dict><key>PostScriptName</key><string>a</string></dict>";
+  EXPECT_EQ(Read("<array>" + a + b + a + "</array>")->size(), 2u);
+}
+
+}  // namespace
+}  // namespace quillmark
