@@ -6,9 +6,11 @@
 #define QUILLMARK_KNOWLEDGE_FOUNDRY_NAME_TABLE_H_
 
 #include <cstdint>
-#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
-#include "platform/cf_ref.h"
+#include "knowledge/foundry_pattern_index.h"
 #include "support/om_string.h"
 
 namespace quillmark {
@@ -18,7 +20,6 @@ class CFoundryNameTable {
   static CFoundryNameTable* GetSharedFoundryNameTable();
 
   CFoundryNameTable();
-  ~CFoundryNameTable();
   CFoundryNameTable(const CFoundryNameTable&) = delete;
   CFoundryNameTable& operator=(const CFoundryNameTable&) = delete;
 
@@ -38,9 +39,14 @@ class CFoundryNameTable {
   OmString GetCanonicalFoundryName(std::uint32_t creator_code, const OmString& text) const;
 
  private:
-  class PatternIndex;
-  CFRef<CFArrayRef> entries_;
-  std::unique_ptr<const PatternIndex> index_;
+  // One dictionary of the list, in whose order the first match wins.
+  struct Entry {
+    std::optional<std::string> name;  // empty text is a name too
+    std::vector<std::string> creator_codes;
+    bool is_default = false;  // has an empty pattern, and a name
+  };
+  std::vector<Entry> entries_;  // none when the list could not be loaded
+  FoundryPatternIndex patterns_;
 };
 
 }  // namespace quillmark

@@ -1,0 +1,81 @@
+// Loads DefaultClassifications.plist and looks families up in it.
+// Tests: tests/knowledge/classification_mappings_test.cc, fuzz/table_fuzzer.cc.
+#include "knowledge/classification_mappings.h"
+
+#include "knowledge/table_values.h"
+#include "support/property_list_values.h"
+#include "support/resource_location.h"
+
+namespace quillmark {
+namespace {
+
+constexpr char kUnknown[] = "--";
+constexpr char kMappings[] = "Mappings";
+constexpr char kBuiltinClasses[] = "Default Classifications";
+constexpr std::size_t kClassNameCapacity = 1024;
+
+}  // namespace
+
+CClassificationMappings* CClassificationMappings::GetSharedClassificationMappings() {
+  static auto* const shared = new CClassificationMappings;
+  return shared;
+}
+
+OmString CClassificationMappings::GetUnknownClassificationName() { return kUnknown; }
+
+CClassificationMappings::CClassificationMappings() { LoadMappings(); }
+
+void CClassificationMappings::LoadMappings() {
+  const auto list = LoadBundlePropertyList("DefaultClassifications.plist", kCFPropertyListMutableContainers);
+  table_ = Share(AsDictionary(list.get()));
+  // The list and the lookups spell the absent class alike.
+  ReplaceDefaultClassification(TableKey("None").get(), TableKey(kUnknown).get());
+}
+
+OmString CClassificationMappings::GetClassNameFromFontFamily(const OmString& family) const {
+  const OmString unknown = GetUnknownClassificationName();
+  if (!table_) return unknown;
+  const CFDictionaryRef mappings =
+      AsDictionary(CFDictionaryGetValue(table_.get(), TableKey(kMappings).get()));
+  const auto name = Adopt(family.GetCFString(kCFStringEncodingUTF8));
+  if (!mappings || !name) return unknown;
+  const auto key = Adopt(CFStringCreateMutableCopy(kCFAllocatorDefault, 0, name.get()));
+  CFStringLowercase(key.get(), nullptr);
+  const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings, key.get());
+  const auto class_name = value ? Utf8Within(value, kClassNameCapacity) : std::nullopt;
+  return class_name ? OmString(*class_name) : unknown;
+}
+
+std::int32_t CClassificationMappings::ReplaceDefaultClassification(CFStringRef old_name,
+                                                                   CFStringRef new_name) {
+  if (!table_) return 0;
+  const auto key = TableKey(kBuiltinClasses);
+  const CFArrayRef classes = NCFUtils::GetCFArrayFromDict(table_.get(), key.get());
+  if (!classes) return 0;
+  // The list was loaded with mutable containers.
+  auto* const replaceable = const_cast<CFMutableArrayRef>(classes);
+  std::int32_t replaced = 0;
+  const CFIndex count = CFArrayGetCount(classes);
+  for (CFIndex i = 0; i < count; ++i) {
+    const CFStringRef name = AsString(CFArrayGetValueAtIndex(classes, i));
+    if (!name || CFStringCompare(name, old_name, 0) != kCFCompareEqualTo) continue;
+    CFArraySetValueAtIndex(replaceable, i, new_name);
+    ++replaced;
+  }
+  return replaced;
+}
+
+void CClassificationMappings::GetListOfBuiltinClasses(std::vector<OmString>* classes) const {
+  classes->clear();
+  if (!table_) return;
+  const CFArrayRef names = NCFUtils::GetCFArrayFromDict(table_.get(), TableKey(kBuiltinClasses).get());
+  const CFIndex count = names ? CFArrayGetCount(names) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    const CFStringRef name = AsString(CFArrayGetValueAtIndex(names, i));
+    if (const auto text = name ? Utf8Within(name, kClassNameCapacity) : std::nullopt) {
+      classes->emplace_back(*text);
+    }
+  }
+}
+
+}  // namespace quillmark

@@ -1,0 +1,131 @@
+// Loads FoundryNameTable.plist into plain records and answers for creator codes and texts.
+// Tests: tests/knowledge/foundry_name_table_test.cc, fuzz/table_fuzzer.cc.
+#include "knowledge/foundry_name_table.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "knowledge/table_values.h"
+#include "platform/byte_reader.h"
+#include "support/property_list_values.h"
+#include "support/resource_location.h"
+
+namespace quillmark {
+namespace {
+
+// The code's four characters, the most significant byte first; a zero byte ends the text.
+std::string CreatorCodeText(std::uint32_t code) {
+  std::string text;
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    const auto byte = static_cast<unsigned char>(code >> shift);
+    if (byte == 0) break;
+    text.push_back(static_cast<char>(byte));
+  }
+  return text;
+}
+
+std::vector<std::string> StringsIn(CFArrayRef array) {
+  std::vector<std::string> strings;
+  const CFIndex count = array ? CFArrayGetCount(array) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    if (const CFStringRef value = AsString(CFArrayGetValueAtIndex(array, i))) {
+      strings.push_back(OmString(value).str());
+    }
+  }
+  return strings;
+}
+
+}  // namespace
+
+CFoundryNameTable* CFoundryNameTable::GetSharedFoundryNameTable() {
+  static auto* const shared = new CFoundryNameTable;
+  return shared;
+}
+
+CFoundryNameTable::CFoundryNameTable() { LoadTable(); }
+
+void CFoundryNameTable::LoadTable() {
+  entries_.clear();
+  patterns_ = FoundryPatternIndex();
+  const auto list = LoadBundlePropertyList("FoundryNameTable.plist", kCFPropertyListImmutable);
+  const CFArrayRef array = AsArray(list.get());
+  if (!array) return;
+
+  const auto name_key = TableKey("FoundryName");
+  const auto codes_key = TableKey("CreatorCode");
+  const auto pattern_key = TableKey("Pattern");
+  std::vector<FoundryPatternIndex::Pattern> patterns;
+  const CFIndex count = CFArrayGetCount(array);
+  for (CFIndex i = 0; i < count; ++i) {
+    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(array, i));
+    if (!element) continue;
+    Entry entry;
+    const CFStringRef name = NCFUtils::GetCFStringFromDict(element, name_key.get());
+    if (name) entry.name = OmString(name).str();
+    entry.creator_codes = StringsIn(NCFUtils::GetCFArrayFromDict(element, codes_key.get()));
+    // A pattern without a name to give is as good as absent.
+    const CFStringRef pattern = NCFUtils::GetCFStringFromDict(element, pattern_key.get());
+    if (pattern && name) {
+      std::string text = OmString(pattern).str();
+      entry.is_default = text.empty();
+      if (!entry.is_default) {
+        patterns.push_back({std::move(text), static_cast<std::uint32_t>(entries_.size())});
+      }
+    }
+    entries_.push_back(std::move(entry));
+  }
+  patterns_ = FoundryPatternIndex(std::move(patterns));
+}
+
+bool CFoundryNameTable::IsQuestionableCreatorCode(std::uint32_t creator_code) {
+  constexpr std::array kQuestionable = {FourCharCode("ACp1"), FourCharCode("ACP1"), FourCharCode("ACSC"),
+                                        FourCharCode("KSet"), FourCharCode("KSew")};
+  return std::find(kQuestionable.begin(), kQuestionable.end(), creator_code) != kQuestionable.end();
+}
+
+bool CFoundryNameTable::IsKnownCreatorCode(std::uint32_t creator_code, OmString* foundry) const {
+  const std::string code = CreatorCodeText(creator_code);
+  if (code.empty()) return false;  // zero above all, though a list may hold an empty code
+  bool found = false;
+  for (const Entry& entry : entries_) {
+    // Also how a match ends the walk; a match whose name is empty lets a later entry still give one.
+    if (!foundry->empty()) break;
+    if (!entry.name) continue;
+    const bool listed = std::any_of(
+        entry.creator_codes.begin(), entry.creator_codes.end(),
+        [&](const std::string& listed_code) { return OmString::CompareNoCase(listed_code, code) == 0; });
+    if (!listed) continue;
+    *foundry = *entry.name;
+    found = true;
+  }
+  return found;
+}
+
+bool CFoundryNameTable::ContainsKnownFoundryName(const OmString& text, OmString* foundry,
+                                                 OmString* default_foundry) const {
+  OmString lowered(text.str());
+  lowered.ToLower();
+  const std::optional<std::uint32_t> match = patterns_.SmallestRankIn(lowered.str());
+  if (default_foundry) {
+    // The last default entry that a walk to the match, or to the end, passes.
+    for (std::size_t i = match.value_or(static_cast<std::uint32_t>(entries_.size())); i-- > 0;) {
+      if (!entries_[i].is_default) continue;
+      *default_foundry = *entries_[i].name;
+      break;
+    }
+  }
+  if (!match) return false;
+  if (foundry) *foundry = *entries_[*match].name;
+  return true;
+}
+
+OmString CFoundryNameTable::GetCanonicalFoundryName(std::uint32_t creator_code, const OmString& text) const {
+  OmString foundry;
+  if (IsKnownCreatorCode(creator_code, &foundry) || !foundry.empty()) return foundry;
+  OmString default_foundry;
+  if (ContainsKnownFoundryName(text, &foundry, &default_foundry)) return foundry;
+  return default_foundry.empty() ? OmString("--") : default_foundry;
+}
+
+}  // namespace quillmark

@@ -1,0 +1,131 @@
+// Loads KeywordTable.plist.
+// Tests: tests/knowledge/style_scanner_test.cc, fuzz/table_fuzzer.cc.
+#include "knowledge/keyword_table.h"
+
+#include <atomic>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include "knowledge/table_values.h"
+#include "support/property_list_values.h"
+#include "support/resource_location.h"
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t kTextCapacity = 512;
+
+// A number that is none of 32 bits gives what is stored of it; anything else than a number gives nothing.
+std::optional<std::int32_t> Constant(CFNumberRef number) {
+  std::int32_t constant = 0;
+  if (!number) return std::nullopt;
+  static_cast<void>(NCFUtils::GetLongFromCFValue(number, constant));
+  return constant;
+}
+
+std::optional<SStyleComponent> ReadComponent(CFDictionaryRef element) {
+  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, TableKey("display").get());
+  const CFArrayRef words = NCFUtils::GetCFArrayFromDict(element, TableKey("match-strings").get());
+  const auto constant = Constant(NCFUtils::GetCFNumberFromDict(element, TableKey("style-constant").get()));
+  SStyleComponent component;
+  const bool has_modifier =
+      NCFUtils::GetBoolFromDict(element, TableKey("is-modifier").get(), component.isModifier);
+  if (!display || !words || !constant || !has_modifier) return std::nullopt;
+  auto text = Utf8Within(display, kTextCapacity);
+  if (!text) return std::nullopt;
+  component.display = std::move(*text);
+  component.styleConstant = *constant;
+  // The one key that may be absent: such a component does not compound.
+  static_cast<void>(NCFUtils::GetBoolFromDict(element, TableKey("compounds").get(), component.compounds));
+  for (CFIndex i = 0; i < CFArrayGetCount(words); ++i) {
+    const CFStringRef word = AsString(CFArrayGetValueAtIndex(words, i));
+    auto spelling = word ? Utf8Within(word, kTextCapacity) : std::nullopt;
+    if (spelling) component.matchStrings.push_back(std::move(*spelling));
+  }
+  return component;
+}
+
+std::optional<SBuiltinStyle> ReadStyle(CFDictionaryRef element) {
+  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, TableKey("display").get());
+  const CFArrayRef constants = NCFUtils::GetCFArrayFromDict(element, TableKey("components").get());
+  SBuiltinStyle style;
+  const bool has_weight = NCFUtils::GetBoolFromDict(element, TableKey("isweight").get(), style.isWeight);
+  if (!display || !constants || !has_weight) return std::nullopt;
+  auto text = Utf8Within(display, kTextCapacity);
+  if (!text) return std::nullopt;
+  style.display = std::move(*text);
+  for (CFIndex i = 0; i < CFArrayGetCount(constants); ++i) {
+    const auto constant = Constant(AsNumber(CFArrayGetValueAtIndex(constants, i)));
+    if (constant) style.components.push_back(*constant);
+  }
+  return style;
+}
+
+}  // namespace
+
+KeywordTable& KeywordTable::Shared() {
+  static auto& table = *new KeywordTable;
+  return table;
+}
+
+void KeywordTable::Load(CFDictionaryRef root) {
+  const CFArrayRef components = NCFUtils::GetCFArrayFromDict(root, TableKey("Components").get());
+  const CFArrayRef styles = NCFUtils::GetCFArrayFromDict(root, TableKey("Styles").get());
+  if (!components) throw DataRetrieveError("KeywordTable.plist - Components array");
+  LoadComponents(components);
+  if (!styles) throw DataRetrieveError("KeywordTable.plist - Style array");
+  LoadStyles(styles);
+}
+
+void KeywordTable::LoadComponents(CFArrayRef elements) {
+  components_.clear();
+  component_of_word_.clear();
+  for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
+    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
+    auto component = element ? ReadComponent(element) : std::nullopt;
+    if (!component) continue;
+    for (const std::string& word : component->matchStrings) {
+      component_of_word_.try_emplace(word, components_.size());
+    }
+    // Not cleared above: a constant of an earlier load stays known until a component of this one takes it.
+    component_by_constant_[component->styleConstant] = *component;
+    components_.push_back(std::move(*component));
+  }
+}
+
+void KeywordTable::LoadStyles(CFArrayRef elements) {
+  styles_.clear();
+  for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
+    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
+    auto style = element ? ReadStyle(element) : std::nullopt;
+    if (style) styles_.push_back(std::move(*style));
+  }
+}
+
+const SStyleComponent* KeywordTable::FindWord(std::string_view word) const {
+  const auto found = component_of_word_.find(word);
+  return found == component_of_word_.end() ? nullptr : &components_[found->second];
+}
+
+bool KeywordTable::Compounds(std::int32_t constant) const {
+  const auto found = component_by_constant_.find(constant);
+  return found != component_by_constant_.end() && found->second.compounds;
+}
+
+void OmFontStyleScan::Initialize() {
+  static std::atomic<bool> loaded = false;
+  static std::mutex loading;
+  if (loaded.load(std::memory_order_acquire)) return;
+  const std::lock_guard lock(loading);
+  if (loaded.load(std::memory_order_relaxed)) return;
+  OSLoadStyleResources();
+  loaded.store(true, std::memory_order_release);
+}
+
+void OmFontStyleScan::OSLoadStyleResources() {
+  const auto list = LoadBundlePropertyList("KeywordTable.plist", kCFPropertyListImmutable);
+  if (const CFDictionaryRef root = AsDictionary(list.get())) KeywordTable::Shared().Load(root);
+}
+
+}  // namespace quillmark

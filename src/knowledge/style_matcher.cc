@@ -1,0 +1,156 @@
+// Tells the built-in styles that a list of style components stands for: one style that is exactly the list,
+// or else the best weights and the best other styles. Also the plain test for a user's own style word. Tests:
+// tests/knowledge/style_matcher_test.cc, fuzz/style_name_fuzzer.cc.
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "knowledge/font_style_scan.h"
+#include "knowledge/keyword_table.h"
+#include "knowledge/style_scanner.h"
+
+namespace quillmark {
+namespace {
+
+struct SBuiltinStyleMatcher {
+  const SBuiltinStyle* style;
+  std::size_t matchCount;  // components that the style accounts for, after the modifier check
+  bool fullyMatched;       // it accounts for each of its constants, and none of them compounds
+};
+
+// One value for the weights, one for the other styles.
+struct ByKind {
+  std::size_t weight;
+  std::size_t other;
+  std::size_t& Of(const SBuiltinStyle& style) { return style.isWeight ? weight : other; }
+};
+
+// How often each constant occurs among the font's components, so that counting a style's hits costs the
+// style's length whatever the name's.
+class ConstantCounts {
+ public:
+  explicit ConstantCounts(std::span<const ScannedComponent> components) {
+    for (const ScannedComponent& component : components) ++counts_[component.constant];
+  }
+
+  // A constant that the style lists twice counts twice.
+  std::size_t HitsOf(const SBuiltinStyle& style) const {
+    std::size_t hits = 0;
+    for (const std::int32_t constant : style.components) {
+      const auto found = counts_.find(constant);
+      if (found != counts_.end()) hits += found->second;
+    }
+    return hits;
+  }
+
+ private:
+  std::unordered_map<std::int32_t, std::size_t> counts_;
+};
+
+// How often the style lists `modifier` without `qualified` right behind it, up to the first place where it
+// does pair them.
+std::size_t UnpairedOccurrences(const SBuiltinStyle& style, std::int32_t modifier, std::int32_t qualified) {
+  std::size_t unpaired = 0;
+  const std::vector<std::int32_t>& constants = style.components;
+  for (std::size_t i = 0; i < constants.size(); ++i) {
+    if (constants[i] != modifier) continue;
+    if (i + 1 < constants.size() && constants[i + 1] == qualified) break;
+    ++unpaired;
+  }
+  return unpaired;
+}
+
+// How many components go because the style does not pair a modifier of the font with what it qualifies. They
+// go from the last marked position to the first, each by its position in the list as it stands then: one that
+// is marked twice takes its successor along, and one past the end takes nothing. Only the number is of
+// interest.
+std::size_t StruckModifiers(const SBuiltinStyle& style, std::span<const ScannedComponent> components) {
+  std::size_t left = components.size();
+  for (std::size_t i = components.size() - 1; i-- > 0;) {
+    if (!components[i].is_modifier) continue;
+    const std::size_t marks = UnpairedOccurrences(style, components[i].constant, components[i + 1].constant);
+    left -= std::min(marks, left > i ? left - i : 0);
+  }
+  return components.size() - left;
+}
+
+bool HasCompounding(const SBuiltinStyle& style) {
+  return std::any_of(style.components.begin(), style.components.end(),
+                     [](std::int32_t constant) { return KeywordTable::Shared().Compounds(constant); });
+}
+
+// Drops the candidates below the best of their kind, except those that are fully matched, and then those
+// longer than the shortest that reached the best. Where none reached it, none is too long.
+std::vector<SBuiltinStyle> BestCandidates(std::span<const SBuiltinStyleMatcher> candidates, ByKind best) {
+  constexpr std::size_t kAnyLength = std::numeric_limits<std::size_t>::max();
+  ByKind shortest{kAnyLength, kAnyLength};
+  std::vector<const SBuiltinStyle*> remaining;
+  for (const SBuiltinStyleMatcher& candidate : candidates) {
+    const SBuiltinStyle& style = *candidate.style;
+    const bool reaches_best = candidate.matchCount >= best.Of(style);
+    if (reaches_best) shortest.Of(style) = std::min(shortest.Of(style), style.components.size());
+    if (reaches_best || candidate.fullyMatched) remaining.push_back(&style);
+  }
+  std::vector<SBuiltinStyle> styles;
+  for (const SBuiltinStyle* const style : remaining) {
+    if (style->components.size() <= shortest.Of(*style)) styles.push_back(*style);
+  }
+  return styles;
+}
+
+std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> components) {
+  if (components.empty()) return {};
+  const ConstantCounts counts(components);
+  ByKind best{0, 0};
+  std::vector<SBuiltinStyleMatcher> candidates;
+  for (const SBuiltinStyle& style : KeywordTable::Shared().styles()) {
+    const std::size_t hits = counts.HitsOf(style);
+    if (hits == 0 || hits < best.Of(style)) continue;
+    const std::size_t struck = StruckModifiers(style, components);
+    const std::size_t remaining_hits = hits - struck;
+    if (remaining_hits == 0 || struck == components.size()) continue;
+    if (struck == 0 && style.components.size() == components.size() && hits == components.size()) {
+      return {style};
+    }
+    candidates.push_back(
+        {&style, remaining_hits, remaining_hits == style.components.size() && !HasCompounding(style)});
+    // The hits before the check: a pair that the check breaks still keeps weaker styles out.
+    best.Of(style) = std::max(best.Of(style), hits);
+  }
+  return BestCandidates(candidates, best);
+}
+
+char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+}  // namespace
+
+std::int32_t OmFontStyleScan::ScanFontForBuiltinStyles(const std::string& primary,
+                                                       const std::string& secondary,
+                                                       std::vector<SBuiltinStyle>& styles) {
+  styles = MatchStyles(ScanNames(primary, secondary));
+  return static_cast<std::int32_t>(styles.size());
+}
+
+std::uint32_t OmFontStyleScan::FindBuiltinMatchesForStyleComponents(
+    const std::vector<SStyleComponent>& components, std::vector<SBuiltinStyle>& styles) {
+  std::vector<ScannedComponent> scanned;
+  scanned.reserve(components.size());
+  for (const SStyleComponent& component : components) {
+    scanned.push_back({component.styleConstant, component.isModifier, &component});
+  }
+  styles = MatchStyles(scanned);
+  return static_cast<std::uint32_t>(styles.size());
+}
+
+bool OmFontStyleScan::ScanFontForUserStyle(std::string first, std::string second, std::string user_style) {
+  for (std::string* const text : {&first, &second, &user_style}) {
+    std::transform(text->begin(), text->end(), text->begin(), AsciiLower);
+  }
+  return first.find(user_style) != std::string::npos || second.find(user_style) != std::string::npos;
+}
+
+}  // namespace quillmark

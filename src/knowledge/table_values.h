@@ -1,0 +1,27 @@
+// What the three knowledge tables share in reading their property lists: keys, values of an expected type,
+// and texts that must fit a stated size.
+#ifndef QUILLMARK_KNOWLEDGE_TABLE_VALUES_H_
+#define QUILLMARK_KNOWLEDGE_TABLE_VALUES_H_
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "platform/cf_ref.h"
+
+namespace quillmark {
+
+CFRef<CFStringRef> TableKey(const char* ascii);
+
+// The value when it has the type, else null, as for null.
+CFArrayRef AsArray(CFTypeRef value);
+CFDictionaryRef AsDictionary(CFTypeRef value);
+CFNumberRef AsNumber(CFTypeRef value);
+CFStringRef AsString(CFTypeRef value);
+
+// The string in UTF-8 when that and a NUL fit `capacity` bytes.
+std::optional<std::string> Utf8Within(CFStringRef string, std::size_t capacity);
+
+}  // namespace quillmark
+
+#endif
