@@ -4,11 +4,14 @@
 #define QUILLMARK_ANALYSIS_CHECKSUM_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "platform/byte_reader.h"
 
 namespace quillmark {
+
+struct ChecksumMemory;
 
 class CChecksum {
  public:
@@ -17,9 +20,9 @@ class CChecksum {
   static std::uint32_t icrc(Bytes data, std::uint32_t crc);
 
   // The CRC of the data fork followed by the resource fork, both whole; the data fork's alone goes to
-  // `data_fork_checksum` (may be null) when that fork was read. True when the resource fork could be opened,
-  // or else when the CRC differs from what `checksum` held on entry. A null `checksum` gives true at once.
-  // The forks pass through one block that belongs to the thread.
+  // `data_fork_checksum` (may be null): 0 for a fork that is empty or cannot be opened. True when the
+  // resource fork could be opened, or else when the CRC differs from what `checksum` held on entry. A null
+  // `checksum` gives true at once. The forks pass through one block that belongs to the thread.
   static bool CalculateFileChecksum(const std::string& path, std::uint32_t* checksum,
                                     std::uint32_t* data_fork_checksum);
 };
@@ -29,13 +32,16 @@ class CChecksum {
 std::uint32_t ChecksumLongAlignedData(std::uint32_t start, Bytes data);
 
 // While one of these lives on a thread, the whole-file checksum of a path is computed once on it and
-// remembered.
+// remembered, as is what the checksums of a FOND's styles share. They may nest; the outermost one forgets.
 class FileChecksumScope {
  public:
   FileChecksumScope();
   ~FileChecksumScope();
   FileChecksumScope(const FileChecksumScope&) = delete;
   FileChecksumScope& operator=(const FileChecksumScope&) = delete;
+
+ private:
+  std::unique_ptr<ChecksumMemory> memory_;  // of the outermost one
 };
 
 }  // namespace quillmark

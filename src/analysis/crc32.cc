@@ -1,0 +1,43 @@
+#include "analysis/crc32.h"
+
+#include <zlib.h>
+#ifdef QM_HAVE_LIBDEFLATE
+#include <libdeflate.h>
+#endif
+
+namespace quillmark {
+
+std::uint32_t Crc32(std::uint32_t crc, Bytes data) {
+  if (data.empty()) return crc;  // both libraries take a null pointer as a request to start anew
+#ifdef QM_HAVE_LIBDEFLATE
+  return libdeflate_crc32(crc, data.data(), data.size());
+#else
+  return static_cast<std::uint32_t>(crc32_z(crc, data.data(), data.size()));
+#endif
+}
+
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length) {
+  return static_cast<std::uint32_t>(crc32_combine(first, second, static_cast<z_off_t>(second_length)));
+}
+
+// With A and B the CRCs of the block up to the first and to the last step inside the range, the CRC of what
+// lies between is CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For
+// the same reason a running CRC passes over it in one combination.
+std::uint32_t RangeCrc32::Continue(std::uint32_t crc, std::size_t offset, std::size_t length) {
+  const auto range = Slice(block_, offset, length);
+  if (!range) return crc;
+  const std::size_t first = (offset + kStep - 1) / kStep;
+  const std::size_t last = (offset + length) / kStep;
+  if (first >= last) return Crc32(crc, *range);
+  if (step_crcs_.empty()) {
+    step_crcs_.push_back(0);
+    for (std::size_t end = kStep; end <= block_.size(); end += kStep) {
+      step_crcs_.push_back(Crc32(step_crcs_.back(), block_.subspan(end - kStep, kStep)));
+    }
+  }
+  crc = Crc32(crc, block_.subspan(offset, first * kStep - offset));
+  crc = CombineCrc32(crc ^ step_crcs_[first], step_crcs_[last], (last - first) * kStep);
+  return Crc32(crc, block_.subspan(last * kStep, offset + length - last * kStep));
+}
+
+}  // namespace quillmark

@@ -1,0 +1,38 @@
+// CRC-32 (ISO 3309, ITU-T V.42) over bytes, and over any range of one block at a cost that does not depend on
+// the length of the range. Tests: tests/analysis/checksum_test.cc.
+#ifndef QUILLMARK_ANALYSIS_CRC32_H_
+#define QUILLMARK_ANALYSIS_CRC32_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/byte_reader.h"
+
+namespace quillmark {
+
+// Continues `crc` over the bytes; 0 starts.
+std::uint32_t Crc32(std::uint32_t crc, Bytes data);
+
+// The CRC of two blocks one after the other, from those of each.
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length);
+
+// Continues CRCs over ranges of `block`, which must outlive the object. Font tables can name thousands of
+// long ranges that overlap; each costs no more than two steps of kStep bytes here.
+class RangeCrc32 {
+ public:
+  explicit RangeCrc32(Bytes block) : block_(block) {}
+
+  // Continues `crc` over [offset, offset + length), which must lie inside the block.
+  std::uint32_t Continue(std::uint32_t crc, std::size_t offset, std::size_t length);
+
+ private:
+  static constexpr std::size_t kStep = 1024;
+
+  Bytes block_;
+  std::vector<std::uint32_t> step_crcs_;  // of the first 0, 1, 2, ... steps; made when first needed
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,78 @@
+#include "analysis/fond_kerning.h"
+
+#include <algorithm>
+#include <map>
+
+namespace quillmark {
+
+FondKerning::FondKerning(Bytes fond) : fond_(fond.begin(), fond.end()), crcs_(fond_) {
+  Walk();
+  std::ranges::stable_sort(sub_tables_, {}, &SubTable::style);
+}
+
+// As many steps as the table counts, which are 32,768 at most. A negative pair count steps back, so
+// sub-tables may overlap and come again. The walk ends early where a header passes the end, since it would
+// stay there, and in front of the FOND.
+void FondKerning::Walk() {
+  constexpr std::size_t kSmallestFond = 52;
+  constexpr std::size_t kTableOffset = 20;
+  constexpr std::int64_t kPairSize = 4;
+  constexpr auto kHeaderSize = static_cast<std::int64_t>(SubTable::kHeaderSize);
+
+  const std::uint32_t table = U32At(fond_, kTableOffset).value_or(0);
+  const auto last_index = I16At(fond_, table);
+  if (fond_.size() < kSmallestFond || table == 0 || !last_index) return;
+  const auto size = static_cast<std::int64_t>(fond_.size());
+  std::int64_t position = std::int64_t{table} + 2;
+  for (int index = 0; index < *last_index + 1; ++index) {
+    // A header that ends exactly with the FOND is not read either.
+    if (position < 0 || position + kHeaderSize >= size) break;
+    SubTable found;
+    found.start = static_cast<std::size_t>(position);
+    found.style = I16At(fond_, found.start).value_or(0);
+    const std::int64_t pairs_size = kPairSize * I16At(fond_, found.start + 2).value_or(0);
+    position += kHeaderSize + pairs_size;
+    if (pairs_size > 0 && position <= size) found.pairs_size = static_cast<std::size_t>(pairs_size);
+    sub_tables_.push_back(found);
+  }
+}
+
+bool FondKerning::Describes(Bytes fond) const { return AsText(fond) == AsText(fond_); }
+
+std::span<const FondKerning::SubTable> FondKerning::Of(std::int16_t style) const {
+  const auto begin = std::ranges::lower_bound(sub_tables_, style, {}, &SubTable::style);
+  const auto end = std::ranges::upper_bound(sub_tables_, style, {}, &SubTable::style);
+  return {begin, end};
+}
+
+std::uint32_t FondKerning::SumOfBytes(std::int16_t style) const {
+  // Where sub-tables begin and end first, then one pass over the bytes, each as often as it is covered.
+  std::map<std::size_t, std::uint32_t> edges;
+  for (const SubTable& table : Of(style)) {
+    ++edges[table.start];
+    --edges[table.start + SubTable::kHeaderSize + table.pairs_size];
+  }
+  std::uint32_t sum = 0;
+  std::uint32_t times_covered = 0;
+  std::size_t position = 0;
+  for (const auto& [edge, change] : edges) {
+    if (times_covered != 0) {
+      std::uint32_t bytes = 0;
+      for (const std::uint8_t byte : Slice(fond_, position, edge - position).value_or(Bytes())) bytes += byte;
+      sum += times_covered * bytes;
+    }
+    times_covered += change;
+    position = edge;
+  }
+  return sum;
+}
+
+std::uint32_t FondKerning::CrcOfPairs(std::int16_t style) {
+  std::uint32_t crc = 0;
+  for (const SubTable& table : Of(style)) {
+    crc = crcs_.Continue(crc, table.start + SubTable::kHeaderSize, table.pairs_size);
+  }
+  return crc;
+}
+
+}  // namespace quillmark

@@ -1,0 +1,53 @@
+// The kerning table of a FOND (Inside Macintosh: Text, "The Kerning Tables") and what identifies the part of
+// it that belongs to one style. Stored checksums rely on the order in which its sub-tables are met, and on
+// what happens where they are spoiled. Tests: tests/analysis/face_checksums_test.cc;
+// fuzz/kerning_checksum_fuzzer.cc.
+#ifndef QUILLMARK_ANALYSIS_FOND_KERNING_H_
+#define QUILLMARK_ANALYSIS_FOND_KERNING_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "analysis/crc32.h"
+#include "platform/byte_reader.h"
+
+namespace quillmark {
+
+// Walks the table once, for all the styles of the family. Holds its own copy of the FOND.
+class FondKerning {
+ public:
+  explicit FondKerning(Bytes fond);
+  FondKerning(const FondKerning&) = delete;
+  FondKerning& operator=(const FondKerning&) = delete;
+
+  // Whether it was made of these very bytes.
+  bool Describes(Bytes fond) const;
+
+  // Wrapping sum of the bytes of the style's sub-tables, headers and pairs.
+  std::uint32_t SumOfBytes(std::int16_t style) const;
+  // CRC over the pairs of the style's sub-tables, in table order.
+  std::uint32_t CrcOfPairs(std::int16_t style);
+
+ private:
+  // A header of style code and pair count, then pairs of 4 bytes.
+  struct SubTable {
+    static constexpr std::size_t kHeaderSize = 4;
+
+    std::int16_t style = 0;
+    std::size_t start = 0;       // of the header, from the start of the FOND
+    std::size_t pairs_size = 0;  // bytes behind it; 0 without pairs, or when they pass the FOND's end
+  };
+
+  void Walk();
+  std::span<const SubTable> Of(std::int16_t style) const;
+
+  std::vector<std::uint8_t> fond_;
+  std::vector<SubTable> sub_tables_;  // by style, within it in the order they were met
+  RangeCrc32 crcs_;
+};
+
+}  // namespace quillmark
+
+#endif

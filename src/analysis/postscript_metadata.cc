@@ -1,0 +1,180 @@
+#include "analysis/postscript_metadata.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "analysis/name_table.h"
+#include "analysis/postscript_header.h"
+#include "platform/cf_ref.h"
+#include "platform/forks.h"
+#include "resources/quillmark_resource_file.h"
+#include "resources/resource_access.h"
+
+namespace quillmark {
+namespace {
+
+constexpr std::int16_t kFirstPostID = 501;
+constexpr std::size_t kFullPostSize = 2048;  // a segment that continues in the next one
+constexpr std::size_t kHeaderSize = 6000;    // bytes of a data fork that are examined
+
+enum class CidKind { kNone, kCid, kOcf };
+
+// The bytes of a FOND's resource name. Its tests for family marks are made on these, before any decoding.
+std::string RawResourceName(Handle fond) {
+  Str255 name = {};
+  GetResInfo(fond, nullptr, nullptr, name);
+  return std::string(AsText(Slice(name, 1, name[0]).value_or(Bytes())));
+}
+
+bool IsMultipleMasterName(std::string_view name) {
+  const std::size_t mark = name.find("MM");
+  return mark != std::string_view::npos && name.find('_', mark + 2) != std::string_view::npos;
+}
+
+// Resource ID of the first outline (size 0) of the style in the font association table.
+std::optional<std::int16_t> OutlineID(Bytes fond, std::int16_t style) {
+  constexpr std::size_t kLastEntryIndex = 52;
+  constexpr std::size_t kFirstEntry = 54;
+  constexpr std::size_t kEntrySize = 6;
+  const int count = I16At(fond, kLastEntryIndex).value_or(-1) + 1;
+  for (int i = 0; i < count; ++i) {
+    const auto entry = Slice(fond, kFirstEntry + static_cast<std::size_t>(i) * kEntrySize, kEntrySize);
+    if (!entry) break;
+    if (I16At(*entry, 0) == std::int16_t{0} && I16At(*entry, 2) == style) return I16At(*entry, 4);
+  }
+  return std::nullopt;
+}
+
+CidKind CidKindOf(QuillmarkResourceFile& file, Handle fond, std::int16_t style, std::string_view name) {
+  constexpr std::size_t kSmallestFond = 52;
+  const Bytes bytes = HandleBytes(fond);
+  if (bytes.size() < kSmallestFond) return CidKind::kNone;
+  const std::int16_t family_id = I16At(bytes, 2).value_or(0);
+  const std::int16_t international = I16At(bytes, 48).value_or(0);
+  if (international == 0 && (family_id < 0x4000 || family_id > 0x41FF)) return CidKind::kNone;
+
+  const auto id = OutlineID(bytes, style);
+  if (!id) return CidKind::kOcf;
+  const ResourceHandle outline(file.getResourceHandleForType(FourCharCode("sfnt"), *id));
+  if (outline.get() == nullptr) return CidKind::kOcf;
+  const bool is_cid =
+      StartsWith(HandleBytes(outline.get()), "typ1") || name.starts_with("A-CID") || name.ends_with("CID-B");
+  return is_cid ? CidKind::kCid : CidKind::kNone;
+}
+
+// Through the platform's UTF-8 string and back: text that is no UTF-8 comes out empty.
+void PassThroughPlatformString(OmString* text) {
+  if (text == nullptr) return;
+  const CFRef<CFStringRef> string =
+      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text->c_str(), kCFStringEncodingUTF8));
+  text->Set(string.get());
+}
+
+// Reads the font program's header out of the printer font file's first two POST resources, where its names
+// are.
+CollectStatus ReadPrinterFont(QuillmarkResourceFile& family_file, const OmString& path, Handle fond,
+                              std::int16_t style, const FaceOutputs& outputs) {
+  const std::string name = family_file.getPSPrinterNameForFOND(fond, style);
+  // The name comes out of the font: it must not lead out of the font's folder.
+  if (name.empty() || name.find('/') != std::string::npos) return kPrinterFontMissing;
+  const std::string printer_path = (std::filesystem::path(path.str()).parent_path() / name).string();
+  if (outputs.printer_font_path) *outputs.printer_font_path = printer_path;
+
+  const ResourceFileHolder printer_file(QuillmarkResourceFile::initWithFile(printer_path, true));
+  if (printer_file.get() == nullptr) return kPrinterFontMissing;
+  CollectStatus status = kUndecided;
+  for (const std::int16_t id : {kFirstPostID, static_cast<std::int16_t>(kFirstPostID + 1)}) {
+    const ResourceHandle segment(printer_file.get()->getResourceHandleForType(FourCharCode("POST"), id));
+    const std::size_t size = HandleBytes(segment.get()).size();
+    if (size == 0 || (size == kFullPostSize && id != kFirstPostID)) break;
+    GatherMetaDataFromHandle(segment.get(), outputs);
+    for (OmString* text :
+         {outputs.names.display_name, outputs.names.full_name, outputs.names.post_script_name}) {
+      PassThroughPlatformString(text);
+    }
+    status = kCollected;
+  }
+  return status;
+}
+
+// The family's resource name as a face shows it: %MMyriadMM_400_600_ is MyriadMM.
+void GatherDisplayName(QuillmarkResourceFile& file, Handle fond, std::string_view raw_name,
+                       bool is_multiple_master, OmString& display_name) {
+  std::string name = file.getResourceNameFromFOND(fond).value_or("");
+  if (name.empty()) return;
+  if (is_multiple_master && raw_name.starts_with("%M")) {
+    name.erase(0, 2);
+    name = name.substr(0, name.find('_'));
+  }
+  display_name = name;
+}
+
+}  // namespace
+
+CollectStatus CollectPSMetaData(QuillmarkResourceFile* resourceFile, const OmString& path, Handle fond,
+                                std::int16_t style, const FaceOutputs& outputs) {
+  const CollectStatus status = CollectPSMetaDataMac(resourceFile, path, fond, style, outputs);
+  return status == kCollected ? status : CollectPSMetaDataFromFile(path, outputs);
+}
+
+CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, const OmString& path, Handle fond,
+                                   std::int16_t style, const FaceOutputs& outputs) {
+  if (resourceFile == nullptr || HandleBytes(fond).empty()) return kUndecided;
+  const NameOutputs& names = outputs.names;
+  const std::string family = RawResourceName(fond);
+  bool is_multiple_master = IsMultipleMasterName(family);
+  const CidKind cid_kind =
+      is_multiple_master ? CidKind::kNone : CidKindOf(*resourceFile, fond, style, family);
+
+  CollectStatus status = kUndecided;
+  if (resourceFile->shouldHavePrinterFile(fond, style)) {
+    status = ReadPrinterFont(*resourceFile, path, fond, style, outputs);
+    if (names.post_script_name && names.post_script_name->empty()) {
+      *names.post_script_name = resourceFile->normalizePostScriptName(
+          resourceFile->getPostScriptNameForFOND(fond, style), fond, &is_multiple_master);
+    }
+  }
+
+  if (names.display_name) {
+    GatherDisplayName(*resourceFile, fond, family, is_multiple_master, *names.display_name);
+  }
+  if (status == kCollected) {
+    if (names.family_name && names.family_name->empty()) {
+      *names.family_name = std::filesystem::path(resourceFile->file()).filename().string();
+    }
+    if (names.post_script_name) ReplaceIllegalCharsInPostScriptName(*names.post_script_name);
+  }
+  if (outputs.kind_name) {
+    if (is_multiple_master) {
+      *outputs.kind_name = "PostScript - MM";
+    } else if (cid_kind != CidKind::kNone) {
+      *outputs.kind_name = cid_kind == CidKind::kCid ? "CID" : "OCF";
+    }
+  }
+  return status;
+}
+
+CollectStatus CollectPSMetaDataFromFile(const OmString& /*path*/, const FaceOutputs& outputs) {
+  if (outputs.printer_font_path == nullptr || outputs.printer_font_path->empty()) return kUndecided;
+  const auto file = RegularFile::Open(outputs.printer_font_path->str());
+  if (!file) return kPrinterFontMissing;
+  std::array<std::uint8_t, kHeaderSize> buffer;
+  const std::string_view data = AsText(Bytes(buffer).first(file->ReadAt(0, buffer)));
+  if (!data.empty()) GatherPostScriptMetaDataFromData(LowerCasedHeader(data), data, outputs);
+  return kCollected;
+}
+
+void Collect_sfnt_MetaDataFromPrinterInfo(QuillmarkResourceFile* resourceFile, Handle fond,
+                                          std::int16_t style, const FaceOutputs& outputs) {
+  for (const std::int16_t id : getSortedResIDsForStyle(resourceFile, fond, style)) {
+    const ResourceHandle outline(getHandleOfTypeAndResID(resourceFile, FourCharCode("sfnt"), id));
+    if (HandleBytes(outline.get()).empty()) return;
+    GatherMetaDataFromHandle(outline.get(), outputs);
+  }
+}
+
+}  // namespace quillmark

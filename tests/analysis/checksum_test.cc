@@ -1,0 +1,99 @@
+#include "analysis/checksum.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <random>
+
+#include "analysis/crc32.h"
+#include "builders/apple_double_builder.h"
+#include "builders/temp_folder.h"
+
+namespace quillmark {
+namespace {
+
+std::string RandomBytes(std::size_t size) {
+  std::mt19937 random(1);
+  std::string bytes(size, '\0');
+  for (char& byte : bytes) byte = static_cast<char>(random());
+  return bytes;
+}
+
+std::uint32_t Zlib(std::string_view bytes, std::uint32_t crc = 0) {
+  return static_cast<std::uint32_t>(crc32_z(crc, AsBytes(bytes).data(), bytes.size()));
+}
+
+TEST(Checksum, ContinuesAsZlibDoesOverAnyRange) {
+  EXPECT_EQ(CChecksum::icrc(AsBytes("123456789"), 0), 0xCBF43926u);
+  EXPECT_EQ(CChecksum::icrc(Bytes(), 7), 7u);
+  const std::string bytes = RandomBytes(5000);
+  RangeCrc32 ranges(AsBytes(bytes));
+  for (std::size_t offset : {0u, 1u, 1023u, 1024u, 1025u, 5000u}) {
+    for (std::size_t length : {0u, 1u, 23u, 1023u, 1024u, 1025u, 2048u, 3976u, 5000u}) {
+      if (offset + length > bytes.size()) continue;
+      const std::string_view range = std::string_view(bytes).substr(offset, length);
+      EXPECT_EQ(CChecksum::icrc(AsBytes(range), 7), Zlib(range, 7)) << offset << " " << length;
+      EXPECT_EQ(ranges.Continue(7, offset, length), Zlib(range, 7)) << offset << " " << length;
+    }
+  }
+}
+
+TEST(Checksum, AddsWordsOfWhichTheLastIsFilledUp) {
+  EXPECT_EQ(ChecksumLongAlignedData(1, AsBytes("\x01\x02\x03\x04\xFF\xFF")), 0x01010305u);
+}
+
+TEST(Checksum, JoinsTheForksOfAFile) {
+  const TempFolder folder;
+  const std::string data = RandomBytes(200000);  // more than one block
+  const std::string fork = RandomBytes(70000);
+  const std::uint32_t both = Zlib(data + fork);
+  folder.Write("Both", data);
+  folder.Write("._Both", AppleDoubleBuilder().ResourceFork(fork).Build());
+  folder.Write("Fork", "");
+  folder.Write("._Fork", AppleDoubleBuilder().ResourceFork(fork).Build());
+  folder.Write("Data", data);
+  folder.Write("Empty", "");
+  const struct {
+    const char* name;
+    std::uint32_t on_entry;
+    bool returned;
+    std::uint32_t checksum;
+    std::uint32_t data_fork;
+  } rows[] = {{"Both", 0, true, both, Zlib(data)},
+              {"Both", both, true, both, Zlib(data)},
+              {"Fork", 0, true, Zlib(fork), 0},
+              {"Data", 0, true, Zlib(data), Zlib(data)},
+              {"Data", Zlib(data), false, Zlib(data), Zlib(data)},
+              {"Empty", 0, false, 0, 0},
+              {"Empty", 7, true, 0, 0},
+              {"Missing", 0, false, 0, 0}};
+  for (const auto& row : rows) {
+    std::uint32_t checksum = row.on_entry;
+    std::uint32_t data_fork = 99;
+    EXPECT_EQ(CChecksum::CalculateFileChecksum(folder.Path(row.name), &checksum, &data_fork), row.returned)
+        << row.name << " " << row.on_entry;
+    EXPECT_EQ(checksum, row.checksum) << row.name;
+    EXPECT_EQ(data_fork, row.data_fork) << row.name;
+  }
+  EXPECT_TRUE(CChecksum::CalculateFileChecksum(folder.Path("Missing"), nullptr, nullptr));
+}
+
+TEST(Checksum, IsRememberedWithinAScopeOnly) {
+  const TempFolder folder;
+  const std::string path = folder.Write("Font", "one");
+  const auto checksum = [&path] {
+    std::uint32_t crc = 0;
+    return CChecksum::CalculateFileChecksum(path, &crc, nullptr) ? crc : 0;
+  };
+  {
+    const FileChecksumScope outer;
+    EXPECT_EQ(checksum(), Zlib("one"));
+    folder.Write("Font", "two");
+    { const FileChecksumScope inner; }
+    EXPECT_EQ(checksum(), Zlib("one"));
+  }
+  EXPECT_EQ(checksum(), Zlib("two"));
+}
+
+}  // namespace
+}  // namespace quillmark

@@ -1,0 +1,122 @@
+#include "analysis/postscript_header.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "builders/gathered_names.h"
+
+namespace quillmark {
+namespace {
+
+using std::string_literals::operator""s;
+
+struct ValueRow {
+  std::string header;
+  std::string expected;  // "-": the key is not found
+};
+
+TEST(PostScriptHeader, FindsTheValueOfAKey) {
+  const ValueRow rows[] = {
+      {"/Nothing (x)", "-"},
+      {"/nOtIcE (MiXed) /Notice (b)", "MiXed"},
+      {"/Notice (a (b (c)) ] d) def", "a (b (c)) ] d"},
+      {"/Notice [a [b] (c] d]", "a [b] (c"},
+      {"/Notice {a {b} c} d", "a {b} c"},
+      {"/Notice /a/b\nc\rd e", "a/b\nc\rd"},  // a name ends at a blank, at nothing else
+      {"/Notice / x", ""},
+      {"/Notice 001.5 def", "001.5"},
+      {"/Notice \n \n(x)", "x"},
+      {"/Notice \r(a b)", "\r(a"},  // only blanks and line feeds are skipped
+      {"/Notice (a (b) c", "a (b) c"},
+      {"/Notice  \n", ""},
+      {"/Notice (", ""},
+      {"/Notice (ab\0cd)"s, "ab"},
+      {"/Notice \0(ab)"s, ""},
+      {"/Notice (" + std::string(1 << 20, 'x') + ")", std::string(3999, 'x')},
+      {"/Notice " + std::string(1 << 20, '('), std::string(3999, '(')},
+  };
+  for (const auto& [header, expected] : rows) {
+    OmString value = "-";
+    EXPECT_EQ(findBlobForToken(LowerCasedHeader(header), header, "/notice", &value), expected != "-");
+    EXPECT_EQ(value.str(), expected) << header.substr(0, 40);
+  }
+}
+
+TEST(PostScriptHeader, FindsTheValueOfAComment) {
+  const ValueRow rows[] = {
+      {"%!PS-AdobeFont-1.0: Times-Roman 001.002", "Times"},
+      {"%!ps-adobefont-1.0: Times", "-"},
+      {"%!PS-AdobeFont-1.0::x", ""},
+      {"%!PS-AdobeFont-1.0:    ", ""},
+      {"%!PS-AdobeFont-1.0", ""},
+      {"\0%!PS-AdobeFont-1\0: a\0b c"s, "a\0b"s},  // zero bytes are text
+  };
+  for (const auto& [text, expected] : rows) {
+    OmString value = "-";
+    EXPECT_EQ(GetDelimitedKeyValue(text, "%!PS-AdobeFont-", ":- \r\n%", &value), expected != "-");
+    EXPECT_EQ(value.str(), expected) << text;
+  }
+}
+
+std::string Summary(const GatheredNames& names) {
+  return names.kind.str() + "|" + names.version.str() + "|" + names.family.str() + "|" +
+         names.post_script.str() + "|" + names.foundry.str();
+}
+
+TEST(PostScriptHeader, PrefersOneKeyToAnother) {
+  const ValueRow rows[] = {
+      {"", "PostScript||||"},
+      {"/WeightVector [0.5 0.5] def", "PostScript - MM||||"},
+      {"/version (1) /FontName /F /CIDFontVersion 2.0 /CIDFontName /C def", "PostScript|2.0||C|"},
+      {"/FullName (Times Roman) readonly def", "PostScript||Times Roman|Times Roman|"},
+      {"\1\1%!PS-AdobeFont-1.0: A-B 1\n/FullName (C D)", "PostScript||A|C D|"},
+      {"\1\1%!PS-AdobeFont-1.0: A-B 1\n", "PostScript||A|A-B|"},
+      {"%!PS-AdobeFont-1.0: A-B 1\n", "PostScript||||"},  // at the first byte it is not seen
+      {"/FamilyName () /FontName () /FullName (C D)", "PostScript||C D||"},
+      {"/Notice (Made by URW)", "PostScript||||Made by URW"},
+      {"/Notice (Qqq) % URW", "PostScript||||Qqq"},
+      {"/Notice (Qqq) /Copyright (Qqq)", "PostScript||||"},
+      {"/Copyright (URW 1990)", "PostScript||||URW 1990"},
+      {"/Notice () /Copyright (URW 1990)", "PostScript||||"},
+  };
+  for (const auto& [header, expected] : rows) {
+    GatheredNames names;
+    GatherPostScriptMetaDataFromData(LowerCasedHeader(header), header, names.Outputs());
+    EXPECT_EQ(Summary(names), expected) << header;
+    EXPECT_EQ(names.display.str(), names.post_script.str()) << header;
+    EXPECT_EQ(names.full.str(), names.post_script.str()) << header;
+  }
+}
+
+TEST(PostScriptHeader, ReplacesOnlyWhatAKeyMayReplace) {
+  GatheredNames names;
+  const auto gather = [&names](const std::string& header) {
+    GatherPostScriptMetaDataFromData(LowerCasedHeader(header), header, names.Outputs());
+    return Summary(names);
+  };
+  gather("/WeightVector /version 9 /FamilyName (old) /FontName (Old) /Notice (old URW)");
+  EXPECT_EQ(gather("/version 1 /FullName (New) /Copyright (URW)"), "PostScript - MM|9|old|Old|old URW");
+  EXPECT_EQ(gather("/CIDFontVersion 2 /FamilyName (New) /FontName (New) /Notice (URW)"),
+            "PostScript - MM|2|New|New|URW");
+  GatherPostScriptMetaDataFromData("", "", FaceOutputs());
+}
+
+TEST(PostScriptHeader, TakesAResourceCutAnywhere) {
+  const std::string header =
+      "\1\0%!PS-AdobeFont-1.0: A\0B-C\n/CIDFontVersion [1 [2]] /Notice (a\0URW) /FullName {F B}"s;
+  for (std::size_t length = 0; length <= header.size(); ++length) {
+    GatheredNames names;
+    const Handle handle = NewHandle(static_cast<Size>(length));
+    std::ranges::copy(std::string_view(header).substr(0, length), *handle);
+    GatherMetaDataFromHandle(handle, names.Outputs());
+    DisposeHandle(handle);
+    EXPECT_EQ(names.kind.str(), "PostScript") << length;
+    if (length < header.size()) continue;
+    EXPECT_EQ(Summary(names), "PostScript|1 [2]|A_B|F B|a_URW");
+  }
+  GatherMetaDataFromHandle(nullptr, FaceOutputs());
+}
+
+}  // namespace
+}  // namespace quillmark
