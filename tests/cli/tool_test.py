@@ -1,0 +1,182 @@
+"""The command-line tool from outside: arguments, exact output, exit codes.
+
+Usage: tool_test.py TOOL [unittest arguments]
+"""
+
+import json
+import os
+import pathlib
+import plistlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unicodedata
+import unittest
+
+TOOL = ""
+DEJAVU = pathlib.Path("/usr/share/fonts/truetype/dejavu")
+COLLECTION = pathlib.Path("/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc")
+URW = pathlib.Path("/usr/share/fonts/opentype/urw-base35")
+
+
+def run(*arguments, **options):
+    return subprocess.run([TOOL, *map(str, arguments)], capture_output=True, timeout=60, **options)
+
+
+def faces(*arguments):
+    return json.loads(run("identify", "--format", "json", *arguments).stdout)
+
+
+def columns(text):
+    wide = sum(unicodedata.east_asian_width(c) in "WF" for c in text)
+    return len(text) + wide - sum(unicodedata.combining(c) != 0 for c in text)
+
+
+class ToolTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def test_identifies_a_file_and_a_collection(self):
+        result = run("identify", "--format", "json", DEJAVU / "DejaVuSans-Bold.ttf", COLLECTION)
+        self.assertEqual((result.returncode, result.stderr), (0, b"4 faces in 2 files\n"))
+        bold, *collection = json.loads(result.stdout)
+        expected = {
+            "postScriptName": "DejaVuSans-Bold",
+            "family": "DejaVu Sans",
+            "kind": "OpenType - TT",
+            "platform": "crossplatform",
+            "foundry": "DejaVu Fonts",
+            "class": "Humanist Sans Serif",
+            "styles": ["Bold"],
+        }
+        self.assertEqual({key: bold[key] for key in expected}, expected)
+        self.assertNotIn("fondID", bold)
+        self.assertEqual([face["face"] for face in collection], [0, 1, 2])
+        self.assertEqual({face["kind"] for face in collection}, {"TrueType Collection"})
+
+    def test_says_in_one_line_why_a_named_file_gives_no_face(self):
+        fifo = self.folder / "fifo.ttf"
+        os.mkfifo(fifo)
+        empty = self.folder / "empty.ttf"
+        empty.touch()
+        text = self.folder / "text.txt"
+        text.write_text("no font")
+        lone = self.folder / "Lone.pfb"
+        lone.write_bytes(b"\x80\x01")
+        rows = [
+            (self.folder / "missing.ttf", "no such file"),
+            (fifo, "a named pipe, not a file"),
+            (empty, "empty, and no resource fork was found for it"),
+            (text, "not a font that Quillmark reads"),
+            (lone, "a printer font: its outlines belong to a font family file, and none in this folder names it"),
+        ]
+        for path, reason in rows:
+            with self.subTest(reason):
+                result = run("identify", path)
+                self.assertEqual(result.returncode, 1)
+                self.assertEqual(result.stdout, b"")
+                self.assertEqual(result.stderr.decode(), f"{path}: {reason}\n0 faces in 0 files\n")
+
+    def test_wrong_usage_is_2_and_help_is_0(self):
+        for arguments in ([], ["identify"], ["identify", "--format", "odd", "."], ["identify", "-j", "0", "."], ["no"]):
+            with self.subTest(arguments):
+                self.assertEqual(run(*arguments).returncode, 2)
+        self.assertEqual(run("--help").returncode, 0)
+        self.assertEqual(run("--version").stdout, b"quillmark 1.4\n")
+
+    def test_walks_folders_in_a_stable_order_whatever_the_threads(self):
+        for name in ("b/2.ttf", "b/1.ttf", "a.ttf", "c.otf", "__MACOSX/x.ttf", "._a.ttf"):
+            path = self.folder / name
+            path.parent.mkdir(exist_ok=True)
+            shutil.copy(DEJAVU / "DejaVuSansMono.ttf", path)
+        (self.folder / "notes.txt").write_text("notes")
+        os.symlink(self.folder, self.folder / "loop")
+        os.symlink(self.folder / "a.ttf", self.folder / "linked.ttf")
+        one = run("identify", "--format", "json", self.folder)
+        self.assertEqual(one.stderr, b"5 faces in 5 files; 1 other file passed over\n")
+        names = [str(pathlib.Path(face["path"]).relative_to(self.folder)) for face in json.loads(one.stdout)]
+        self.assertEqual(names, ["a.ttf", "c.otf", "linked.ttf", "b/1.ttf", "b/2.ttf"])
+        self.assertEqual(run("identify", "--format", "json", "-j", 4, self.folder).stdout, one.stdout)
+
+    def test_a_folder_without_fonts_is_1(self):
+        self.assertEqual(run("identify", self.folder).returncode, 1)
+
+    def test_the_table_is_aligned_also_with_wide_characters(self):
+        shutil.copy(DEJAVU / "DejaVuSans.ttf", self.folder / "文泉驛.ttf")
+        shutil.copy(DEJAVU / "DejaVuSans.ttf", self.folder / "a.ttf")
+        lines = run("identify", self.folder).stdout.decode().splitlines()
+        self.assertEqual(len(lines), 3)
+        starts = {columns(line[: line.index(cell)]) for line, cell in zip(lines, ("POSTSCRIPT", "DejaVuSans ", "DejaVuSans "))}
+        self.assertEqual(len(starts), 1, lines)
+
+    def test_stored_forms_read_back(self):
+        fonts = sorted(URW.glob("Nimbus*.otf"))
+        kept = ("postScriptName", "family", "kind", "foundry", "version", "outlineFileSize")
+        original = [{key: face[key] for key in kept} for face in faces(*fonts)]
+        for form in ("xml", "plist"):
+            with self.subTest(form):
+                stored = self.folder / form
+                stored.write_bytes(run("identify", "--format", form, *fonts).stdout)
+                read = json.loads(run("read", "--format", "json", stored).stdout)
+                self.assertEqual([{key: face[key] for key in kept} for face in read], original)
+                again = run("read", "--format", form, stored).stdout
+                (self.folder / "again").write_bytes(again)
+                self.assertEqual(run("read", "--format", form, self.folder / "again").stdout, again)
+        self.assertEqual(len(plistlib.loads((self.folder / "plist").read_bytes())), len(original))
+
+        bad = self.folder / "bad"
+        bad.write_text("<plist><array/></plist>")
+        result = run("read", bad)
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertEqual(result.stderr.decode(), f"{bad}: neither stored XML nor a property list of fonts\n")
+
+    def test_tells_styles_and_classes(self):
+        self.assertEqual(run("styles", "Minion-BoldItalic").stdout, b"Bold\nItalic\n")
+        self.assertEqual(run("styles", "Minion").returncode, 1)
+        self.assertEqual(run("classify", "HELVETICA").stdout, b"Grotesque Sans Serif\n")
+        self.assertEqual(run("classify", "No Such Family", "Helvetica").stdout, b"Grotesque Sans Serif\n")
+        unknown = run("classify", "No Such Family")
+        self.assertEqual((unknown.returncode, unknown.stdout), (1, b"--\n"))
+
+    def test_works_without_tables_and_says_so(self):
+        environment = dict(os.environ, QUILLMARK_BUNDLE=str(self.folder))
+        result = run("identify", "--format", "json", DEJAVU / "DejaVuSans.ttf", env=environment)
+        self.assertEqual(result.returncode, 0)
+        self.assertIn(b"tables are missing", result.stderr)
+        self.assertEqual([(face["foundry"], face["class"]) for face in json.loads(result.stdout)], [("--", "--")])
+
+        resources = self.folder / "Resources"
+        resources.mkdir()
+        (resources / "FoundryNameTable.plist").write_text("broken")
+        damaged = run("identify", "--format", "json", DEJAVU / "DejaVuSans.ttf", env=environment)
+        json.loads(damaged.stdout)
+
+    @unittest.skipUnless(shutil.which("ufond"), "needs fondu")
+    def test_shows_the_faces_and_resources_of_a_data_fork_font(self):
+        # ufond crashes on large fonts; this one it takes.
+        subprocess.run(["ufond", "-dfont", str(DEJAVU / "DejaVuSansMono.ttf")], cwd=self.folder, check=True, capture_output=True)
+        (dfont,) = self.folder.iterdir()
+        (face,) = faces(dfont)
+        self.assertEqual((face["postScriptName"], face["style"]), ("DejaVuSansMono", 0))
+        self.assertEqual(face["platform"], "mac")
+        listing = run("resources", dfont)
+        self.assertEqual(listing.returncode, 0)
+        shown = listing.stdout.decode().split()
+        for word in ("FOND", "sfnt", str(face["fondID"])):
+            self.assertIn(word, shown)
+        self.assertEqual(run("resources", DEJAVU / "DejaVuSans.ttf").returncode, 1)
+
+    def test_a_closed_pipe_ends_quietly(self):
+        many = self.folder
+        for i in range(300):
+            os.symlink(DEJAVU / "DejaVuSansMono.ttf", many / f"{i}.ttf")
+        command = f"'{TOOL}' identify --format json '{many}' | head -c 10 >/dev/null"
+        result = subprocess.run(["sh", "-c", command], capture_output=True, timeout=60)
+        self.assertNotIn(b"error", result.stderr.lower())
+
+
+if __name__ == "__main__":
+    TOOL = sys.argv.pop(1)
+    unittest.main()

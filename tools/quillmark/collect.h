@@ -1,0 +1,27 @@
+// Identifies many files on several threads and hands the results over in the order of the paths.
+#ifndef QUILLMARK_TOOL_COLLECT_H_
+#define QUILLMARK_TOOL_COLLECT_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "face.h"
+#include "font_paths.h"
+
+namespace quillmark::tool {
+
+struct IdentifiedFile {
+  FontPath source;
+  FontArray array;  // null when the file gave no face
+  std::vector<Face> faces;
+};
+
+// Calls `consume` on the calling thread, once a path, in order. At most a few files a thread are held at a
+// time.
+void IdentifyAll(const std::vector<FontPath>& paths, unsigned threads,
+                 const std::function<void(IdentifiedFile)>& consume);
+
+}  // namespace quillmark::tool
+
+#endif

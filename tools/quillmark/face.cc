@@ -1,0 +1,95 @@
+#include "face.h"
+
+#include <cstdio>
+
+#include "api/font_array.h"
+#include "platform/forks.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr std::int32_t kTextBytes = 16 * 1024;  // more than any name or path a specifier holds
+constexpr std::uint32_t kMaxStyles = 32;
+constexpr std::int32_t kStyleBytes = 512;
+
+using TextGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, char*, std::int32_t);
+using NumberGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, std::uint32_t*);
+
+std::string Text(TextGetter get, const QM_FontArray* array, std::uint32_t index) {
+  std::string buffer(kTextBytes, '\0');
+  if (get(array, index, buffer.data(), kTextBytes) != 0) return {};
+  return buffer.c_str();
+}
+
+std::uint32_t Number(NumberGetter get, const QM_FontArray* array, std::uint32_t index) {
+  std::uint32_t value = 0;
+  return get(array, index, &value) == 0 ? value : 0;
+}
+
+}  // namespace
+
+void FreeArray::operator()(QM_FontArray* array) const { QM_SpecifierFree(array); }
+
+std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path) {
+  std::uint32_t count = 0;
+  if (QM_GetFontCount(array, &count) != 0) return {};
+  std::vector<Face> faces;
+  faces.reserve(count);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    Face face;
+    face.path = path;
+    face.index = i;
+    face.post_script_name = Text(QM_GetPostScriptName, array, i);
+    face.family = Text(QM_GetFamilyName, array, i);
+    face.full_name = Text(QM_GetFullName, array, i);
+    face.display_name = Text(QM_GetDisplayName, array, i);
+    face.windows_full_name = Text(QM_GetWindowsFullName, array, i);
+    face.kind = Text(QM_GetKindName, array, i);
+    face.version = Text(QM_GetVersion, array, i);
+    face.platform = Text(QM_GetPlatform, array, i);
+    face.foundry = Text(QM_GetFoundryName, array, i);
+    face.checksum = Number(QM_GetQuillmarkChecksum, array, i);
+    face.legacy_checksum = Number(QM_GetLegacyQuillmarkChecksum, array, i);
+    face.kerning_checksum = Number(QM_GetKerningChecksum, array, i);
+    face.outline_file = Text(QM_GetPrinterFont, array, i);
+    face.outline_file_exists = !face.outline_file.empty() && IsRegularFile(face.outline_file);
+    face.outline_file_size = Number(QM_GetOutlineFileSize, array, i);
+    face.styles = StylesOf(face.post_script_name, face.full_name);
+    face.classification = ClassOf(face.family, nullptr);
+    const QM_FontSpecifier& specifier = array->view(i);
+    if (specifier.fondResourceID >= 0) {
+      face.fond_id = specifier.fondResourceID;
+      face.style = specifier.style;
+    }
+    faces.push_back(std::move(face));
+  }
+  return faces;
+}
+
+std::vector<std::string> StylesOf(const std::string& primary_name, const std::string& secondary_name) {
+  std::vector<std::string> texts(kMaxStyles, std::string(kStyleBytes, '\0'));
+  std::vector<char*> buffers;
+  for (std::string& text : texts) buffers.push_back(text.data());
+  std::uint32_t count = 0;
+  if (QM_GetStyles(primary_name.c_str(), secondary_name.c_str(), kMaxStyles, kStyleBytes, &count,
+                   buffers.data()) != 0) {
+    return {};
+  }
+  std::vector<std::string> styles;
+  for (std::uint32_t i = 0; i < count; ++i) styles.emplace_back(texts[i].c_str());
+  return styles;
+}
+
+std::string ClassOf(const std::string& family, const char* alternate) {
+  std::string buffer(kTextBytes, '\0');
+  if (QM_GetClassificationFromFamily(family.c_str(), alternate, buffer.data(), kTextBytes) != 0) return {};
+  return buffer.c_str();
+}
+
+std::string Hex(std::uint32_t value) {
+  char text[9];
+  std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(value));
+  return text;
+}
+
+}  // namespace quillmark::tool

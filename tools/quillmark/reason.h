@@ -1,0 +1,17 @@
+// Why a file gave no face, in a phrase that a person can act on.
+#ifndef QUILLMARK_TOOL_REASON_H_
+#define QUILLMARK_TOOL_REASON_H_
+
+#include <string>
+
+namespace quillmark::tool {
+
+// `path` gave no face. No line end, no path in front.
+std::string WhyNoFace(const std::string& path);
+
+// A path as it may be shown on a terminal.
+std::string ShownPath(const std::string& path);
+
+}  // namespace quillmark::tool
+
+#endif

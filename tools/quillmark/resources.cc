@@ -1,0 +1,90 @@
+// quillmark resources: the resource map of a font file, and what each of its FONDs says.
+#include <iostream>
+
+#include "commands.h"
+#include "display_width.h"
+#include "face.h"
+#include "platform/cf_ref.h"
+#include "platform/forks.h"
+#include "platform/text_encoding.h"
+#include "reason.h"
+#include "resources/quillmark_resource_file.h"
+#include "resources/resource_access.h"
+#include "table_form.h"
+
+namespace quillmark::tool {
+namespace {
+
+std::string TypeText(ResType type) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>((type >> shift) & 0xFFu);
+  return Printable(MacRomanToUtf8(bytes));
+}
+
+std::string NameText(const unsigned char* name) {
+  return MacRomanToUtf8(std::string(name + 1, name + 1 + name[0]));
+}
+
+void ListResources(QuillmarkResourceFile& file) {
+  std::vector<std::vector<std::string>> rows;
+  const int types = file.count1ResTypes();
+  for (int t = 1; t <= types; ++t) {
+    ResType type = 0;
+    file.getResourceTypeViaGet1IndType(&type, t);
+    const int count = file.countResType(type);
+    for (int i = 1; i <= count; ++i) {
+      const ResourceHandle resource(file.getResourceHandleViaGet1IndResource(type, i));
+      if (resource.get() == nullptr) {
+        rows.push_back({TypeText(type), "", "data outside the file", ""});
+        continue;
+      }
+      ResID id = 0;
+      Str255 name = {};
+      GetResInfo(resource.get(), &id, nullptr, name);
+      rows.push_back({TypeText(type), std::to_string(id), std::to_string(GetHandleSize(resource.get())),
+                      NameText(name)});
+    }
+  }
+  WriteTable(std::cout, {{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows, TerminalWidth());
+}
+
+void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
+  ResID id = 0;
+  Str255 raw_name = {};
+  GetResInfo(fond, &id, nullptr, raw_name);
+  std::cout << "\nFOND " << id << ' '
+            << Printable(file.getResourceNameFromFOND(fond).value_or(NameText(raw_name))) << '\n';
+
+  std::vector<std::vector<std::string>> rows;
+  for (const std::int16_t style : file.getSortedStylesForFOND(fond)) {
+    std::string ids;
+    for (const std::int16_t resource : getSortedResIDsForStyle(&file, fond, style))
+      ids += (ids.empty() ? "" : " ") + std::to_string(resource);
+    std::string printer;
+    if (file.shouldHavePrinterFile(fond, style)) printer = file.getPSPrinterNameForFOND(fond, style);
+    rows.push_back({std::to_string(style), ids, file.getPostScriptNameForFOND(fond, style), printer});
+  }
+  WriteTable(std::cout, {{"STYLE"}, {"RESOURCES"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows,
+             TerminalWidth());
+}
+
+}  // namespace
+
+int Resources(const std::string& path) {
+  const CFRef<CFStringRef> name =
+      Adopt(CFStringCreateWithCString(nullptr, path.c_str(), kCFStringEncodingUTF8));
+  const ResourceFileHolder file(name ? AllocateResourceFile(name.get(), true) : nullptr);
+  if (file.get() == nullptr) {
+    std::cerr << ShownPath(path) << ": "
+              << (IsRegularFile(path) ? "no resource map in either fork" : WhyNoFace(path)) << '\n';
+    return 1;
+  }
+  ListResources(*file.get());
+  for (const std::int16_t id : file.get()->getSortedResIDsForType(FourCharCode("FOND"))) {
+    const ResourceHandle fond(file.get()->getResourceHandleForType(FourCharCode("FOND"), id));
+    if (fond.get() != nullptr) DescribeFond(*file.get(), fond.get());
+  }
+  return 0;
+}
+
+}  // namespace quillmark::tool
