@@ -2,6 +2,8 @@
 // Every method makes this file the thread's current resource file first, so several may be open at once;
 // reading looks at the file's own map only. Handles that come back belong to the map: callers release them
 // (ReleaseResource) and never dispose of them. A failed platform call gives the empty value: 0, null, false.
+// Methods that walk a type (getSortedResIDsForType, getSortedStyles, getPrinterFiles, purgeAllBut) release
+// its resources behind them, also those that a caller holds: hold none across such a call.
 // Use on one thread. The record layouts are those of Inside Macintosh: Text, "The Font Family Resource".
 // Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
@@ -15,8 +17,12 @@
 #include <vector>
 
 #include "platform/resource_manager.h"
+#include "resources/fond_record.h"
 
 namespace quillmark {
+
+// What activation answers for a file that exists.
+inline constexpr OSStatus kATSInvalidFontContainerAccess = -985;
 
 class QuillmarkResourceFile {
  public:
@@ -53,6 +59,8 @@ class QuillmarkResourceFile {
   std::vector<std::int16_t> getSortedNFNTsForFOND(Handle fond, int style);
   bool styleExists(int style, Handle fond);
   int getResIDForFOND(Handle fond, int index);  // from 0; -1 when there is none
+  // Resource ID of the first entry of the style, whatever its size.
+  std::optional<std::int16_t> FirstResIDOfStyle(Handle fond, std::int16_t style);
   bool shouldHavePrinterFile(Handle fond, int style);
 
   // Names (fond_names.cc, printer_font_search.cc). Results are UTF-8.
@@ -61,6 +69,9 @@ class QuillmarkResourceFile {
   std::optional<std::string> getPrinterNameFromFontActivation(
       const std::optional<std::string>& postScriptName);
   std::vector<std::string> getPrinterFiles();
+  // Where a printer font file of that name lies: beside this file. Nothing for an empty name, and for one
+  // that holds "/": names come out of the font and must not lead elsewhere.
+  std::optional<std::string> PathOfPrinterFile(const std::string& name) const;
   std::optional<std::string> getResourceNameFromFOND(Handle fond);
   // `isMM` may be null; it is only ever set, never cleared.
   std::string normalizePostScriptName(const std::string& name, Handle fond, bool* isMM);
@@ -69,6 +80,9 @@ class QuillmarkResourceFile {
   QuillmarkResourceFile(std::string path, bool readOnly);
   ~QuillmarkResourceFile();
   ResFileRefNum openFileForResourceAccess();
+  Bytes Record(Handle fond);
+  const FondStyles& StylesOf(Handle fond);
+  bool NamesOldBitmap(Handle fond);
 
   std::string path_;
   ResFileRefNum ref_num_ = -1;
@@ -76,6 +90,8 @@ class QuillmarkResourceFile {
   bool is_data_fork_ = false;
   int references_ = 1;
   std::map<std::string, std::string> printer_file_from_post_script_name_;
+  FondStyles fond_styles_;                // of the FOND last asked about
+  std::optional<bool> names_old_bitmap_;  // whether that FOND names a FONT resource; unknown until asked
 };
 
 }  // namespace quillmark

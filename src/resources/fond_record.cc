@@ -1,0 +1,75 @@
+#include "resources/fond_record.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t kCountOffset = 52;
+constexpr std::size_t kEntriesOffset = 54;
+constexpr std::size_t kEntrySize = 6;
+
+// The count and the entries inside the record.
+Bytes TableOf(Bytes record) {
+  const auto entries = static_cast<std::size_t>(CountFondEntries(record));
+  return Slice(record, kCountOffset, kEntriesOffset - kCountOffset + entries * kEntrySize).value_or(Bytes());
+}
+
+}  // namespace
+
+int CountFondEntries(Bytes record) {
+  const auto last = I16At(record, kCountOffset);
+  if (!last || *last < 0) return 0;
+  const std::size_t inside = (record.size() - kEntriesOffset) / kEntrySize;
+  return static_cast<int>(std::min(inside, static_cast<std::size_t>(*last) + 1));
+}
+
+std::optional<FondEntry> FondEntryAt(Bytes record, int index) {
+  if (index < 0 || index >= CountFondEntries(record)) return std::nullopt;
+  const std::size_t offset = kEntriesOffset + static_cast<std::size_t>(index) * kEntrySize;
+  const auto size = I16At(record, offset);
+  const auto style = U16At(record, offset + 2);
+  const auto id = I16At(record, offset + 4);
+  if (!size || !style || !id) return std::nullopt;
+  return FondEntry{*size, *style, *id};
+}
+
+FondStyles::FondStyles(Bytes record) {
+  const Bytes table = TableOf(record);
+  table_.assign(table.begin(), table.end());
+  const int count = CountFondEntries(record);
+  entries_.reserve(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    if (const auto entry = FondEntryAt(record, i)) entries_.push_back(*entry);
+  }
+  std::stable_sort(entries_.begin(), entries_.end(),
+                   [](const FondEntry& a, const FondEntry& b) { return a.style < b.style; });
+  for (const FondEntry& entry : entries_) {
+    const auto code = static_cast<std::int16_t>(entry.style);
+    if (codes_.empty() || codes_.back() != code) codes_.push_back(code);
+  }
+}
+
+bool FondStyles::Describes(Bytes record) const { return std::ranges::equal(TableOf(record), table_); }
+
+std::span<const FondEntry> FondStyles::Of(std::uint16_t style) const {
+  const auto begin = std::ranges::lower_bound(entries_, style, {}, &FondEntry::style);
+  const auto end = std::ranges::upper_bound(entries_, style, {}, &FondEntry::style);
+  return {begin, end};
+}
+
+std::optional<std::string> StoredResourceName(Handle resource) {
+  ResID id = 0;
+  ResType type = 0;
+  Str255 name = {};
+  GetResInfo(resource, &id, &type, name);
+  if (ResError() != noErr) return std::nullopt;
+  return std::string(AsText(Bytes(name).subspan(1, name[0])));
+}
+
+bool IsCidFamilyName(std::string_view stored_name) {
+  return stored_name.starts_with("A-CID") || stored_name.ends_with("CID-B");
+}
+
+}  // namespace quillmark

@@ -1,0 +1,59 @@
+// The shared reading of a FOND resource: its font association table and its resource name.
+// The table is the stored count less one at byte 52 (signed), then records of size, style and resource ID.
+// Records that do not lie wholly inside the resource do not exist for any reader.
+// Source: Inside Macintosh: Text, "The Font Family Resource". Tests: tests/resources/fond_styles_test.cc.
+#ifndef QUILLMARK_RESOURCES_FOND_RECORD_H_
+#define QUILLMARK_RESOURCES_FOND_RECORD_H_
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/byte_reader.h"
+#include "platform/resource_manager.h"
+
+namespace quillmark {
+
+struct FondEntry {
+  std::int16_t size;    // points; 0 for an outline
+  std::uint16_t style;  // classic style bits
+  std::int16_t id;      // of the NFNT or FONT, or of the sfnt of an outline
+};
+
+// How many of the stated entries lie inside `record`; 0 when it is too short to state a count.
+int CountFondEntries(Bytes record);
+// Entry `index`, from 0; nothing when it is not one of those.
+std::optional<FondEntry> FondEntryAt(Bytes record, int index);
+
+// The entries grouped by style, so that asking for every style of a family in turn stays linear.
+class FondStyles {
+ public:
+  FondStyles() = default;  // of a record without entries
+  explicit FondStyles(Bytes record);
+
+  // Whether `record` has the table that this was made of, byte for byte.
+  bool Describes(Bytes record) const;
+
+  // The distinct styles, ascending as unsigned numbers, handed on as signed ones.
+  const std::vector<std::int16_t>& codes() const { return codes_; }
+  // The entries of one style in the order of the table.
+  std::span<const FondEntry> Of(std::uint16_t style) const;
+
+ private:
+  std::vector<std::uint8_t> table_;
+  std::vector<FondEntry> entries_;
+  std::vector<std::int16_t> codes_;
+};
+
+// The name of a resource as it is stored; nothing when the handle is not a resource.
+std::optional<std::string> StoredResourceName(Handle resource);
+
+// Families of CID-keyed fonts are told by the stored name of their FOND.
+bool IsCidFamilyName(std::string_view stored_name);
+
+}  // namespace quillmark
+
+#endif

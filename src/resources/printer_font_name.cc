@@ -1,0 +1,157 @@
+#include "resources/printer_font_name.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/byte_reader.h"
+#include "support/pascal_string.h"
+
+namespace quillmark {
+namespace {
+
+enum StyleBit : unsigned { kBold = 1, kItalic = 2, kOutline = 8, kShadow = 16, kCondense = 32, kExtend = 64 };
+
+constexpr std::size_t kFondHeaderSize = 52;
+constexpr std::size_t kStyleMappingOffset = 24;
+// In the style mapping table:
+constexpr std::size_t kStyleIndexTable = 10;
+constexpr std::size_t kStringCount = 58;
+constexpr std::size_t kFirstString = 60;
+
+// A length byte holds no more, whatever the buffer would.
+constexpr std::int32_t kLargestPascalString = 256;
+
+char PrintableOrMark(char c) { return c >= 0x20 && c <= 0x7E ? c : '?'; }
+
+bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::string_view TextOf(const unsigned char* pascal) { return AsText(Bytes(pascal + 1, pascal[0])); }
+
+// The strings behind one another in a style mapping table, length bytes included. A suffix list numbers them
+// in one byte, so 255 are all that a name can be made of; those that leave the record are not among them.
+class StyleStrings {
+ public:
+  explicit StyleStrings(Bytes strings) {
+    ByteReader reader(strings);
+    while (count_ < strings_.size()) {
+      const auto length = ByteReader(reader).U8();
+      const auto string = length ? reader.Take(std::size_t{*length} + 1) : std::nullopt;
+      if (!string) break;
+      strings_[count_++] = *string;
+    }
+  }
+
+  // String `n`, from 1; 0 reads as 1.
+  std::optional<Bytes> Get(std::uint8_t n) const {
+    const std::size_t index = n == 0 ? 0 : n - 1u;
+    if (index >= count_) return std::nullopt;
+    return strings_[index];
+  }
+
+ private:
+  std::array<Bytes, 255> strings_;
+  std::size_t count_ = 0;
+};
+
+// Copies string `n` as a Pascal string; returns its length. Nothing, with `out` as it was, without one.
+std::optional<std::int32_t> GetIndStyleName(const StyleStrings& strings, std::uint8_t n, unsigned char* out,
+                                            std::int32_t limit) {
+  const auto string = strings.Get(n);
+  if (!string) return std::nullopt;
+  return CopyPascalString(string->data(), out, limit);
+}
+
+}  // namespace
+
+int GetStyleIndex(unsigned char style) {
+  int index = 0;
+  if (style & kBold) index += 1;
+  if (style & kItalic) index += 2;
+  if (style & kOutline) index += 4;
+  if (style & kShadow) index += 8;
+  if (style & kCondense) {
+    index += 16;
+  } else if (style & kExtend) {
+    index += 32;
+  }
+  return index;
+}
+
+void GetPrinterFontNameFromResource(Handle fond, unsigned char style, unsigned char* out,
+                                    std::int32_t limit) {
+  if (limit < 1) return;
+  limit = std::min(limit, kLargestPascalString);
+  out[0] = 0;
+  if (!fond) return;
+  if (!*fond) LoadResource(fond);
+  const Bytes record = HandleBytes(fond);
+  if (record.size() < kFondHeaderSize) return;
+  const std::size_t offset = U32At(record, kStyleMappingOffset).value_or(0);
+  if (offset > record.size()) return;
+  const Bytes table = record.subspan(offset);
+  if (table.size() < kFirstString) return;
+  const StyleStrings strings(table.subspan(kFirstString));
+  if (!GetIndStyleName(strings, 1, out, limit)) return;
+
+  // The byte is signed: numbers from 128 name no suffix list.
+  const auto suffixes = U8At(table, kStyleIndexTable + static_cast<std::size_t>(GetStyleIndex(style)));
+  if (suffixes > 1 && suffixes < 128 && suffixes <= U16At(table, kStringCount)) {
+    std::array<unsigned char, kLargestPascalString> list;
+    const std::int32_t count =
+        GetIndStyleName(strings, *suffixes, list.data(), kLargestPascalString).value_or(0);
+    for (const unsigned char n : std::span(list).subspan(1, static_cast<std::size_t>(count))) {
+      if (const auto part = strings.Get(n)) AppendPascalString(out, part->data(), limit);
+    }
+  }
+  for (unsigned char& c : std::span(out + 1, out[0])) {
+    c = static_cast<unsigned char>(PrintableOrMark(static_cast<char>(c)));
+  }
+}
+
+void GetPostScriptFontFileName(const unsigned char* psName, unsigned char* out) {
+  std::string_view name = TextOf(psName);
+  if (name.starts_with("ITC-")) name.remove_prefix(4);
+  // The last character is never looked at.
+  const auto underscore = name.substr(0, name.empty() ? 0 : name.size() - 1).find('_');
+  name = name.substr(0, underscore);
+
+  std::string file_name;
+  int to_copy = 0;
+  bool after_hyphen = false;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char c = name[i];
+    const bool is_last = i + 1 == name.size();
+    const bool starts_word = after_hyphen || IsUpper(c) || (i == 0 && (IsDigit(c) || IsLower(c))) ||
+                             (is_last && IsDigit(c) && i > 0 && IsDigit(name[i - 1]));
+    if (starts_word) {
+      // Five characters of the first word, three of a later one, a digit alone; but three where the name
+      // ends within two characters.
+      if (file_name.empty()) {
+        to_copy = 4;
+      } else {
+        to_copy = i + 2 < name.size() && IsDigit(c) ? 0 : 2;
+      }
+      file_name += c;
+      after_hyphen = false;
+    } else if (c == '-') {
+      after_hyphen = true;
+      to_copy = 0;
+    } else if (to_copy > 0) {
+      file_name += c;
+      --to_copy;
+    }
+  }
+  std::ranges::transform(file_name, file_name.begin(), PrintableOrMark);
+  if (file_name.size() == 255) file_name.pop_back();
+  out[0] = static_cast<unsigned char>(file_name.size());
+  std::ranges::copy(file_name, out + 1);
+}
+
+}  // namespace quillmark

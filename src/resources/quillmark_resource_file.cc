@@ -1,0 +1,163 @@
+// Opening and closing, counting, reading and removing resources. The FOND readers are in fond_styles.cc, the
+// names in fond_names.cc and printer_font_search.cc.
+#include "resources/quillmark_resource_file.h"
+
+#include <utility>
+
+#include "resources/resource_access.h"
+#include "resources/sorted_ids.h"
+
+namespace quillmark {
+namespace {
+
+// Resources met while one of these lives are not read from the file.
+class ResourceLoadingOff {
+ public:
+  ResourceLoadingOff() { SetResLoad(false); }
+  ~ResourceLoadingOff() { SetResLoad(true); }
+  ResourceLoadingOff(const ResourceLoadingOff&) = delete;
+  ResourceLoadingOff& operator=(const ResourceLoadingOff&) = delete;
+};
+
+OSStatus MakeRef(const std::string& path, FSRef* ref) {
+  return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), ref, nullptr);
+}
+
+Handle NullOnError(Handle resource) { return ResError() == noErr ? resource : nullptr; }
+
+// Takes a resource out of its map. A protected one stays there: its data are then released rather than
+// disposed of, so that the map keeps no handle to freed memory.
+void RemoveAndDispose(Handle resource) {
+  RemoveResource(resource);
+  if (ResError() == noErr) {
+    DisposeHandle(resource);
+  } else {
+    ReleaseResource(resource);
+  }
+}
+
+}  // namespace
+
+QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(const std::string& path, bool readOnly) {
+  auto* const file = new QuillmarkResourceFile(path, readOnly);
+  file->ref_num_ = file->openFileForResourceAccess();
+  if (file->ref_num_ != -1) return file;
+  delete file;
+  return nullptr;
+}
+
+QuillmarkResourceFile::QuillmarkResourceFile(std::string path, bool readOnly)
+    : path_(std::move(path)), read_only_(readOnly) {}
+
+QuillmarkResourceFile::~QuillmarkResourceFile() {
+  deactivate();
+  if (ref_num_ != -1 && ref_num_ != 0) CloseResFile(ref_num_);
+}
+
+void QuillmarkResourceFile::retain() { ++references_; }
+
+void QuillmarkResourceFile::release() {
+  if (--references_ == 0) delete this;
+}
+
+ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess() {
+  const ResourceLoadingOff no_preload;
+  FSRef ref;
+  if (MakeRef(path_, &ref) != noErr) return -1;
+  const SInt8 permission = read_only_ ? fsRdPerm : fsRdWrPerm;
+  ResFileRefNum ref_num = FSOpenResFile(&ref, permission);
+  if (ref_num == -1) {
+    FSOpenResourceFile(&ref, 0, nullptr, permission, &ref_num);
+    is_data_fork_ = true;
+  }
+  return ref_num;
+}
+
+OSStatus QuillmarkResourceFile::activate() {
+  FSRef ref;
+  const OSStatus status = MakeRef(path_, &ref);
+  return status != noErr ? status : kATSInvalidFontContainerAccess;
+}
+
+OSStatus QuillmarkResourceFile::deactivate() { return noErr; }
+
+int QuillmarkResourceFile::countResType(ResType type) {
+  UseResFile(ref_num_);
+  const int count = Count1Resources(type);
+  return ResError() == noErr ? count : 0;
+}
+
+int QuillmarkResourceFile::count1ResTypes() {
+  UseResFile(ref_num_);
+  const int count = Count1Types();
+  return ResError() == noErr ? count : 0;
+}
+
+Handle QuillmarkResourceFile::getResourceHandleViaGet1IndResource(ResType type, int resIndex) {
+  UseResFile(ref_num_);
+  return NullOnError(Get1IndResource(type, static_cast<std::int16_t>(resIndex)));
+}
+
+Handle QuillmarkResourceFile::getResourceHandleForType(ResType type, int resID) {
+  UseResFile(ref_num_);
+  return NullOnError(Get1Resource(type, static_cast<ResID>(resID)));
+}
+
+void QuillmarkResourceFile::getResourceTypeViaGet1IndType(ResType* type, int resIndex) {
+  if (!type) return;
+  UseResFile(ref_num_);
+  Get1IndType(type, static_cast<std::int16_t>(resIndex));
+  if (ResError() != noErr) *type = 0;
+}
+
+std::vector<std::int16_t> QuillmarkResourceFile::getSortedResIDsForType(ResType type) {
+  const int count = countResType(type);
+  std::vector<std::int16_t> ids;
+  for (int i = 1; i <= count; ++i) {
+    const ResourceHandle resource(getResourceHandleViaGet1IndResource(type, i));
+    if (!resource.get()) continue;
+    ResID id = 0;
+    GetResInfo(resource.get(), &id, nullptr, nullptr);
+    if (ResError() == noErr) ids.push_back(id);
+  }
+  return SortedIds(std::move(ids));
+}
+
+bool QuillmarkResourceFile::purgeResource(ResType type, int resID) {
+  const Handle resource = getResourceHandleForType(type, resID);
+  if (!resource || !*resource) return false;
+  names_old_bitmap_.reset();
+  RemoveAndDispose(resource);
+  return true;
+}
+
+bool QuillmarkResourceFile::purgeAllBut(const std::set<std::int16_t>& ids, ResType type) {
+  UseResFile(ref_num_);
+  const ResourceLoadingOff not_needed;
+  names_old_bitmap_.reset();
+  std::set<std::int16_t> to_keep = ids;
+  int count = countResType(type);
+  bool changed = false;
+  for (int i = 1; i <= count;) {
+    const Handle resource = getResourceHandleViaGet1IndResource(type, i);
+    if (!resource) {
+      ++i;
+      continue;
+    }
+    ResID id = 0;
+    GetResInfo(resource, &id, nullptr, nullptr);
+    // Each kept ID counts once, so later resources that share it go.
+    if (ResError() != noErr || to_keep.erase(id) > 0) {
+      ReleaseResource(resource);
+      ++i;
+      continue;
+    }
+    RemoveAndDispose(resource);
+    // Also when the removal failed, which ends the loop however often removals fail.
+    --count;
+    changed = true;
+  }
+  return changed;
+}
+
+}  // namespace quillmark

@@ -1,0 +1,123 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "builders/fond_builder.h"
+#include "resources/opened_file.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::int16_t Code(unsigned style) { return static_cast<std::int16_t>(style); }
+
+TEST(FondStyles, AreThoseOfTheEntriesInsideTheRecord) {
+  struct Row {
+    const char* what;
+    std::int16_t stored;  // count minus 1
+    std::size_t length;
+    int count;
+  };
+  const Row rows[] = {
+      {"all", 2, 72, 3},
+      {"five stated, three there", 4, 72, 3},
+      {"two stated", 1, 72, 2},
+      {"last entry cut", 2, 71, 2},
+      {"count FFFF", -1, 72, 0},
+      {"negative count", -32768, 72, 0},
+      {"no entry inside", 2, 59, 0},
+      {"no count", 2, 53, 0},
+      {"nothing", 2, 0, 0},
+      {"largest count", 32767, 72, 3},
+  };
+  for (const Row& row : rows) {
+    FondBuilder fond(128);
+    fond.Association(9, 0, 10).Association(9, 1, 11).Association(9, 2, 12).StoredAssociationCount(row.stored);
+    fond.Truncate(row.length);
+    const OpenedFile file(fond.Build());
+    const ResourceHandle handle(file.Fond());
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(file->styleExists(i, handle.get()), i < row.count) << row.what;
+      EXPECT_EQ(file->getResIDForFOND(handle.get(), i), i < row.count ? 10 + i : -1) << row.what;
+    }
+    EXPECT_EQ(file->getSortedStylesForFOND(handle.get()).size(), static_cast<std::size_t>(row.count))
+        << row.what;
+    EXPECT_EQ(file->getResIDForFOND(handle.get(), -1), -1) << row.what;
+  }
+}
+
+TEST(FondStyles, AreComparedIn16BitsAndSortedAsUnsignedNumbers) {
+  FondBuilder builder(128);
+  builder.Association(0, Code(0xFFFF), 1).Association(9, 1, 30).Association(12, 1, 20).Association(10, 1, 30);
+  builder.Association(0, Code(0x8001), 7).Association(9, 0, 5).Association(0, 0, 6);
+  const OpenedFile file(builder.Build());
+  EXPECT_THAT(file->getSortedStyles(), ElementsAre(0, 1, Code(0x8001), Code(0xFFFF)));
+  const ResourceHandle handle(file.Fond());
+  Handle const fond = handle.get();
+  EXPECT_THAT(file->getSortedStylesForFOND(fond), ElementsAre(0, 1, Code(0x8001), Code(0xFFFF)));
+  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 1), ElementsAre(20, 30));
+  EXPECT_EQ(file->FirstResIDOfStyle(fond, 1), 30);
+  // A code from 0x8000 comes back as a negative number, under which its resources are not found.
+  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 0x8001), ElementsAre(7));
+  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, Code(0x8001)), IsEmpty());
+  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 0x10001), IsEmpty());
+  EXPECT_TRUE(file->styleExists(Code(0x8001), fond));
+  EXPECT_EQ(file->FirstResIDOfStyle(fond, Code(0x8001)), 7);
+  // A printer file is needed unless an outline is inside.
+  EXPECT_TRUE(file->shouldHavePrinterFile(fond, 1));
+  EXPECT_FALSE(file->shouldHavePrinterFile(fond, 0));
+  EXPECT_FALSE(file->shouldHavePrinterFile(fond, Code(0x8001)));
+  EXPECT_TRUE(file->shouldHavePrinterFile(fond, 2));
+  EXPECT_TRUE(file->shouldHavePrinterFile(nullptr, 0));
+}
+
+TEST(FondStyles, OfAWholeFileAskMoreBytesOfEachFurtherFond) {
+  // In order of ID: 60 bytes pass at place 0, are too few at place 1, and 72 are enough at place 2.
+  ResourceForkBuilder fork;
+  fork.Add(kFond, 30, FondBuilder(30).Association(0, 4, 1).Association(0, 5, 2).Association(0, 6, 3).Build());
+  fork.Add(kFond, 20, FondBuilder(20).Association(0, 2, 1).Build());
+  fork.Add(kFond, 10, FondBuilder(10).Association(0, 1, 1).Build());
+  const OpenedFile file(fork);
+  EXPECT_THAT(file->getSortedStyles(), ElementsAre(1, 4, 5, 6));
+}
+
+TEST(FondStyles, FollowTheFondThatIsAsked) {
+  ResourceForkBuilder fork;
+  fork.Add(kFond, 1, FondBuilder(1).Association(9, 0, 1).Build());
+  fork.Add(kFond, 2, FondBuilder(2).Association(9, 1, 1).Build());
+  const OpenedFile file(fork);
+  const ResourceHandle one(file.Fond(1));
+  const ResourceHandle two(file.Fond(2));
+  EXPECT_THAT(file->getSortedStylesForFOND(one.get()), ElementsAre(0));
+  EXPECT_THAT(file->getSortedStylesForFOND(two.get()), ElementsAre(1));
+  (*two.get())[57] = 3;  // the same handle, another style
+  EXPECT_THAT(file->getSortedStylesForFOND(two.get()), ElementsAre(3));
+  EXPECT_THAT(file->getSortedStylesForFOND(nullptr), IsEmpty());
+}
+
+TEST(FondStyles, DoubleByteFamiliesAreToldByWordOrFamilyId) {
+  struct Row {
+    std::int16_t family;
+    std::int16_t word;
+    std::size_t length;
+    bool is_double_byte;
+  };
+  const Row rows[] = {
+      {128, 0, 54, false},   {128, 1, 54, true},     {128, -1, 52, true},  {128, 1, 51, false},
+      {16383, 0, 54, false}, {16384, 0, 54, true},   {16895, 0, 54, true}, {16896, 0, 54, false},
+      {16384, 0, 51, false}, {-16384, 0, 54, false},
+  };
+  for (const Row& row : rows) {
+    FondBuilder fond(row.family);
+    fond.International(7, row.word);
+    fond.Truncate(row.length);
+    const OpenedFile file(fond.Build());
+    const ResourceHandle handle(file.Fond());
+    EXPECT_EQ(file->isDoubleByteFOND(handle.get()), row.is_double_byte)
+        << row.family << ' ' << row.word << ' ' << row.length;
+  }
+}
+
+}  // namespace
+}  // namespace quillmark

@@ -1,0 +1,154 @@
+#include "resources/printer_font_name.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "builders/fond_builder.h"
+#include "resources/opened_file.h"
+
+namespace quillmark {
+namespace {
+
+std::string FileName(const std::string& name) {
+  std::string in = static_cast<char>(name.size()) + name;
+  Str255 out;
+  GetPostScriptFontFileName(reinterpret_cast<const unsigned char*>(in.data()), out);
+  return {reinterpret_cast<const char*>(out + 1), out[0]};
+}
+
+std::string Name(Handle fond, unsigned char style, std::int32_t limit = 257) {
+  std::vector<unsigned char> out(static_cast<std::size_t>(limit), 0xEE);
+  GetPrinterFontNameFromResource(fond, style, out.data(), limit);
+  return {out.begin() + 1, out.begin() + 1 + out[0]};
+}
+std::string Name(const FondBuilder& fond, unsigned char style, std::int32_t limit = 257) {
+  const OpenedFile file(fond.Build());
+  return Name(ResourceHandle(file.Fond()).get(), style, limit);
+}
+
+TEST(PrinterFontName, StyleIndex) {
+  const int rows[][2] = {{0, 0},   {1, 1},   {2, 2},   {3, 3},   {4, 0},   {8, 4},   {16, 8},
+                         {32, 16}, {64, 32}, {96, 16}, {91, 47}, {128, 0}, {255, 31}};
+  for (const auto& [style, index] : rows) {
+    EXPECT_EQ(GetStyleIndex(static_cast<unsigned char>(style)), index) << style;
+  }
+}
+
+TEST(PrinterFontName, FileNames) {
+  const char* const rows[][2] = {
+      {"Helvetica-BoldOblique", "HelveBolObl"},
+      {"Times-Roman", "TimesRom"},
+      {"Optima", "Optim"},
+      {"", ""},
+      {"X", "X"},
+      {"helvetica", "helve"},
+      {"ITC-AvantGarde-Demi", "AvantGarDem"},
+      {"ITC-", ""},
+      {"ITC-ITC-Kabel", "ITCKab"},
+      {"itc-Kabel", "itcKab"},
+      {"Garamond_Foo", "Garam"},
+      {"Foo_Bar_Baz", "Foo"},
+      {"MyriadMM_400_600_", "MyriaMM"},
+      {"Name_", "Name_"},
+      {"_Name", ""},
+      {"_", ""},
+      {"ITC-_A", ""},
+      // Digits begin a name, begin a word, lie inside, or end the name.
+      {"55Helvetica", "55Hel"},
+      {"Univers-55Bold", "Unive5Bol"},
+      {"Frutiger-45", "Fruti45"},
+      {"Frutiger-456", "Fruti46"},
+      {"Frutiger45", "Fruti5"},
+      {"Frutiger5", "Fruti"},
+      {"X9", "X9"},
+      {"Bold9Italic", "Bold9Ita"},
+      {"A-1b", "A1b"},
+      {"A-1bc", "A1"},
+      {"Bodoni-", "Bodon"},
+      {"-Foo", "Foo"},
+      {"-", ""},
+      {"A--Bc", "A-Bc"},
+      {"A---Bc", "A-Bc"},
+      {"Gill-x", "Gillx"},
+      {"Gill-xyzw", "Gillxyz"},
+      // Other characters are copied where letters are, and dropped where no word has begun.
+      {"B.c d", "B.c d"},
+      {" abc", ""},
+      {"B\xA9rst", "B?rst"},
+      {"B\x7F", "B?"}};
+  for (const auto& [name, file_name] : rows) EXPECT_EQ(FileName(name), file_name) << name;
+  EXPECT_EQ(FileName(std::string(254, 'A')), std::string(254, 'A'));
+  EXPECT_EQ(FileName(std::string(255, 'A')), std::string(254, 'A'));
+}
+
+TEST(PrinterFontName, ComposesStringOneAndTheSuffixList) {
+  struct Row {
+    std::uint8_t bold;  // what the style index table says
+    std::uint16_t count;
+    const char* name;
+  };
+  // "-Bold" read as numbers names no strings; 0 is string 1; a number without a string adds nothing; a suffix
+  // list numbered from 128, or beyond the stored count, is none.
+  const Row rows[] = {{1, 130, "Base"}, {3, 130, "Base-BoldObl"},  {0, 130, "Base"},
+                      {2, 130, "Base"}, {5, 130, "BaseBase-Bold"}, {130, 130, "Base"},
+                      {3, 2, "Base"},   {3, 3, "Base-BoldObl"},    {3, 0xFFFF, "Base-BoldObl"}};
+  FondBuilder family(128);
+  family.StyleString("Base").StyleString("-Bold").StyleString("\x02\x04").StyleString("Obl");
+  family.StyleString(std::string("\x00\x63\x02", 3));
+  for (int i = 6; i < 130; ++i) family.StyleString("");
+  family.StyleString("\x02");
+  for (const Row& row : rows) {
+    FondBuilder fond = family;
+    fond.StyleIndex(1, row.bold);
+    fond.SetU16(54 + 58, row.count);
+    EXPECT_EQ(Name(fond, 1), row.name) << int{row.bold} << ' ' << row.count;
+    EXPECT_EQ(Name(fond, 0), "Base");
+  }
+  EXPECT_EQ(Name(nullptr, 0), "");
+}
+
+TEST(PrinterFontName, StringsMustLieInsideTheRecord) {
+  FondBuilder fond(128);
+  fond.StyleString("Base").StyleString("\x03").StyleString("Bold").StyleIndex(1, 2);
+  const std::size_t whole = fond.Build().size();
+  const auto cut = [&](std::size_t bytes) {
+    FondBuilder shorter = fond;
+    shorter.Truncate(whole - bytes);
+    return Name(shorter, 1);
+  };
+  // "Bold" is cut, the suffix list, "Base", the strings, the table.
+  const std::pair<std::size_t, const char*> rows[] = {{0, "BaseBold"}, {1, "Base"}, {7, "Base"},
+                                                      {8, ""},         {13, ""},    {80, ""}};
+  for (const auto& [bytes, name] : rows) EXPECT_EQ(cut(bytes), name) << bytes;
+  for (const std::uint32_t offset : {0xFFFFFFFFu, 0xFFFFFFC4u, static_cast<std::uint32_t>(whole)}) {
+    FondBuilder elsewhere = fond;
+    elsewhere.SetU32(24, offset);
+    EXPECT_EQ(Name(elsewhere, 1), "") << offset;
+  }
+  // Offset 0 is followed like any other: string 1 then begins at byte 60, in the second entry.
+  EXPECT_EQ(Name(FondBuilder(128).Association(9, 0, 1).Association(0x0341, 0x4243, 1), 0), "ABC");
+}
+
+TEST(PrinterFontName, KeepsToItsLimitAndToPrintableAscii) {
+  const FondBuilder fond = FondBuilder(128)
+                               .StyleString(
+                                   "Ba\x8A\x1F"
+                                   "e")
+                               .StyleString("\x03")
+                               .StyleString("-B")
+                               .StyleIndex(1, 2);
+  const std::pair<int, const char*> rows[] = {{257, "Ba??e-B"}, {8, "Ba??e-B"}, {7, "Ba??e-"},
+                                              {6, "Ba??e"},     {4, "Ba?"},     {1, ""}};
+  for (const auto& [limit, name] : rows) EXPECT_EQ(Name(fond, 1, limit), name) << limit;
+  // 256 characters do not fit a length byte.
+  FondBuilder long_name(128);
+  long_name.StyleString(std::string(200, 'a')).StyleString("\x03").StyleString(std::string(56, 'b'));
+  long_name.StyleIndex(1, 2);
+  EXPECT_EQ(Name(long_name, 1), std::string(200, 'a') + std::string(55, 'b'));
+}
+
+}  // namespace
+}  // namespace quillmark

@@ -1,0 +1,134 @@
+#include "resources/resource_access.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "builders/fond_builder.h"
+#include "resources/opened_file.h"
+#include "support/om_string.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr ResType kPost = FourCharCode("POST");
+
+TEST(ResourceAccess, AnswersForNoFile) {
+  EXPECT_EQ(AllocateResourceFile(nullptr, true), nullptr);
+  FreeResourceFile(nullptr);
+  EXPECT_EQ(countResType(nullptr, kFond), 0);
+  EXPECT_EQ(getHandleOfTypeAndResID(nullptr, kFond, 1), nullptr);
+  EXPECT_EQ(getHandleOfTypeAndIndex(nullptr, kFond, 1), nullptr);
+  EXPECT_FALSE(FileHasPOSTsInResourceFork(nullptr));
+  EXPECT_FALSE(FileHasFONDsInResourceFork(nullptr));
+  EXPECT_FALSE(is_psfont(nullptr));
+  EXPECT_FALSE(is_psprinterfont(nullptr));
+  EXPECT_FALSE(hasValidResourcePSHeader(nullptr));
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(nullptr, nullptr, 0), -1);
+  EXPECT_FALSE(has_OTTO_Flag_inResource(nullptr, nullptr, 0));
+  EXPECT_FALSE(has_ttc_true_Flag(nullptr, nullptr, 0));
+  EXPECT_EQ(getStyleFromStyleIndex(nullptr, nullptr, 0), -1);
+  EXPECT_EQ(getCountOfUniqueStyles(nullptr, nullptr), 0);
+  EXPECT_THAT(getSortedResIDsForStyle(nullptr, nullptr, -1), IsEmpty());
+  EXPECT_EQ(CreatePrinterPath(nullptr, nullptr, 0), nullptr);
+}
+
+TEST(ResourceAccess, OpensAPlatformStringAndTellsFilesByTheirTypes) {
+  const TempFolder folder;
+  const auto holds = [&](const ResourceForkBuilder& fork) {
+    const std::string path = folder.Write("Süd.suit", fork.Build());
+    const auto text = Adopt(CFStringCreateWithCString(nullptr, path.c_str(), kCFStringEncodingUTF8));
+    const ResourceFileHolder file(AllocateResourceFile(text.get(), true));
+    return std::vector<bool>{FileHasPOSTsInResourceFork(file.get()), is_psprinterfont(file.get()),
+                             FileHasFONDsInResourceFork(file.get()), is_psfont(file.get())};
+  };
+  EXPECT_THAT(holds(ResourceForkBuilder().Add(kPost, 501, "x")), ElementsAre(true, true, false, false));
+  EXPECT_THAT(holds(ResourceForkBuilder().Add(kPost, 502, "x")), ElementsAre(true, false, false, false));
+  EXPECT_THAT(holds(ResourceForkBuilder().Add(kFond, 1, "x").Add(kNfnt, 501, "x")),
+              ElementsAre(false, false, true, true));
+  EXPECT_THAT(holds(ResourceForkBuilder().Add(kSfnt, 1, "x").AddEmptyType(kFond)),
+              ElementsAre(false, false, false, false));
+}
+
+TEST(ResourceAccess, TellsOutlinesByTheirFirstBytes) {
+  const std::string version("\0\1\0\0", 4);
+  const struct {
+    std::string outline;
+    const char* family;
+    bool otto, true_type, type_1;
+  } rows[] = {
+      {"OTTO", "Family", true, false, false},           {"OTT", "Family", false, false, false},
+      {"typ1", "Family", false, false, true},           {"typ", "Family", false, false, false},
+      {version, "Family", false, true, false},          {version, "A-CID", false, true, false},
+      {version.substr(0, 3), "x", false, false, false}, {"", "x", false, false, false},
+      {"true", "Family", false, true, false},           {"true", "A-CIDx", false, false, false},
+      {"true", "xCID-B", false, false, false},          {"true", "CID-Bx", false, true, false},
+      {"true", "xA-CID", false, true, false},           {"ttcf", "Family", false, false, false},
+  };
+  for (const auto& row : rows) {
+    const std::string fond = FondBuilder(128).Association(0, 1, 40).Build();
+    const OpenedFile file(
+        ResourceForkBuilder().Add(kFond, 128, fond, row.family).Add(kSfnt, 40, row.outline));
+    const ResourceHandle handle(file.Fond());
+    const std::string what = row.outline + " in " + row.family;
+    EXPECT_EQ(has_OTTO_Flag_inResource(file.get(), handle.get(), 1), row.otto) << what;
+    EXPECT_EQ(has_ttc_true_Flag(file.get(), handle.get(), 1), row.true_type) << what;
+    EXPECT_EQ(hasValidResourcePSHeader(file.get()), row.type_1) << what;
+    EXPECT_FALSE(has_OTTO_Flag_inResource(file.get(), handle.get(), 0)) << what;
+    EXPECT_FALSE(has_ttc_true_Flag(file.get(), handle.get(), 0)) << what;
+  }
+}
+
+TEST(ResourceAccess, NoEntryMeansIdMinusOneWhichMayExist) {
+  const OpenedFile file(ResourceForkBuilder().Add(kSfnt, -1, "true"));
+  EXPECT_TRUE(has_ttc_true_Flag(file.get(), nullptr, 0));
+  EXPECT_FALSE(has_OTTO_Flag_inResource(file.get(), nullptr, 0));
+}
+
+TEST(ResourceAccess, StylesAndTheirResources) {
+  FondBuilder builder(128);
+  builder.Association(9, 1, 11).Association(0, 1, 5).Association(9, 0, 11).Association(9, -1, 99);
+  const OpenedFile file(builder.Build());
+  const ResourceHandle fond(file.Fond());
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(file.get(), fond.get(), 1), 11);
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(file.get(), fond.get(), 2), -1);
+  EXPECT_EQ(getCountOfUniqueStyles(file.get(), fond.get()), 3);
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond.get(), 1), 1);
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond.get(), 3), -1);
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond.get(), -1), -1);
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), fond.get(), 1), ElementsAre(5, 11));
+  // Style -1 is every style, but for those that come out as negative numbers.
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), fond.get(), -1), ElementsAre(5, 11));
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), nullptr, -1), IsEmpty());
+}
+
+TEST(ResourceAccess, PrinterPathNamesAnExistingFileBesideTheSuitcase) {
+  const auto path_of = [](const OpenedFile& file, int style) {
+    const ResourceHandle fond(file.Fond());
+    return OmString(Adopt(CreatePrinterPath(file.get(), fond.get(), style)).get()).str();
+  };
+  FondBuilder times(128);
+  times.Association(9, 0, 1).Association(0, 2, 1);
+  times.StyleString("Times").StyleString("\x03").StyleString("-Bold").StyleIndex(1, 2);
+  const OpenedFile file(times.Build());
+  EXPECT_EQ(path_of(file, 0), "");
+  file.folder().Write("Times", "printer font");
+  EXPECT_EQ(path_of(file, 0), file.folder().Path("Times"));
+  EXPECT_EQ(path_of(file, 4), file.folder().Path("Times"));  // no entry of that style: a file all the same
+  EXPECT_EQ(path_of(file, 2), "");                           // an outline inside
+  std::filesystem::create_directory(file.folder().Path("TimesBol"));
+  EXPECT_EQ(path_of(file, 1), "");
+
+  const OpenedFile outside(FondBuilder(16384).StyleString("x/Aaa-b-").Build());
+  outside.folder().Write("x/Aaa-b", "printer font");
+  EXPECT_EQ(path_of(outside, 0), "");
+  const OpenedFile nameless(FondBuilder(128).Build());
+  EXPECT_EQ(path_of(nameless, 0), "");
+}
+
+}  // namespace
+}  // namespace quillmark
