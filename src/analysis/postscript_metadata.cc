@@ -11,6 +11,7 @@
 #include "analysis/postscript_header.h"
 #include "platform/cf_ref.h"
 #include "platform/forks.h"
+#include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -23,13 +24,6 @@ constexpr std::size_t kHeaderSize = 6000;    // bytes of a data fork that are ex
 
 enum class CidKind { kNone, kCid, kOcf };
 
-// The bytes of a FOND's resource name. Its tests for family marks are made on these, before any decoding.
-std::string RawResourceName(Handle fond) {
-  Str255 name = {};
-  GetResInfo(fond, nullptr, nullptr, name);
-  return std::string(AsText(Slice(name, 1, name[0]).value_or(Bytes())));
-}
-
 bool IsMultipleMasterName(std::string_view name) {
   const std::size_t mark = name.find("MM");
   return mark != std::string_view::npos && name.find('_', mark + 2) != std::string_view::npos;
@@ -37,32 +31,22 @@ bool IsMultipleMasterName(std::string_view name) {
 
 // Resource ID of the first outline (size 0) of the style in the font association table.
 std::optional<std::int16_t> OutlineID(Bytes fond, std::int16_t style) {
-  constexpr std::size_t kLastEntryIndex = 52;
-  constexpr std::size_t kFirstEntry = 54;
-  constexpr std::size_t kEntrySize = 6;
-  const int count = I16At(fond, kLastEntryIndex).value_or(-1) + 1;
+  const int count = CountFondEntries(fond);
   for (int i = 0; i < count; ++i) {
-    const auto entry = Slice(fond, kFirstEntry + static_cast<std::size_t>(i) * kEntrySize, kEntrySize);
-    if (!entry) break;
-    if (I16At(*entry, 0) == std::int16_t{0} && I16At(*entry, 2) == style) return I16At(*entry, 4);
+    const auto entry = FondEntryAt(fond, i);
+    if (entry && entry->size == 0 && static_cast<std::int16_t>(entry->style) == style) return entry->id;
   }
   return std::nullopt;
 }
 
+// Only families of double-byte scripts are either kind. `name` is the one that is stored.
 CidKind CidKindOf(QuillmarkResourceFile& file, Handle fond, std::int16_t style, std::string_view name) {
-  constexpr std::size_t kSmallestFond = 52;
-  const Bytes bytes = HandleBytes(fond);
-  if (bytes.size() < kSmallestFond) return CidKind::kNone;
-  const std::int16_t family_id = I16At(bytes, 2).value_or(0);
-  const std::int16_t international = I16At(bytes, 48).value_or(0);
-  if (international == 0 && (family_id < 0x4000 || family_id > 0x41FF)) return CidKind::kNone;
-
-  const auto id = OutlineID(bytes, style);
+  if (!file.isDoubleByteFOND(fond)) return CidKind::kNone;
+  const auto id = OutlineID(HandleBytes(fond), style);
   if (!id) return CidKind::kOcf;
   const ResourceHandle outline(file.getResourceHandleForType(FourCharCode("sfnt"), *id));
   if (outline.get() == nullptr) return CidKind::kOcf;
-  const bool is_cid =
-      StartsWith(HandleBytes(outline.get()), "typ1") || name.starts_with("A-CID") || name.ends_with("CID-B");
+  const bool is_cid = StartsWith(HandleBytes(outline.get()), "typ1") || IsCidFamilyName(name);
   return is_cid ? CidKind::kCid : CidKind::kNone;
 }
 
@@ -125,7 +109,8 @@ CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, const Om
                                    std::int16_t style, const FaceOutputs& outputs) {
   if (resourceFile == nullptr || HandleBytes(fond).empty()) return kUndecided;
   const NameOutputs& names = outputs.names;
-  const std::string family = RawResourceName(fond);
+  // Its marks are tested before any decoding.
+  const std::string family = StoredResourceName(fond).value_or("");
   bool is_multiple_master = IsMultipleMasterName(family);
   const CidKind cid_kind =
       is_multiple_master ? CidKind::kNone : CidKindOf(*resourceFile, fond, style, family);

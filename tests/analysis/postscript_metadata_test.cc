@@ -170,7 +170,7 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
       {"Qq", other_family(128, 1), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x41FF, 0), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x4200, 0), outline("typ1"), "", "Qq", kUndecided},
-      {"Qq", cid_family(0).substr(0, 52), {}, "OCF", "Qq", kPrinterFontMissing},
+      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kPrinterFontMissing},
       {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kPrinterFontMissing},
       {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM", "A-CID MM_", kUndecided},
   };
