@@ -24,6 +24,8 @@ class CFoundryNameTable {
   CFoundryNameTable& operator=(const CFoundryNameTable&) = delete;
 
   void LoadTable();
+  // Whether the list is missing, could not be read, or has no entries.
+  bool empty() const { return entries_.empty(); }
 
   // One of the five creator codes that name a tool or system, not a maker. Case counts here, though not
   // below.

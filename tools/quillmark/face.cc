@@ -1,6 +1,7 @@
 #include "face.h"
 
 #include <cstdio>
+#include <stdexcept>
 
 #include "api/font_array.h"
 #include "platform/forks.h"
@@ -71,9 +72,13 @@ std::vector<std::string> StylesOf(const std::string& primary_name, const std::st
   std::vector<char*> buffers;
   for (std::string& text : texts) buffers.push_back(text.data());
   std::uint32_t count = 0;
-  if (QM_GetStyles(primary_name.c_str(), secondary_name.c_str(), kMaxStyles, kStyleBytes, &count,
-                   buffers.data()) != 0) {
-    return {};
+  try {
+    if (QM_GetStyles(primary_name.c_str(), secondary_name.c_str(), kMaxStyles, kStyleBytes, &count,
+                     buffers.data()) != 0) {
+      return {};
+    }
+  } catch (const std::runtime_error&) {
+    return {};  // the keyword table lacks an array: no style is known
   }
   std::vector<std::string> styles;
   for (std::uint32_t i = 0; i < count; ++i) styles.emplace_back(texts[i].c_str());

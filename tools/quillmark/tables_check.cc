@@ -5,9 +5,13 @@
 
 #include <cstdio>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "face.h"
-#include "support/resource_location.h"
+#include "knowledge/classification_mappings.h"
+#include "knowledge/foundry_name_table.h"
+#include "knowledge/keyword_table.h"
 
 namespace quillmark::tool {
 namespace {
@@ -34,28 +38,34 @@ class SilencedOutput {
   int saved_;
 };
 
-bool IsThere(const char* list) {
-  return static_cast<bool>(LoadBundlePropertyList(list, kCFPropertyListImmutable));
+// Asks something of each table, which makes the library load it: here, and not in the middle of a result.
+// Tells which have nothing to say.
+std::vector<std::string> LoadAndListMissing() {
+  std::vector<std::string> missing;
+  if (CFoundryNameTable::GetSharedFoundryNameTable()->empty()) missing.emplace_back("FoundryNameTable.plist");
+
+  std::vector<OmString> classes;
+  CClassificationMappings::GetSharedClassificationMappings()->GetListOfBuiltinClasses(&classes);
+  if (classes.empty()) missing.emplace_back("DefaultClassifications.plist");
+
+  (void)StylesOf("", "");
+  if (KeywordTable::Shared().styles().empty()) missing.emplace_back("KeywordTable.plist");
+  return missing;
 }
 
 }  // namespace
 
 void LoadTables() {
-  std::string missing;
+  std::vector<std::string> missing;
   {
     const SilencedOutput silenced;
-    for (const char* list :
-         {"FoundryNameTable.plist", "DefaultClassifications.plist", "KeywordTable.plist"}) {
-      if (!IsThere(list)) missing += (missing.empty() ? "" : ", ") + std::string(list);
-    }
-    // The library loads its tables on first use: here, and not in the middle of a result.
-    (void)ClassOf("", nullptr);
-    (void)StylesOf("", "");
+    missing = LoadAndListMissing();
   }
-  if (!missing.empty()) {
-    std::cerr << "quillmark: tables are missing or cannot be read (" << missing
-              << "): foundries, classes or styles stay unknown\n";
-  }
+  if (missing.empty()) return;
+  std::cerr << "quillmark: foundries, classes or styles stay unknown, for these tables are missing or cannot "
+               "be read:";
+  for (const std::string& list : missing) std::cerr << ' ' << list;
+  std::cerr << '\n';
 }
 
 }  // namespace quillmark::tool
