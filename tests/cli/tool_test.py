@@ -188,6 +188,8 @@ class ToolTest(unittest.TestCase):
         shown = listing.stdout.decode().split()
         for word in ("FOND", "NFNT", "Marker"):
             self.assertIn(word, shown)
+        reason = run("identify", dfont).stderr.decode()
+        self.assertIn("neither a readable outline font nor the name of a printer font", reason)
         self.assertEqual(run("resources", DEJAVU / "DejaVuSans.ttf").returncode, 1)
 
     def test_a_closed_pipe_ends_quietly(self):

@@ -22,8 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr ResType kFond = FourCharCode("FOND");
-
 ResourceFileHolder OpenResources(const std::string& path) {
   const CFRef<CFStringRef> name =
       Adopt(CFStringCreateWithCString(nullptr, path.c_str(), kCFStringEncodingUTF8));
@@ -83,8 +81,11 @@ std::string WhyNoFace(const std::string& path) {
   const ResourceFileHolder resources = OpenResources(path);
   if (IsLonePrinterFont(path, resources.get())) return LonePrinterFont(path);
   if (TotalForkLength(path) == 0) return "empty, and no resource fork was found for it";
-  if (resources.get() != nullptr && countResType(resources.get(), kFond) == 0)
-    return "a resource file without fonts";
+  if (resources.get() != nullptr) {
+    return FileHasFONDsInResourceFork(resources.get())
+               ? "a font family file with neither a readable outline font nor the name of a printer font"
+               : "a resource file without fonts";
+  }
   return "not a font that Quillmark reads";
 }
 
