@@ -148,11 +148,21 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual(run("read", "--format", form, self.folder / "again").stdout, again)
         self.assertEqual(len(plistlib.loads((self.folder / "plist").read_bytes())), len(original))
 
+        (face,) = json.loads(run("read", "--format", "json", self.store_one("<FontData></FontData>")).stdout)
+        self.assertEqual(face["postScriptName"], "<FontData></FontData>")
+        self.assertNotIn("fondID", face)
+        self.assertEqual(run("read", self.folder).stderr.decode(), f"{self.folder}: a folder\n")
+
         bad = self.folder / "bad"
         bad.write_text("<plist><array/></plist>")
         result = run("read", bad)
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertEqual(result.stderr.decode(), f"{bad}: neither stored XML nor a property list of fonts\n")
+
+    def store_one(self, name):
+        stored = self.folder / "one"
+        stored.write_text(f"<array><dict><key>PostScriptName</key><string><![CDATA[{name}]]></string></dict></array>")
+        return stored
 
     def test_tells_styles_and_classes(self):
         self.assertEqual(run("styles", "Minion-BoldItalic").stdout, b"Bold\nItalic\n")
@@ -191,6 +201,11 @@ class ToolTest(unittest.TestCase):
         reason = run("identify", dfont).stderr.decode()
         self.assertIn("neither a readable outline font nor the name of a printer font", reason)
         self.assertEqual(run("resources", DEJAVU / "DejaVuSans.ttf").returncode, 1)
+
+    def test_a_full_disk_is_1(self):
+        with open("/dev/full", "w") as full:
+            result = subprocess.run([TOOL, "styles", "Minion-Bold"], stdout=full, stderr=subprocess.PIPE, timeout=60)
+        self.assertEqual((result.returncode, result.stderr), (1, b"quillmark: standard output cannot be written\n"))
 
     def test_a_closed_pipe_ends_quietly(self):
         many = self.folder

@@ -1,6 +1,7 @@
 #include "face.h"
 
 #include <cstdio>
+#include <cstring>
 #include <stdexcept>
 
 #include "api/font_array.h"
@@ -9,7 +10,7 @@
 namespace quillmark::tool {
 namespace {
 
-constexpr std::int32_t kTextBytes = 16 * 1024;  // more than any name or path a specifier holds
+constexpr std::int32_t kTextBytes = 16 * 1024;
 constexpr std::uint32_t kMaxStyles = 32;
 constexpr std::int32_t kStyleBytes = 512;
 
@@ -17,9 +18,14 @@ using TextGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, char*, s
 using NumberGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, std::uint32_t*);
 
 std::string Text(TextGetter get, const QM_FontArray* array, std::uint32_t index) {
-  std::string buffer(kTextBytes, '\0');
-  if (get(array, index, buffer.data(), kTextBytes) != 0) return {};
-  return buffer.c_str();
+  // Names are short, but a stored form may hold any: the buffer grows until the text leaves room in it.
+  for (std::int32_t size = kTextBytes; size > 0; size = size > INT32_MAX / 2 ? 0 : size * 2) {
+    std::string buffer(static_cast<std::size_t>(size), '\0');
+    if (get(array, index, buffer.data(), size) != 0) return {};
+    buffer.resize(std::strlen(buffer.c_str()));
+    if (buffer.size() + 1 < static_cast<std::size_t>(size)) return buffer;
+  }
+  return {};
 }
 
 std::uint32_t Number(NumberGetter get, const QM_FontArray* array, std::uint32_t index) {

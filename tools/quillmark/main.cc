@@ -3,7 +3,7 @@
 #include <clocale>
 #include <exception>
 #include <iostream>
-#include <thread>
+#include <stdexcept>
 
 #include "commands.h"
 #include "output.h"
@@ -69,12 +69,16 @@ int Run(int argc, char** argv) {
     return app.exit(error) == 0 ? 0 : kWrongUsage;
   }
 
-  if (*resources) return tool::Resources(file);
-  tool::LoadTables();
-  if (*identify) return tool::Identify(identify_options);
-  if (*read) return tool::Read(file, format);
-  if (*styles) return tool::Styles(name, second);
-  return tool::Classify(name, second);
+  const int status = [&] {
+    if (*resources) return tool::Resources(file);
+    tool::LoadTables();
+    if (*identify) return tool::Identify(identify_options);
+    if (*read) return tool::Read(file, format);
+    if (*styles) return tool::Styles(name, second);
+    return tool::Classify(name, second);
+  }();
+  if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
+  return status;
 }
 
 }  // namespace

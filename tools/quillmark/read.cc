@@ -5,7 +5,6 @@
 
 #include "commands.h"
 #include "output.h"
-#include "platform/forks.h"
 #include "reason.h"
 
 namespace quillmark::tool {
@@ -15,19 +14,23 @@ int Read(const std::string& file, const std::string& format) {
     std::cerr << ShownPath(file) << ": " << reason << '\n';
     return 1;
   };
-  if (!IsRegularFile(file)) return fail("no such file");
+  if (const auto reason = WhyNotReadable(file)) return fail(*reason);
   std::ifstream in(file, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(in), {}};
   if (in.bad() || !in.is_open()) return fail("cannot be read");
 
+  // The property list first: its reader refuses the XML form, while the XML form's is a search that would
+  // find its tags inside the strings of a list. Both would take a text with a NUL for the part before it.
   QM_FontArray* made = nullptr;
-  if (QM_CreateSpecifierFromXML(text.c_str(), &made) != 0 &&
-      QM_CreateSpecifierFromPropertyList(text.c_str(), &made) != 0) {
+  if (text.find('\0') != std::string::npos || (QM_CreateSpecifierFromPropertyList(text.c_str(), &made) != 0 &&
+                                               QM_CreateSpecifierFromXML(text.c_str(), &made) != 0)) {
     return fail("neither stored XML nor a property list of fonts");
   }
   const FontArray array(made);
   const std::unique_ptr<FaceWriter> writer = MakeWriter(format, std::cout);
-  writer->Add(FacesOf(array.get(), file), *array);
+  std::vector<Face> faces = FacesOf(array.get(), file);
+  for (Face& face : faces) face.fond_id = face.style = std::nullopt;  // stored forms do not carry them
+  writer->Add(faces, *array);
   writer->Finish();
   return 0;
 }

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 
 #include "analysis/collection.h"
 #include "analysis/font_data.h"
@@ -26,20 +25,6 @@ ResourceFileHolder OpenResources(const std::string& path) {
   const CFRef<CFStringRef> name =
       Adopt(CFStringCreateWithCString(nullptr, path.c_str(), kCFStringEncodingUTF8));
   return ResourceFileHolder(name ? AllocateResourceFile(name.get(), true) : nullptr);
-}
-
-// What the path is, when it is no file that can be read.
-std::optional<std::string> NotReadable(const std::string& path) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) {
-    return errno == ENOENT ? "no such file" : std::string(std::strerror(errno));
-  }
-  if (S_ISDIR(info.st_mode)) return "a folder";
-  if (S_ISFIFO(info.st_mode)) return "a named pipe, not a file";
-  if (S_ISSOCK(info.st_mode)) return "a socket, not a file";
-  if (!S_ISREG(info.st_mode)) return "a device, not a file";
-  if (!OpenDataFork(path)) return std::string("cannot be read: ") + std::strerror(errno);
-  return std::nullopt;
 }
 
 // The family file in the same folder whose FOND names this printer font.
@@ -76,8 +61,21 @@ std::string LonePrinterFont(const std::string& path) {
 
 std::string ShownPath(const std::string& path) { return Printable(path); }
 
+std::optional<std::string> WhyNotReadable(const std::string& path) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0) {
+    return errno == ENOENT ? "no such file" : std::string(std::strerror(errno));
+  }
+  if (S_ISDIR(info.st_mode)) return "a folder";
+  if (S_ISFIFO(info.st_mode)) return "a named pipe, not a file";
+  if (S_ISSOCK(info.st_mode)) return "a socket, not a file";
+  if (!S_ISREG(info.st_mode)) return "a device, not a file";
+  if (!OpenDataFork(path)) return std::string("cannot be read: ") + std::strerror(errno);
+  return std::nullopt;
+}
+
 std::string WhyNoFace(const std::string& path) {
-  if (const auto reason = NotReadable(path)) return *reason;
+  if (const auto reason = WhyNotReadable(path)) return *reason;
   const ResourceFileHolder resources = OpenResources(path);
   if (IsLonePrinterFont(path, resources.get())) return LonePrinterFont(path);
   if (TotalForkLength(path) == 0) return "empty, and no resource fork was found for it";

@@ -2,12 +2,16 @@
 #ifndef QUILLMARK_TOOL_REASON_H_
 #define QUILLMARK_TOOL_REASON_H_
 
+#include <optional>
 #include <string>
 
 namespace quillmark::tool {
 
 // `path` gave no face. No line end, no path in front.
 std::string WhyNoFace(const std::string& path);
+
+// Why `path` is no regular file that can be read; nothing when it is one.
+std::optional<std::string> WhyNotReadable(const std::string& path);
 
 // A path as it may be shown on a terminal.
 std::string ShownPath(const std::string& path);

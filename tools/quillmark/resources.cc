@@ -1,5 +1,8 @@
 // quillmark resources: the resource map of a font file, and what each of its FONDs says.
+#include <algorithm>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "commands.h"
 #include "display_width.h"
@@ -25,27 +28,34 @@ std::string NameText(const unsigned char* name) {
   return MacRomanToUtf8(std::string(name + 1, name + 1 + name[0]));
 }
 
+// A small file can list thousands of types that share one list: what goes beyond any real font file is only
+// counted.
+constexpr std::size_t kMostRows = 20000;
+
+std::vector<std::string> ResourceRow(QuillmarkResourceFile& file, ResType type, int index) {
+  const ResourceHandle resource(file.getResourceHandleViaGet1IndResource(type, index));
+  if (resource.get() == nullptr) return {TypeText(type), "", "data outside the file", ""};
+  ResID id = 0;
+  Str255 name = {};
+  GetResInfo(resource.get(), &id, nullptr, name);
+  return {TypeText(type), std::to_string(id), std::to_string(GetHandleSize(resource.get())), NameText(name)};
+}
+
 void ListResources(QuillmarkResourceFile& file) {
   std::vector<std::vector<std::string>> rows;
+  std::size_t left_out = 0;
   const int types = file.count1ResTypes();
   for (int t = 1; t <= types; ++t) {
     ResType type = 0;
     file.getResourceTypeViaGet1IndType(&type, t);
-    const int count = file.countResType(type);
-    for (int i = 1; i <= count; ++i) {
-      const ResourceHandle resource(file.getResourceHandleViaGet1IndResource(type, i));
-      if (resource.get() == nullptr) {
-        rows.push_back({TypeText(type), "", "data outside the file", ""});
-        continue;
-      }
-      ResID id = 0;
-      Str255 name = {};
-      GetResInfo(resource.get(), &id, nullptr, name);
-      rows.push_back({TypeText(type), std::to_string(id), std::to_string(GetHandleSize(resource.get())),
-                      NameText(name)});
-    }
+    const int count = std::max(file.countResType(type), 0);
+    const int shown =
+        static_cast<int>(std::min<std::size_t>(static_cast<std::size_t>(count), kMostRows - rows.size()));
+    for (int i = 1; i <= shown; ++i) rows.push_back(ResourceRow(file, type, i));
+    left_out += static_cast<std::size_t>(count - shown);
   }
   WriteTable(std::cout, {{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows, TerminalWidth());
+  if (left_out > 0) std::cout << "and " << left_out << " more\n";
 }
 
 void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
