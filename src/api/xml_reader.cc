@@ -67,7 +67,10 @@ class TextTag {
   void Read(std::size_t block, QM_FontSpecifier& face) {
     const auto value = values_.ExtractTagValue(block);
     if (!value) return;
-    face.*field_ = std::string(*value);
+    // Many blocks may take one value of a later block: their faces share its bytes.
+    if (value->data() != last_value_) last_text_ = std::string(*value);
+    last_value_ = value->data();
+    face.*field_ = last_text_;
     face.attributes |= attribute_;
   }
 
@@ -75,6 +78,8 @@ class TextTag {
   TagValues values_;
   std::uint32_t attribute_;
   OmString QM_FontSpecifier::*field_;
+  const char* last_value_ = nullptr;
+  OmString last_text_;
 };
 
 class NumberTag {
@@ -86,10 +91,11 @@ class NumberTag {
   void Read(std::size_t block, QM_FontSpecifier& face) {
     const auto value = values_.ExtractTagValue(block);
     if (!value) return;
-    // Many blocks may share one value: it is converted once.
-    if (value->data() != converted_) number_ = ParseLong(std::string(*value).c_str(), base_);
-    converted_ = value->data();
-    face.*field_ = number_;
+    // A number ends at the closing tag's "<" at the latest. A long one that many blocks share is converted
+    // once.
+    if (value->data() != last_value_) last_number_ = ParseLong(value->data(), base_);
+    last_value_ = value->data();
+    face.*field_ = last_number_;
     face.attributes |= attribute_;
   }
 
@@ -98,8 +104,8 @@ class NumberTag {
   int base_;
   std::uint32_t attribute_;
   std::uint32_t QM_FontSpecifier::*field_;
-  const char* converted_ = nullptr;
-  std::uint32_t number_ = 0;
+  const char* last_value_ = nullptr;
+  std::uint32_t last_number_ = 0;
 };
 
 class XmlReader {
@@ -135,8 +141,7 @@ class XmlReader {
 
  private:
   // A face whose name is that of an earlier one is passed over: without resource IDs the removal of
-  // duplicates keeps the first of each name. Made and removed later, a hundred thousand blocks that share the
-  // values of a last one would hold as many copies of them.
+  // duplicates keeps the first of each name, and so no block of a name that is known costs memory.
   void AppendFace(std::size_t block, QM_FontArray& faces) {
     const std::string_view name = name_.ExtractTagValue(block).value_or("");
     if (name.data() == last_name_.data() || !seen_.insert(name).second) return;
