@@ -2,6 +2,7 @@
 
 #include "analysis/face_checksums.h"
 #include "analysis/face_collector.h"
+#include "api/duplicate_filter.h"
 #include "api/requested_outputs.h"
 #include "platform/forks.h"
 #include "resources/resource_access.h"
@@ -28,7 +29,7 @@ class ResourceFontReader {
 
   void ReadFaces() {
     // Counts are signed 16-bit numbers. A file without a FOND gets one pass with none, and a FOND without a
-    // style one with style 0.
+    // style one with style index 0.
     const auto fond_count = static_cast<std::int16_t>(countResType(file_.get(), kFondType));
     for (int i = 1; i <= fond_count || (fond_count == 0 && i == 1); ++i) {
       const ResourceHandle fond(
@@ -80,7 +81,7 @@ class ResourceFontReader {
     }
     FindOutlineFile(face);
     face.attributes = request_;
-    faces_.push_back(std::move(face));
+    if (filter_.MayStay(face)) faces_.push_back(std::move(face));
   }
 
   void FindOutlineFile(QM_FontSpecifier& face) {
@@ -97,6 +98,7 @@ class ResourceFontReader {
   const OmString& path_;
   const std::uint32_t request_;
   QM_FontArray& faces_;
+  DuplicateFilter filter_;
   const ResourceFileHolder file_;
   // The font file's codes, then those of the last outline file: a face that comes after one with an outline
   // file carries that file's codes as its own. Stored results rely on it.

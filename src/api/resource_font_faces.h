@@ -10,7 +10,8 @@
 
 namespace quillmark {
 
-// Appends a specifier for each style of each FOND that the collector reads, in the order of the file.
+// Appends a specifier for each style of each FOND that the collector reads, in the order of the file, but for
+// those that the removal of duplicates is sure to take away.
 void AppendResourceFontFaces(const OmString& path, std::uint32_t request, QM_FontArray& faces);
 
 }  // namespace quillmark
