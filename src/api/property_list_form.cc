@@ -83,17 +83,21 @@ class DictionaryReader {
       : keys_(keys), dictionary_(dictionary), face_(face) {}
 
   void Text(Key key, std::uint32_t attribute, OmString& field) {
-    if (const CFStringRef value = Find(key, attribute)) field = value;
+    const CFStringRef value = Find(key);
+    if (!value) return;
+    field = value;
+    face_.attributes |= attribute;
   }
   void Number(Key key, int base, std::uint32_t attribute, std::uint32_t& field) {
-    if (const CFStringRef value = Find(key, attribute)) field = ParseLong(OmString(value), base);
+    const CFStringRef value = Find(key);
+    if (!value) return;
+    field = ParseLong(OmString(value), base);
+    face_.attributes |= attribute;
   }
 
  private:
-  CFStringRef Find(Key key, std::uint32_t attribute) {
-    const CFStringRef value = NCFUtils::NCFGetCFStringFromDictionary(dictionary_, keys_[key].get());
-    if (value) face_.attributes |= attribute;
-    return value;
+  CFStringRef Find(Key key) const {
+    return NCFUtils::NCFGetCFStringFromDictionary(dictionary_, keys_[key].get());
   }
 
   const Strings& keys_;
