@@ -14,7 +14,7 @@ CollectStatus CollectSfntMetaData(TFontData& font, Handle fond, std::int16_t sty
                                   const FaceOutputs& outputs, OmString& kind_name) {
   static_cast<void>(loadFontDataIntoMemory(font, fond, style));
   if (!font.data) return kNoFontData;
-  if (font.fontKind == kKindOpenTypeTT) kind_name = "OpenType - TT";
+  if (font.fontKind == kKindOpenTypeTT) kind_name = KindName(kKindOpenTypeTT);
   CollectStatus result = getMetaDataFromNamesTable(*font.data, outputs.names) ? kCollected : kNoFontData;
   // A font from a resource fork is always the Mac's.
   if (result == kCollected && outputs.platform != nullptr && !font.hasResourceFonts &&

@@ -18,7 +18,7 @@ enum CollectStatus : int {
   kCollected = 0,
   kNoFontData = 3,          // no sfnt bytes, or no usable name table
   kPrinterFontMissing = 6,  // the outlines of a PostScript face are not where its family names them
-  kUndecided = -1,          // platform undecidable, or no PostScript header expected
+  kUndecided = -1,          // no platform can be told, or no PostScript header read
 };
 
 // `resourceFile` and `fond` may be null: the face is then read from the path's data fork.

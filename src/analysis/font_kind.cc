@@ -23,10 +23,8 @@ bool FirstBytesAre(const TFontData& font, std::uint32_t flag) {
 }
 
 void Decide(TFontData& font, FontKind kind, OmString* kindName) {
-  constexpr const char* kNames[kKindUnknown] = {"TrueType",   "OpenType - TT",   "OpenType - PS",
-                                                "PostScript", "PostScript - MM", "TrueType Collection"};
   font.fontKind = kind;
-  if (kindName != nullptr) *kindName = kNames[kind];
+  if (kindName != nullptr) *kindName = KindName(kind);
 }
 
 void DecideByResources(TFontData& font, Handle fond, std::int16_t style, OmString* kindName) {
@@ -73,6 +71,13 @@ void DecideByExtension(TFontData& font, OmString* kindName) {
 }
 
 }  // namespace
+
+const char* KindName(FontKind kind) {
+  constexpr const char* kNames[] = {
+      "TrueType", "OpenType - TT", "OpenType - PS", "PostScript", "PostScript - MM", "TrueType Collection",
+      ""};
+  return kNames[kind];
+}
 
 void getMetaData_FontType(TFontData& font, Handle fond, std::int16_t style, OmString* kindName) {
   if (font.hasResourceFonts) DecideByResources(font, fond, style, kindName);

@@ -11,6 +11,9 @@
 
 namespace quillmark {
 
+// What hosts see of a kind; empty for an unknown one.
+const char* KindName(FontKind kind);
+
 // Decides `fontKind`; `kindName` (may be null) receives its name, and is left alone for an unknown kind.
 void getMetaData_FontType(TFontData& font, Handle fond, std::int16_t style, OmString* kindName);
 
