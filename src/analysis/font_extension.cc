@@ -1,9 +1,10 @@
 #include "analysis/font_extension.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <string_view>
+
+#include "support/om_string.h"
 
 namespace quillmark {
 namespace {
@@ -19,9 +20,9 @@ FontExtension fontTypeFromExtension(const char* path) {
   const std::string_view text(path);
   const std::size_t dot = text.rfind('.');
   if (dot == std::string_view::npos || text.size() - dot > kLongestSuffix) return kExtensionOther;
-  std::string extension(text.substr(dot + 1));
-  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  const auto* const found = std::find(std::begin(kExtensions), std::end(kExtensions), extension);
+  OmString extension(std::string(text.substr(dot + 1)));
+  extension.ToLower();
+  const auto* const found = std::find(std::begin(kExtensions), std::end(kExtensions), extension.str());
   return static_cast<FontExtension>(found - std::begin(kExtensions));  // past the end is kExtensionOther
 }
 

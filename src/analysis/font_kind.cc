@@ -1,7 +1,6 @@
 #include "analysis/font_kind.h"
 
 #include <array>
-#include <cctype>
 #include <string>
 
 #include "resources/resource_access.h"
@@ -98,9 +97,8 @@ bool hasValidPSHeader(const TFontData& font) {
   std::array<std::uint8_t, kPfmHeaderSize> header{};
   if (font.stream->ReadAt(0, header) < header.size()) return false;
   if (LittleU32At(header, kPfmSizeOffset) != font.stream->size()) return false;
-  std::string copyright(AsText(header).substr(kPfmCopyrightOffset, kPfmCopyrightSize));
-  for (char& c : copyright) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return copyright.find("copyright") != std::string::npos;
+  OmString notice(std::string(AsText(header).substr(kPfmCopyrightOffset, kPfmCopyrightSize)));
+  return notice.ToLower().str().find("copyright") != std::string::npos;
 }
 
 }  // namespace quillmark

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "analysis/name_record.h"
+#include "platform/text_encoding.h"
 
 namespace quillmark {
 namespace {
@@ -25,10 +26,6 @@ struct Names {
 
 void AssignConditionally(std::string* target, const std::string& value, bool overwrite) {
   if (overwrite || target->empty()) *target = value;
-}
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 void Store(const NameRecord& record, const std::string& text, bool overwrite, Names& names) {
