@@ -28,8 +28,8 @@
  *   written.
  * - An array belongs to the caller from its creation until QM_SpecifierFree. No query changes it.
  * - Any number of threads may call these functions at once, also on one array, as long as none frees it.
- * - No function aborts or exits. One thing is printed: a damaged file of the library's own tables is named on
- *   standard output when it is loaded.
+ * - No function aborts or exits. One thing is printed: a message on standard output when a damaged file of
+ *   the library's own tables is loaded.
  * - C++ exceptions pass to the caller only where a description says so. A C++ host can catch them by their
  *   standard type; a C host cannot, and so keeps to the conditions that avoid them.
  */
@@ -146,8 +146,9 @@ QM_EXPORT int32_t QM_GetFontCount(const QM_FontArray* array, uint32_t* count);
  * Finds the first face of a FOND resource and style.
  *
  * @param      array   an array this library made; null gives 1
- * @param      fondID  resource ID of the FOND; -1 finds faces without one
- * @param      style   classic style code (bold 1, italic 2, outline 8, shadow 16, condense 32, extend 64)
+ * @param      fondID  resource ID of the FOND; -1 for faces without one, 0 for faces of stored forms
+ * @param      style   classic style code (bold 1, italic 2, underline 4, outline 8, shadow 16, condense 32,
+ *                     extend 64); 0 for faces without a FOND, -1 for those of collections
  * @param[out] index   receives the face's index, or 0 on any failure; not null, and not tested
  * @retval 0  found
  * @retval 1  null array, or no such face; *index is 0
@@ -188,7 +189,9 @@ QM_EXPORT int32_t QM_GetXMLRepresentation(const QM_FontArray* array, char* buffe
  * Makes an array from the text that QM_GetXMLRepresentation wrote.
  *
  * Tags are searched for, not parsed: a block without a tag takes the value of the next one in the text. A
- * checksum above 7FFFFFFF reads as 7FFFFFFF. Compare stored texts, not arrays made from them.
+ * checksum above 7FFFFFFF reads as 7FFFFFFF. Compare stored texts, not arrays made from them. A tag that is
+ * not closed in its block takes all text up to the next closing tag, so that an array made from hostile text
+ * can need as much memory as the number of faces times the text's length: bound the texts that you pass.
  *
  * @param      text      the document; null gives 1
  * @param[out] outArray  receives the array on status 0, which the caller frees; null gives 1

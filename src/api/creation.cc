@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "analysis/checksum.h"
-#include "analysis/font_data.h"
+#include "analysis/font_extension.h"
 #include "api/collection_faces.h"
 #include "api/font_array.h"
 #include "api/resource_font_faces.h"

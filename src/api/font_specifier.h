@@ -25,7 +25,8 @@ struct QM_FontSpecifier {
   std::uint32_t checksum = 0;
   std::uint32_t legacyChecksum = 0;   // of the earlier scheme
   std::uint32_t outlineFileSize = 0;  // bytes, of the outline file or else of the font file
-  // 16-bit values; -1 for a face that no FOND describes.
+  // 16-bit values. Without a FOND the IDs are -1, and the style is 0, but -1 for collection faces. All three
+  // are 0 in a face that was read from a stored form.
   std::int32_t style = -1;            // classic style code, 0 is plain
   std::int32_t firstResourceID = -1;  // first font resource that the FOND lists for the style
   std::int32_t fondResourceID = -1;
