@@ -43,66 +43,51 @@ std::vector<std::string> Names(const QM_FontArray& array) {
   return names;
 }
 
-class Creation : public ::testing::Test {
- protected:
+struct Creation : ::testing::Test {
   TempFolder folder_;
 };
 
 TEST_F(Creation, AnswersOneWithoutAFace) {
   ASSERT_EQ(mkfifo(folder_.Path("fifo.ttf").c_str(), 0600), 0);
   QM_FontArray untouched;
+  QM_FontArray* array = &untouched;
   for (const std::string& path :
        {folder_.Path("missing.ttf"), folder_.Path("missing.ttc"), folder_.path(), folder_.Path("fifo.ttf"),
         folder_.Write("empty.otf", ""), folder_.Write("empty.ttc", ""), folder_.Write("text.ps", "%!PS"),
         folder_.Write("nameless.ttf", SfntBuilder::CrossPlatform().Build()), std::string(5000, 'x')}) {
-    QM_FontArray* array = &untouched;
     EXPECT_EQ(QM_CreateSpecifier(path.c_str(), 0, QM_ATTRIBUTES_ALL, &array), 1) << path;
     EXPECT_EQ(array, &untouched) << path;
   }
-  QM_FontArray* array = &untouched;
-  EXPECT_EQ(QM_CreateSpecifier(nullptr, 0, 0, &array), 1);
-  EXPECT_EQ(QM_CreateSpecifier("x", 0, 0, nullptr), 1);
 }
 
 TEST_F(Creation, ReadsAnOrdinaryFontFile) {
   const std::string font = Font(u"Quill Sans").Table("kern", "12345678").Build();
-  const OwnedArray array = Create(folder_.Write("a.ttf", font));
+  const OwnedArray array = Create(folder_.Write("not UTF-8 \xFF.ttf", font));
   ASSERT_TRUE(array);
   ASSERT_EQ(array->size(), 1u);
   const QM_FontSpecifier face = array->at(0);
-  EXPECT_EQ(face.postScriptName.str(), "Quill-Sans");
-  EXPECT_EQ(face.displayName.str(), "Quill Sans");
-  EXPECT_EQ(face.family.str(), "Quill");
-  EXPECT_EQ(face.kind.str(), "TrueType");
-  EXPECT_EQ(face.platform.str(), "crossplatform");
+  EXPECT_EQ(face.postScriptName.str() + "|" + face.displayName.str() + "|" + face.family.str() + "|" +
+                face.kind.str() + "|" + face.platform.str(),
+            "Quill-Sans|Quill Sans|Quill|TrueType|crossplatform");
   EXPECT_EQ(face.style, 0);
   EXPECT_EQ(face.firstResourceID, -1);
   EXPECT_EQ(face.fondResourceID, -1);
   EXPECT_EQ(face.kerningChecksum, 0u) << "that of a FOND, not the kern table's";
   EXPECT_EQ(face.outlineFileSize, font.size());
   EXPECT_EQ(face.checksum, Crc(font));
-  EXPECT_EQ(face.attributes, static_cast<std::uint32_t>(QM_ATTRIBUTES_ALL));
-}
-
-TEST_F(Creation, ReadsAPathThatIsNotUtf8) {
-  const OwnedArray array = Create(folder_.Write("\xFF.ttf", Font(u"A").Build()));
-  ASSERT_TRUE(array);
-  EXPECT_THAT(Names(*array), ElementsAre("A"));
 }
 
 TEST_F(Creation, GivesOnlyWhatWasAskedFor) {
   const std::string path = folder_.Write("a.ttf", Font(u"A").Build());
-  const struct {
-    std::uint32_t bit;
-    OmString QM_FontSpecifier::*field;
-  } rows[] = {{0x1, &QM_FontSpecifier::postScriptName},      {0x2, &QM_FontSpecifier::kind},
-              {0x1000, &QM_FontSpecifier::family},           {0x8000, &QM_FontSpecifier::displayName},
-              {0x10000, &QM_FontSpecifier::fullName},        {0x40000, &QM_FontSpecifier::platform},
-              {0x100000, &QM_FontSpecifier::windowsFullName}};
-  for (const auto& asked : rows) {
-    const QM_FontSpecifier face = Create(path, asked.bit)->at(0);
-    EXPECT_EQ(face.attributes, asked.bit);
-    for (const auto& row : rows) EXPECT_EQ((face.*row.field).empty(), row.bit != asked.bit) << asked.bit;
+  const std::pair<std::uint32_t, OmString QM_FontSpecifier::*> rows[] = {
+      {0x1, &QM_FontSpecifier::postScriptName},      {0x2, &QM_FontSpecifier::kind},
+      {0x1000, &QM_FontSpecifier::family},           {0x8000, &QM_FontSpecifier::displayName},
+      {0x10000, &QM_FontSpecifier::fullName},        {0x40000, &QM_FontSpecifier::platform},
+      {0x100000, &QM_FontSpecifier::windowsFullName}};
+  for (const auto& [asked, unused] : rows) {
+    const QM_FontSpecifier face = Create(path, asked)->at(0);
+    EXPECT_EQ(face.attributes, asked);
+    for (const auto& [bit, field] : rows) EXPECT_EQ((face.*field).empty(), bit != asked) << asked;
   }
 }
 
@@ -118,7 +103,6 @@ TEST_F(Creation, ChecksumDependsOnThePlatformAskedFor) {
   EXPECT_EQ(with.outlineFileSize, font.size() + fork.size());
   EXPECT_EQ(with.fileType, FourCharCode("sfnt"));
   EXPECT_EQ(with.fileCreator, FourCharCode("QUIL"));
-  EXPECT_EQ(with.outlineFileCreator, 0u);
   EXPECT_EQ(Create(path, 0x1)->at(0).checksum, Crc(font + fork));
 }
 
@@ -138,20 +122,14 @@ TEST_F(Creation, ReadsTheFacesOfACollection) {
   ASSERT_TRUE(array);
   EXPECT_THAT(Names(*array), ElementsAre("A", "C", "a"));
   const QM_FontSpecifier face = array->at(1);
-  EXPECT_EQ(face.kind.str(), "TrueType Collection");
-  EXPECT_EQ(face.platform.str(), "crossplatform");
   EXPECT_EQ(face.kerningChecksum, 7u);
-  EXPECT_NE(face.checksum, 0u);
   EXPECT_EQ(face.legacyChecksum | face.outlineFileSize | face.fileType | face.fileCreator, 0u);
-  EXPECT_EQ(face.style, -1);
-  EXPECT_EQ(face.firstResourceID, -1);
-
   const OwnedArray bare = Create(path, 0);
   ASSERT_EQ(bare->size(), 1u) << "faces without a name are duplicates";
-  EXPECT_EQ(bare->at(0).kind.str(), "TrueType Collection");
+  EXPECT_EQ(bare->at(0).kind.str(), "TrueType Collection") << "whatever was asked for";
   EXPECT_EQ(bare->at(0).platform.str(), "crossplatform");
   EXPECT_EQ(bare->at(0).checksum, array->at(0).checksum);
-  EXPECT_EQ(Ask(QM_GetKindName, *bare), "status 5");
+  EXPECT_NE(bare->at(0).checksum, 0u);
 }
 
 TEST_F(Creation, ReadsASharedDirectoryOnce) {
@@ -176,8 +154,7 @@ TEST_F(Creation, ReadsEveryStyleOfEveryFond) {
       fork.Add(FourCharCode("sfnt"), font_id,
                Font(u"F" + std::u16string(digits.begin(), digits.end())).Build());
     }
-    fond.Kerning(1, {{'A', 'V', -50}});
-    fork.Add(FourCharCode("FOND"), id, fond.Build(), "Quill");
+    fork.Add(FourCharCode("FOND"), id, fond.Kerning(1, {{'A', 'V', -50}}).Build(), "Quill");
   };
   add_fond(200, 3);
   add_fond(300, 2);
@@ -187,49 +164,37 @@ TEST_F(Creation, ReadsEveryStyleOfEveryFond) {
   for (std::size_t i = 0; i < array->size(); ++i) {
     const QM_FontSpecifier face = array->at(i);
     EXPECT_EQ(face.fondResourceID, i < 3 ? 200 : 300);
-    EXPECT_EQ(face.style, static_cast<int>(i < 3 ? i : i - 3));
+    EXPECT_EQ(face.postScriptName.str(), "F" + std::to_string(face.firstResourceID));
     EXPECT_EQ(face.firstResourceID, face.fondResourceID + face.style);
     EXPECT_EQ(face.kerningChecksum != 0, face.style == 1) << "the FOND's, for the style that it kerns";
-    EXPECT_EQ(face.platform.str(), "mac");
   }
-  std::uint32_t index = 0;
-  EXPECT_EQ(QM_GetFontIndexForFONDResourceID(array.get(), 300, 1, &index), 0);
-  EXPECT_EQ(index, 4u);
 }
 
 // A suitcase whose bitmaps go with PostScript printer fonts beside it; the second one is missing.
 TEST_F(Creation, CarriesTheOutlineFilesCodesOnToTheNextFace) {
+  const FondBuilder fond = FondBuilder(128)
+                               .Association(12, 0, 500)
+                               .Association(12, 1, 501)
+                               .StyleString("Quill")
+                               .StyleString("\x03")
+                               .StyleString("-Bold")
+                               .StyleIndex(1, 2);
   const std::string suitcase = ResourceForkBuilder()
                                    .Add(FourCharCode("NFNT"), 500, std::string(30, 'b'))
-                                   .Add(FourCharCode("NFNT"), 501, std::string(30, 'c'))
-                                   .Add(FourCharCode("FOND"), 128,
-                                        FondBuilder(128)
-                                            .Association(12, 0, 500)
-                                            .Association(12, 1, 501)
-                                            .StyleString("Quill")
-                                            .StyleString("\x03")
-                                            .StyleString("-Bold")
-                                            .StyleIndex(1, 2)
-                                            .Build(),
-                                        "Quill")
+                                   .Add(FourCharCode("FOND"), 128, fond.Build(), "Quill")
                                    .Build();
   const std::string path = folder_.Write("Suitcase", "");
   folder_.Write("._Suitcase", AppleDoubleBuilder().ResourceFork(suitcase).FinderInfo("FFIL", "DMOV").Build());
-  const std::string program = "%!PS-AdobeFont-1.0: Quill\r/FullName (Quill) readonly def\r";
+  const std::string post =
+      ResourceForkBuilder().Add(FourCharCode("POST"), 501, "\x01 /FullName (Quill) readonly def\r").Build();
   const std::string printer = folder_.Write("Quill", "data");
-  folder_.Write("._Quill",
-                AppleDoubleBuilder()
-                    .ResourceFork(ResourceForkBuilder()
-                                      .Add(FourCharCode("POST"), 501, std::string("\x01\0", 2) + program)
-                                      .Build())
-                    .FinderInfo("LWFN", "ASPF")
-                    .Build());
+  folder_.Write("._Quill", AppleDoubleBuilder().ResourceFork(post).FinderInfo("LWFN", "ASPF").Build());
   const OwnedArray array = Create(path);
   ASSERT_TRUE(array);
   ASSERT_EQ(array->size(), 2u);
   const QM_FontSpecifier plain = array->at(0);
   EXPECT_EQ(plain.outlineFileName.str(), printer);
-  EXPECT_GT(plain.outlineFileSize, 4u + program.size()) << "both forks of the printer font";
+  EXPECT_EQ(plain.outlineFileSize, 4 + post.size()) << "both forks of the printer font";
   EXPECT_EQ(plain.fileCreator, FourCharCode("DMOV"));
   EXPECT_EQ(plain.outlineFileCreator, FourCharCode("ASPF"));
   EXPECT_EQ(plain.outlineFileType, FourCharCode("LWFN"));
@@ -243,11 +208,9 @@ TEST_F(Creation, CarriesTheOutlineFilesCodesOnToTheNextFace) {
 TEST_F(Creation, SurvivesDamagedFiles) {
   const std::string font = Font(u"A").Build();
   const std::string collection = CollectionBuilder().Face(Font(u"A")).Face(Font(u"B")).Build();
+  const std::string fond = FondBuilder(128).Association(0, 0, 200).Build();
   const std::string resources =
-      ResourceForkBuilder()
-          .Add(FourCharCode("sfnt"), 200, font)
-          .Add(FourCharCode("FOND"), 128, FondBuilder(128).Association(0, 0, 200).Build())
-          .Build();
+      ResourceForkBuilder().Add(FourCharCode("sfnt"), 200, font).Add(FourCharCode("FOND"), 128, fond).Build();
   for (const auto& [name, bytes] :
        {std::pair{"a.ttf", font}, {"a.otf", font}, {"a.ttc", collection}, {"a.dfont", resources}}) {
     // A new file each time: some file systems write a truncated one out at once.
@@ -257,14 +220,10 @@ TEST_F(Creation, SurvivesDamagedFiles) {
       return array != nullptr;
     };
     ASSERT_TRUE(create(bytes)) << name;
-    for (std::size_t length = 0; length < bytes.size(); length += length < 400 ? 1 : 7) {
-      create(bytes.substr(0, length));
-    }
-    for (std::size_t at = 0; at < std::min<std::size_t>(bytes.size(), 300); ++at) {
+    for (std::size_t at = 0; at < bytes.size(); at += at < 400 ? 1 : 7) {
+      create(bytes.substr(0, at));
       for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {
-        std::string spoilt = bytes;
-        spoilt[at] = value;
-        create(spoilt);
+        if (at < 300) create(std::string(bytes).replace(at, 1, 1, value));
       }
     }
   }

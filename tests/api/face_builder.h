@@ -1,6 +1,9 @@
-// Specifiers and arrays made by hand, and the exported string getters as one call that gives a string.
+// Specifiers and arrays made by hand; the exported string getters, writers and readers as calls that give a
+// string or an array.
 #ifndef QUILLMARK_TESTS_API_FACE_BUILDER_H_
 #define QUILLMARK_TESTS_API_FACE_BUILDER_H_
+
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
@@ -32,6 +35,26 @@ inline std::string Ask(StringGetter getter, const QM_FontArray& array, std::uint
   char buffer[2048];
   const std::int32_t status = getter(&array, index, buffer, sizeof(buffer));
   return status == QM_STATUS_OK ? std::string(buffer) : "status " + std::to_string(status);
+}
+
+// The stored form that `write` gives in a buffer of the size that it asked for.
+inline std::string Stored(std::int32_t (*write)(const QM_FontArray*, char*, std::uint32_t*),
+                          const QM_FontArray& array, std::int32_t expected_status) {
+  std::uint32_t length = 0;
+  char none;
+  write(&array, &none, &length);
+  std::string text(length, '?');
+  EXPECT_EQ(write(&array, text.data(), &length), expected_status);
+  EXPECT_EQ(length, text.size());
+  text.pop_back();
+  return text;
+}
+inline OwnedArray ReadBack(std::int32_t (*read)(const char*, QM_FontArray**), const std::string& text,
+                           std::int32_t expected_status) {
+  QM_FontArray* array = nullptr;
+  EXPECT_EQ(read(text.c_str(), &array), expected_status) << text.substr(0, 80);
+  EXPECT_EQ(array != nullptr, expected_status == 0);
+  return OwnedArray(array);
 }
 
 }  // namespace quillmark

@@ -16,26 +16,14 @@ const std::string kHead =
     "<plist version=\"1.0\">\n";
 
 std::string PropertyList(const QM_FontArray& array, std::int32_t expected_status = 0) {
-  std::uint32_t length = 0;
-  char none;
-  QM_GetPropertyListRepresentation(&array, &none, &length);
-  std::string text(length, '?');
-  EXPECT_EQ(QM_GetPropertyListRepresentation(&array, text.data(), &length), expected_status);
-  EXPECT_EQ(length, text.size());
-  text.pop_back();
-  return text;
+  return Stored(QM_GetPropertyListRepresentation, array, expected_status);
 }
-
 OwnedArray Read(const std::string& text, std::int32_t expected_status = 0) {
-  QM_FontArray* array = nullptr;
-  EXPECT_EQ(QM_CreateSpecifierFromPropertyList(text.c_str(), &array), expected_status) << text;
-  EXPECT_EQ(array != nullptr, expected_status == 0);
-  return OwnedArray(array);
+  return ReadBack(QM_CreateSpecifierFromPropertyList, text, expected_status);
 }
 
 // Counts platform objects around each test.
-class PropertyListForm : public ::testing::Test {
- protected:
+struct PropertyListForm : ::testing::Test {
   ~PropertyListForm() override { EXPECT_EQ(cf::Object::LiveCount(), live_before_); }
   const std::int64_t live_before_ = cf::Object::LiveCount();
 };
@@ -54,24 +42,15 @@ TEST_F(PropertyListForm, WritesElevenStringsAFace) {
   QM_FontArray array;
   array.push_back(face);
   const std::string text = PropertyList(array);
-  EXPECT_EQ(text, kHead +
-                      "<array>\n"
-                      "\t<dict>\n"
-                      "\t\t<key>Checksum</key>\n\t\t<string>00001234</string>\n"
-                      "\t\t<key>Family</key>\n\t\t<string>Quill &lt;&amp;&gt; Sans</string>\n"
-                      "\t\t<key>FontKind</key>\n\t\t<string>TrueType</string>\n"
-                      "\t\t<key>Foundry</key>\n\t\t<string></string>\n"
-                      "\t\t<key>KerningChecksum</key>\n\t\t<string>00001234</string>\n"
-                      "\t\t<key>Keywords</key>\n\t\t<string></string>\n"
-                      "\t\t<key>OutlineFileName</key>\n\t\t<string>/a/b</string>\n"
-                      "\t\t<key>OutlineFileSize</key>\n\t\t<string>-2</string>\n"
-                      "\t\t<key>Path</key>\n\t\t<string></string>\n"
-                      "\t\t<key>PostScriptName</key>\n\t\t<string>Quill\x01</string>\n"
-                      "\t\t<key>Version</key>\n\t\t<string>1.5</string>\n"
-                      "\t</dict>\n"
-                      "</array>\n"
-                      "</plist>\n");
-
+  const auto entry = [](const std::string& key, const std::string& value) {
+    return "\t\t<key>" + key + "</key>\n\t\t<string>" + value + "</string>\n";
+  };
+  EXPECT_EQ(text, kHead + "<array>\n\t<dict>\n" + entry("Checksum", "00001234") +
+                      entry("Family", "Quill &lt;&amp;&gt; Sans") + entry("FontKind", "TrueType") +
+                      entry("Foundry", "") + entry("KerningChecksum", "00001234") + entry("Keywords", "") +
+                      entry("OutlineFileName", "/a/b") + entry("OutlineFileSize", "-2") + entry("Path", "") +
+                      entry("PostScriptName", "Quill\x01") + entry("Version", "1.5") +
+                      "\t</dict>\n</array>\n</plist>\n");
   const OwnedArray read = Read(text);
   EXPECT_EQ(read->at(0).attributes, 0x703Fu) << "what was absent is held now, empty";
   EXPECT_EQ(read->at(0).family.str(), "Quill <&> Sans");
@@ -93,10 +72,6 @@ TEST_F(PropertyListForm, WritesTheLongestValidBeginning) {
   }
 }
 
-TEST_F(PropertyListForm, WritesAnEmptyArrayAndFails) {
-  EXPECT_EQ(PropertyList(QM_FontArray(), 1), kHead + "<array/>\n</plist>\n");
-}
-
 TEST_F(PropertyListForm, ReadsStringsOnly) {
   const struct {
     const char* what;
@@ -115,25 +90,19 @@ TEST_F(PropertyListForm, ReadsStringsOnly) {
     ASSERT_EQ(read->size(), 1u) << row.what;
     EXPECT_EQ(read->at(0).attributes, row.attributes) << row.what;
   }
-  const OwnedArray saturated =
-      Read("<array><dict><key>Checksum</key><string>FFFFFFFF</string></dict></array>");
-  EXPECT_EQ(saturated->at(0).checksum, 0x7FFFFFFFu);
+  EXPECT_EQ(Read("<array><dict><key>Checksum</key><string>FFFFFFFF</string></dict></array>")->at(0).checksum,
+            0x7FFFFFFFu);
+  const std::string a = "<dict><key>PostScriptName</key><string>A</string></dict>";
+  const std::string b = "<dict><key>PostScriptName</key><string>a</string></dict>";
+  EXPECT_EQ(Read("<array>" + a + b + a + "</array>")->size(), 2u) << "the first of each name";
 }
 
-TEST_F(PropertyListForm, RefusesWhatHoldsNoFace) {
+TEST_F(PropertyListForm, WritesNoFaceAndRefusesWhatHoldsNone) {
+  EXPECT_EQ(PropertyList(QM_FontArray(), 1), kHead + "<array/>\n</plist>\n");
   for (const char* text : {"", "x", "<array/>", "<dict><key>Family</key><string>F</string></dict>",
                            "<string>s</string>", "<array><dict></array>"}) {
     Read(text, 1);
   }
-  QM_FontArray* array = nullptr;
-  EXPECT_EQ(QM_CreateSpecifierFromPropertyList(nullptr, &array), 1);
-  EXPECT_EQ(QM_CreateSpecifierFromPropertyList("<array><dict/></array>", nullptr), 1);
-}
-
-TEST_F(PropertyListForm, KeepsTheFirstOfEachName) {
-  const std::string a = "<dict><key>PostScriptName</key><string>A</string></dict>";
-  const std::string b = "<dict><key>PostScriptName</key><string>a</string></dict>";
-  EXPECT_EQ(Read("<array>" + a + b + a + "</array>")->size(), 2u);
 }
 
 }  // namespace
