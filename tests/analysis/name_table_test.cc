@@ -168,16 +168,13 @@ TEST(NameTable, TheTableMustBeValidAndHoldText) {
     EXPECT_EQ(read.family.str(), "preset") << "nothing is written";
   }
   EXPECT_EQ(with_entry(size - 5, 0).family.str(), "") << "no room for a header";
-  for (const std::uint32_t count : {0u, 0x8000u, 0xFFFFu}) {
+  // An empty table empties the outputs; the walk of the most records ends with the font.
+  for (const auto& [count, family] : {std::pair{0u, ""}, {0x8000u, ""}, {0xFFFFu, ""}, {0x7FFFu, "Family"}}) {
     std::string spoiled = font;
     Set16(spoiled, table + 2, count);
-    const Read read = ReadNames(spoiled);
-    EXPECT_FALSE(read.found);
-    EXPECT_EQ(read.family.str(), "") << "an empty table empties the outputs";
+    EXPECT_EQ(ReadNames(spoiled).found, *family != '\0') << count;
+    EXPECT_EQ(ReadNames(spoiled).family.str(), family) << count;
   }
-  std::string most = font;
-  Set16(most, table + 2, 0x7FFF);
-  EXPECT_EQ(ReadNames(most).family.str(), "Family") << "the walk ends with the font";
 }
 
 }  // namespace

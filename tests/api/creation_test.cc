@@ -69,9 +69,7 @@ TEST_F(Creation, ReadsAnOrdinaryFontFile) {
   EXPECT_EQ(face.postScriptName.str() + "|" + face.displayName.str() + "|" + face.family.str() + "|" +
                 face.kind.str() + "|" + face.platform.str(),
             "Quill-Sans|Quill Sans|Quill|TrueType|crossplatform");
-  EXPECT_EQ(face.style, 0);
-  EXPECT_EQ(face.firstResourceID, -1);
-  EXPECT_EQ(face.fondResourceID, -1);
+  EXPECT_THAT((std::vector{face.style, face.firstResourceID, face.fondResourceID}), ElementsAre(0, -1, -1));
   EXPECT_EQ(face.kerningChecksum, 0u) << "that of a FOND, not the kern table's";
   EXPECT_EQ(face.outlineFileSize, font.size());
   EXPECT_EQ(face.checksum, Crc(font));

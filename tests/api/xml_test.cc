@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <tuple>
 
 #include "api/face_builder.h"
 #include "quillmark/quillmark.h"
@@ -27,9 +28,8 @@ OwnedArray Read(const std::string& text, std::int32_t expected_status = 0) {
 }
 
 QM_FontSpecifier Face() {
-  QM_FontSpecifier face;
+  QM_FontSpecifier face = NamedFace("Quill-Sans");
   face.kind = "TrueType";
-  face.postScriptName = "Quill-Sans";
   face.foundry = "unheard of";
   face.family = "Quill <&> Sans";
   face.version = "Version 1.5;x";
@@ -37,7 +37,6 @@ QM_FontSpecifier Face() {
   face.checksum = 0xABC;
   face.kerningChecksum = 0x1A2B3C4D;
   face.outlineFileSize = 0xFFFFFFFE;
-  face.attributes = QM_ATTRIBUTES_ALL;
   return face;
 }
 
@@ -104,26 +103,18 @@ TEST(XmlReader, ReadsBackWhatWasWritten) {
 }
 
 TEST(XmlReader, ConvertsNumbersToSigned32Bits) {
-  const struct {
-    const char* text;
-    std::uint32_t hexadecimal, decimal;
-  } rows[] = {
-      {"7FFFFFFF", 0x7FFFFFFF, 7},
-      {"80000000", 0x7FFFFFFF, 80000000},
-      {"FFFFFFFF", 0x7FFFFFFF, 0},
-      {"-1", 0xFFFFFFFF, 0xFFFFFFFF},
-      {"-99999999999", 0x80000000, 0x80000000},
-      {" \t+12x", 0x12, 12},
-      {"0x1F", 0x1F, 0},
-      {"99999999999999999999", 0x7FFFFFFF, 0x7FFFFFFF},
-      {"", 0, 0},
-  };
-  for (const auto& row : rows) {
-    const std::string text = row.text;
-    const OwnedArray read = Read("<FontData><Checksum>" + text + "</Checksum><OutlineFileSize>" + text +
-                                 "</OutlineFileSize></FontData>");
-    EXPECT_EQ(read->at(0).checksum, row.hexadecimal) << text;
-    EXPECT_EQ(read->at(0).outlineFileSize, row.decimal) << text;
+  for (const auto& [text, hexadecimal, decimal] : {std::tuple{"7FFFFFFF", 0x7FFFFFFFu, 7u},
+                                                   {"80000000", 0x7FFFFFFF, 80000000},
+                                                   {"-1", 0xFFFFFFFF, 0xFFFFFFFF},
+                                                   {"-99999999999", 0x80000000, 0x80000000},
+                                                   {" \t+12x", 0x12, 12},
+                                                   {"0x1F", 0x1F, 0},
+                                                   {"99999999999999999999", 0x7FFFFFFF, 0x7FFFFFFF},
+                                                   {"", 0, 0}}) {
+    const OwnedArray read = Read("<FontData><Checksum>" + std::string(text) + "</Checksum><OutlineFileSize>" +
+                                 text + "</OutlineFileSize></FontData>");
+    EXPECT_EQ(read->at(0).checksum, hexadecimal) << text;
+    EXPECT_EQ(read->at(0).outlineFileSize, decimal) << text;
     EXPECT_EQ(read->at(0).attributes, 0x4020u) << text;
   }
 }
