@@ -6,6 +6,7 @@
 #include "analysis/sfnt_directory.h"
 #include "builders/big_endian.h"
 #include "builders/fond_builder.h"
+#include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/sfnt_builder.h"
 #include "builders/temp_folder.h"
@@ -15,17 +16,17 @@
 namespace quillmark {
 namespace {
 
-struct Face {
+struct Face : GatheredNames {
   int status = 0;
-  OmString printer, kind, platform, foundry, family, version, post_script, display, full, windows_full;
+  OmString platform, windows_full;
   std::uint32_t kerning = 0;
 
   FaceOutputs Outputs() {
-    return {&printer,
-            &kind,
-            &platform,
-            {&foundry, &family, &version, &post_script, &display, &full, &windows_full},
-            &kerning};
+    FaceOutputs outputs = GatheredNames::Outputs();
+    outputs.platform = &platform;
+    outputs.names.windows_full_name = &windows_full;
+    outputs.kerning_checksum = &kerning;
+    return outputs;
   }
   std::string Line() const {
     std::string line = std::to_string(status) + "|" + std::to_string(kerning);
@@ -115,9 +116,9 @@ Face ReadInMemory(const std::string& bytes) {
     face.status = GetPlatformTTF(font, outputs.platform) ? kCollected : kUndecided;
   }
   GetTrueTypeKerningTableChecksum(font, outputs.kerning_checksum);
-  while (!face.family.empty() && face.family.str().back() == ' ') {
-    face.family = face.family.str().substr(0, face.family.size() - 1);
-  }
+  std::string family = face.family.str();
+  family.resize(family.find_last_not_of(' ') + 1);
+  face.family = family;
   return face;
 }
 

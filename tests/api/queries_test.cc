@@ -12,21 +12,19 @@ namespace {
 
 // Each field has a text or number of its own.
 QM_FontSpecifier FullFace() {
-  QM_FontSpecifier face{"kind",
-                        "family",
-                        "psname",
-                        "full",
-                        "windows",
-                        "display",
-                        "no maker",
-                        "Version 2.100;PS 2.0",
-                        "/fonts/Quill.PFB",
-                        "crossplatform",
-                        11,
-                        12,
-                        13,
-                        14};
-  face.attributes = QM_ATTRIBUTES_ALL;
+  QM_FontSpecifier face = NamedFace("psname");
+  face.kind = "kind";
+  face.family = "family";
+  face.fullName = "full";
+  face.windowsFullName = "windows";
+  face.displayName = "display";
+  face.version = "Version 2.100;PS 2.0";
+  face.outlineFileName = "/fonts/Quill.PFB";
+  face.platform = "crossplatform";
+  face.kerningChecksum = 11;
+  face.checksum = 12;
+  face.legacyChecksum = 13;
+  face.outlineFileSize = 14;
   return face;
 }
 
