@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <limits>
 #include <new>
+#include <span>
 #include <string_view>
+#include <utility>
 
 #include "platform/forks.h"
 
@@ -16,7 +18,8 @@ constexpr std::uint32_t kHeaderSize = 12;  // tag, version, number of faces
 constexpr std::uint32_t kListEntrySize = 4;
 constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
-constexpr int kMaxNamesTried = 100;
+constexpr std::uint32_t kMaxNamesTried = 100;
+constexpr std::size_t kReadSize = 256 * 1024;
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -28,17 +31,24 @@ CollectionStatus CheckHeader(Bytes start) {
 }
 
 CollectionStatus ReadWhole(const std::string& path, std::vector<std::uint8_t>& bytes) {
+  bytes.clear();
   const auto file = RegularFile::Open(path);
   if (!file) return kCollectionFileError;
   const std::uint64_t size = file->size();
   if (size == 0) return kCollectionWrongVersion;
   if (size > std::numeric_limits<std::uint32_t>::max()) return kCollectionFileError;
-  // The header first, so that a large file of another kind is not read whole.
-  bytes.resize(std::min<std::size_t>(size, kHeaderSize + 1));
-  if (file->ReadAt(0, bytes) < bytes.size()) return kCollectionFileError;
-  if (const CollectionStatus status = CheckHeader(bytes); status != kCollectionOk) return status;
-  bytes.resize(size);
-  return file->ReadAt(0, bytes) < bytes.size() ? kCollectionFileError : CheckHeader(bytes);
+  // The header first, so that a large file of another kind is not read whole. Then in blocks that are still
+  // in the processor's cache when the read overwrites their zeros.
+  for (std::size_t wanted = kHeaderSize + 1; bytes.size() < size; wanted = kReadSize) {
+    const std::size_t done = bytes.size();
+    bytes.resize(std::min<std::size_t>(size, done + wanted));
+    const std::span<std::uint8_t> block = std::span(bytes).subspan(done);
+    if (file->ReadAt(done, block) < block.size()) return kCollectionFileError;
+    if (done != 0) continue;
+    if (const CollectionStatus status = CheckHeader(bytes); status != kCollectionOk) return status;
+    bytes.reserve(size);
+  }
+  return kCollectionOk;
 }
 
 void Append(Bytes bytes, std::vector<char>& out) {
@@ -46,37 +56,33 @@ void Append(Bytes bytes, std::vector<char>& out) {
   out.insert(out.end(), text.begin(), text.end());
 }
 
-// Whether the stand-alone font of a directory can be made, looked at before a byte is copied. `size` receives
-// its bytes: the directory and every table padded to a multiple of 4.
-CollectionStatus CheckFace(Bytes file, Bytes directory, std::uint64_t& size) {
-  size = directory.size();
-  bool inside = true;
-  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size() && size < file.size();
-       entry += kDirectoryEntrySize) {
-    const std::uint64_t padded = Padded(U32At(directory, entry + 12).value_or(0));
-    inside = inside && Slice(file, U32At(directory, entry + 8).value_or(0), padded);
-    size += padded;
-  }
-  // Entries that repeat or overlap could make a face larger than its collection.
-  if (size >= file.size()) return kCollectionNothing;
-  return inside ? kCollectionOk : kCollectionOutOfBounds;
+TableRange TableAt(Bytes directory, std::size_t entry) {
+  return {U32At(directory, entry + 8).value_or(0), U32At(directory, entry + 12).value_or(0)};
 }
 
-// Appends the directory and the tables it lists, one behind the other, and points the entries at them. The
-// table checksums are made anew over the tables as they stand, `head` among them: the font is for reading,
-// not for installing.
-void CutFace(Bytes file, Bytes directory, std::vector<char>& out) {
-  Append(directory, out);
-  std::vector<std::uint8_t> patched(directory.begin(), directory.end());
-  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size(); entry += kDirectoryEntrySize) {
-    const std::uint32_t length = U32At(directory, entry + 12).value_or(0);
-    const Bytes table = Slice(file, U32At(directory, entry + 8).value_or(0), length).value_or(Bytes{});
-    static_cast<void>(PutU32At(patched, entry + 4, SumBigEndianWords(table)));
-    static_cast<void>(PutU32At(patched, entry + 8, static_cast<std::uint32_t>(out.size())));
-    Append(table, out);
-    out.resize(out.size() + (Padded(length) - length));
+// The bytes of the stand-alone font: the directory and every table padded to a multiple of 4. Not counted
+// further than the size of the file.
+std::uint64_t FontSize(Bytes file, Bytes directory) {
+  std::uint64_t size = directory.size();
+  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size() && size < file.size();
+       entry += kDirectoryEntrySize) {
+    size += Padded(TableAt(directory, entry).length);
   }
-  std::copy(AsText(patched).begin(), AsText(patched).end(), out.begin());
+  return size;
+}
+
+// The tables when the stand-alone font can be made. Ends at the first that stands against it, as thousands of
+// overlapping directories may list thousands of tables each.
+std::optional<std::vector<TableRange>> FindTables(Bytes file, Bytes directory) {
+  std::vector<TableRange> tables;
+  std::uint64_t size = directory.size();
+  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size(); entry += kDirectoryEntrySize) {
+    const TableRange table = TableAt(directory, entry);
+    size += Padded(table.length);
+    if (size >= file.size() || !Slice(file, table.offset, Padded(table.length))) return std::nullopt;
+    tables.push_back(table);
+  }
+  return size < file.size() ? std::optional(std::move(tables)) : std::nullopt;
 }
 
 }  // namespace
@@ -88,8 +94,14 @@ TrueTypeCollectionFont::TrueTypeCollectionFont(const std::string& path) : path_(
 TrueTypeCollectionFont::~TrueTypeCollectionFont() = default;
 
 CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
-  const CollectionStatus status = ReadWhole(path_, file_data_);
-  if (status != kCollectionOk) file_data_ = {};
+  CollectionStatus status = kCollectionFileError;
+  try {
+    status = ReadWhole(path_, file_data_);
+  } catch (const std::bad_alloc&) {
+    // Too large to hold, as a sparse file can be.
+  }
+  if (status != kCollectionOk) file_data_ = std::vector<std::uint8_t>();  // gives the memory back
+  sums_ = TableSums(file_data_);
   return status;
 }
 
@@ -109,26 +121,73 @@ std::optional<std::uint32_t> TrueTypeCollectionFont::directoryOffset(std::uint32
   return U32At(file_data_, kHeaderSize + std::size_t{kListEntrySize} * face);
 }
 
-CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const {
-  out.clear();
+CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes& directory) const {
   if (face >= faceCount()) return kCollectionNothing;
   const auto offset = directoryOffset(face);
   if (!offset || std::uint64_t{*offset} + kDirectoryHeaderSize >= file_data_.size()) {
     return kCollectionOutOfBounds;
   }
   const std::size_t table_count = U16At(file_data_, std::size_t{*offset} + 4).value_or(0);
-  const auto directory = Slice(file_data_, *offset, kDirectoryHeaderSize + kDirectoryEntrySize * table_count);
-  if (!directory) return kCollectionOutOfBounds;
+  const auto found = Slice(file_data_, *offset, kDirectoryHeaderSize + kDirectoryEntrySize * table_count);
+  if (!found) return kCollectionOutOfBounds;
+  directory = *found;
+  return kCollectionOk;
+}
 
-  std::uint64_t size = 0;
-  const CollectionStatus status = CheckFace(file_data_, *directory, size);
-  if (status != kCollectionOk) return status;
+std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t face) const {
+  Bytes directory;
+  if (FindDirectory(face, directory) != kCollectionOk) return std::nullopt;
+  auto tables = FindTables(file_data_, directory);
+  if (!tables) return std::nullopt;
+  return CollectionFace{directory, std::move(*tables)};
+}
+
+// The tables stand one behind the other. Their checksums are made anew over the tables as they stand, `head`
+// among them: the font is for reading, not for installing.
+SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
+  std::vector<std::uint8_t> directory(face.directory.begin(), face.directory.end());
+  std::vector<SfntData::Table> tables;
+  tables.reserve(face.tables.size());
+  std::size_t entry = kDirectoryHeaderSize;
+  std::uint64_t offset = directory.size();
+  for (const TableRange& table : face.tables) {
+    const std::uint32_t word_sum = sums_.WordSum(table);
+    static_cast<void>(PutU32At(directory, entry + 4, word_sum));
+    static_cast<void>(PutU32At(directory, entry + 8, static_cast<std::uint32_t>(offset)));
+    tables.push_back({Slice(file_data_, table.offset, table.length).value_or(Bytes{}), word_sum});
+    entry += kDirectoryEntrySize;
+    offset += Padded(table.length);
+  }
+  return {std::move(directory), tables};
+}
+
+std::uint32_t TrueTypeCollectionFont::ChecksumOf(const CollectionFace& face, const SfntData& font) const {
+  const auto directory = font.Range(0, static_cast<std::uint32_t>(face.directory.size()));
+  std::uint32_t crc = Crc32(0, directory.value_or(Bytes{}));
+  for (const TableRange& table : face.tables) crc = sums_.ContinueCrc(crc, table);
+  return crc;
+}
+
+CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const {
+  out.clear();
+  Bytes directory;
+  if (const CollectionStatus status = FindDirectory(face, directory); status != kCollectionOk) return status;
+  // Entries that repeat or overlap could make a face larger than its collection.
+  const std::uint64_t size = FontSize(file_data_, directory);
+  if (size >= file_data_.size()) return kCollectionNothing;
+  auto tables = FindTables(file_data_, directory);
+  if (!tables) return kCollectionOutOfBounds;
   try {
     out.reserve(size);
   } catch (const std::bad_alloc&) {
     return kCollectionNothing;
   }
-  CutFace(file_data_, *directory, out);
+  const SfntData font = FontOf({directory, *tables});
+  Append(font.Range(0, static_cast<std::uint32_t>(directory.size())).value_or(Bytes{}), out);
+  for (const TableRange& table : *tables) {
+    Append(Slice(file_data_, table.offset, table.length).value_or(Bytes{}), out);
+    out.resize(out.size() + (Padded(table.length) - table.length));
+  }
   return kCollectionOk;
 }
 
@@ -139,8 +198,8 @@ CollectionStatus TrueTypeCollectionFont::WriteTTF(const std::vector<char>& faceD
   const std::string prefix = folder.find('/') != std::string::npos ? folder + "/" : folder;
   std::string path;
   std::filesystem::file_status existing;
-  for (int tried = 0; tried < kMaxNamesTried; ++tried) {
-    path = prefix + std::to_string(std::uint64_t{face} + static_cast<unsigned>(tried)) + ".ttf";
+  for (std::uint32_t tried = 0; tried < kMaxNamesTried; ++tried) {
+    path = prefix + std::to_string(face + tried) + ".ttf";  // 0 follows the largest number
     std::error_code ignored;
     existing = std::filesystem::status(path, ignored);
     if (!std::filesystem::exists(existing)) break;

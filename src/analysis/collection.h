@@ -1,6 +1,6 @@
 // TrueTypeCollectionFont: cuts the faces of a collection (OpenType font collections) into stand-alone sfnt
-// fonts. The whole file is held in memory for the life of the object. Output belongs to the caller. Tests:
-// tests/analysis/collection_test.cc; fuzz/collection_fuzzer.cc.
+// fonts, as copies or in place. The whole file is held in memory for the life of the object. For one thread
+// at a time. Tests: tests/analysis/collection_test.cc; fuzz/collection_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_COLLECTION_H_
 #define QUILLMARK_ANALYSIS_COLLECTION_H_
 
@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "analysis/sfnt_data.h"
+#include "analysis/table_sums.h"
 #include "platform/byte_reader.h"
 
 namespace quillmark {
@@ -20,6 +22,13 @@ enum CollectionStatus : std::uint32_t {
   kCollectionWrongVersion = 3,  // an empty file, or a version that is not known
   kCollectionFileError = 4,     // not opened, examined, read or written
   kCollectionOutOfBounds = 5,   // too short, or a face or table lies outside
+};
+
+// A face that can be cut out, as it lies in the collection, which must outlive it.
+struct CollectionFace {
+  Bytes directory;
+  std::vector<TableRange>
+      tables;  // in the order of the directory; each lies inside the file, padding included
 };
 
 class TrueTypeCollectionFont {
@@ -38,6 +47,15 @@ class TrueTypeCollectionFont {
   // Where the face's table directory begins; faces that share it are one font. Nothing outside the list.
   std::optional<std::uint32_t> directoryOffset(std::uint32_t face) const;
 
+  // The face, or nothing when GetDataPtrForFace would fail. Its directory is not yet that of the stand-alone
+  // font.
+  std::optional<CollectionFace> FindFace(std::uint32_t face) const;
+  // The stand-alone font of a face, of which only the directory is copied. It must not outlive the
+  // collection.
+  SfntData FontOf(const CollectionFace& face) const;
+  // The CRC-32 of that font's bytes.
+  std::uint32_t ChecksumOf(const CollectionFace& face, const SfntData& font) const;
+
   // Fills `out` with the stand-alone font of a face (index from 0); empties it on any failure.
   [[nodiscard]] CollectionStatus GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const;
 
@@ -51,8 +69,11 @@ class TrueTypeCollectionFont {
                                                          std::vector<std::string>& writtenPaths);
 
  private:
+  CollectionStatus FindDirectory(std::uint32_t face, Bytes& directory) const;
+
   const std::string& path_;
   std::vector<std::uint8_t> file_data_;
+  mutable TableSums sums_{{}};  // of file_data_
 };
 
 }  // namespace quillmark

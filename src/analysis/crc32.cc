@@ -20,6 +20,14 @@ std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_
   return static_cast<std::uint32_t>(crc32_combine(first, second, static_cast<z_off_t>(second_length)));
 }
 
+CrcOperator CrcOperatorFor(std::size_t second_length) {
+  return {static_cast<std::uint32_t>(crc32_combine_gen(static_cast<z_off_t>(second_length)))};
+}
+
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperator second_length) {
+  return static_cast<std::uint32_t>(crc32_combine_op(first, second, second_length.value));
+}
+
 // With A and B the CRCs of the block up to the first and to the last step inside the range, the CRC of what
 // lies between is CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For
 // the same reason a running CRC passes over it in one combination.

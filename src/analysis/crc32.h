@@ -17,6 +17,14 @@ std::uint32_t Crc32(std::uint32_t crc, Bytes data);
 // The CRC of two blocks one after the other, from those of each.
 std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length);
 
+// The same for many blocks of one length: most of the work goes into the operator, which depends on nothing
+// but that length.
+struct CrcOperator {
+  std::uint32_t value;
+};
+CrcOperator CrcOperatorFor(std::size_t second_length);
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperator second_length);
+
 // Continues CRCs over ranges of `block`, which must outlive the object. Font tables can name thousands of
 // long ranges that overlap; each costs no more than two steps of kStep bytes here.
 class RangeCrc32 {

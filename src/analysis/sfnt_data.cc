@@ -19,34 +19,76 @@ SfntData::SfntData(Bytes font)
 
 SfntData::SfntData(RegularFile file, std::uint32_t size) : file_(std::move(file)), size_(size) {}
 
+SfntData::SfntData(std::vector<std::uint8_t> directory, const std::vector<Table>& tables)
+    : directory_(std::move(directory)) {
+  const auto add = [this](Bytes bytes, std::optional<std::uint32_t> word_sum) {
+    parts_.push_back({size_, bytes, word_sum});
+    size_ += static_cast<std::uint32_t>((bytes.size() + 3) / 4 * 4);
+  };
+  parts_.reserve(1 + tables.size());
+  add(directory_, std::nullopt);
+  for (const Table& table : tables) add(table.bytes, table.word_sum);
+}
+
 bool SfntData::Contains(std::uint32_t offset, std::uint32_t length) const {
   return offset <= size_ && length <= size_ - offset;
 }
 
+std::vector<SfntData::Part>::const_iterator SfntData::PartAt(std::uint32_t offset) const {
+  return std::ranges::upper_bound(parts_, offset, {}, &Part::start) - 1;
+}
+
+std::optional<Bytes> SfntData::View(std::uint32_t offset, std::uint32_t length) const {
+  if (file_) return std::nullopt;
+  if (parts_.empty()) return Slice(memory_, offset, length);
+  const auto part = PartAt(offset);
+  return Slice(part->bytes, offset - part->start, length);
+}
+
+void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
+  if (file_) {
+    const std::size_t read = file_->ReadAt(offset, block);
+    std::ranges::fill(block.subspan(read), std::uint8_t{0});  // what does not come
+    return;
+  }
+  std::ranges::fill(block, std::uint8_t{0});
+  const std::uint64_t end = std::uint64_t{offset} + block.size();
+  for (auto part = PartAt(offset); part != parts_.end() && part->start < end; ++part) {
+    const std::uint64_t from = std::max(offset, part->start);
+    const std::uint64_t to = std::min<std::uint64_t>(end, part->start + part->bytes.size());
+    if (from >= to) continue;
+    std::ranges::copy(part->bytes.subspan(from - part->start, to - from),
+                      block.subspan(from - offset).begin());
+  }
+}
+
 std::optional<Bytes> SfntData::Range(std::uint32_t offset, std::uint32_t length) const {
-  if (!file_) return Slice(memory_, offset, length);
   if (!Contains(offset, length)) return std::nullopt;
+  if (const auto view = View(offset, length)) return view;
   for (const Piece& piece : pieces_) {
     if (offset < piece.offset) continue;
     if (const auto found = Slice(piece.bytes, offset - piece.offset, length)) return found;
   }
-  const bool in_head = std::uint64_t{offset} + length <= kHeadSize;
+  const bool in_head = file_ && std::uint64_t{offset} + length <= kHeadSize;
   Piece piece{in_head ? 0 : offset, {}};
   piece.bytes.resize(in_head ? std::min(kHeadSize, size_) : length);
-  file_->ReadAt(piece.offset, piece.bytes);  // what does not come stays zero
+  Read(piece.offset, piece.bytes);
   pieces_.push_back(std::move(piece));
   return Slice(pieces_.back().bytes, offset - pieces_.back().offset, length);
 }
 
 std::optional<std::uint32_t> SfntData::SumOfWords(std::uint32_t offset, std::uint32_t length) const {
   if (!Contains(offset, length)) return std::nullopt;
-  if (!file_) return SumBigEndianWords(*Slice(memory_, offset, length));
+  if (!parts_.empty()) {
+    const auto part = PartAt(offset);
+    if (part->word_sum && offset == part->start && length == part->bytes.size()) return part->word_sum;
+  }
+  if (const auto view = View(offset, length)) return SumBigEndianWords(*view);
   std::vector<std::uint8_t> block(std::min(length, kBlockSize));
   std::uint32_t sum = 0;
   for (std::uint32_t done = 0; done < length; done += static_cast<std::uint32_t>(block.size())) {
     block.resize(std::min(length - done, kBlockSize));
-    const std::size_t read = file_->ReadAt(std::uint64_t{offset} + done, block);
-    if (read < block.size()) std::fill(block.begin() + static_cast<std::ptrdiff_t>(read), block.end(), 0);
+    Read(offset + done, block);
     sum += SumBigEndianWords(block);
   }
   return sum;

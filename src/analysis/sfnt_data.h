@@ -1,11 +1,12 @@
-// The bytes of one stand-alone sfnt font: in memory, or in a file of which only the ranges asked for are
-// read. Offsets and lengths are in bytes from the start of the font; nothing outside [0, size) is ever handed
-// out. For one thread at a time. Tests: tests/analysis/sfnt_data_test.cc.
+// The bytes of one stand-alone sfnt font: in memory, in a file of which only the ranges asked for are read,
+// or in the tables of a collection. Offsets and lengths are in bytes from the start of the font; nothing
+// outside [0, size) is ever handed out. For one thread at a time. Tests: tests/analysis/sfnt_data_test.cc.
 #ifndef QUILLMARK_ANALYSIS_SFNT_DATA_H_
 #define QUILLMARK_ANALYSIS_SFNT_DATA_H_
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/byte_reader.h"
@@ -19,11 +20,21 @@ class SfntData {
   explicit SfntData(Bytes font);
   // The first `size` bytes of the file. What cannot be read is zero.
   SfntData(RegularFile file, std::uint32_t size);
+  struct Table {
+    Bytes bytes;             // must outlive the font
+    std::uint32_t word_sum;  // as SumBigEndianWords
+  };
+  // A directory, then the tables, each followed by zeros up to a multiple of 4; together at most 0xFFFFFFFF
+  // bytes.
+  SfntData(std::vector<std::uint8_t> directory, const std::vector<Table>& tables);
+  SfntData(SfntData&&) = default;
+  SfntData& operator=(SfntData&&) = default;
 
   std::uint32_t size() const { return size_; }
 
   // The bytes [offset, offset + length), or nothing when they do not all lie inside the font. The span lives
-  // as long as this object: what is read of a file is kept, and answers later calls that lie within it.
+  // as long as this object: what is read of a file, or joined from several tables, is kept and answers later
+  // calls that lie within it.
   // Meant for the few tables that are parsed; SumOfWords goes over large ones.
   std::optional<Bytes> Range(std::uint32_t offset, std::uint32_t length) const;
 
@@ -31,17 +42,35 @@ class SfntData {
   // nothing when they do not all lie inside the font. A file is read in blocks of which none is kept.
   std::optional<std::uint32_t> SumOfWords(std::uint32_t offset, std::uint32_t length) const;
 
+  // Whether Range had to read or join bytes. False for a font of tables as long as each range lay inside the
+  // directory or inside one table.
+  bool HoldsCopies() const { return !pieces_.empty(); }
+
  private:
   struct Piece {
     std::uint32_t offset;
     std::vector<std::uint8_t> bytes;
   };
+  // The directory or a table; zeros fill the space up to the next part.
+  struct Part {
+    std::uint32_t start;
+    Bytes bytes;
+    std::optional<std::uint32_t> word_sum;
+  };
   bool Contains(std::uint32_t offset, std::uint32_t length) const;
+  // The last part that begins at or before `offset`.
+  std::vector<Part>::const_iterator PartAt(std::uint32_t offset) const;
+  // The range when it lies in memory as it is.
+  std::optional<Bytes> View(std::uint32_t offset, std::uint32_t length) const;
+  // Fills `block`, which lies inside the font, from `offset` on.
+  void Read(std::uint32_t offset, std::span<std::uint8_t> block) const;
 
   Bytes memory_;
   std::optional<RegularFile> file_;
+  std::vector<std::uint8_t> directory_;
+  std::vector<Part> parts_;
   std::uint32_t size_ = 0;
-  mutable std::vector<Piece> pieces_;  // of the file
+  mutable std::vector<Piece> pieces_;  // of the file, or joined from parts
 };
 
 }  // namespace quillmark

@@ -10,8 +10,9 @@
 
 namespace quillmark {
 
-// Appends a specifier for each face that can be cut out, has names and a platform. Of faces that share one
-// table directory only the first is appended: they are one font, which the removal of duplicates keeps once.
+// Appends a specifier for each face that can be cut out, has names and a platform. Of faces that share a
+// table directory or a PostScript name only the first is appended, which is the one that the removal of
+// duplicates keeps.
 void AppendCollectionFaces(const std::string& path, std::uint32_t request, QM_FontArray& faces);
 
 }  // namespace quillmark
