@@ -26,7 +26,14 @@ std::uint32_t TableSums::ContinueCrc(std::uint32_t crc, TableRange table) {
   return CombineCrc32(crc, known.value, known.combine);
 }
 
+bool TableSums::Spend(std::size_t& left, TableRange table) {
+  if (table.length > left) return false;
+  left -= table.length;
+  return true;
+}
+
 std::uint32_t TableSums::ComputeWordSum(TableRange table) {
+  if (Spend(sum_left_, table)) return SumBigEndianWords(file_.subspan(table.offset, table.length));
   const std::size_t shift = table.offset % 4;
   const Bytes block = file_.subspan(shift);  // in which the table's words are aligned
   const std::size_t start = table.offset - shift;
@@ -48,7 +55,8 @@ std::uint32_t TableSums::ComputeWordSum(TableRange table) {
 TableSums::Crc TableSums::ComputeCrc(TableRange table) {
   static constexpr std::uint8_t kZeros[3] = {};
   const std::size_t padding = (4 - table.length % 4) % 4;
-  const std::uint32_t crc = crcs_.Continue(0, table.offset, table.length);
+  const std::uint32_t crc = Spend(crc_left_, table) ? Crc32(0, file_.subspan(table.offset, table.length))
+                                                    : crcs_.Continue(0, table.offset, table.length);
   return {Crc32(crc, Bytes(kZeros).first(padding)), CrcOperatorFor(std::size_t{table.length} + padding)};
 }
 
