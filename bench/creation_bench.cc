@@ -22,10 +22,21 @@
 namespace {
 
 constexpr int kRounds = 9;
+constexpr double kLargeSize = 100e3;
 
 struct Files {
   std::vector<std::string> paths;
   double bytes = 0;
+
+  void Add(const std::string& path, double size) {
+    paths.push_back(path);
+    bytes += size;
+  }
+};
+
+// The font files below the paths: all, and by size.
+struct Found {
+  Files all, small, large;
 
   void Add(const std::filesystem::path& path) {
     static const std::set<std::string> kExtensions = {".ttf", ".otf", ".ttc", ".dfont", ".suit", ""};
@@ -34,13 +45,14 @@ struct Files {
         !kExtensions.contains(path.extension().string())) {
       return;
     }
-    paths.push_back(path.string());
-    bytes += static_cast<double>(std::filesystem::file_size(path, ignored));
+    const auto size = static_cast<double>(std::filesystem::file_size(path, ignored));
+    all.Add(path.string(), size);
+    (size < kLargeSize ? small : large).Add(path.string(), size);
   }
 };
 
-Files FindFiles(int argc, char** argv) {
-  Files files;
+Found FindFiles(int argc, char** argv) {
+  Found files;
   for (int i = 1; i < argc; ++i) {
     files.Add(argv[i]);
     std::error_code ignored;
@@ -91,19 +103,8 @@ double Median(std::vector<double> values) {
   return values[kRounds / 2];
 }
 
-void Print(const char* what, double seconds, const Files& files) {
-  std::printf("%-22s %10.1f MB/s %10.0f files/s\n", what, files.bytes / 1e6 / seconds,
-              static_cast<double>(files.paths.size()) / seconds);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  const Files files = FindFiles(argc, argv);
-  if (files.paths.empty()) {
-    std::fprintf(stderr, "usage: creation_bench PATH...  (no font files found)\n");
-    return 2;
-  }
+void Measure(const char* what, const Files& files) {
+  if (files.paths.empty()) return;
   ReadAndSum(files);
   Identify(files);
   std::vector<double> identify;
@@ -114,10 +115,28 @@ int main(int argc, char** argv) {
     read.push_back(Seconds(ReadAndSum, files));
     ratio.push_back(identify.back() / read.back());
   }
-  std::printf("%zu files, %.1f MB, %u faces; medians of %d rounds (crc sum %lx)\n", files.paths.size(),
-              files.bytes / 1e6, identified_faces, kRounds, crc_sum);
-  Print("QM_CreateSpecifier", Median(identify), files);
-  Print("read and crc32", Median(read), files);
-  std::printf("ratio %.2f\n", Median(ratio));
+  const double seconds = Median(identify);
+  const double read_seconds = Median(read);
+  const auto count = static_cast<double>(files.paths.size());
+  std::printf("%-10s %7.0f %8.1f %8u %9.1f %10.0f %9.1f %10.0f %7.2f\n", what, count, files.bytes / 1e6,
+              identified_faces, files.bytes / 1e6 / seconds, count / seconds,
+              files.bytes / 1e6 / read_seconds, count / read_seconds, Median(ratio));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const Found files = FindFiles(argc, argv);
+  if (files.all.paths.empty()) {
+    std::fprintf(stderr, "usage: creation_bench PATH...  (no font files found)\n");
+    return 2;
+  }
+  std::printf("%36s %20s %20s\n", "", "QM_CreateSpecifier", "read and crc32");
+  std::printf("%-10s %7s %8s %8s %9s %10s %9s %10s %7s\n", "files", "number", "MB", "faces", "MB/s",
+              "files/s", "MB/s", "files/s", "ratio");
+  Measure("all", files.all);
+  Measure("< 100 KB", files.small);
+  Measure(">= 100 KB", files.large);
+  std::printf("Medians of %d rounds; crc sum %lx.\n", kRounds, crc_sum);
   return 0;
 }
