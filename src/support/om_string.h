@@ -1,7 +1,8 @@
 // OmString: the library's string. Owned bytes, by convention UTF-8, with wide and Pascal forms made when
 // asked for. Every comparison operator ignores ASCII case; where exact bytes count (keys, sets), compare
-// str() instead. Pointers handed out live until the string next changes. One string is for one thread at a
-// time. Tests: tests/support/om_string_test.cc.
+// str() instead. Pointers and references handed out live until the string next changes. Copies share their
+// text, which never changes itself: one string is for one thread at a time, but two that share may be on two.
+// Tests: tests/support/om_string_test.cc.
 #ifndef QUILLMARK_SUPPORT_OM_STRING_H_
 #define QUILLMARK_SUPPORT_OM_STRING_H_
 
@@ -18,24 +19,26 @@ namespace quillmark {
 class OmString {
  public:
   OmString() = default;
-  OmString(const char* text);         // NOLINT(google-explicit-constructor): bytes as they are, null is empty
-  OmString(const std::string& text);  // NOLINT(google-explicit-constructor): bytes as they are
-  OmString(CFStringRef text);         // NOLINT(google-explicit-constructor): as Set
+  OmString(const char* text);  // NOLINT(google-explicit-constructor): bytes as they are, null is empty
+  OmString(std::string text);  // NOLINT(google-explicit-constructor): bytes as they are
+  OmString(CFStringRef text);  // NOLINT(google-explicit-constructor): as Set
   explicit OmString(std::uint32_t number);
   explicit OmString(std::int32_t number);
   OmString(std::int16_t list_id, std::int16_t index);  // as LoadResource
-  OmString(const OmString& other);
-  OmString& operator=(const OmString& other);
+  OmString(const OmString& other) noexcept;
+  OmString(OmString&& other) noexcept;  // leaves the empty string behind
+  OmString& operator=(const OmString& other) noexcept;
+  OmString& operator=(OmString&& other) noexcept;
   OmString& operator=(CFStringRef text);
   virtual ~OmString();
 
   // The text itself, and the usual questions about it.
-  const std::string& str() const { return text_; }
-  bool empty() const { return text_.empty(); }
-  std::size_t size() const { return text_.size(); }
-  const char* c_str() const { return text_.c_str(); }
-  operator const char*() const { return text_.c_str(); }  // NOLINT(google-explicit-constructor)
-  operator const wchar_t*() const;                        // NOLINT(google-explicit-constructor)
+  const std::string& str() const { return text_ ? *text_ : EmptyText(); }
+  bool empty() const { return !text_; }
+  std::size_t size() const { return str().size(); }
+  const char* c_str() const { return str().c_str(); }
+  operator const char*() const { return c_str(); }  // NOLINT(google-explicit-constructor)
+  operator const wchar_t*() const;                  // NOLINT(google-explicit-constructor)
 
   // Text = the string in UTF-8; false, with empty text, for null and for what cannot be converted.
   bool Set(CFStringRef text);
@@ -58,12 +61,12 @@ class OmString {
   // Case-blind, byte by byte, as strcasecmp.
   bool operator==(const std::string& other) const { return CompareNoCase(other) == 0; }
   bool operator==(const char* other) const { return CompareNoCase(other) == 0; }
-  bool operator==(const OmString& other) const { return CompareNoCase(other.text_) == 0; }
+  bool operator==(const OmString& other) const { return CompareNoCase(other.str()) == 0; }
   // Gives <, <=, > and >=.
   std::weak_ordering operator<=>(const std::string& other) const { return CompareNoCase(other) <=> 0; }
   std::weak_ordering operator<=>(const char* other) const { return CompareNoCase(other) <=> 0; }
-  std::weak_ordering operator<=>(const OmString& other) const { return CompareNoCase(other.text_) <=> 0; }
-  int CompareNoCase(const std::string& other) const { return CompareNoCase(text_, other); }
+  std::weak_ordering operator<=>(const OmString& other) const { return CompareNoCase(other.str()) <=> 0; }
+  int CompareNoCase(const std::string& other) const { return CompareNoCase(str(), other); }
   static int CompareNoCase(const std::string& a, const std::string& b);
 
   OmString& ToUpper();  // ASCII letters only
@@ -75,9 +78,13 @@ class OmString {
   static int ReplaceAll(OmString* text, char find, char with);
 
  private:
-  std::string text_;
-  mutable std::wstring wide_;
-  mutable std::unique_ptr<unsigned char[]> pascal_;  // 256 bytes once asked for
+  static const std::string& EmptyText();
+  void SetText(std::string text);
+  void TakePascalBytes(const OmString& other) noexcept;
+
+  std::shared_ptr<const std::string> text_;           // null when empty
+  mutable std::unique_ptr<const std::wstring> wide_;  // of this text, once asked for
+  mutable std::unique_ptr<unsigned char[]> pascal_;   // 256 bytes once asked for
 };
 
 }  // namespace quillmark

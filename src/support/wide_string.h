@@ -1,4 +1,5 @@
-// Wide strings: one 32-bit character for each UTF-16 unit; surrogate pairs are not combined.
+// Wide strings: one 32-bit character for each UTF-16 unit; surrogate pairs are not combined. The font logic
+// uses UTF8ToWide alone; the rest is kept for callers outside it.
 // Tests: tests/support/wide_string_test.cc.
 #ifndef QUILLMARK_SUPPORT_WIDE_STRING_H_
 #define QUILLMARK_SUPPORT_WIDE_STRING_H_
@@ -19,7 +20,7 @@ CFStringRef CFStringCreateWithWString(CFAllocatorRef allocator,
                                       const std::wstring& text);  // the caller releases it
 std::wstring CFStringToWide(CFStringRef text);
 std::wstring UniCharBufToWide(const UniChar* text);  // ends at a zero unit
-// Neither form is computed: both return an empty string whatever they are given, which callers rely on.
+// Neither form is computed: both return an empty string whatever they are given.
 std::wstring DecomposedToPrecomposed(const std::wstring& text);
 std::wstring PrecomposedToDecomposed(const std::wstring& text);
 

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
@@ -97,21 +99,33 @@ TEST(OmString, MakesPascalAndWideForms) {
   EXPECT_STREQ(static_cast<const char*>(OmString("a")), "a");
 }
 
-TEST(OmString, CopiesAreIndependent) {
+TEST(OmString, CopiesShareTheirTextUntilOneChanges) {
   OmString original("one");
   const unsigned char* const pascal = original.GetPascalString();
-  OmString copy(original);
-  OmString assigned;
-  assigned.GetPascalString();
+  const auto* const wide = static_cast<const wchar_t*>(original);
+  EXPECT_EQ(static_cast<const wchar_t*>(original), wide) << "valid until the next change";
+  const OmString copy(original);
+  EXPECT_EQ(copy.c_str(), original.c_str());
+  OmString assigned("two");
+  const unsigned char* const own = assigned.GetPascalString();
   assigned = original;
-  original = "three";
-  EXPECT_EQ(original.GetPascalString(), pascal) << "the buffer stays with the string";
+  EXPECT_EQ(own[1], 'o') << "both have a buffer: its bytes go over";
+  assigned = OmString("four");
+  EXPECT_EQ(own[0], 3) << "the source has none: the old bytes stay";
+  EXPECT_EQ(assigned.GetPascalString(), own);
+  EXPECT_EQ(own[0], 4);
+  original.ToUpper();
+  EXPECT_EQ(original.GetPascalString(), pascal);
+  EXPECT_STREQ(static_cast<const wchar_t*>(original), L"ONE");
   EXPECT_EQ(copy.str(), "one");
-  EXPECT_EQ(copy.GetPascalString()[0], 3);
-  EXPECT_EQ(assigned.GetPascalString()[0], 3);
-  const OmString& itself = copy;
-  copy = itself;
-  EXPECT_EQ(copy.str(), "one");
+  const OmString& itself = original;
+  original = itself;
+  EXPECT_EQ(original.str(), "ONE");
+  const OmString taken(std::move(original));
+  EXPECT_EQ(taken.str(), "ONE");
+  EXPECT_TRUE(original.empty());  // NOLINT(bugprone-use-after-move): stated
+  EXPECT_STREQ(static_cast<const wchar_t*>(original), L"");
+  static_assert(std::is_nothrow_move_constructible_v<OmString> && sizeof(OmString) <= 5 * sizeof(void*));
 }
 
 TEST(OmString, PrintsNumbers) {
