@@ -11,6 +11,7 @@
 #include <new>
 
 #include "platform/cf_ref.h"
+#include "platform/forks.h"
 
 namespace quillmark::NCFUtils {
 namespace {
@@ -29,8 +30,10 @@ std::unique_ptr<char[]> Utf8Path(CFStringRef path) {
   return text;
 }
 
-// fopen with "rb" or "wb" would wait at a FIFO for its other end.
+// fopen with "rb" or "wb" would wait at a FIFO for its other end; opening a device for reading may already do
+// something to it.
 FilePtr Open(const char* path, int flags, const char* mode, bool must_be_regular) {
+  if (must_be_regular && !IsRegularFile(path)) return nullptr;
   constexpr mode_t kReadWriteForAll = 0666;  // less the process's mask
   const int descriptor = open(path, flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kReadWriteForAll);
   if (descriptor < 0) return nullptr;
