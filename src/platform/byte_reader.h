@@ -5,8 +5,10 @@
 #ifndef QUILLMARK_PLATFORM_BYTE_READER_H_
 #define QUILLMARK_PLATFORM_BYTE_READER_H_
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -16,8 +18,8 @@ namespace quillmark {
 using Bytes = std::span<const std::uint8_t>;
 
 // Big-endian value as it lies in memory, to the host's order.
-std::uint32_t emdBigToHostU32(std::uint32_t value);
-std::uint16_t emdBigToHostInt16(std::uint16_t value);
+constexpr std::uint32_t emdBigToHostU32(std::uint32_t value);
+constexpr std::uint16_t emdBigToHostInt16(std::uint16_t value);
 
 // A cursor that moves forward. A failed read changes nothing and returns no value.
 class ByteReader {
@@ -74,6 +76,93 @@ inline Bytes AsBytes(std::string_view text) {
 }
 inline std::string_view AsText(Bytes bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+// What follows is defined here because names and kerning pairs are read a unit at a time.
+
+namespace byte_order {
+
+inline constexpr bool kLittleEndianHost = std::endian::native == std::endian::little;
+
+constexpr std::uint32_t Swap(std::uint32_t v) {
+  return (v << 24) | ((v & 0xFF00u) << 8) | ((v >> 8) & 0xFF00u) | (v >> 24);
+}
+
+// Loads an integer as it lies in memory; the caller has taken exactly its bytes.
+template <typename T>
+T Load(Bytes bytes) {
+  T value;
+  std::memcpy(&value, bytes.data(), sizeof value);
+  return value;
+}
+
+}  // namespace byte_order
+
+constexpr std::uint32_t emdBigToHostU32(std::uint32_t value) {
+  return byte_order::kLittleEndianHost ? byte_order::Swap(value) : value;
+}
+
+constexpr std::uint16_t emdBigToHostInt16(std::uint16_t value) {
+  return byte_order::kLittleEndianHost ? static_cast<std::uint16_t>((value << 8) | (value >> 8)) : value;
+}
+
+inline std::optional<Bytes> Slice(Bytes block, std::size_t offset, std::size_t length) {
+  if (offset > block.size() || length > block.size() - offset) return std::nullopt;
+  return block.subspan(offset, length);
+}
+
+inline std::optional<std::uint8_t> U8At(Bytes block, std::size_t offset) {
+  if (offset >= block.size()) return std::nullopt;
+  return block[offset];
+}
+
+inline std::optional<std::uint16_t> U16At(Bytes block, std::size_t offset) {
+  const auto bytes = Slice(block, offset, 2);
+  if (!bytes) return std::nullopt;
+  return emdBigToHostInt16(byte_order::Load<std::uint16_t>(*bytes));
+}
+
+inline std::optional<std::int16_t> I16At(Bytes block, std::size_t offset) {
+  const auto value = U16At(block, offset);
+  if (!value) return std::nullopt;
+  return static_cast<std::int16_t>(*value);
+}
+
+inline std::optional<std::uint32_t> U32At(Bytes block, std::size_t offset) {
+  const auto bytes = Slice(block, offset, 4);
+  if (!bytes) return std::nullopt;
+  return emdBigToHostU32(byte_order::Load<std::uint32_t>(*bytes));
+}
+
+inline std::optional<Bytes> ByteReader::Take(std::size_t n) {
+  if (n > rest_.size()) return std::nullopt;
+  const Bytes taken = rest_.first(n);
+  rest_ = rest_.subspan(n);
+  return taken;
+}
+
+inline std::optional<std::uint8_t> ByteReader::U8() {
+  const auto value = U8At(rest_, 0);
+  if (value) rest_ = rest_.subspan(1);
+  return value;
+}
+
+inline std::optional<std::uint16_t> ByteReader::U16() {
+  const auto value = U16At(rest_, 0);
+  if (value) rest_ = rest_.subspan(2);
+  return value;
+}
+
+inline std::optional<std::int16_t> ByteReader::I16() {
+  const auto value = I16At(rest_, 0);
+  if (value) rest_ = rest_.subspan(2);
+  return value;
+}
+
+inline std::optional<std::uint32_t> ByteReader::U32() {
+  const auto value = U32At(rest_, 0);
+  if (value) rest_ = rest_.subspan(4);
+  return value;
 }
 
 }  // namespace quillmark
