@@ -11,8 +11,9 @@ OpenResourceFile::~OpenResourceFile() {
 
 Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error) {
   const auto known = handles_.find(IndexOf(key));
-  HandleBlock* block = known == handles_.end() ? nullptr : known->second;
-  if (block == nullptr) {
+  const bool is_new = known == handles_.end();
+  HandleBlock* block = is_new ? nullptr : known->second;
+  if (is_new) {
     auto fresh = std::make_unique<HandleBlock>();
     fresh->file = this;
     fresh->key = key;
@@ -25,8 +26,10 @@ Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error
     *error = block->data != nullptr || map_.Data(key) ? noErr : mapReadErr;
   }
   if (*error == noErr) return HandleOf(block);
-  Forget(*block);
-  FreeBlock(block);
+  if (is_new) {  // a handle that a caller has stays theirs
+    Forget(*block);
+    FreeBlock(block);
+  }
   return nullptr;
 }
 

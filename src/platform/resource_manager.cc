@@ -3,16 +3,15 @@
 #include "platform/resource_manager.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "platform/resource_files.h"
 
 namespace quillmark {
 namespace {
 
-// Counts are signed 16-bit numbers; an index cannot name what lies beyond the largest one either.
+// Counts are signed 16-bit numbers: one above 7FFF comes out negative, and callers walk nothing.
 std::int16_t AsCount(std::size_t count) {
-  return static_cast<std::int16_t>(std::min<std::size_t>(count, std::numeric_limits<std::int16_t>::max()));
+  return static_cast<std::int16_t>(static_cast<std::uint16_t>(count));
 }
 
 Handle Give(ResourceFiles& files, OpenResourceFile* file, std::optional<ResourceMap::Key> key) {

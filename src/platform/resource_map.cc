@@ -15,6 +15,9 @@ namespace {
 // and a list has at most FFFF references: a map's bytes behind this are out of reach.
 constexpr std::size_t kReach = 0xFFFF + 0xFFFF + 0xFFFF * kReferenceSize;
 
+// A few full lists: more than the fixed types that a walk over a font file looks up in.
+constexpr std::size_t kMostIndexedIds = std::size_t{8} * 0xFFFF;
+
 std::uint32_t CountFrom(std::uint16_t stored) { return (stored + 1u) & 0xFFFFu; }
 
 }  // namespace
@@ -88,13 +91,14 @@ std::optional<ResourceMap::Key> ResourceMap::Find(std::uint32_t type, std::int16
   return Key{found->second, first->second};
 }
 
-// Walks over a suitcase look up thousands of IDs, so each list is indexed at its first look-up. Lists may
-// overlap in a hostile map: indexes that together hold more than the map's bytes could are made anew.
+// Walks over a suitcase look up thousands of IDs, in a few types by turns, so each list is indexed at its
+// first look-up. In a hostile map 65,535 types may share one list: what the indexes hold together has a
+// bound.
 ResourceMap::IdIndex& ResourceMap::IndexOf(std::uint16_t entry) {
   const auto found = id_indexes_.find(entry);
   if (found != id_indexes_.end()) return found->second;
   const std::size_t count = entries_[entry].CountLeft();
-  if (indexed_ids_ + count > map_.size() / kReferenceSize) {
+  if (indexed_ids_ + count > kMostIndexedIds) {
     id_indexes_.clear();
     indexed_ids_ = 0;
   }
