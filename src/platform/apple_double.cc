@@ -1,7 +1,6 @@
 #include "platform/apple_double.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace quillmark {
@@ -10,7 +9,6 @@ namespace {
 // Magic number, version, 16 bytes of filler, number of entries.
 constexpr std::size_t kHeaderSize = 26;
 constexpr std::size_t kEntrySize = 12;  // number, start, length
-constexpr std::size_t kCopyBlock = 1 << 16;
 
 struct TableEntry {
   std::uint32_t number = 0;
@@ -42,16 +40,6 @@ std::vector<TableEntry> TableOf(Bytes head) {
     table.push_back({*number, *start, *length});
   }
   return table;
-}
-
-bool Copy(const Fork& file, std::uint64_t start, std::uint64_t end, const ByteSink& sink) {
-  std::vector<std::uint8_t> block(kCopyBlock);
-  while (start < end) {
-    const auto piece = std::span(block).first(std::min<std::uint64_t>(block.size(), end - start));
-    if (file.ReadAt(start, piece) != piece.size() || !sink(piece)) return false;
-    start += piece.size();
-  }
-  return true;
 }
 
 }  // namespace
@@ -99,8 +87,8 @@ bool ReplaceAppleDoubleEntry(const std::string& path, std::uint32_t number,
     at += kEntrySize;
   }
   return ReplaceFile(path, [&](const ByteSink& sink) {
-    return sink(head) && Copy(*file, head.size(), replaced->start, sink) && produce(sink) &&
-           Copy(*file, old_end, file->length(), sink);
+    return sink(head) && file->Copy(head.size(), replaced->start - head.size(), sink) && produce(sink) &&
+           file->Copy(old_end, file->length() - old_end, sink);
   });
 }
 

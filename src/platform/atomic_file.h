@@ -6,14 +6,13 @@
 #include <functional>
 #include <string>
 
-#include "platform/byte_reader.h"
+#include "platform/forks.h"
 
 namespace quillmark {
 
 // `produce` hands the new bytes to its argument in pieces and gives up, returning false, when that does.
 // Permissions and extended attributes are kept. A symbolic link is followed: its target is replaced. False,
 // with the old file untouched and no temporary file left, on any failure.
-using ByteSink = std::function<bool(Bytes)>;
 [[nodiscard]] bool ReplaceFile(const std::string& path, const std::function<bool(const ByteSink&)>& produce);
 
 }  // namespace quillmark

@@ -29,8 +29,7 @@ std::pair<std::string, std::string> SplitPath(const std::string& whole) {
 }
 
 // Every path that an AppleDouble sidecar of `file` may have. Unzipping an archive made on a Mac leaves a
-// folder
-// __MACOSX that repeats the archive's folders, so it may lie in any folder above the file.
+// folder __MACOSX that repeats the archive's folders, so it may lie in any folder above the file.
 std::vector<std::string> SidecarCandidates(const std::string& file) {
   const auto [folder, name] = SplitPath(file);
   std::vector<std::string> candidates = {folder + "._" + name};

@@ -32,7 +32,7 @@ bool IsWritable(const MapOrigin& origin) {
 }
 
 bool WriteMap(const MapOrigin& origin, const ResourceMap& map) {
-  const auto write = [&](const ResourceMap::Sink& sink) { return map.Write(sink); };
+  const auto write = [&](const ByteSink& sink) { return map.Write(sink); };
   bool written = false;
   if (!origin.carrier) {
     written = ReplaceFile(origin.path, write);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "platform/extended_attributes.h"
 #include "platform/file_status.h"
@@ -65,6 +66,18 @@ std::optional<Fork> Fork::Part(std::uint64_t offset, std::uint64_t length) const
   part.start_ += offset;
   part.length_ = length;
   return part;
+}
+
+bool Fork::Copy(std::uint64_t offset, std::uint64_t length, const ByteSink& sink) const {
+  constexpr std::uint64_t kBlock = 1 << 16;
+  std::vector<std::uint8_t> block(std::min(length, kBlock));
+  while (length > 0) {
+    const auto piece = std::span(block).first(std::min<std::uint64_t>(length, block.size()));
+    if (ReadAt(offset, piece) != piece.size() || !sink(piece)) return false;
+    offset += piece.size();
+    length -= piece.size();
+  }
+  return true;
 }
 
 std::optional<Fork> OpenDataFork(const std::string& path) {

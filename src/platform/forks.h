@@ -10,6 +10,7 @@
 #define QUILLMARK_PLATFORM_FORKS_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -37,6 +38,9 @@ class RegularFile {
   std::uint64_t size_ = 0;
 };
 
+// Takes bytes in pieces; false when it takes no more.
+using ByteSink = std::function<bool(Bytes)>;
+
 // One fork, open for reading: a range of a file, or bytes held in memory (an extended attribute).
 class Fork {
  public:
@@ -47,6 +51,8 @@ class Fork {
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const;
   // The bytes [offset, offset + length) as a fork; nothing when they do not all lie inside this one.
   std::optional<Fork> Part(std::uint64_t offset, std::uint64_t length) const;
+  // Hands those bytes over in blocks; false when the sink gives up or they cannot be read.
+  [[nodiscard]] bool Copy(std::uint64_t offset, std::uint64_t length, const ByteSink& sink) const;
 
  private:
   std::optional<RegularFile> file_;

@@ -7,6 +7,7 @@
 
 #include "platform/lowercase_table.h"
 #include "platform/text_encoding.h"
+#include "platform/utf16.h"
 
 namespace quillmark {
 namespace {
@@ -34,31 +35,12 @@ char32_t Lower(char32_t code) {
   return static_cast<char32_t>(static_cast<std::int32_t>(code) + run->distance);
 }
 
-bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-char32_t Combine(char16_t high, char16_t low) { return 0x10000 + (high - 0xD800u) * 0x400 + (low - 0xDC00u); }
-
-// The character that begins at `text`'s start; a lone surrogate counts as one.
-char32_t First(std::u16string_view text) {
-  const bool is_pair = text.size() > 1 && IsHighSurrogate(text[0]) && IsLowSurrogate(text[1]);
-  return is_pair ? Combine(text[0], text[1]) : text[0];
-}
-
-void Append(std::u16string& text, char32_t code) {
-  if (code > 0xFFFF) {
-    text.push_back(static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10)));
-    text.push_back(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
-  } else {
-    text.push_back(static_cast<char16_t>(code));
-  }
-}
-
 // True when the first character of `text` that counts has case.
 bool BeginsCased(std::u16string_view text) {
   while (!text.empty()) {
-    const char32_t code = First(text);
+    const char32_t code = FirstCharacter(text);
     if (!Find(lowercase::kCaseIgnorable, code)) return Find(lowercase::kCased, code) != nullptr;
-    text.remove_prefix(code > 0xFFFF ? 2 : 1);
+    text.remove_prefix(UnitCount(code));
   }
   return false;
 }
@@ -70,15 +52,15 @@ std::u16string LowercaseUtf16(std::u16string_view text) {
   lower.reserve(text.size());
   bool is_inside_word = false;  // the last character that counts has case
   while (!text.empty()) {
-    const char32_t code = First(text);
-    text.remove_prefix(code > 0xFFFF ? 2 : 1);
+    const char32_t code = FirstCharacter(text);
+    text.remove_prefix(UnitCount(code));
     if (code == kCapitalSigma) {
-      Append(lower, is_inside_word && !BeginsCased(text) ? kFinalSigma : kSmallSigma);
+      AppendCharacter(lower, is_inside_word && !BeginsCased(text) ? kFinalSigma : kSmallSigma);
     } else if (code == kCapitalIWithDot) {
-      Append(lower, U'i');
-      Append(lower, kCombiningDot);
+      AppendCharacter(lower, U'i');
+      AppendCharacter(lower, kCombiningDot);
     } else {
-      Append(lower, Lower(code));
+      AppendCharacter(lower, Lower(code));
     }
     if (!Find(lowercase::kCaseIgnorable, code)) is_inside_word = Find(lowercase::kCased, code) != nullptr;
   }

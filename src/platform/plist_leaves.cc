@@ -11,7 +11,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/ascii_case.h"
 #include "platform/text_encoding.h"
+#include "platform/utf16.h"
 
 namespace quillmark::cf {
 namespace {
@@ -37,9 +39,8 @@ std::optional<std::uint64_t> ParseDigits(std::string_view text, int base) {
 }
 
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower_case) {
-  return std::equal(text.begin(), text.end(), lower_case.begin(), lower_case.end(), [](char a, char b) {
-    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
-  });
+  return std::equal(text.begin(), text.end(), lower_case.begin(), lower_case.end(),
+                    [](char a, char b) { return ToLowerAscii(a) == b; });
 }
 
 // strtod with the decimal point of no locale, as the host may have set another.
@@ -64,17 +65,6 @@ constexpr std::array<std::uint8_t, 256> kBase64Values = [] {
   values['='] = 0;
   return values;
 }();
-
-std::string Utf8Of(std::uint32_t character) {
-  std::u16string units;
-  if (character < 0x10000) {
-    units = static_cast<char16_t>(character);
-  } else {
-    units = {static_cast<char16_t>(0xD800 + (character - 0x10000) / 0x400),
-             static_cast<char16_t>(0xDC00 + (character - 0x10000) % 0x400)};
-  }
-  return Utf16ToUtf8(units).value_or(std::string());
-}
 
 }  // namespace
 
@@ -142,9 +132,10 @@ std::optional<std::string> ParseEntity(std::string_view name) {
   if (is_hexadecimal) name.remove_prefix(1);
   if (name.size() > kMostDigits) return std::nullopt;
   const auto character = ParseDigits(name, is_hexadecimal ? 16 : 10);
-  const bool is_surrogate = character && *character >= 0xD800 && *character <= 0xDFFF;
-  if (!character || *character > 0x10FFFF || is_surrogate) return std::nullopt;
-  return Utf8Of(static_cast<std::uint32_t>(*character));
+  if (!character || *character > 0x10FFFF) return std::nullopt;
+  std::u16string units;
+  AppendCharacter(units, static_cast<char32_t>(*character));
+  return Utf16ToUtf8(units);  // nothing for a surrogate
 }
 
 }  // namespace quillmark::cf

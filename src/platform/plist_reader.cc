@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ascii_case.h"
 #include "platform/cf_array.h"
 #include "platform/cf_data.h"
 #include "platform/cf_date.h"
@@ -47,7 +48,7 @@ bool DeclaresOtherEncoding(std::string_view text) {
   const char quote = header[opening];
   header.remove_prefix(opening + 1);
   std::string name(header.substr(0, header.find(quote)));
-  for (char& c : name) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  std::transform(name.begin(), name.end(), name.begin(), ToUpperAscii);
   return name != "UTF-8";
 }
 

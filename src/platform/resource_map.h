@@ -8,7 +8,6 @@
 #define QUILLMARK_PLATFORM_RESOURCE_MAP_H_
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -69,8 +68,7 @@ class ResourceMap {
 
   // Lays out the whole fork anew, with the data that remaining resources use, and hands it over in pieces.
   // False when `sink` returns false, the fork cannot be read, or the lists outgrow the map's 16-bit offsets.
-  using Sink = std::function<bool(Bytes)>;
-  [[nodiscard]] bool Write(const Sink& sink) const;
+  [[nodiscard]] bool Write(const ByteSink& sink) const;
 
  private:
   struct Entry {  // of the type list, with what has become of its reference list

@@ -16,7 +16,6 @@ namespace {
 constexpr std::uint32_t kDataStart = 256;  // after the header, 240 bytes of the system and the application
 constexpr std::uint32_t kLargestOffset = 0xFFFF;
 constexpr std::uint32_t kOutsideDataArea = 0xFFFFFF;
-constexpr std::size_t kCopyBlock = 1 << 16;
 
 class Output {
  public:
@@ -78,17 +77,6 @@ std::uint32_t NewOffset(const std::vector<Kept>& packed, std::uint32_t old) {
   return static_cast<std::uint32_t>(std::prev(after)->moved_to + (old - std::prev(after)->start));
 }
 
-bool Copy(const Fork& fork, std::uint64_t start, std::uint64_t length, const ResourceMap::Sink& sink) {
-  std::vector<std::uint8_t> block(std::min<std::uint64_t>(length, kCopyBlock));
-  while (length > 0) {
-    const auto piece = std::span(block).first(std::min<std::uint64_t>(length, block.size()));
-    if (fork.ReadAt(start, piece) != piece.size() || !sink(piece)) return false;
-    start += piece.size();
-    length -= piece.size();
-  }
-  return true;
-}
-
 }  // namespace
 
 class ResourceMapLayout {
@@ -96,7 +84,7 @@ class ResourceMapLayout {
   explicit ResourceMapLayout(const ResourceMap& old) : old_(old) {}
 
   bool Lay() { return LayLists() && PackData() && LayReferences() && LayHeaders(); }
-  bool Send(const ResourceMap::Sink& sink) const;
+  bool Send(const ByteSink& sink) const;
 
  private:
   struct List {
@@ -211,15 +199,15 @@ bool ResourceMapLayout::LayHeaders() {
   return true;
 }
 
-bool ResourceMapLayout::Send(const ResourceMap::Sink& sink) const {
+bool ResourceMapLayout::Send(const ByteSink& sink) const {
   if (!sink(header_.bytes())) return false;
   for (const Kept& kept : data_) {
-    if (!Copy(old_.fork_, old_.data_start_ + kept.start, kept.end - kept.start, sink)) return false;
+    if (!old_.fork_.Copy(old_.data_start_ + kept.start, kept.end - kept.start, sink)) return false;
   }
   return sink(map_.bytes());
 }
 
-bool ResourceMap::Write(const Sink& sink) const {
+bool ResourceMap::Write(const ByteSink& sink) const {
   ResourceMapLayout layout(*this);
   return layout.Lay() && layout.Send(sink);
 }

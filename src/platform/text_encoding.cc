@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "platform/utf16.h"
+
 namespace quillmark {
 namespace {
 
@@ -42,10 +44,6 @@ std::size_t AsciiLength(std::basic_string_view<Char> text) {
   return length;
 }
 
-bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
-bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 }  // namespace
 
 bool IsAscii(std::string_view text) { return AsciiLength(text) == text.size(); }
@@ -70,12 +68,7 @@ std::optional<std::u16string> Utf8ToUtf16(std::string_view text) {
   while (at < text.size()) {
     const auto [code, length] = DecodeUtf8At(text, at);
     if (length == 0) return std::nullopt;
-    if (code > 0xFFFF) {
-      units.push_back(static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10)));
-      units.push_back(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
-    } else if (at != 0 || code != kByteOrderMark) {
-      units.push_back(static_cast<char16_t>(code));
-    }
+    if (at != 0 || code != kByteOrderMark) AppendCharacter(units, code);
     at += length;
   }
   return units;
@@ -87,13 +80,10 @@ std::optional<std::string> Utf16ToUtf8(std::u16string_view units) {
   text.reserve(units.size() + units.size() / 2);
   const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
   const auto append_continuation = [&append](char32_t bits) { append(0x80 | (bits & 0x3F)); };
-  for (std::size_t i = text.size(); i < units.size(); ++i) {
-    char32_t code = units[i];
-    if (IsSurrogate(code)) {
-      if (!IsHighSurrogate(code) || i + 1 == units.size() || !IsLowSurrogate(units[i + 1]))
-        return std::nullopt;
-      code = 0x10000 + (code - 0xD800) * 0x400 + (units[++i] - 0xDC00u);
-    }
+  for (std::size_t i = text.size(); i < units.size();) {
+    const char32_t code = FirstCharacter(units.substr(i));
+    if (IsSurrogate(code)) return std::nullopt;
+    i += UnitCount(code);
     if (code < 0x80) {
       append(code);
     } else if (code < 0x800) {
