@@ -2,17 +2,15 @@
 
 namespace {
 
-// Never destroyed: a host may hold a constant while it unloads the rest.
-CFBooleanRef ProcessLong(bool value) {
-  auto* const constant = new CFBooleanObject(value);
-  constant->MakeProcessLong();
-  return constant;
-}
+// There from the moment the library is loaded, and never destroyed: a host may call at any time. The first
+// reference to each is its own, so that no release destroys it.
+constexpr CFBooleanObject kTrue(true);
+constexpr CFBooleanObject kFalse(false);
 
 }  // namespace
 
-const CFBooleanRef kCFBooleanTrue = ProcessLong(true);
-const CFBooleanRef kCFBooleanFalse = ProcessLong(false);
+constinit const CFBooleanRef kCFBooleanTrue = &kTrue;
+constinit const CFBooleanRef kCFBooleanFalse = &kFalse;
 
 CFTypeID CFBooleanGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kBoolean); }
 

@@ -7,7 +7,9 @@
 #include "platform/core_foundation.h"
 
 struct CFBooleanObject final : quillmark::cf::Object {
-  explicit CFBooleanObject(bool truth) : Object(quillmark::cf::Type::kBoolean), value(truth) {}
+  constexpr explicit CFBooleanObject(bool truth) : Object(quillmark::cf::Type::kBoolean), value(truth) {}
+  // NOLINTNEXTLINE(modernize-use-equals-default): GCC 12 takes no defaulted one in a constant
+  constexpr ~CFBooleanObject() override {}
 
   const bool value;
 };

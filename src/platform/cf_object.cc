@@ -11,14 +11,14 @@ const Object* From(CFTypeRef reference) { return static_cast<const Object*>(refe
 
 }  // namespace
 
-Object::Object(Type type) : type_(type) { live_objects.fetch_add(1, std::memory_order_relaxed); }
-
-Object::~Object() { live_objects.fetch_sub(1, std::memory_order_relaxed); }
+void Object::CountOne() { live_objects.fetch_add(1, std::memory_order_relaxed); }
 
 void Object::Retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
 
 void Object::Release() const {
-  if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+  if (references_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  live_objects.fetch_sub(1, std::memory_order_relaxed);
+  delete this;
 }
 
 void Object::MakeProcessLong() { live_objects.fetch_sub(1, std::memory_order_relaxed); }

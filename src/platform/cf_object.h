@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <type_traits>
 
 namespace quillmark::cf {
 
@@ -23,8 +24,10 @@ enum class Type : std::uint32_t {
 
 class Object {
  public:
-  explicit Object(Type type);
-  virtual ~Object();
+  constexpr explicit Object(Type type) : type_(type) {
+    if (!std::is_constant_evaluated()) CountOne();
+  }
+  constexpr virtual ~Object() = default;
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
@@ -32,13 +35,16 @@ class Object {
   void Retain() const;
   void Release() const;  // destroys the object with the last reference
 
-  // Takes the object out of the count below: it is a constant that lives as long as the process.
+  // Takes the object out of the count below: it lives as long as the process.
   void MakeProcessLong();
 
-  // Objects that exist in the process, for tests that look for leaks.
+  // Objects that were made and not released to the last, for tests that look for leaks. Constants of the
+  // program do not count.
   static std::int64_t LiveCount();
 
  private:
+  static void CountOne();
+
   const Type type_;
   mutable std::atomic<std::uint32_t> references_{1};
 };
