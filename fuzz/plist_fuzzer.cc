@@ -27,9 +27,7 @@ CFRef<CFPropertyListRef> Parse(CFDataRef data) {
 }
 
 CFRef<CFDataRef> Write(CFPropertyListRef list) {
-  auto data = Adopt(CFPropertyListCreateXMLData(kCFAllocatorDefault, list));
-  Require(static_cast<bool>(data));
-  return data;
+  return Adopt(CFPropertyListCreateXMLData(kCFAllocatorDefault, list));
 }
 
 std::string_view TextOf(CFDataRef data) {
@@ -41,6 +39,10 @@ void RoundTrip(const std::uint8_t* data, std::size_t size) {
   const auto list = Parse(input.get());
   if (!list) return;
   const auto once = Write(list.get());
+  if (!once) {  // only a date that rolled over out of the years that have a text
+    Require(TextOf(input.get()).find("<date") != std::string_view::npos);
+    return;
+  }
   const auto again = Parse(once.get());
   Require(static_cast<bool>(again));
   Require(TextOf(Write(again.get()).get()) == TextOf(once.get()));

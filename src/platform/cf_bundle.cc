@@ -40,22 +40,6 @@ std::optional<std::string> CurrentBundleFolder() {
   return folder && fs::is_directory(*folder, error) ? folder : std::nullopt;
 }
 
-// A file URL's text: what is no plain path character in ASCII is written as its bytes' hexadecimal values.
-std::string FileUrlText(const std::string& folder) {
-  constexpr std::string_view kPlain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/-_.!~*'():@&=+$,";
-  constexpr char kHex[] = "0123456789ABCDEF";
-  std::string text = "file://";
-  for (const char c : folder) {
-    if (kPlain.find(c) != std::string_view::npos) {
-      text += c;
-    } else {
-      text += {'%', kHex[static_cast<unsigned char>(c) / 16], kHex[static_cast<unsigned char>(c) % 16]};
-    }
-  }
-  return text + '/';
-}
-
 CFURLRef MakeUrl(const std::string& text, const std::string& path) {
   auto string = Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));
   auto file_path = Adopt(CFStringCreateWithCString(kCFAllocatorDefault, path.c_str(), kCFStringEncodingUTF8));
@@ -95,8 +79,9 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier) {
   return bundle;
 }
 
+// Callers ask for its path; the text is not escaped.
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
-  return quillmark::cf::MakeUrl(quillmark::cf::FileUrlText(bundle->folder), bundle->folder);
+  return quillmark::cf::MakeUrl(bundle->folder + '/', bundle->folder);
 }
 
 // Relative to the bundle, and the same in every one.

@@ -8,8 +8,6 @@
 using quillmark::AsBytes;
 using quillmark::AsText;
 
-CFTypeID CFDataGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kData); }
-
 CFDataRef CFDataCreate(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex length) {
   if (length < 0 || (length > 0 && !bytes)) return nullptr;
   try {

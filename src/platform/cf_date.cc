@@ -14,8 +14,6 @@ constexpr sys_seconds kReference = sys_days{std::chrono::year{2001} / 1 / 1};
 constexpr sys_seconds kFirst = sys_days{std::chrono::year{0} / 1 / 1};
 constexpr sys_seconds kPastLast = sys_days{std::chrono::year{10000} / 1 / 1};
 
-bool IsWritable(sys_seconds time) { return time >= kFirst && time < kPastLast; }
-
 // Each 0 of the form stands for a digit, everything else for itself.
 constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
 
@@ -68,14 +66,7 @@ std::optional<CFAbsoluteTime> ParseDateText(std::string_view text) {
                            std::chrono::hours(DigitsAt(text, 11, 2)) +
                            std::chrono::minutes(DigitsAt(text, 14, 2)) +
                            std::chrono::seconds(DigitsAt(text, 17, 2));
-  if (!IsWritable(time)) return std::nullopt;
   return static_cast<CFAbsoluteTime>((time - kReference).count());
 }
 
 }  // namespace quillmark::cf
-
-CFTypeID CFDateGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kDate); }
-
-CFDateRef CFDateCreate(CFAllocatorRef /*allocator*/, CFAbsoluteTime at) { return new CFDateObject(at); }
-
-CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date) { return date->time; }

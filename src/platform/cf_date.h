@@ -1,4 +1,4 @@
-// The date object behind CFDateRef, and the one text form that dates have in a property list.
+// The date object of property lists, and the one text form that dates have in a property list.
 // Tests: tests/platform/core_foundation_test.cc, property_list_test.cc.
 #ifndef QUILLMARK_PLATFORM_CF_DATE_H_
 #define QUILLMARK_PLATFORM_CF_DATE_H_
@@ -22,8 +22,8 @@ namespace quillmark::cf {
 // which the form cannot hold.
 std::optional<std::string> DateText(CFAbsoluteTime time);
 
-// The time that exactly such a text tells; a month, day or hour past its end rolls over into the next.
-// Nothing for any other text, and for a time that DateText could not write.
+// The time that exactly such a text tells, nothing for any other text. A month, day or hour past its end
+// rolls over into the next, also out of the years that DateText can write.
 std::optional<CFAbsoluteTime> ParseDateText(std::string_view text);
 
 }  // namespace quillmark::cf

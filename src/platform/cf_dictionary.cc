@@ -23,10 +23,6 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, C
   return new CFDictionaryObject;
 }
 
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
-  return static_cast<CFIndex>(dictionary->entries.size());
-}
-
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
   const auto found = dictionary->entries.find(static_cast<CFStringRef>(key));
   return found == dictionary->entries.end() ? nullptr : found->second.get();
@@ -34,11 +30,4 @@ const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
 
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value) {
   dictionary->Set(quillmark::Share(static_cast<CFStringRef>(key)), quillmark::Share<CFTypeRef>(value));
-}
-
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values) {
-  for (const auto& [key, value] : dictionary->entries) {
-    if (keys) *keys++ = key.get();
-    if (values) *values++ = value.get();
-  }
 }

@@ -131,5 +131,3 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
   }
   return false;
 }
-
-Boolean CFNumberIsFloatType(CFNumberRef number) { return std::holds_alternative<double>(number->value); }

@@ -11,26 +11,7 @@
 
 namespace {
 
-std::string_view TextOf(const UInt8* bytes, CFIndex count) {
-  return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count)};
-}
-
-// Units in the host's order, as memory holds them. A mark at the start of an external representation says
-// whether its bytes are swapped, and is not part of the text.
-std::optional<std::u16string> UnitsInMemory(std::string_view bytes, bool is_external) {
-  if (bytes.size() % sizeof(char16_t) != 0) return std::nullopt;
-  std::u16string units(bytes.size() / sizeof(char16_t), u'\0');
-  std::memcpy(units.data(), bytes.data(), bytes.size());
-  if (is_external && !units.empty() && (units[0] == 0xFEFF || units[0] == 0xFFFE)) {
-    if (units[0] == 0xFFFE) {
-      for (char16_t& unit : units) unit = static_cast<char16_t>(unit / 0x100 + unit % 0x100 * 0x100);
-    }
-    units.erase(0, 1);
-  }
-  return units;
-}
-
-std::optional<std::u16string> Decode(std::string_view text, CFStringEncoding encoding, bool is_external) {
+std::optional<std::u16string> Decode(std::string_view text, CFStringEncoding encoding) {
   switch (encoding) {
     case kCFStringEncodingUTF8:
       return quillmark::Utf8ToUtf16(text);
@@ -40,8 +21,6 @@ std::optional<std::u16string> Decode(std::string_view text, CFStringEncoding enc
       return quillmark::MacJapaneseToUtf16(text);
     case kCFStringEncodingShiftJIS:
       return quillmark::ShiftJisToUtf16(text);
-    case kCFStringEncodingUTF16:
-      return UnitsInMemory(text, is_external);
     case kCFStringEncodingASCII:
       if (!quillmark::IsAscii(text)) return std::nullopt;
       return std::u16string(text.begin(), text.end());
@@ -50,23 +29,8 @@ std::optional<std::u16string> Decode(std::string_view text, CFStringEncoding enc
   }
 }
 
-std::optional<std::string> Encode(std::u16string_view units, CFStringEncoding encoding) {
-  switch (encoding) {
-    case kCFStringEncodingUTF8:
-      return quillmark::Utf16ToUtf8(units);
-    case kCFStringEncodingMacRoman:
-      return quillmark::Utf16ToMacRoman(units);
-    case kCFStringEncodingASCII: {
-      auto text = quillmark::Utf16ToUtf8(units);
-      return text && quillmark::IsAscii(*text) ? text : std::nullopt;
-    }
-    default:
-      return std::nullopt;
-  }
-}
-
-CFStringRef CreateFromText(std::string_view text, CFStringEncoding encoding, bool is_external) {
-  auto units = Decode(text, encoding, is_external);
+CFStringRef CreateFromText(std::string_view text, CFStringEncoding encoding) {
+  auto units = Decode(text, encoding);
   return units ? new CFStringObject(std::move(*units)) : nullptr;
 }
 
@@ -82,24 +46,17 @@ void CFStringObject::Assign(std::u16string text) {
 CFTypeID CFStringGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kString); }
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* text, CFStringEncoding encoding) {
-  return text ? CreateFromText(text, encoding, false) : nullptr;
-}
-
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex count,
-                                    CFStringEncoding encoding, Boolean isExternalRepresentation) {
-  return CreateFromText(TextOf(bytes, count), encoding, isExternalRepresentation != 0);
+  return text ? CreateFromText(text, encoding) : nullptr;
 }
 
 CFStringRef CFStringCreateWithPascalString(CFAllocatorRef, const unsigned char* text,
                                            CFStringEncoding encoding) {
-  return text ? CreateFromText(TextOf(text + 1, text[0]), encoding, false) : nullptr;
+  return text ? CreateFromText(quillmark::AsText({text + 1, text[0]}), encoding) : nullptr;
 }
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* units, CFIndex count) {
   return new CFStringObject(std::u16string(units, units + count));
 }
-
-CFMutableStringRef CFStringCreateMutable(CFAllocatorRef, CFIndex) { return new CFStringObject({}); }
 
 CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef, CFIndex, CFStringRef string) {
   return new CFStringObject(string->units());
@@ -110,7 +67,7 @@ void CFStringAppend(CFMutableStringRef string, CFStringRef appended) {
 }
 
 void CFStringAppendCString(CFMutableStringRef string, const char* text, CFStringEncoding encoding) {
-  if (const auto units = Decode(text, encoding, false)) string->Assign(string->units() + *units);
+  if (const auto units = Decode(text, encoding)) string->Assign(string->units() + *units);
 }
 
 void CFStringLowercase(CFMutableStringRef string, [[maybe_unused]] CFLocaleRef locale) {
@@ -119,10 +76,6 @@ void CFStringLowercase(CFMutableStringRef string, [[maybe_unused]] CFLocaleRef l
 }
 
 CFIndex CFStringGetLength(CFStringRef string) { return static_cast<CFIndex>(string->units().size()); }
-
-UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index) {
-  return string->units()[static_cast<std::size_t>(index)];
-}
 
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
   const auto units =
@@ -143,7 +96,8 @@ const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding)
 }
 
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding) {
-  const auto text = Encode(string->units(), encoding);
+  if (encoding != kCFStringEncodingUTF8) return 0;
+  const auto text = quillmark::Utf16ToUtf8(string->units());
   if (!text || bufferSize <= 0 || text->size() >= static_cast<std::size_t>(bufferSize)) return 0;
   std::memcpy(buffer, text->c_str(), text->size() + 1);
   return 1;
@@ -153,7 +107,6 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encod
   switch (encoding) {
     case kCFStringEncodingUTF8:
       return length * 3;  // a surrogate pair gives 4 bytes for its 2 units
-    case kCFStringEncodingUTF16:
     case kCFStringEncodingShiftJIS:
     case kCFStringEncodingMacJapanese:
       return length * 2;

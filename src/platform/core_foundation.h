@@ -20,7 +20,6 @@ using CFMutableStringRef = struct CFStringObject*;
 using CFDataRef = const struct CFDataObject*;
 using CFNumberRef = const struct CFNumberObject*;
 using CFBooleanRef = const struct CFBooleanObject*;
-using CFDateRef = const struct CFDateObject*;
 using CFArrayRef = const struct CFArrayObject*;
 using CFMutableArrayRef = struct CFArrayObject*;
 using CFDictionaryRef = const struct CFDictionaryObject*;
@@ -35,27 +34,24 @@ using UInt8 = std::uint8_t;
 
 inline constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
 
-// --- Objects
-// -------------------------------------------------------------------------------------------------
+// Objects.
+
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 CFTypeID CFStringGetTypeID();
-CFTypeID CFDataGetTypeID();
 CFTypeID CFNumberGetTypeID();
 CFTypeID CFBooleanGetTypeID();
-CFTypeID CFDateGetTypeID();
 CFTypeID CFArrayGetTypeID();
 CFTypeID CFDictionaryGetTypeID();
 
-// --- Strings: UTF-16 code units
-// -------------------------------------------------------------------------------
+// Strings: UTF-16 code units.
+
 enum : CFStringEncoding {
   kCFStringEncodingMacRoman = 0,
   kCFStringEncodingMacJapanese = 1,
-  kCFStringEncodingUTF16 = 0x0100,
   kCFStringEncodingASCII = 0x0600,
-  kCFStringEncodingShiftJIS = 0x0A01,  // kCFStringEncodingDOSJapanese's siblings are not used
+  kCFStringEncodingShiftJIS = 0x0A01,
   kCFStringEncodingUTF8 = 0x08000100,
   kCFStringEncodingInvalidId = 0xFFFFFFFFu,
 };
@@ -74,24 +70,20 @@ inline CFRange CFRangeMake(CFIndex location, CFIndex length) { return {location,
 
 // Null for text that is invalid in `encoding` (see text_encoding.h for what is), and for an unknown encoding.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
-                                    CFStringEncoding encoding, Boolean isExternalRepresentation);
 CFStringRef CFStringCreateWithPascalString(CFAllocatorRef allocator, const unsigned char* text,
                                            CFStringEncoding encoding);
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, const UniChar* units, CFIndex count);
-CFMutableStringRef CFStringCreateMutable(CFAllocatorRef allocator, CFIndex maxLength);
 CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef allocator, CFIndex maxLength, CFStringRef string);
 void CFStringAppend(CFMutableStringRef string, CFStringRef appended);
 void CFStringAppendCString(CFMutableStringRef string, const char* text, CFStringEncoding encoding);
 // Unicode's full lower-case mapping; `locale` must be null.
 void CFStringLowercase(CFMutableStringRef string, CFLocaleRef locale);
 CFIndex CFStringGetLength(CFStringRef string);
-UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index);
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer);
 // A pointer that lives as long as the string, for ASCII text; else null. Callers handle both.
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding);
-// False, with unspecified buffer contents, when text and NUL do not fit or a lone surrogate stands in the
-// string.
+// UTF-8 only. False, with unspecified buffer contents, for another encoding, when text and NUL do not fit,
+// and when a lone surrogate stands in the string.
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding);
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
 CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b,
@@ -99,8 +91,8 @@ CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b,
 CFStringEncoding CFStringGetSystemEncoding();                      // MacRoman
 CFStringEncoding GetApplicationTextEncoding();                     // MacRoman
 
-// --- Data, numbers, booleans, dates
-// ---------------------------------------------------------------------------
+// Data, numbers, booleans, dates.
+
 CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length);
 const UInt8* CFDataGetBytePtr(CFDataRef data);
 CFIndex CFDataGetLength(CFDataRef data);
@@ -123,18 +115,15 @@ enum CFNumberType : CFIndex {
 CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
 // The value is stored in any case; false says that it is not the number's.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
-Boolean CFNumberIsFloatType(CFNumberRef number);
 
 extern const CFBooleanRef kCFBooleanTrue;
 extern const CFBooleanRef kCFBooleanFalse;
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 using CFAbsoluteTime = double;  // seconds since 2001-01-01T00:00:00Z
-CFDateRef CFDateCreate(CFAllocatorRef allocator, CFAbsoluteTime at);
-CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date);
 
-// --- Collections: they retain what they hold
-// ------------------------------------------------------------------
+// Collections: they retain what they hold.
+
 struct CFArrayCallBacks;
 struct CFDictionaryKeyCallBacks;
 struct CFDictionaryValueCallBacks;
@@ -156,15 +145,11 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, 
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const CFDictionaryKeyCallBacks* keyCallbacks,
                                                  const CFDictionaryValueCallBacks* valueCallbacks);
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
-// Copies every key and value pointer, not retained, into arrays that hold CFDictionaryGetCount entries;
-// either may be null. The order is that of the keys' code units.
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values);
 
-// --- URLs and bundles
-// -------------------------------------------------------------------------------------------
+// URLs and bundles.
+
 enum CFURLPathStyle : CFIndex { kCFURLPOSIXPathStyle = 0 };
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style);
 CFStringRef CFURLGetString(CFURLRef url);
@@ -175,8 +160,8 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier);
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
-// --- Property lists
-// -----------------------------------------------------------------------------------------------
+// Property lists.
+
 enum CFPropertyListMutabilityOptions : CFOptionFlags {
   kCFPropertyListImmutable = 0,
   kCFPropertyListMutableContainers = 1,

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <utility>
 
 #include "platform/text_encoding.h"
 
@@ -24,15 +23,6 @@ constexpr std::array<char16_t, 128> kUpperHalf = {
     0x0131, 0x02C6, 0x02DC, 0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
 
-constexpr auto kByCharacter = [] {
-  std::array<std::pair<char16_t, unsigned char>, 128> entries{};
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    entries[i] = {kUpperHalf[i], static_cast<unsigned char>(0x80 + i)};
-  }
-  std::sort(entries.begin(), entries.end());
-  return entries;
-}();
-
 }  // namespace
 
 std::u16string MacRomanToUtf16(std::string_view text) {
@@ -47,28 +37,6 @@ std::u16string MacRomanToUtf16(std::string_view text) {
 std::string MacRomanToUtf8(std::string_view text) {
   if (IsAscii(text)) return std::string(text);
   return Utf16ToUtf8(MacRomanToUtf16(text)).value_or(std::string());  // the table holds no surrogate
-}
-
-std::optional<std::string> Utf16ToMacRoman(std::u16string_view units) {
-  std::string text;
-  text.reserve(units.size());
-  for (const char16_t unit : units) {
-    if (unit < 0x80) {
-      text.push_back(static_cast<char>(unit));
-      continue;
-    }
-    const auto* entry = std::lower_bound(kByCharacter.begin(), kByCharacter.end(),
-                                         std::pair<char16_t, unsigned char>(unit, 0));
-    if (entry == kByCharacter.end() || entry->first != unit) return std::nullopt;
-    text.push_back(static_cast<char>(entry->second));
-  }
-  return text;
-}
-
-std::optional<std::string> Utf8ToMacRoman(std::string_view text) {
-  if (IsAscii(text)) return std::string(text);
-  const auto units = Utf8ToUtf16(text);
-  return units ? Utf16ToMacRoman(*units) : std::nullopt;
 }
 
 }  // namespace quillmark

@@ -8,15 +8,6 @@
 #include "platform/resource_manager.h"
 
 namespace quillmark {
-namespace {
-
-OSErr& ThreadMemError() {
-  thread_local OSErr error = noErr;
-  return error;
-}
-
-}  // namespace
-
 bool AllocateData(HandleBlock& block, std::size_t size) {
   char* data = static_cast<char*>(std::calloc(size == 0 ? 1 : size, 1));
   if (data == nullptr) return false;
@@ -53,12 +44,10 @@ Handle NewHandle(Size size) {
     quillmark::FreeBlock(block);
     block = nullptr;
   }
-  quillmark::ThreadMemError() = block == nullptr ? memFullErr : noErr;
   return block == nullptr ? nullptr : quillmark::HandleOf(block);
 }
 
 void DisposeHandle(Handle handle) {
-  quillmark::ThreadMemError() = handle == nullptr ? nilHandleErr : noErr;
   if (handle == nullptr) return;
   HandleBlock* block = BlockOf(handle);
   // A map must not hand out what is gone.
@@ -68,8 +57,5 @@ void DisposeHandle(Handle handle) {
 
 Size GetHandleSize(Handle handle) {
   const bool loaded = handle != nullptr && *handle != nullptr;
-  quillmark::ThreadMemError() = loaded ? noErr : nilHandleErr;
   return loaded ? static_cast<Size>(BlockOf(handle)->size) : 0;
 }
-
-OSErr MemError() { return quillmark::ThreadMemError(); }

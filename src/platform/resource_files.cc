@@ -121,12 +121,6 @@ void UseResFile(ResFileRefNum refNum) {
   if (known) files.current = refNum;
 }
 
-ResFileRefNum CurResFile() {
-  ResourceFiles& files = ThreadResourceFiles();
-  files.error = noErr;
-  return files.current;
-}
-
 OSErr ResError() { return ThreadResourceFiles().error; }
 
 void SetResLoad(Boolean load) {

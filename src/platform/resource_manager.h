@@ -23,16 +23,13 @@ using OSStatus = std::int32_t;
 using SInt8 = std::int8_t;
 using UniCharCount = unsigned long;
 using Str255 = unsigned char[256];  // length byte and up to 255 bytes
-using StringPtr = unsigned char*;
 
 enum : OSErr {
   noErr = 0,
   ioErr = -36,
   fnfErr = -43,
-  opWrErr = -49,
   permErr = -54,
   memFullErr = -108,
-  nilHandleErr = -109,
   resNotFound = -192,
   resFNotFound = -193,
   rmvResFailed = -196,
@@ -40,8 +37,8 @@ enum : OSErr {
 };
 enum : SInt8 { fsRdPerm = 1, fsRdWrPerm = 3 };
 
-// --- Files
-// ------------------------------------------------------------------------------------------------------
+// Files.
+
 struct FSRef {
   std::string path;  // as given; on Linux a path is the reference
 };
@@ -55,15 +52,14 @@ OSErr FSOpenResourceFile(const FSRef* ref, UniCharCount forkNameLength, const Un
 // Closes a file; a changed map is written first, whole or not at all.
 void CloseResFile(ResFileRefNum refNum);
 
-// --- The current file
-// -----------------------------------------------------------------------------------------
+// The current file.
+
 void UseResFile(ResFileRefNum refNum);
-ResFileRefNum CurResFile();
 OSErr ResError();
 void SetResLoad(Boolean load);
 
-// --- Resources
-// ---------------------------------------------------------------------------------------------------
+// Resources.
+
 std::int16_t Count1Types();
 void Get1IndType(ResType* type, std::int16_t index);  // from 1
 std::int16_t Count1Resources(ResType type);
@@ -79,11 +75,10 @@ void RemoveResource(Handle resource);
 // without one.
 void GetIndString(Str255 text, std::int16_t listID, std::int16_t index);
 
-// --- Memory
-// ------------------------------------------------------------------------------------------------------
+// Memory.
+
 Size GetHandleSize(Handle handle);  // 0 for null or unloaded data
 void DisposeHandle(Handle handle);
-OSErr MemError();
 Handle NewHandle(Size size);  // zero-filled; null when the memory cannot be had
 
 namespace quillmark {

@@ -36,9 +36,6 @@ std::optional<std::string> MacJapaneseToUtf8(std::string_view text);
 std::u16string MacRomanToUtf16(std::string_view text);
 std::optional<std::u16string> ShiftJisToUtf16(std::string_view text);
 std::optional<std::u16string> MacJapaneseToUtf16(std::string_view text);
-// To MacRoman; nothing when the text is not valid or holds a character that MacRoman lacks.
-std::optional<std::string> Utf8ToMacRoman(std::string_view text);
-std::optional<std::string> Utf16ToMacRoman(std::u16string_view units);
 
 // Unicode's full lower-case mapping with no locale: one to one, but for U+0130 (i and U+0307) and a capital
 // sigma at a word's end (U+03C2).

@@ -8,6 +8,7 @@
 #include "knowledge/foundry_name_table.h"
 #include "knowledge/table_values.h"
 #include "platform/byte_reader.h"
+#include "platform/cf_dictionary.h"
 #include "support/property_list_values.h"
 #include "support/resource_location.h"
 
@@ -67,12 +68,10 @@ TEST(ShippedTablesTest, ClassesOfFamiliesAreListedOnes) {
   const auto mappings =
       AsDictionary(CFDictionaryGetValue(AsDictionary(list.get()), TableKey("Mappings").get()));
   ASSERT_NE(mappings, nullptr);
-  std::vector<const void*> families(static_cast<std::size_t>(CFDictionaryGetCount(mappings)));
-  EXPECT_GT(families.size(), 20'000u);
-  CFDictionaryGetKeysAndValues(mappings, families.data(), nullptr);
-  for (const void* const family : families) {
+  EXPECT_GT(mappings->entries.size(), 20'000u);
+  for (const auto& [family, class_number] : mappings->entries) {
     // A key that is not its own lower case finds nothing.
-    const OmString name(AsString(family));
+    const OmString name(family.get());
     EXPECT_TRUE(known.contains(table.GetClassNameFromFontFamily(name).str())) << name.str();
     EXPECT_NE(table.GetClassNameFromFontFamily(name).str(), "--") << name.str();
   }

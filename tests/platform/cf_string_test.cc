@@ -56,25 +56,11 @@ TEST(CFString, DecodesCTextOrIsNull) {
   }
 }
 
-TEST(CFString, DecodesBlocksAndPascalText) {
-  const auto pascal = reinterpret_cast<const unsigned char*>("\3\x8Ez!rest");
-  EXPECT_EQ(Units(Adopt(CFStringCreateWithPascalString(nullptr, pascal, kCFStringEncodingMacRoman)).get()),
-            u"\u00E9z!");
-
-  const UInt8 zero_inside[] = {'a', 0, 'b'};
-  const auto string = Adopt(CFStringCreateWithBytes(nullptr, zero_inside, 3, kCFStringEncodingUTF8, 0));
-  EXPECT_EQ(CFStringGetLength(string.get()), 3);
+TEST(CFString, DecodesPascalText) {
+  const auto* pascal = reinterpret_cast<const unsigned char*>("\4\x8Ez\0!rest");
+  const auto string = Adopt(CFStringCreateWithPascalString(nullptr, pascal, kCFStringEncodingMacRoman));
+  EXPECT_EQ(Units(string.get()), std::u16string_view(u"\u00E9z\0!", 4));
   EXPECT_EQ(CFStringGetCStringPtr(string.get(), kCFStringEncodingUTF8), nullptr);
-
-  constexpr char16_t kSwapped[] = {0xFFFE, 0x4100};
-  const auto* bytes = reinterpret_cast<const UInt8*>(kSwapped);
-  const auto units = [bytes](CFIndex count, Boolean is_external) {
-    return Units(
-        Adopt(CFStringCreateWithBytes(nullptr, bytes, count, kCFStringEncodingUTF16, is_external)).get());
-  };
-  EXPECT_EQ(units(4, 1), u"A");
-  EXPECT_EQ(units(4, 0), std::u16string(kSwapped, 2));
-  EXPECT_EQ(units(3, 0), u"(null)");
 }
 
 TEST(CFString, CopiesUtf8OutWhenTextAndNulFit) {
@@ -89,16 +75,6 @@ TEST(CFString, CopiesUtf8OutWhenTextAndNulFit) {
       CFStringGetCString(FromUnits(kLoneSurrogate).get(), buffer.data(), 1024, kCFStringEncodingUTF8));
   EXPECT_TRUE(CFStringGetCString(FromUnits(u"\uFFFE\uFFFF").get(), buffer.data(), 7, kCFStringEncodingUTF8));
   EXPECT_STREQ(buffer.data(), "\xEF\xBF\xBE\xEF\xBF\xBF");
-}
-
-TEST(CFString, EncodesForTheSingleByteEncodings) {
-  std::array<char, 8> buffer{};
-  const auto accented = FromUtf8("\u00E9");
-  EXPECT_TRUE(CFStringGetCString(accented.get(), buffer.data(), 2, kCFStringEncodingMacRoman));
-  EXPECT_STREQ(buffer.data(), "\x8E");
-  EXPECT_FALSE(CFStringGetCString(accented.get(), buffer.data(), 8, kCFStringEncodingASCII));
-  EXPECT_FALSE(CFStringGetCString(FromUtf8("\u4E00").get(), buffer.data(), 8, kCFStringEncodingMacRoman));
-  EXPECT_FALSE(CFStringGetCString(accented.get(), buffer.data(), 8, kCFStringEncodingUTF16));
 }
 
 TEST(CFString, ComparesByCodeUnit) {
@@ -123,9 +99,7 @@ TEST(CFString, MutableOnesChangeAloneAndKeepTheirDirectPointerTrue) {
     EXPECT_EQ(CFStringGetCStringPtr(copy.get(), kCFStringEncodingUTF8), nullptr);
     CFStringLowercase(copy.get(), nullptr);
     EXPECT_EQ(Units(copy.get()), u"abcabc\u00E4");
-    EXPECT_EQ(CFStringGetCharacterAtIndex(copy.get(), 6), 0x00E4);
     EXPECT_EQ(Units(original.get()), u"Abc");
-    EXPECT_EQ(CFGetTypeID(copy.get()), CFStringGetTypeID());
     EXPECT_EQ(cf::Object::LiveCount(), before + 2);
   }
   EXPECT_EQ(cf::Object::LiveCount(), before);

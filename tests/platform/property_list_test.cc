@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/byte_reader.h"
+#include "platform/cf_date.h"
 #include "platform/cf_object.h"
 #include "platform/cf_ref.h"
 #include "platform/core_foundation.h"
@@ -41,12 +42,13 @@ std::string Write(CFPropertyListRef list) {
       AsText({CFDataGetBytePtr(data.get()), static_cast<std::size_t>(CFDataGetLength(data.get()))}));
 }
 
-// The elements that a text is written as again, or "refused".
+// The elements that a text is written as again, "refused", or "unwritable".
 std::string Rewritten(std::string_view text) {
   const Parsed parsed = Parse(text);
   EXPECT_NE(static_cast<bool>(parsed.list), static_cast<bool>(parsed.error)) << "always exactly one";
   if (!parsed.list) return "refused";
   const std::string written = Write(parsed.list.get());
+  if (written == "nothing") return "unwritable";
   EXPECT_TRUE(written.starts_with(kHeader) && written.ends_with(kFooter)) << written;
   return written.substr(kHeader.size(), written.size() - kHeader.size() - kFooter.size());
 }
@@ -246,6 +248,7 @@ TEST(PropertyList, ReadsDataAndDates) {
       {"<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:00Z</date>\n"},
       {"<date>2023-13-32T25:61:61Z</date>", "<date>2024-02-02T02:02:01Z</date>\n"},
       {"<date>0000-02-29T00:00:00Z</date>", "<date>0000-02-29T00:00:00Z</date>\n"},
+      {"<array><true/><date>9999-12-32T00:00:00Z</date></array>", "unwritable"},
       {"<date>2001-01-01T00:00:00</date>", "refused"},
       {"<date>2001-01-01 00:00:00Z</date>", "refused"},
       {"<date>01-01-01T00:00:00Z</date>", "refused"},
@@ -296,7 +299,7 @@ TEST(PropertyList, WritesNothingForWhatHasNoText) {
   EXPECT_EQ(Write(nullptr), "nothing");
   const UniChar lone_surrogate[] = {'a', 0xD800};
   EXPECT_EQ(Write(Adopt(CFStringCreateWithCharacters(nullptr, lone_surrogate, 2)).get()), "nothing");
-  EXPECT_EQ(Write(Adopt(CFDateCreate(nullptr, 1e12)).get()), "nothing");
+  EXPECT_EQ(Write(Adopt(new CFDateObject(1e12)).get()), "nothing");
   CFRef<CFMutableArrayRef> outer;
   for (int level = 0; level < 514; ++level) {
     const auto inner = outer;
@@ -307,8 +310,7 @@ TEST(PropertyList, WritesNothingForWhatHasNoText) {
 }
 
 TEST(PropertyList, WritesDatesBeforeTheReferenceByTheirFloor) {
-  EXPECT_EQ(Rewritten(Write(Adopt(CFDateCreate(nullptr, -0.5)).get())),
-            "<date>2000-12-31T23:59:59Z</date>\n");
+  EXPECT_EQ(Rewritten(Write(Adopt(new CFDateObject(-0.5)).get())), "<date>2000-12-31T23:59:59Z</date>\n");
 }
 
 TEST(PropertyList, ContainersOfATreeCanBeChanged) {

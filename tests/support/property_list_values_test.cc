@@ -8,6 +8,7 @@
 
 #include "platform/cf_object.h"
 #include "platform/cf_ref.h"
+#include "support/om_string.h"
 
 namespace quillmark::NCFUtils {
 namespace {
@@ -128,7 +129,7 @@ TEST_F(PropertyListValues, PutAndAppendReleaseWhatTheyMake) {
   const auto roman = static_cast<CFStringRef>(
       put(PutNullTermCharPtrIntoDict(dict_.get(), key_.get(), "\x8E", kCFStringEncodingMacRoman),
           CFStringGetTypeID()));
-  EXPECT_EQ(CFStringGetCharacterAtIndex(roman, 0), 0xE9);
+  EXPECT_EQ(OmString(roman).str(), "\u00E9");
   EXPECT_FALSE(PutCStringIntoDict(dict_.get(), key_.get(), "\x8E")) << "no UTF-8";
   EXPECT_FALSE(PutCStringIntoDict(dict_.get(), key_.get(), nullptr));
   EXPECT_EQ(GetCFStringFromDict(dict_.get(), key_.get()), roman) << "still there";
