@@ -128,15 +128,6 @@ TEST(Booleans, CannotBeReleased) {
   EXPECT_EQ(cf::Object::LiveCount(), before) << "a constant does not count";
 }
 
-TEST(Data, HoldsACopyAndAlwaysHasAPointer) {
-  UInt8 bytes[] = {1, 2};
-  const auto data = Adopt(CFDataCreate(nullptr, bytes, 2));
-  bytes[0] = 9;
-  EXPECT_EQ(CFDataGetBytePtr(data.get())[0], 1);
-  EXPECT_NE(CFDataGetBytePtr(Adopt(CFDataCreate(nullptr, nullptr, 0)).get()), nullptr);
-  EXPECT_EQ(CFDataCreate(nullptr, bytes, -1), nullptr);
-}
-
 TEST(Bundle, LiesBesideTheNearestFolderOfItsNames) {
   struct {
     const char* image;

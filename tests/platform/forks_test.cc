@@ -101,21 +101,16 @@ TEST(ForksTest, OddAppleDoubleFiles) {
   EXPECT_EQ(fork_from(two.Build()), "first");
 
   constexpr std::size_t kFork = AppleDoubleBuilder::kFirstEntryOffset + 12;
-  AppleDoubleBuilder long_fork = two;
-  long_fork.SetU32(kFork + 8, 1000);
-  EXPECT_EQ(fork_from(long_fork.Build()), "(none)");
-  AppleDoubleBuilder wrapping = two;
-  wrapping.SetU32(kFork + 4, 0xFFFFFFFF);
-  EXPECT_EQ(fork_from(wrapping.Build()), "(none)");
-  AppleDoubleBuilder many = two;
-  many.SetU16(AppleDoubleBuilder::kCountOffset, 0xFFFF);
-  EXPECT_EQ(fork_from(many.Build()), "first");
-  AppleDoubleBuilder none = two;
-  none.SetU16(AppleDoubleBuilder::kCountOffset, 0);
-  EXPECT_EQ(fork_from(none.Build()), "(none)");
-  AppleDoubleBuilder single = two;  // AppleSingle
-  single.SetU32(0, 0x00051600);
-  EXPECT_EQ(fork_from(single.Build()), "(none)");
+  const auto spoiled = [&](std::size_t offset, std::uint32_t value) {
+    AppleDoubleBuilder builder = two;
+    builder.SetU32(offset, value);
+    return fork_from(builder.Build());
+  };
+  EXPECT_EQ(spoiled(kFork + 8, 1000), "(none)");
+  EXPECT_EQ(spoiled(kFork + 4, 0xFFFFFFFF), "(none)") << "start and length wrap";
+  EXPECT_EQ(spoiled(AppleDoubleBuilder::kCountOffset - 2, 0x0000FFFF), "first") << "more than the file holds";
+  EXPECT_EQ(spoiled(AppleDoubleBuilder::kCountOffset - 2, 0), "(none)");
+  EXPECT_EQ(spoiled(0, 0x00051600), "(none)") << "AppleSingle";
 
   const std::string whole = AppleDoubleBuilder().FinderInfo("FFIL", "DMOV").ResourceFork("fork").Build();
   for (std::size_t length = 0; length < whole.size(); ++length) {

@@ -233,8 +233,6 @@ TEST(ResourceMapTest, SharedAndBrokenDataStayAsTheyAreWhenWritten) {
   EXPECT_EQ(again->Data(*again->Find(kFond, 128))->start, again->Data(*again->Find(kNfnt, 129))->start);
 }
 
-// --- Carriers
-
 struct CarrierCase {
   const char* name;
   std::optional<ForkCarrier> carrier;
@@ -245,6 +243,10 @@ const CarrierCase kCarriers[] = {
     {"AppleDouble", ForkCarrier::kAppleDouble, "._font"},
     {"raw fork", ForkCarrier::kRawFork, "resource.frk/font"},
 };
+
+std::optional<ResourceMap> OpenFrom(const CarrierCase& row, const std::string& font) {
+  return ResourceMap::Open(row.carrier ? *OpenResourceFork(font) : *OpenDataFork(font));
+}
 
 std::string Wrap(const CarrierCase& row, const std::string& fork) {
   if (row.carrier != ForkCarrier::kAppleDouble) return fork;
@@ -261,14 +263,14 @@ TEST(ResourceMapTest, WritesBackToEachCarrierFile) {
     const bool attribute = ::setxattr(carrying.c_str(), "user.note", "kept", 4, 0) == 0;
     const std::string link = folder.Path("link");
     std::filesystem::create_symlink(carrying, link);
-    auto map = ResourceMap::Open(row.carrier ? *OpenResourceFork(font) : *OpenDataFork(font));
+    auto map = OpenFrom(row, font);
     ASSERT_TRUE(map);
     ASSERT_TRUE(map->Remove(*map->Find(kNfnt, 129)));
     const MapOrigin origin{row.carrier ? font : link, row.carrier, row.carrier ? link : ""};
     EXPECT_TRUE(IsWritable(origin));
     ASSERT_TRUE(WriteMap(origin, *map));
 
-    auto again = ResourceMap::Open(row.carrier ? *OpenResourceFork(font) : *OpenDataFork(font));
+    auto again = OpenFrom(row, font);
     ASSERT_TRUE(again);
     EXPECT_EQ(Listing(*again), "FOND: 128/Times/fond 1/Times/x\nNFNT: -5// 129/-/second/8\n");
     EXPECT_EQ(ReadFinderInfo(font).type,
@@ -279,24 +281,12 @@ TEST(ResourceMapTest, WritesBackToEachCarrierFile) {
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     char note[4] = {};
     EXPECT_EQ(::getxattr(carrying.c_str(), "user.note", note, sizeof note), attribute ? 4 : -1);
+    if (!attribute) continue;
+    const char* name = "user.com.apple.ResourceFork";  // and from there into an attribute, which comes first
+    ASSERT_TRUE(WriteMap({font, ForkCarrier::kExtendedAttribute, name}, *again));
+    EXPECT_EQ(FindResourceFork(font)->carrier, ForkCarrier::kExtendedAttribute);
+    EXPECT_EQ(FindResourceFork(font)->fork.length(), Written(*again).size());
   }
-}
-
-TEST(ResourceMapTest, WritesBackToAnExtendedAttribute) {
-  const TempFolder folder;
-  const std::string font = folder.Write("font", "data");
-  const std::string fork = Suitcase().Build();
-  const char* name = "user.com.apple.ResourceFork";
-  if (::setxattr(font.c_str(), name, fork.data(), fork.size(), 0) != 0) {
-    GTEST_SKIP() << "this file system has no extended attributes";
-  }
-  auto map = ResourceMap::Open(*OpenResourceFork(font));
-  ASSERT_TRUE(map);
-  ASSERT_TRUE(map->Remove(*map->Find(kFond, 128)));
-  ASSERT_TRUE(WriteMap({font, ForkCarrier::kExtendedAttribute, name}, *map));
-  map = ResourceMap::Open(*OpenResourceFork(font));
-  ASSERT_TRUE(map);
-  EXPECT_EQ(map->CountResources(kFond), 1u);
 }
 
 TEST(ResourceMapTest, FailedWriteLeavesTheOldFileWholeAndNothingElse) {
@@ -313,7 +303,7 @@ TEST(ResourceMapTest, FailedWriteLeavesTheOldFileWholeAndNothingElse) {
       std::signal(SIGXFSZ, SIG_IGN);
       const rlimit full_disk = {3000, 3000};
       ::setrlimit(RLIMIT_FSIZE, &full_disk);
-      auto map = ResourceMap::Open(row.carrier ? *OpenResourceFork(font) : *OpenDataFork(font));
+      auto map = OpenFrom(row, font);
       const bool removed = map && map->Remove(*map->Find(kFond, 2));
       ::_exit(removed && !WriteMap({font, row.carrier, carrying}, *map) ? 0 : 1);
     }
@@ -345,13 +335,13 @@ TEST(ResourceMapTest, AppleDoubleWithOverlappingEntriesIsNotWritten) {
 // A bitmap font turned into a resource map by a program of other people, and read by it after a rewrite.
 TEST(ResourceMapTest, AgreesWithAnotherReaderAndWriter) {
   const TempFolder folder;
-  std::string font = "STARTFONT 2.1\nFONT -Quill-Marker-Medium-R-Normal--8-80-75-75-C-80-MacRoman-0\n";
-  font += "SIZE 8 75 75\nFONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 8\nFAMILY_NAME \"Marker\"\n";
-  font +=
-      "FONT_ASCENT 7\nFONT_DESCENT 1\nPIXEL_SIZE 8\nPOINT_SIZE 80\nDEFAULT_CHAR 65\nCHARSET_ENCODING \"0\"\n";
-  font += "CHARSET_REGISTRY \"MacRoman\"\nENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\nSWIDTH 1000 0\n";
-  font += "DWIDTH 8 0\nBBX 8 2 0 0\nBITMAP\n18\n24\nENDCHAR\nENDFONT\n";
-  folder.Write("marker.bdf", font);
+  folder.Write(
+      "marker.bdf",
+      "STARTFONT 2.1\nFONT -Quill-Marker-Medium-R-Normal--8-80-75-75-C-80-MacRoman-0\nSIZE 8 75 75\n"
+      "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 8\nFAMILY_NAME \"Marker\"\nFONT_ASCENT 7\nFONT_DESCENT 1\n"
+      "PIXEL_SIZE 8\nPOINT_SIZE 80\nDEFAULT_CHAR 65\nCHARSET_ENCODING \"0\"\nCHARSET_REGISTRY \"MacRoman\"\n"
+      "ENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\nSWIDTH 1000 0\nDWIDTH 8 0\nBBX 8 2 0 0\nBITMAP\n18\n"
+      "24\nENDCHAR\nENDFONT\n");
   const std::string command = "cd '" + folder.path() + "' && ufond -dfont marker.bdf > log 2>&1";
   const int status = std::system(command.c_str());
   if (WEXITSTATUS(status) == 127) GTEST_SKIP() << "fondu is not installed";

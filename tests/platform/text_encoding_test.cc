@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <thread>
-#include <vector>
 
 namespace quillmark {
 namespace {
@@ -12,20 +10,19 @@ namespace {
 using namespace std::string_literals;
 
 TEST(Utf8, RefusesWhatTheStandardCallsIllFormed) {
-  const std::string valid[] = {
-      ""s,
-      "\x7F"s,
-      "A\0B"s,
-      "\xC2\x80"s,
-      "\xDF\xBF"s,
-      "\xE0\xA0\x80"s,
-      "\xED\x9F\xBF"s,      // D7FF, before the surrogates
-      "\xEE\x80\x80"s,      // E000, behind them
-      "\xEF\xBF\xBE"s,      // FFFE
-      "\xEF\xBF\xBF"s,      // FFFF
-      "\xF0\x90\x80\x80"s,  // 10000
-      "\xF4\x8F\xBF\xBF"s,  // 10FFFF
-  };
+  // The edges of each length; around the surrogates; FFFE and FFFF, which are no characters but well-formed.
+  const std::string valid[] = {""s,
+                               "\x7F"s,
+                               "A\0B"s,
+                               "\xC2\x80"s,
+                               "\xDF\xBF"s,
+                               "\xE0\xA0\x80"s,
+                               "\xED\x9F\xBF"s,
+                               "\xEE\x80\x80"s,
+                               "\xEF\xBF\xBE"s,
+                               "\xEF\xBF\xBF"s,
+                               "\xF0\x90\x80\x80"s,
+                               "\xF4\x8F\xBF\xBF"s};
   for (const std::string& text : valid) {
     EXPECT_TRUE(IsValidUtf8(text)) << testing::PrintToString(text);
     const auto units = Utf8ToUtf16(text);
@@ -33,24 +30,22 @@ TEST(Utf8, RefusesWhatTheStandardCallsIllFormed) {
     EXPECT_EQ(Utf16ToUtf8(*units), text);
   }
 
-  const std::string invalid[] = {
-      "\x80"s,
-      "\xC0\x80"s,
-      "\xC1\xBF"s,
-      "\xC2"s,
-      "\xC2\x41"s,
-      "\xE0\x9F\xBF"s,
-      "\xE2\x82"s,
-      "\xE2\x82\x41"s,
-      "\xED\xA0\x80"s,
-      "\xED\xBF\xBF"s,
-      "\xF0\x8F\xBF\xBF"s,
-      "\xF0\x90\x80"s,
-      "\xF4\x90\x80\x80"s,
-      "\xF5\x80\x80\x80"s,
-      "\xFF"s,
-      "\xF0\x90\x41\x80"s,
-  };
+  const std::string invalid[] = {"\x80"s,
+                                 "\xC0\x80"s,
+                                 "\xC1\xBF"s,
+                                 "\xC2"s,
+                                 "\xC2\x41"s,
+                                 "\xE0\x9F\xBF"s,
+                                 "\xE2\x82"s,
+                                 "\xE2\x82\x41"s,
+                                 "\xED\xA0\x80"s,
+                                 "\xED\xBF\xBF"s,
+                                 "\xF0\x8F\xBF\xBF"s,
+                                 "\xF0\x90\x80"s,
+                                 "\xF4\x90\x80\x80"s,
+                                 "\xF5\x80\x80\x80"s,
+                                 "\xFF"s,
+                                 "\xF0\x90\x41\x80"s};
   for (const std::string& sequence : invalid) {
     const std::string text = "x\xC3\xA9" + sequence;
     EXPECT_FALSE(IsValidUtf8(text)) << testing::PrintToString(text);
@@ -59,29 +54,17 @@ TEST(Utf8, RefusesWhatTheStandardCallsIllFormed) {
   }
 }
 
-TEST(Utf8, ReadsNothingBehindTheText) {
-  EXPECT_EQ(Utf8ToUtf16(std::string_view("\u20AC").substr(0, 2)), std::nullopt);
-  EXPECT_EQ(Utf16ToUtf8(std::u16string_view(u"\U0001D11E").substr(0, 1)), std::nullopt);
-}
-
 TEST(Utf16, DropsOneLeadingMarkOnTheWayInAndNoneOnTheWayOut) {
-  EXPECT_EQ(Utf8ToUtf16("\xEF\xBB\xBF"
-                        "a\xEF\xBB\xBF"),
-            u"a\uFEFF");
+  EXPECT_EQ(Utf8ToUtf16("\xEF\xBB\xBF!\xEF\xBB\xBF"), u"!\uFEFF");
   EXPECT_EQ(Utf8ToUtf16("\xEF\xBB\xBF\xEF\xBB\xBF"), u"\uFEFF");
-  EXPECT_EQ(Utf16ToUtf8(u"\uFEFF"
-                        u"a"),
-            "\xEF\xBB\xBF"
-            "a");
+  EXPECT_EQ(Utf16ToUtf8(u"\uFEFF!"), "\xEF\xBB\xBF!");
 }
 
 TEST(Utf16, PairsSurrogatesAndRefusesLoneOnes) {
   EXPECT_EQ(Utf8ToUtf16("\xF0\x9D\x84\x9E"), u"\xD834\xDD1E");
   EXPECT_EQ(Utf16ToUtf8(u"\xD834\xDD1E"), "\xF0\x9D\x84\x9E");
-  for (const std::u16string& lone : {u"\xD834"s, u"\xDD1E"s,
-                                     u"\xD834"
-                                     u"a"s,
-                                     u"\xDD1E\xD834"s, u"\xD834\xD834\xDD1E"s}) {
+  for (const std::u16string& lone :
+       {u"\xD834"s, u"\xDD1E"s, u"\xD834!"s, u"\xDD1E\xD834"s, u"\xD834\xD834\xDD1E"s}) {
     EXPECT_EQ(Utf16ToUtf8(u"a" + lone), std::nullopt);
   }
 }
@@ -97,35 +80,29 @@ TEST(MacRoman, GivesEveryByteACharacter) {
   EXPECT_EQ(characters.count(u'\u00A4'), 0u) << "the currency sign gave way to the euro's";
 }
 
-struct Row {
-  const char* name;
-  std::string text;
-  std::optional<std::string> shift_jis;
-  std::optional<std::string> mac_japanese;
-};
-
 TEST(Japanese, DecodesSingleAndDoubleBytes) {
   const std::optional<std::string> none;
-  const Row rows[] = {
+  const struct {
+    const char* name;
+    std::string text;
+    std::optional<std::string> shift_jis;
+    std::optional<std::string> mac_japanese;
+  } rows[] = {
       {"ASCII", "Osaka~\0!"s, "Osaka~\0!"s, "Osaka~\0!"s},
       {"5C", "a\\b", "a\\b", "a\u00A5b"},
       {"half-width katakana", "\xA1\xDF", "\uFF61\uFF9F", "\uFF61\uFF9F"},
       {"80", "\x80", none, "\\"},
       {"A0", "\xA0", none, "\u00A0"},
       {"FD to FF", "\xFD\xFE\xFF", none, "\u00A9\u2122\u2026"},
-      {"FD", "\xFD", none, "\u00A9"},
-      {"FF", "\xFF", none, "\u2026"},
       {"row 81", "\x81\x5C\x81\x60\x81\x61\x81\x7C", "\u2015\u301C\u2016\u2212", "\u2015\u301C\u2016\u2212"},
       {"a trail byte that looks like a backslash", "\x95\x5C\x5C", "\u8868\\", "\u8868\u00A5"},
-      {"mixed", "MS \x96\xBE\x92\xA9", "MS \u660E\u671D", "MS \u660E\u671D"},
       {"the last character", "\xEA\xA4", "\u7199", "\u7199"},
       {"cut", "a\x96", none, none},
       {"bad trail byte", "\x96\x20", none, none},
-      {"bad trail byte 7F", "\x81\x7F", none, none},
       {"no such character", "\x85\x40", none, none},
       {"one bad among good", "\x96\xBE\x85\x40\x92\xA9", none, none},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     EXPECT_EQ(ShiftJisToUtf8(row.text), row.shift_jis) << row.name;
     EXPECT_EQ(MacJapaneseToUtf8(row.text), row.mac_japanese) << row.name;
   }
@@ -172,15 +149,6 @@ TEST(Lowercase, FollowsUnicode) {
       {u"\u0130\u03A3", u"i\u0307\u03C2"},
   };
   for (const auto& row : rows) EXPECT_EQ(LowercaseUtf16(row.text), row.lower);
-}
-
-TEST(Japanese, ServesSeveralThreadsFromTheFirstCallOn) {
-  std::vector<std::optional<std::string>> results(4);
-  {
-    std::vector<std::jthread> threads;
-    for (auto& result : results) threads.emplace_back([&result] { result = ShiftJisToUtf8("\x96\xBE"); });
-  }
-  for (const auto& result : results) EXPECT_EQ(result, "\u660E");
 }
 
 }  // namespace
