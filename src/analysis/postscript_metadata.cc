@@ -9,7 +9,7 @@
 
 #include "analysis/name_table.h"
 #include "analysis/postscript_header.h"
-#include "platform/cf_ref.h"
+#include "analysis/printer_font.h"
 #include "platform/forks.h"
 #include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
@@ -18,9 +18,7 @@
 namespace quillmark {
 namespace {
 
-constexpr std::int16_t kFirstPostID = 501;
-constexpr std::size_t kFullPostSize = 2048;  // a segment that continues in the next one
-constexpr std::size_t kHeaderSize = 6000;    // bytes of a data fork that are examined
+constexpr std::size_t kHeaderSize = 6000;  // bytes of a data fork that are examined
 
 enum class CidKind { kNone, kCid, kOcf };
 
@@ -50,16 +48,7 @@ CidKind CidKindOf(QuillmarkResourceFile& file, Handle fond, std::int16_t style, 
   return is_cid ? CidKind::kCid : CidKind::kNone;
 }
 
-// Through the platform's UTF-8 string and back: text that is no UTF-8 comes out empty.
-void PassThroughPlatformString(OmString* text) {
-  if (text == nullptr) return;
-  const CFRef<CFStringRef> string =
-      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text->c_str(), kCFStringEncodingUTF8));
-  text->Set(string.get());
-}
-
-// Reads the font program's header out of the printer font file's first two POST resources, where its names
-// are.
+// Gathers from the printer font file that the family names.
 CollectStatus ReadPrinterFont(QuillmarkResourceFile& family_file, const OmString& path, Handle fond,
                               std::int16_t style, const FaceOutputs& outputs) {
   const std::string name = family_file.getPSPrinterNameForFOND(fond, style);
@@ -68,21 +57,7 @@ CollectStatus ReadPrinterFont(QuillmarkResourceFile& family_file, const OmString
   const std::string printer_path = (std::filesystem::path(path.str()).parent_path() / name).string();
   if (outputs.printer_font_path) *outputs.printer_font_path = printer_path;
 
-  const ResourceFileHolder printer_file(QuillmarkResourceFile::initWithFile(printer_path, true));
-  if (printer_file.get() == nullptr) return kPrinterFontMissing;
-  CollectStatus status = kUndecided;
-  for (const std::int16_t id : {kFirstPostID, static_cast<std::int16_t>(kFirstPostID + 1)}) {
-    const ResourceHandle segment(printer_file.get()->getResourceHandleForType(FourCharCode("POST"), id));
-    const std::size_t size = HandleBytes(segment.get()).size();
-    if (size == 0 || (size == kFullPostSize && id != kFirstPostID)) break;
-    GatherMetaDataFromHandle(segment.get(), outputs);
-    for (OmString* text :
-         {outputs.names.display_name, outputs.names.full_name, outputs.names.post_script_name}) {
-      PassThroughPlatformString(text);
-    }
-    status = kCollected;
-  }
-  return status;
+  return GatherFromPrinterFont(printer_path, outputs);
 }
 
 // The family's resource name as a face shows it: %MMyriadMM_400_600_ is MyriadMM.

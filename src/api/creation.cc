@@ -4,6 +4,7 @@
 
 #include "analysis/checksum.h"
 #include "analysis/font_extension.h"
+#include "analysis/printer_font.h"
 #include "api/collection_faces.h"
 #include "api/font_array.h"
 #include "api/resource_font_faces.h"
@@ -13,9 +14,10 @@
 std::int32_t QM_CreateSpecifier(const char* path, std::int32_t, std::uint32_t request,
                                 QM_FontArray** outArray) {
   if (!path || !outArray) return QM_STATUS_FAILED;
-  // Both forks and their checksum are looked up once for all faces.
+  // What the faces share is looked up, summed and parsed once.
   const quillmark::ForkLookupScope look_ups;
   const quillmark::FileChecksumScope checksums;
+  const quillmark::PrinterFontScope printer_fonts;
 
   auto faces = std::make_unique<QM_FontArray>();
   if (quillmark::fontTypeFromExtension(path) == quillmark::kExtensionTtc) {
