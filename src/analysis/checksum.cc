@@ -47,10 +47,7 @@ ForkChecksums ComputeForkChecksums(const std::string& path) {
 
 ForkChecksums ChecksumsOf(const std::string& path) {
   ChecksumMemory* const memory = ChecksumMemory::Current();
-  if (memory == nullptr) return ComputeForkChecksums(path);
-  const auto found = memory->files.find(path);
-  if (found != memory->files.end()) return found->second;
-  return memory->files.emplace(path, ComputeForkChecksums(path)).first->second;
+  return Remember(memory ? &memory->files : nullptr, path, [&path] { return ComputeForkChecksums(path); });
 }
 
 }  // namespace
@@ -74,13 +71,13 @@ std::uint32_t ChecksumLongAlignedData(std::uint32_t start, Bytes data) {
 
 ChecksumMemory* ChecksumMemory::Current() { return current_memory; }
 
-FileChecksumScope::FileChecksumScope() {
+ChecksumScope::ChecksumScope() {
   if (current_memory != nullptr) return;
   memory_ = std::make_unique<ChecksumMemory>();
   current_memory = memory_.get();
 }
 
-FileChecksumScope::~FileChecksumScope() {
+ChecksumScope::~ChecksumScope() {
   if (memory_) current_memory = nullptr;
 }
 

@@ -31,14 +31,14 @@ class CChecksum {
 // zero.
 std::uint32_t ChecksumLongAlignedData(std::uint32_t start, Bytes data);
 
-// While one of these lives on a thread, the whole-file checksum of a path is computed once on it and
-// remembered, as is what the checksums of a FOND's styles share. They may nest; the outermost one forgets.
-class FileChecksumScope {
+// While one of these lives on a thread, what several faces share is summed once on it: whole files by their
+// paths, printer fonts and resources. They may nest; the outermost one forgets.
+class ChecksumScope {
  public:
-  FileChecksumScope();
-  ~FileChecksumScope();
-  FileChecksumScope(const FileChecksumScope&) = delete;
-  FileChecksumScope& operator=(const FileChecksumScope&) = delete;
+  ChecksumScope();
+  ~ChecksumScope();
+  ChecksumScope(const ChecksumScope&) = delete;
+  ChecksumScope& operator=(const ChecksumScope&) = delete;
 
  private:
   std::unique_ptr<ChecksumMemory> memory_;  // of the outermost one

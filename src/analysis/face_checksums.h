@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "analysis/fond_kerning.h"
 #include "platform/resource_manager.h"
 #include "support/om_string.h"
 
@@ -25,6 +26,20 @@ std::uint32_t GetKestineChecksum(Handle fond, std::int16_t style);
 // The current checksum; the one of the earlier scheme goes to `fileChecksum`.
 std::uint32_t GetOmbreluxChecksum(const OmString& path, QuillmarkResourceFile* resourceFile, Handle fond,
                                   std::int16_t style, bool wantDataForkChecksum, std::uint32_t& fileChecksum);
+
+// While one of these lives on a thread, the kerning table of its FOND is walked once for all styles. The FOND
+// must keep its data as long. They may nest; the innermost one serves.
+class FondKerningScope {
+ public:
+  explicit FondKerningScope(Handle fond);
+  ~FondKerningScope();
+  FondKerningScope(const FondKerningScope&) = delete;
+  FondKerningScope& operator=(const FondKerningScope&) = delete;
+
+ private:
+  FondKerning kerning_;
+  FondKerning* const outer_;
+};
 
 }  // namespace quillmark
 

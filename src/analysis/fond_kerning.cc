@@ -5,7 +5,7 @@
 
 namespace quillmark {
 
-FondKerning::FondKerning(Bytes fond) : fond_(fond.begin(), fond.end()), crcs_(fond_) {
+FondKerning::FondKerning(Bytes fond) : fond_(fond), crcs_(fond) {
   Walk();
   std::ranges::stable_sort(sub_tables_, {}, &SubTable::style);
 }
@@ -36,8 +36,6 @@ void FondKerning::Walk() {
     sub_tables_.push_back(found);
   }
 }
-
-bool FondKerning::Describes(Bytes fond) const { return AsText(fond) == AsText(fond_); }
 
 std::span<const FondKerning::SubTable> FondKerning::Of(std::int16_t style) const {
   const auto begin = std::ranges::lower_bound(sub_tables_, style, {}, &SubTable::style);

@@ -15,15 +15,16 @@
 
 namespace quillmark {
 
-// Walks the table once, for all the styles of the family. Holds its own copy of the FOND.
+// Walks the table once, for all the styles of the family. Reads the FOND where it lies, which must outlive
+// the object.
 class FondKerning {
  public:
   explicit FondKerning(Bytes fond);
   FondKerning(const FondKerning&) = delete;
   FondKerning& operator=(const FondKerning&) = delete;
 
-  // Whether it was made of these very bytes.
-  bool Describes(Bytes fond) const;
+  // Whether it was made of the bytes at this place.
+  bool Describes(Bytes fond) const { return fond.data() == fond_.data() && fond.size() == fond_.size(); }
 
   // Wrapping sum of the bytes of the style's sub-tables, headers and pairs.
   std::uint32_t SumOfBytes(std::int16_t style) const;
@@ -43,7 +44,7 @@ class FondKerning {
   void Walk();
   std::span<const SubTable> Of(std::int16_t style) const;
 
-  std::vector<std::uint8_t> fond_;
+  Bytes fond_;
   std::vector<SubTable> sub_tables_;  // by style, within it in the order they were met
   RangeCrc32 crcs_;
 };

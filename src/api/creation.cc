@@ -16,7 +16,7 @@ std::int32_t QM_CreateSpecifier(const char* path, std::int32_t, std::uint32_t re
   if (!path || !outArray) return QM_STATUS_FAILED;
   // What the faces share is looked up, summed and parsed once.
   const quillmark::ForkLookupScope look_ups;
-  const quillmark::FileChecksumScope checksums;
+  const quillmark::ChecksumScope checksums;
   const quillmark::PrinterFontScope printer_fonts;
 
   auto faces = std::make_unique<QM_FontArray>();

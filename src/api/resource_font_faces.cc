@@ -34,6 +34,7 @@ class ResourceFontReader {
     for (int i = 1; i <= fond_count || (fond_count == 0 && i == 1); ++i) {
       const ResourceHandle fond(
           getHandleOfTypeAndIndex(file_.get(), kFondType, static_cast<std::int16_t>(i)));
+      const FondKerningScope kerning(fond.get());
       const auto style_count = static_cast<std::int16_t>(getCountOfUniqueStyles(file_.get(), fond.get()));
       std::int16_t first_resource_id = -1;
       for (int j = 0; j < style_count || (style_count == 0 && j == 0); ++j) {

@@ -83,10 +83,10 @@ TEST(Checksum, IsRememberedWithinAScopeOnly) {
     return CChecksum::CalculateFileChecksum(path, &crc, nullptr) ? crc : 0;
   };
   {
-    const FileChecksumScope outer;
+    const ChecksumScope outer;
     EXPECT_EQ(checksum(), Zlib("one"));
     folder.Write("Font", "two");
-    { const FileChecksumScope inner; }
+    { const ChecksumScope inner; }
     EXPECT_EQ(checksum(), Zlib("one"));
   }
   EXPECT_EQ(checksum(), Zlib("two"));

@@ -9,8 +9,11 @@
 #include <vector>
 
 #include "analysis/checksum.h"
+#include "analysis/postscript_metadata.h"
+#include "analysis/printer_font.h"
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
+#include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
 #include "resources/quillmark_resource_file.h"
@@ -31,15 +34,26 @@ struct KerningChecksums {
   bool operator==(const KerningChecksums&) const = default;
 };
 
-// Of a FOND that belongs to no file: the second is the CRC of the kerning pairs alone.
+// Of a FOND that belongs to no file: the second is the CRC of the kerning pairs alone. With its kerning
+// remembered it has the same.
 KerningChecksums Checksums(const std::string& fond, std::int16_t style) {
   const Handle handle = NewHandle(static_cast<Size>(fond.size()));
   std::ranges::copy(fond, *handle);
-  std::uint32_t file_checksum = 1;
-  const KerningChecksums checksums = {
-      GetKestineChecksum(handle, style),
-      GetOmbreluxChecksum("/nowhere/at/all", nullptr, handle, style, false, file_checksum)};
-  EXPECT_EQ(file_checksum, checksums.ombrelux);
+  const auto ask = [handle, style] {
+    std::uint32_t file_checksum = 1;
+    const KerningChecksums found = {
+        GetKestineChecksum(handle, style),
+        GetOmbreluxChecksum("/nowhere/at/all", nullptr, handle, style, false, file_checksum)};
+    EXPECT_EQ(file_checksum, found.ombrelux);
+    return found;
+  };
+  const KerningChecksums checksums = ask();
+  {
+    const FondKerningScope scope(handle);
+    EXPECT_EQ(ask(), checksums);
+    const FondKerningScope of_none(nullptr);  // must not serve this FOND
+    EXPECT_EQ(ask(), checksums);
+  }
   DisposeHandle(handle);
   return checksums;
 }
@@ -84,7 +98,6 @@ TEST(FaceChecksums, TakeEverySubTableOfTheStyle) {
 }
 
 TEST(FaceChecksums, FollowSpoiledKerningTables) {
-  const FileChecksumScope scope;  // what it remembers of one FOND must not serve the next
   FondBuilder plain(128);
   plain.Association(9, 0, 1).Kerning(0, {{1, 2, 3}, {4, 5, 6}}).Kerning(1, {}).Kerning(0, {{7, 8, 9}});
   const std::string fond = plain.Build();
@@ -209,6 +222,57 @@ TEST(FaceChecksums, FallBackFromOutlinesToBitmapsToTheFile) {
     // A file that cannot be read leaves what the face itself gave.
     EXPECT_EQ(GetOmbreluxChecksum("", font.file.get(), font.fond.get(), 0, true, file_checksum), expected);
     EXPECT_EQ(file_checksum, expected) << row.name;
+  }
+}
+
+TEST(FaceChecksums, AndNamesAreTheSameWhenStylesShareWhatTheyName) {
+  // Styles 0 to 3 name one printer font file, 4 to 7 an outline; the odd ones are kerned.
+  FondBuilder fond(128);
+  fond.StyleString("Quill-Bold");
+  for (std::int16_t style = 0; style < 8; ++style) {
+    fond.Association(style < 4 ? 9 : 0, style, style < 4 ? 5 : 7);
+    if (style >= 6) fond.Association(0, style, 8);
+    if (style % 2 == 1) fond.Kerning(style, {{1, 2, style}});
+  }
+  const auto suitcase = ResourceForkBuilder()
+                            .Add(FourCharCode("NFNT"), 5, "bitmap")
+                            .Add(FourCharCode("sfnt"), 7, "seven")
+                            .Add(FourCharCode("sfnt"), 8, "eight");
+  const auto segments = ResourceForkBuilder()
+                            .Add(FourCharCode("POST"), 501, "\1 /FamilyName (Fa) /version (1) /FontName /Na ")
+                            .Add(FourCharCode("POST"), 502, "second");
+  for (const std::string& fork : {segments.Build(), ResourceForkBuilder().Build(), ""s}) {
+    const TempFolder folder;
+    const ResourceFont font(folder, suitcase, fond.Build());
+    folder.Write("QuillBol", "%!PS /version (2)");
+    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(fork).Build());
+    const auto ask = [&font] {
+      std::vector<std::string> found;
+      for (std::int16_t style = 0; style < 8; ++style) {
+        std::uint32_t file_checksum = 1;
+        found.push_back(std::to_string(GetOmbreluxChecksum(font.path, font.file.get(), font.fond.get(), style,
+                                                           style == 3, file_checksum)));
+        found.push_back(std::to_string(file_checksum));
+        GatheredNames names;
+        if (style >= 2) names.version = "given";  // and so kept
+        FaceOutputs outputs = names.Outputs();
+        if (style % 2 == 1) outputs.names.full_name = nullptr;
+        found.push_back(std::to_string(
+            CollectPSMetaDataMac(font.file.get(), font.path, font.fond.get(), style, outputs)));
+        for (const OmString& name :
+             {names.kind, names.family, names.version, names.post_script, names.full}) {
+          found.push_back(name.str());
+        }
+      }
+      return found;
+    };
+    const auto alone = ask();
+    const ChecksumScope checksums;
+    const PrinterFontScope printer_fonts;
+    EXPECT_EQ(ask(), alone);
+    folder.Write("QuillBol", "changed");
+    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork("changed").Build());
+    EXPECT_EQ(ask(), alone) << "read again";
   }
 }
 
