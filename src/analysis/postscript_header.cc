@@ -127,7 +127,7 @@ void GatherPostScriptMetaDataFromData(std::string_view lowered, std::string_view
   if (names.family_name) GatherFamilyName(lowered, data, *names.family_name);
   if (names.post_script_name) {
     GatherPostScriptName(lowered, data, *names.post_script_name);
-    // The /FullName value is no face name here, however much it looks like one: stored results rely on it.
+    // The /FullName value is not used as the full name, which it looks made for: stored results rely on it.
     if (names.display_name) *names.display_name = *names.post_script_name;
     if (names.full_name) *names.full_name = *names.post_script_name;
   }

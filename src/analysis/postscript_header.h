@@ -18,8 +18,8 @@ namespace quillmark {
 std::string LowerCasedHeader(std::string_view data);
 
 // Finds a key, such as "/notice", and stores what stands behind it: the text up to the bracket that matches
-// the opening one, or a word up to the next blank; at most 3999 bytes. False, with `value` as it was, without
-// the key.
+// the opening one, or a word up to the next blank; a zero byte ends either, and so do 3999 bytes. False, with
+// `value` as it was, without the key.
 bool findBlobForToken(std::string_view lowered, std::string_view data, std::string_view key, OmString* value);
 
 // Finds a comment's key, its case counting, and stores what stands between the first delimiter behind it (and
