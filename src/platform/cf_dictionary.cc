@@ -23,6 +23,10 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, C
   return new CFDictionaryObject;
 }
 
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
+  return static_cast<CFIndex>(dictionary->entries.size());
+}
+
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
   const auto found = dictionary->entries.find(static_cast<CFStringRef>(key));
   return found == dictionary->entries.end() ? nullptr : found->second.get();

@@ -145,6 +145,7 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, 
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const CFDictionaryKeyCallBacks* keyCallbacks,
                                                  const CFDictionaryValueCallBacks* valueCallbacks);
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
 
