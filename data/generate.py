@@ -16,9 +16,29 @@ from xml.sax.saxutils import escape
 HERE = pathlib.Path(__file__).resolve().parent
 
 
+class Row(dict):
+    """The fields of one line of a table by the names of their columns."""
+
+    def __init__(self, place, columns, fields):
+        super().__init__(zip(columns, fields))
+        self.place = place
+        if len(fields) != len(columns):
+            self.fail(f"{len(fields)} fields, not {len(columns)}")
+
+    def fail(self, why):
+        sys.exit(f"{self.place}: {why}")
+
+    def flag(self, column):
+        if self[column] not in ("yes", "no"):
+            self.fail(f"{column} is {self[column]!r}, neither yes nor no")
+        return self[column] == "yes"
+
+
 def rows(name):
     with open(HERE / name, encoding="utf-8", newline="") as table:
-        return list(csv.DictReader(table, delimiter="\t", quoting=csv.QUOTE_NONE))
+        reader = csv.reader(table, delimiter="\t", quoting=csv.QUOTE_NONE)
+        columns = next(reader)
+        return [Row(f"{name}:{reader.line_num}", columns, fields) for fields in reader]
 
 
 def element(value, level=0):
@@ -57,10 +77,12 @@ def foundries():
 
 
 def classifications():
-    return {
-        "Default Classifications": [row["class"] for row in rows("classes.tsv")],
-        "Mappings": {row["family"]: row["class"] for row in rows("classifications.tsv")},
-    }
+    mappings = {}
+    for row in rows("classifications.tsv"):
+        if row["family"] in mappings:
+            row.fail(f"{row['family']!r} is listed already")
+        mappings[row["family"]] = row["class"]
+    return {"Default Classifications": [row["class"] for row in rows("classes.tsv")], "Mappings": mappings}
 
 
 def keywords():
@@ -71,8 +93,8 @@ def keywords():
         {
             "style-constant": int(row["constant"]),
             "display": row["display"],
-            "is-modifier": row["modifier"] == "yes",
-            "compounds": row["compounds"] == "yes",
+            "is-modifier": row.flag("modifier"),
+            "compounds": row.flag("compounds"),
             "match-strings": words.pop(row["constant"], []),
         }
         for row in rows("style_components.tsv")
@@ -82,7 +104,7 @@ def keywords():
     styles = [
         {
             "display": row["display"],
-            "isweight": row["weight"] == "yes",
+            "isweight": row.flag("weight"),
             "components": [int(constant) for constant in row["constants"].split()],
         }
         for row in rows("styles.tsv")
