@@ -28,20 +28,26 @@ CClassificationMappings::CClassificationMappings() { LoadMappings(); }
 void CClassificationMappings::LoadMappings() {
   const auto list = LoadBundlePropertyList("DefaultClassifications.plist", kCFPropertyListMutableContainers);
   table_ = Share(AsDictionary(list.get()));
+  mappings_ = {};
+  if (table_) {
+    mappings_ = Share(AsDictionary(CFDictionaryGetValue(table_.get(), TableKey(kMappings).get())));
+  }
   // The list and the lookups spell the absent class alike.
   ReplaceDefaultClassification(TableKey("None").get(), TableKey(kUnknown).get());
 }
 
+bool CClassificationMappings::empty() const {
+  return !mappings_ || CFDictionaryGetCount(mappings_.get()) == 0;
+}
+
 OmString CClassificationMappings::GetClassNameFromFontFamily(const OmString& family) const {
   const OmString unknown = GetUnknownClassificationName();
-  if (!table_) return unknown;
-  const CFDictionaryRef mappings =
-      AsDictionary(CFDictionaryGetValue(table_.get(), TableKey(kMappings).get()));
+  if (!mappings_) return unknown;
   const auto name = Adopt(family.GetCFString(kCFStringEncodingUTF8));
-  if (!mappings || !name) return unknown;
+  if (!name) return unknown;
   const auto key = Adopt(CFStringCreateMutableCopy(kCFAllocatorDefault, 0, name.get()));
   CFStringLowercase(key.get(), nullptr);
-  const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings, key.get());
+  const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings_.get(), key.get());
   const auto class_name = value ? Utf8Within(value, kClassNameCapacity) : std::nullopt;
   return class_name ? OmString(*class_name) : unknown;
 }

@@ -22,6 +22,9 @@ class CClassificationMappings {
   CClassificationMappings& operator=(const CClassificationMappings&) = delete;
 
   void LoadMappings();
+  // Whether the families are missing, could not be read, or are none.
+  bool empty() const;
+
   // The class of the family whose lower-cased name is a key of the table, whole; else "--".
   OmString GetClassNameFromFontFamily(const OmString& family) const;
   // Replaces each built-in class equal to `old_name` by `new_name`; returns how many.
@@ -30,6 +33,7 @@ class CClassificationMappings {
 
  private:
   CFRef<CFDictionaryRef> table_;
+  CFRef<CFDictionaryRef> mappings_;  // the table's, from family to class
 };
 
 }  // namespace quillmark

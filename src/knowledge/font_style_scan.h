@@ -7,7 +7,6 @@
 #define QUILLMARK_KNOWLEDGE_FONT_STYLE_SCAN_H_
 
 #include <cstdint>
-#include <map>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -43,6 +42,8 @@ class OmFontStyleScan {
   // Loads the table once. Throws DataRetrieveError for a malformed table, and tries again on the next call
   // then.
   static void Initialize();
+  // Loads the table at once, also over a loaded one. Must not run beside a scan, whose words and styles it
+  // replaces.
   static void OSLoadStyleResources();
 
   // The component that lists `word`; false, with `component` as it was, when none does.

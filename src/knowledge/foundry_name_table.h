@@ -33,8 +33,8 @@ class CFoundryNameTable {
   // True when an entry lists the code; its name goes to `foundry`. A name that is not empty on entry gives
   // false without a search.
   bool IsKnownCreatorCode(std::uint32_t creator_code, OmString* foundry) const;
-  // True when an entry's pattern occurs in the lower-cased text; its name goes to `foundry` (may be null).
-  // Default entries met before the match go to `default_foundry` (may be null).
+  // True when an entry's pattern occurs in the lower-cased text; its name goes to `foundry` (may be null),
+  // which false leaves as it was. Default entries met before the match go to `default_foundry` (may be null).
   bool ContainsKnownFoundryName(const OmString& text, OmString* foundry,
                                 OmString* default_foundry = nullptr) const;
   // Creator code, then text, then the default entry, then "--".

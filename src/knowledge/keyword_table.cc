@@ -24,20 +24,33 @@ std::optional<std::int32_t> Constant(CFNumberRef number) {
   return constant;
 }
 
-std::optional<SStyleComponent> ReadComponent(CFDictionaryRef element) {
-  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, TableKey("display").get());
-  const CFArrayRef words = NCFUtils::GetCFArrayFromDict(element, TableKey("match-strings").get());
-  const auto constant = Constant(NCFUtils::GetCFNumberFromDict(element, TableKey("style-constant").get()));
+// The keys of a component and of a style, made once for all elements.
+struct ComponentKeys {
+  CFRef<CFStringRef> display = TableKey("display");
+  CFRef<CFStringRef> words = TableKey("match-strings");
+  CFRef<CFStringRef> constant = TableKey("style-constant");
+  CFRef<CFStringRef> modifier = TableKey("is-modifier");
+  CFRef<CFStringRef> compounds = TableKey("compounds");
+};
+struct StyleKeys {
+  CFRef<CFStringRef> display = TableKey("display");
+  CFRef<CFStringRef> constants = TableKey("components");
+  CFRef<CFStringRef> weight = TableKey("isweight");
+};
+
+std::optional<SStyleComponent> ReadComponent(CFDictionaryRef element, const ComponentKeys& keys) {
+  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, keys.display.get());
+  const CFArrayRef words = NCFUtils::GetCFArrayFromDict(element, keys.words.get());
+  const auto constant = Constant(NCFUtils::GetCFNumberFromDict(element, keys.constant.get()));
   SStyleComponent component;
-  const bool has_modifier =
-      NCFUtils::GetBoolFromDict(element, TableKey("is-modifier").get(), component.isModifier);
+  const bool has_modifier = NCFUtils::GetBoolFromDict(element, keys.modifier.get(), component.isModifier);
   if (!display || !words || !constant || !has_modifier) return std::nullopt;
   auto text = Utf8Within(display, kTextCapacity);
   if (!text) return std::nullopt;
   component.display = std::move(*text);
   component.styleConstant = *constant;
   // The one key that may be absent: such a component does not compound.
-  static_cast<void>(NCFUtils::GetBoolFromDict(element, TableKey("compounds").get(), component.compounds));
+  static_cast<void>(NCFUtils::GetBoolFromDict(element, keys.compounds.get(), component.compounds));
   for (CFIndex i = 0; i < CFArrayGetCount(words); ++i) {
     const CFStringRef word = AsString(CFArrayGetValueAtIndex(words, i));
     auto spelling = word ? Utf8Within(word, kTextCapacity) : std::nullopt;
@@ -46,11 +59,11 @@ std::optional<SStyleComponent> ReadComponent(CFDictionaryRef element) {
   return component;
 }
 
-std::optional<SBuiltinStyle> ReadStyle(CFDictionaryRef element) {
-  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, TableKey("display").get());
-  const CFArrayRef constants = NCFUtils::GetCFArrayFromDict(element, TableKey("components").get());
+std::optional<SBuiltinStyle> ReadStyle(CFDictionaryRef element, const StyleKeys& keys) {
+  const CFStringRef display = NCFUtils::GetCFStringFromDict(element, keys.display.get());
+  const CFArrayRef constants = NCFUtils::GetCFArrayFromDict(element, keys.constants.get());
   SBuiltinStyle style;
-  const bool has_weight = NCFUtils::GetBoolFromDict(element, TableKey("isweight").get(), style.isWeight);
+  const bool has_weight = NCFUtils::GetBoolFromDict(element, keys.weight.get(), style.isWeight);
   if (!display || !constants || !has_weight) return std::nullopt;
   auto text = Utf8Within(display, kTextCapacity);
   if (!text) return std::nullopt;
@@ -81,24 +94,26 @@ void KeywordTable::Load(CFDictionaryRef root) {
 void KeywordTable::LoadComponents(CFArrayRef elements) {
   components_.clear();
   component_of_word_.clear();
+  const ComponentKeys keys;
   for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
     const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
-    auto component = element ? ReadComponent(element) : std::nullopt;
+    auto component = element ? ReadComponent(element, keys) : std::nullopt;
     if (!component) continue;
     for (const std::string& word : component->matchStrings) {
       component_of_word_.try_emplace(word, components_.size());
     }
     // Not cleared above: a constant of an earlier load stays known until a component of this one takes it.
-    component_by_constant_[component->styleConstant] = *component;
+    compounds_[component->styleConstant] = component->compounds;
     components_.push_back(std::move(*component));
   }
 }
 
 void KeywordTable::LoadStyles(CFArrayRef elements) {
   styles_.clear();
+  const StyleKeys keys;
   for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
     const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
-    auto style = element ? ReadStyle(element) : std::nullopt;
+    auto style = element ? ReadStyle(element, keys) : std::nullopt;
     if (style) styles_.push_back(std::move(*style));
   }
 }
@@ -109,8 +124,8 @@ const SStyleComponent* KeywordTable::FindWord(std::string_view word) const {
 }
 
 bool KeywordTable::Compounds(std::int32_t constant) const {
-  const auto found = component_by_constant_.find(constant);
-  return found != component_by_constant_.end() && found->second.compounds;
+  const auto found = compounds_.find(constant);
+  return found != compounds_.end() && found->second;
 }
 
 void OmFontStyleScan::Initialize() {

@@ -31,6 +31,8 @@ class KeywordTable {
   // Whether the constant names a component that compounds.
   bool Compounds(std::int32_t constant) const;
   const std::vector<SBuiltinStyle>& styles() const { return styles_; }
+  // Whether the words or the styles are missing, could not be read, or are none.
+  bool empty() const { return components_.empty() || styles_.empty(); }
 
  private:
   struct WordHash {
@@ -43,7 +45,7 @@ class KeywordTable {
 
   std::vector<SStyleComponent> components_;
   std::unordered_map<std::string, std::size_t, WordHash, std::equal_to<>> component_of_word_;
-  std::map<std::int32_t, SStyleComponent> component_by_constant_;  // the last of those that share a constant
+  std::map<std::int32_t, bool> compounds_;  // by constant; of those that share one the last component's
   std::vector<SBuiltinStyle> styles_;
 };
 

@@ -12,6 +12,7 @@
 #include "knowledge/font_style_scan.h"
 #include "knowledge/keyword_table.h"
 #include "knowledge/style_scanner.h"
+#include "support/om_string.h"
 
 namespace quillmark {
 namespace {
@@ -124,8 +125,6 @@ std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> compone
   return BestCandidates(candidates, best);
 }
 
-char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 }  // namespace
 
 std::int32_t OmFontStyleScan::ScanFontForBuiltinStyles(const std::string& primary,
@@ -148,7 +147,7 @@ std::uint32_t OmFontStyleScan::FindBuiltinMatchesForStyleComponents(
 
 bool OmFontStyleScan::ScanFontForUserStyle(std::string first, std::string second, std::string user_style) {
   for (std::string* const text : {&first, &second, &user_style}) {
-    std::transform(text->begin(), text->end(), text->begin(), AsciiLower);
+    *text = OmString(*text).ToLower().str();
   }
   return first.find(user_style) != std::string::npos || second.find(user_style) != std::string::npos;
 }

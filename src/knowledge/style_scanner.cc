@@ -165,8 +165,8 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
   const SStyleComponent* const light =
       Contains(primary, "HelveticaNeue") ? KeywordTable::Shared().FindWord("Light") : nullptr;
 
-  // Where each was seen last.
-  std::optional<std::size_t> italic;
+  bool italic = false;
+  // Where each of the others was seen last.
   std::optional<std::size_t> bold;
   std::optional<std::size_t> roman;
   std::optional<std::size_t> regular;
@@ -175,7 +175,7 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
   for (std::size_t i = 0; i < list.size(); ++i) {
     switch (const std::int32_t constant = list[i].constant) {
       case kItalic:
-        italic = i;
+        italic = true;
         break;
       case kBold:
         bold = i;

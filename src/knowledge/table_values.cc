@@ -27,6 +27,10 @@ CFNumberRef AsNumber(CFTypeRef value) { return AsType<CFNumberRef>(value, CFNumb
 CFStringRef AsString(CFTypeRef value) { return AsType<CFStringRef>(value, CFStringGetTypeID()); }
 
 std::optional<std::string> Utf8Within(CFStringRef string, std::size_t capacity) {
+  if (const char* const ascii = CFStringGetCStringPtr(string, kCFStringEncodingUTF8)) {
+    if (static_cast<std::size_t>(CFStringGetLength(string)) >= capacity) return std::nullopt;
+    return ascii;
+  }
   std::string buffer(capacity, '\0');
   if (!CFStringGetCString(string, buffer.data(), static_cast<CFIndex>(capacity), kCFStringEncodingUTF8)) {
     return std::nullopt;
