@@ -27,7 +27,7 @@ OmString LegacyFoundryName(const CFoundryNameTable& table, const QM_FontSpecifie
   const std::uint32_t creator2 = face.outlineFileCreator;
   if (CFoundryNameTable::IsQuestionableCreatorCode(creator1) ||
       CFoundryNameTable::IsQuestionableCreatorCode(creator2)) {
-    if (!table.ContainsKnownFoundryName(face.foundry, &result)) result = "";
+    table.ContainsKnownFoundryName(face.foundry, &result);
   }
   if (result.empty() && !table.IsKnownCreatorCode(creator1, &result) &&
       !table.IsKnownCreatorCode(creator2, &result)) {
@@ -79,11 +79,9 @@ std::int32_t QM_GetStyles(const char* primaryName, const char* secondaryName, st
 std::int32_t QM_GetClassificationFromFamily(const char* family, const char* alternate, char* buffer,
                                             std::int32_t bufferSize) {
   if (!family || !buffer) return QM_STATUS_FAILED;
-  OmString result;
-  if (const CClassificationMappings* mappings = CClassificationMappings::GetSharedClassificationMappings()) {
-    result = mappings->GetClassNameFromFontFamily(family);
-    if (result == "--" && alternate) result = mappings->GetClassNameFromFontFamily(alternate);
-  }
+  const CClassificationMappings& mappings = *CClassificationMappings::GetSharedClassificationMappings();
+  OmString result = mappings.GetClassNameFromFontFamily(family);
+  if (result == "--" && alternate) result = mappings.GetClassNameFromFontFamily(alternate);
   CopyOut(result.str(), buffer, bufferSize);
   return QM_STATUS_OK;
 }
