@@ -48,7 +48,10 @@ void TryFoundries() {
   const quillmark::OmString canonical = table.GetCanonicalFoundryName(0, text);
   const quillmark::OmString& expected = known ? name : default_name.empty() ? "--" : default_name;
   if (canonical.str() != expected.str()) std::abort();
-  table.IsKnownCreatorCode(0x41535046, &name);
+  constexpr std::uint32_t kCode = 0x41535046;
+  quillmark::OmString maker;
+  if (!table.IsKnownCreatorCode(kCode, &maker)) return;
+  if (table.GetCanonicalFoundryName(kCode, text).str() != maker.str()) std::abort();
 }
 
 void TryClassifications() {
@@ -58,7 +61,8 @@ void TryClassifications() {
   for (const quillmark::OmString& name : classes) {
     if (name.size() > 1023) std::abort();
   }
-  if (table.GetClassNameFromFontFamily("Garamond").size() > 1023) std::abort();
+  const quillmark::OmString found = table.GetClassNameFromFontFamily("Garamond");
+  if (found.size() > 1023 || (table.empty() && found != "--")) std::abort();
 }
 
 void TryKeywords() {
