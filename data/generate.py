@@ -76,38 +76,57 @@ def foundries():
     return entries
 
 
+def rows_by(name, column):
+    """The rows by what they hold in a column, where no two may hold the same."""
+    unique = {}
+    for row in rows(name):
+        if row[column] in unique:
+            row.fail(f"{row[column]!r} is listed already")
+        unique[row[column]] = row
+    return unique
+
+
 def classifications():
-    mappings = {}
-    for row in rows("classifications.tsv"):
-        if row["family"] in mappings:
-            row.fail(f"{row['family']!r} is listed already")
-        mappings[row["family"]] = row["class"]
-    return {"Default Classifications": [row["class"] for row in rows("classes.tsv")], "Mappings": mappings}
+    classes = list(rows_by("classes.tsv", "class"))
+    mappings = rows_by("classifications.tsv", "family")
+    for row in mappings.values():
+        if row["class"] == "None" or row["class"] not in classes:
+            row.fail(f"{row['class']!r} is no class for a family")
+    return {
+        "Default Classifications": classes,
+        "Mappings": {family: row["class"] for family, row in mappings.items()},
+    }
 
 
 def keywords():
-    words = {}
-    for row in rows("style_words.tsv"):
-        words.setdefault(row["constant"], []).append(row["word"])
+    listed = rows_by("style_components.tsv", "constant")
+    words = {constant: [] for constant in listed}
+    for row in rows_by("style_words.tsv", "word").values():
+        if row["constant"] not in words:
+            row.fail(f"no component has the constant {row['constant']!r}")
+        words[row["constant"]].append(row["word"])
+    styles = rows("styles.tsv")
+    for row in styles:
+        for constant in row["constants"].split():
+            if constant not in listed:
+                row.fail(f"no component has the constant {constant!r}")
     components = [
         {
-            "style-constant": int(row["constant"]),
+            "style-constant": int(constant),
             "display": row["display"],
             "is-modifier": row.flag("modifier"),
             "compounds": row.flag("compounds"),
-            "match-strings": words.pop(row["constant"], []),
+            "match-strings": words[constant],
         }
-        for row in rows("style_components.tsv")
+        for constant, row in listed.items()
     ]
-    if words:
-        sys.exit(f"style_words.tsv: no component has the constant {', '.join(words)}")
     styles = [
         {
             "display": row["display"],
             "isweight": row.flag("weight"),
             "components": [int(constant) for constant in row["constants"].split()],
         }
-        for row in rows("styles.tsv")
+        for row in styles
     ]
     return {"Components": components, "Styles": styles}
 
