@@ -1,5 +1,4 @@
 // The keyword table's loading, and the scan from names to style components over a small table.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -7,136 +6,50 @@
 #include <thread>
 
 #include "knowledge/font_style_scan.h"
-#include "knowledge/keyword_list.h"
-#include "knowledge/table_bundle.h"
+#include "knowledge/keyword_table.h"
+#include "knowledge/small_tables.h"
 
 namespace quillmark {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+constexpr char kComponents[] =
+    "0 Italic I It, 1 Bold B BD, 4 Demi, 5m Extra, 8 Black, 9 Light Lt LT, 12 Roman, 13 Regular, "
+    "15 Semi Semibold, 16m Ultra, 18m Small, 19 Caps, 20 Cond CN, 21 Cyrillic, 22 OsF, 35 Thin, 50 Bold Demi "
+    "Again";
 
-std::string SmallTable() {
-  return KeywordList(
-      KeywordComponent(0, "Italic I It") + KeywordComponent(1, "Bold B BD") + KeywordComponent(4, "Demi") +
-      KeywordComponent(5, "Extra", "<true/>") + KeywordComponent(8, "Black") +
-      KeywordComponent(9, "Light Lt LT") + KeywordComponent(12, "Roman") + KeywordComponent(13, "Regular") +
-      KeywordComponent(15, "Semi Semibold") + KeywordComponent(16, "Ultra", "<true/>") +
-      KeywordComponent(18, "Small", "<true/>") + KeywordComponent(19, "Caps") +
-      KeywordComponent(20, "Cond CN") + KeywordComponent(21, "Cyrillic") + KeywordComponent(22, "OsF") +
-      KeywordComponent(35, "Thin") + KeywordComponent(50, "Bold Demi Again"));
-}
-
-std::vector<int> Scan(const std::string& primary, const std::string& secondary = "") {
-  std::vector<int> constants;
+std::string Scan(const std::string& primary, const std::string& secondary = "") {
+  std::string constants;
   for (const auto& component : OmFontStyleScan::ScanFontForStyleComponents(primary, secondary)) {
-    constants.push_back(component.styleConstant);
+    constants += (constants.empty() ? "" : " ") + std::to_string(component.styleConstant);
   }
   return constants;
 }
 
 class StyleScannerTest : public testing::Test {
  protected:
+  void Write(const std::string& list) { bundle_->Write("KeywordTable.plist", list); }
   void Load(const std::string& list) {
-    bundle().Write("KeywordTable.plist", list);
+    Write(list);
     OmFontStyleScan::OSLoadStyleResources();
   }
-  TableBundle& bundle() { return *bundle_; }
-  void RemoveBundle() { bundle_.reset(); }
 
- private:
   std::optional<TableBundle> bundle_{std::in_place};
 };
 
 TEST_F(StyleScannerTest, Names) {
-  Load(SmallTable());
-  const struct {
-    std::string primary;
-    std::string secondary;
-    std::vector<int> expected;
-  } rows[] = {
-      // Cutting: the first byte starts no word; capitals lead words; all but letters only separates.
-      {"", "", {}},
-      {"Bold", "", {}},
-      {"xBold", "", {1}},
-      {"Minion-BoldItalic", "", {1, 0}},
-      {"Times-BI", "", {1, 0}},
-      {"Foo-bold Bold2Italic", "", {1, 0}},
-      {"Foo-Bold\xc3\xa9It", "", {1, 0}},
-      {"Foo-BoldX", "", {1}},
-      {"Foo-Bolder", "", {}},
-      // Multiple Master suffixes: runs of capitals, from the first underscore on.
-      {"MinionMM_215 LT 300 CN", "", {9, 20}},
-      {"MinionMMBold_2 LT bBD 300CN", "", {1, 9, 20}},
-      {"MinionMM LT", "", {}},
-      {"FooMM_XC", "", {5, 20}},
-      {"FooMM_XB_XL_UB", "", {5, 9, 5, 8, 16, 8}},
-      {"Foo_XC", "", {}},
-      {"FooMM_SB", "x", {15}},
-      {"FooMM_1_SB", "x Thin Cond", {35, 20, 15}},
-      // Old-style figures silence the secondary name.
-      {"FooOsF", "x Bold Italic", {22}},
-      // Small capitals and Cyrillic, anywhere but at the start.
-      {"SCFoo", "", {}},
-      {"FSCFoo", "", {18, 19}},
-      {"FooSCY-Bold", "", {1, 18, 19, 21}},
-      {"FooMMSC-CY", "", {}},
-      // A word that no component lists.
-      {"Foo-XlightItalic", "", {5, 9, 0}},
-      {"x", "Foo-XlightItalic", {0}},
-      // The longer list, the primary name's when they are equally long.
-      {"Foo-Bold", "Foo Light", {1}},
-      {"Foo-Bold", "Foo Light Italic", {9, 0}},
-      // Roman and Regular beside a bold or italic.
-      {"Foo-RomanRegular", "", {12, 13}},
-      {"Foo-RegularBold", "", {1}},
-      {"Foo-RomanItalic", "", {0}},
-      {"Foo-RomanRegularBold", "", {1}},
-      {"Foo-RegularRomanLightBold", "", {12, 1}},  // Regular is gone when the second place is emptied
-      {"Foo-RegularBoldRoman", "", {1, 12}},       // and then nothing stands in the third
-      {"Foo-RegularRegularBold", "", {13, 1}},
-      // A bold beside demi or semi.
-      {"Foo-DemiBold", "", {4}},
-      {"Foo-BoldDemi", "", {4}},
-      {"Foo-Demi", "", {4}},
-      {"Foo-SemiBold", "", {15}},
-      {"Foo-SemiLight", "", {9}},
-      {"Foo-BoldSemi", "", {1}},
-      {"Foo-Semibold", "", {15}},
-      {"Foo-Semi", "foo Semibold", {15}},
-      {"Foo-SemiBoldSemiLight", "", {15, 15, 9}},  // once redundant, the bold stays so
-      {"Foo-SemiLightSemi", "", {15, 9}},          // the last one goes
-      {"Foo-RegularSemiBold", "", {15, 1}},        // Regular went first, so the third place is empty
-      // Helvetica Neue's thin is a light.
-      {"HelveticaNeue-Thin", "", {9}},
-      {"Helvetica-Thin", "HelveticaNeue", {35}},
-      // A trailing ultra is bold.
-      {"Foo-Ultra", "", {16, 1}},
-      {"Foo-UltraLight", "", {16, 9}},
-      {"Foo-ItalicUltra", "", {0, 16, 1}},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Scan(row.primary, row.secondary), row.expected) << row.primary << " / " << row.secondary;
-  }
-}
-
-TEST_F(StyleScannerTest, AddedComponentsHaveNoWords) {
-  Load(SmallTable());
-  const auto found = OmFontStyleScan::ScanFontForStyleComponents("Foo-Xlight", "");
-  ASSERT_EQ(found.size(), 2u);
-  EXPECT_TRUE(found[0].isModifier);
-  EXPECT_FALSE(found[1].isModifier);
-  EXPECT_EQ(found[0].display + found[1].display, "");
-  EXPECT_THAT(found[0].matchStrings, IsEmpty());
+  Load(KeywordList(kComponents));
+  for (const auto& row : RowsOf("style_scans.tsv"))
+    EXPECT_EQ(Scan(row[0], row[1]), row[2]) << row[0] << row[3];
+  const auto added = OmFontStyleScan::ScanFontForStyleComponents("Foo-Xlight", "");
+  EXPECT_TRUE(added[0].isModifier && !added[1].isModifier);
+  EXPECT_EQ(added[0].display + added[1].display, "");
 }
 
 TEST_F(StyleScannerTest, TheFirstComponentThatListsAWordHasIt) {
-  Load(SmallTable());
+  Load(KeywordList(kComponents));
   SStyleComponent component;
   EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent("Demi", component));
-  EXPECT_EQ(component.styleConstant, 4);
   EXPECT_EQ(component.display, "D4");
-  EXPECT_THAT(component.matchStrings, ElementsAre("Demi"));
   EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent("Again", component));
   for (const char* word : {"demi", " Demi", "Dem", ""}) {
     EXPECT_FALSE(OmFontStyleScan::MatchStyleComponent(word, component)) << word;
@@ -144,38 +57,38 @@ TEST_F(StyleScannerTest, TheFirstComponentThatListsAWordHasIt) {
   }
 }
 
-TEST_F(StyleScannerTest, MalformedComponentsAreLeftOut) {
+TEST_F(StyleScannerTest, MalformedElementsAreLeftOut) {
   const std::string fits(511, 'F');
-  const std::string too_long(512, 'L');
-  const std::string full = KeywordComponent(60, "Full");
-  const auto without = [&](const std::string& part) {
-    std::string element = KeywordComponent(61, "Lacking");
-    return element.replace(element.find(part), part.size(), "");
-  };
-  Load(KeywordList("<string>x</string>" + without("<key>display</key><string>D61</string>") +
-                   without("<key>is-modifier</key><false/>") +
-                   without("<key>style-constant</key><integer>61</integer>") +
-                   without("<key>match-strings</key><array><string>Lacking</string></array>") +
-                   KeywordComponent(62, "Number", "<integer>1</integer>") +
-                   KeywordComponent(63, too_long + " Short") + KeywordComponent(64, fits) + full));
+  const std::string good = KeywordList("60 Full " + fits + " " + fits + "F", "Bold w 7");
+  Load(good);
   SStyleComponent component;
-  for (const char* word : {"Lacking", "Number"}) {
-    EXPECT_FALSE(OmFontStyleScan::MatchStyleComponent(word, component)) << word;
-  }
-  EXPECT_FALSE(OmFontStyleScan::MatchStyleComponent(too_long, component));
-  EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent("Short", component));
-  EXPECT_THAT(component.matchStrings, ElementsAre("Short"));
   EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent(fits, component));
-  EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent("Full", component));
+  EXPECT_EQ(component.matchStrings.size(), 2u);  // without the one that is too long
+  EXPECT_FALSE(KeywordTable::Shared().empty());
+  const std::pair<std::string, std::string> faults[] = {
+      {"<key>display</key><string>D60</string>", ""},
+      {"<string>D60", "<string>" + fits + "F"},
+      {"<key>is-modifier</key><false/>", ""},
+      {"<key>style-constant</key>", "<key>x</key>"},
+      {"<key>match-strings</key>", "<key>x</key>"},
+      {"<key>components</key>", "<key>x</key>"},
+      {"<string>Bold</string>", "<true/>"},
+      {"<key>isweight</key><true/>", "<key>isweight</key><integer>1</integer>"}};
+  for (const auto& [part, spoilt] : faults) {
+    std::string list = good;
+    Load(list.replace(list.find(part), part.size(), spoilt));
+    EXPECT_TRUE(KeywordTable::Shared().empty()) << part;
+  }
 }
 
 TEST_F(StyleScannerTest, ALongNameTakesTimeByItsLength) {
-  Load(SmallTable());
+  Load(KeywordList(kComponents));
   std::string name = "Foo";
   while (name.size() < 1'000'000) name += "_SemiThinX";
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(Scan(name + "MMHelveticaNeue", name).size(), 0u);  // behind the underscore only capitals count
-  EXPECT_EQ(Scan(name + "HelveticaNeue", name).size(), 199'999u);  // one Semi goes
+  EXPECT_EQ(Scan(name + "MMHelveticaNeue", name), "");  // behind the underscore only capitals count
+  name += "HelveticaNeue";
+  EXPECT_EQ(OmFontStyleScan::ScanFontForStyleComponents(name, name).size(), 199'999u);  // one Semi goes
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
@@ -184,7 +97,8 @@ class StyleTableLoadingTest : public StyleScannerTest {
  protected:
   StyleTableLoadingTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-  static std::string MessageOfInitialize() {
+  std::string MessageOfInitialize(const std::string& list) {
+    Write(list);
     try {
       OmFontStyleScan::Initialize();
     } catch (const DataRetrieveError& error) {
@@ -192,57 +106,43 @@ class StyleTableLoadingTest : public StyleScannerTest {
     }
     return "";
   }
-  void Exit(bool good) {
-    RemoveBundle();
-    std::exit(good && !HasFailure() ? 0 : 1);
+  void Exit() {
+    bundle_.reset();
+    std::exit(HasFailure() ? 1 : 0);
   }
 };
 
-TEST_F(StyleTableLoadingTest, AMalformedTableIsTriedAgain) {
-  EXPECT_EXIT(
-      {
-        bundle().Write("KeywordTable.plist", "<dict><key>Components</key><string>x</string></dict>");
-        EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Components array");
-        bundle().Write("KeywordTable.plist", "<dict><key>Components</key><array>" +
-                                                 KeywordComponent(70, "Once") + "</array></dict>");
-        EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Style array");
-        EXPECT_THAT(Scan("x Once"), ElementsAre(70));  // the components stay
-        bundle().Write("KeywordTable.plist", KeywordList(KeywordComponent(71, "Twice")));
-        EXPECT_EQ(MessageOfInitialize(), "");
-        EXPECT_THAT(Scan("x Once Twice"), ElementsAre(71));
-        bundle().Write("KeywordTable.plist", "<dict/>");
-        EXPECT_EQ(MessageOfInitialize(), "");
-        Exit(true);
-      },
-      testing::ExitedWithCode(0), "");
+TEST_F(StyleTableLoadingTest, AMalformedTableIsTriedAgainAndAGoodOneStays) {
+  const auto tries = [this] {
+    EXPECT_EQ(MessageOfInitialize("<dict><key>Components</key><string>x</string></dict>"),
+              "KeywordTable.plist - Components array");
+    std::string no_styles = KeywordList("70 Once");
+    no_styles.replace(no_styles.find("Styles"), 6, "x");
+    EXPECT_EQ(MessageOfInitialize(no_styles), "KeywordTable.plist - Style array");
+    EXPECT_EQ(Scan("x Once"), "70");  // the components stay
+    Write(KeywordList(kComponents));
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+      threads.emplace_back([] {
+        OmFontStyleScan::Initialize();
+        EXPECT_EQ(Scan("Foo-OnceDemiBold"), "4");
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(MessageOfInitialize("<dict/>"), "");
+    Exit();
+  };
+  EXPECT_EXIT(tries(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(StyleTableLoadingTest, AMissingTableCountsAsLoaded) {
-  EXPECT_EXIT(
-      {
-        EXPECT_EQ(MessageOfInitialize(), "");
-        bundle().Write("KeywordTable.plist", SmallTable());
-        EXPECT_EQ(MessageOfInitialize(), "");
-        Exit(Scan("x Bold").empty());
-      },
-      testing::ExitedWithCode(0), "");
-}
-
-TEST_F(StyleTableLoadingTest, ThreadsMayLoadAndScanTogether) {
-  EXPECT_EXIT(
-      {
-        bundle().Write("KeywordTable.plist", SmallTable());
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) {
-          threads.emplace_back([] {
-            OmFontStyleScan::Initialize();
-            EXPECT_THAT(Scan("Foo-DemiBold"), ElementsAre(4));
-          });
-        }
-        for (std::thread& thread : threads) thread.join();
-        Exit(true);
-      },
-      testing::ExitedWithCode(0), "");
+  const auto tries = [this] {
+    OmFontStyleScan::Initialize();
+    EXPECT_EQ(MessageOfInitialize(KeywordList(kComponents)), "");
+    EXPECT_EQ(Scan("x Bold"), "");
+    Exit();
+  };
+  EXPECT_EXIT(tries(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
