@@ -13,8 +13,7 @@
 namespace quillmark {
 namespace {
 
-// Rows of name, codes (separated by blanks) and pattern: "-" leaves a key out, "#" is a value of another
-// type.
+// Rows of name, codes (behind blanks) and pattern: "-" leaves a key out, "#" is a value of another type.
 std::string Foundries(std::initializer_list<const char*> rows) {
   std::string list = "<array><string>no foundry</string>";
   for (const char* const row : rows) {
@@ -24,31 +23,30 @@ std::string Foundries(std::initializer_list<const char*> rows) {
       std::string field;
       std::getline(fields, field, '|');
       if (field == "-") continue;
-      OmString value("<string>" + field + "</string>");
-      if (field == "#") value = "<true/>";
-      if (key == "CreatorCode" && field != "#") {
-        OmString::ReplaceAll(&value, " ", "</string><integer>7</integer><string>");
-        value = "<array>" + value.str() + "</array>";
-      }
-      list += "<key>" + key + "</key>" + value.str();
+      OmString value(field == "#" ? "<true/>" : "<string>" + field + "</string>");
+      const bool is_list = key == "CreatorCode" && field != "#";
+      if (is_list) OmString::ReplaceAll(&value, " ", "</string><integer>7</integer><string>");
+      list += "<key>" + key + (is_list ? "</key><array>" + value.str() + "</array>" : "</key>" + value.str());
     }
     list += "</dict>";
   }
   return list + "</array>";
 }
 
-const std::string kFoundries =
-    Foundries({"-|Same|nameless", "Alpha| acsc AB|type of alpha", "Beta|Same|type", "|Void|void",
-               "Gamma|same VOID|Capital", "#|-|number", "Delta|#|#", "Epsilon|-|nameless number"});
-
 class FoundryNameTableTest : public testing::Test {
  protected:
   void Write(const std::string& list) { bundle_.Write("FoundryNameTable.plist", list); }
+  void WriteFoundries() {
+    Write(Foundries({"-|Same|nameless", "Alpha| acsc AB|type of alpha", "Beta|Same|type", "|Void|void",
+                     "Gamma|same VOID|Capital", "#|-|number", "Delta|#|#", "Epsilon|-|nameless number"}));
+  }
+
+ private:
   TableBundle bundle_;
 };
 
 TEST_F(FoundryNameTableTest, CreatorCodes) {
-  Write(kFoundries);
+  WriteFoundries();
   const CFoundryNameTable table;
   const std::pair<std::uint32_t, const char*> rows[] = {
       {0, ""},                          // though an empty code is listed
@@ -71,7 +69,7 @@ TEST_F(FoundryNameTableTest, CreatorCodes) {
 }
 
 TEST_F(FoundryNameTableTest, Patterns) {
-  Write(kFoundries);
+  WriteFoundries();
   const CFoundryNameTable table;
   const std::pair<const char*, const char*> rows[] = {
       {"A new TYPE OF ALPHA", "Alpha"},  // the earlier entry, not the earlier place

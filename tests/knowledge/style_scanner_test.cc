@@ -92,20 +92,19 @@ TEST_F(StyleScannerTest, ALongNameTakesTimeByItsLength) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
+std::string MessageOfInitialize() {
+  try {
+    OmFontStyleScan::Initialize();
+  } catch (const DataRetrieveError& error) {
+    return error.what();
+  }
+  return "";
+}
+
 // Each of these starts a process, in which nothing is loaded yet.
 class StyleTableLoadingTest : public StyleScannerTest {
  protected:
   StyleTableLoadingTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
-  std::string MessageOfInitialize(const std::string& list) {
-    Write(list);
-    try {
-      OmFontStyleScan::Initialize();
-    } catch (const DataRetrieveError& error) {
-      return error.what();
-    }
-    return "";
-  }
   void Exit() {
     bundle_.reset();
     std::exit(HasFailure() ? 1 : 0);
@@ -114,22 +113,22 @@ class StyleTableLoadingTest : public StyleScannerTest {
 
 TEST_F(StyleTableLoadingTest, AMalformedTableIsTriedAgainAndAGoodOneStays) {
   const auto tries = [this] {
-    EXPECT_EQ(MessageOfInitialize("<dict><key>Components</key><string>x</string></dict>"),
-              "KeywordTable.plist - Components array");
-    std::string no_styles = KeywordList("70 Once");
-    no_styles.replace(no_styles.find("Styles"), 6, "x");
-    EXPECT_EQ(MessageOfInitialize(no_styles), "KeywordTable.plist - Style array");
+    Write("<dict><key>Components</key><string>x</string></dict>");
+    EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Components array");
+    Write("<dict><key>Components</key>" + KeywordElements("70 Once", false) + "</dict>");
+    EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Style array");
     EXPECT_EQ(Scan("x Once"), "70");  // the components stay
     Write(KeywordList(kComponents));
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) {
-      threads.emplace_back([] {
-        OmFontStyleScan::Initialize();
+    std::vector<std::jthread> threads(8);
+    for (std::jthread& thread : threads) {
+      thread = std::jthread([] {
+        EXPECT_EQ(MessageOfInitialize(), "");
         EXPECT_EQ(Scan("Foo-OnceDemiBold"), "4");
       });
     }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(MessageOfInitialize("<dict/>"), "");
+    threads.clear();  // ends when they all have
+    Write("<dict/>");
+    EXPECT_EQ(MessageOfInitialize(), "");
     Exit();
   };
   EXPECT_EXIT(tries(), testing::ExitedWithCode(0), "");
@@ -137,8 +136,9 @@ TEST_F(StyleTableLoadingTest, AMalformedTableIsTriedAgainAndAGoodOneStays) {
 
 TEST_F(StyleTableLoadingTest, AMissingTableCountsAsLoaded) {
   const auto tries = [this] {
-    OmFontStyleScan::Initialize();
-    EXPECT_EQ(MessageOfInitialize(KeywordList(kComponents)), "");
+    EXPECT_EQ(MessageOfInitialize(), "");
+    Write(KeywordList(kComponents));
+    EXPECT_EQ(MessageOfInitialize(), "");
     EXPECT_EQ(Scan("x Bold"), "");
     Exit();
   };
