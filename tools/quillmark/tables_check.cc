@@ -43,13 +43,11 @@ class SilencedOutput {
 std::vector<std::string> LoadAndListMissing() {
   std::vector<std::string> missing;
   if (CFoundryNameTable::GetSharedFoundryNameTable()->empty()) missing.emplace_back("FoundryNameTable.plist");
-
-  std::vector<OmString> classes;
-  CClassificationMappings::GetSharedClassificationMappings()->GetListOfBuiltinClasses(&classes);
-  if (classes.empty()) missing.emplace_back("DefaultClassifications.plist");
-
+  if (CClassificationMappings::GetSharedClassificationMappings()->empty()) {
+    missing.emplace_back("DefaultClassifications.plist");
+  }
   (void)StylesOf("", "");
-  if (KeywordTable::Shared().styles().empty()) missing.emplace_back("KeywordTable.plist");
+  if (KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
   return missing;
 }
 
