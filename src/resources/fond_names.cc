@@ -25,7 +25,7 @@ std::string DecodeDefault(std::string_view text) {
 // Whether an entry's ID is that of a FONT, the form of bitmaps before NFNT. Remembered for the FOND last
 // asked about: a family may have tens of thousands of entries, and each of its styles asks.
 bool QuillmarkResourceFile::NamesOldBitmap(Handle fond) {
-  StylesOf(fond);
+  Recall(fond);
   if (names_old_bitmap_) return *names_old_bitmap_;
   const Bytes record = Record(fond);
   bool found = false;

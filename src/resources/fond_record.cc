@@ -6,8 +6,9 @@
 namespace quillmark {
 namespace {
 
-constexpr std::size_t kCountOffset = 52;
-constexpr std::size_t kEntriesOffset = 54;
+constexpr std::size_t kStyleMappingOffset = 24;
+constexpr std::size_t kCountOffset = kFondHeaderSize;
+constexpr std::size_t kEntriesOffset = kCountOffset + 2;
 constexpr std::size_t kEntrySize = 6;
 
 // The count and the entries inside the record.
@@ -17,6 +18,10 @@ Bytes TableOf(Bytes record) {
 }
 
 }  // namespace
+
+std::optional<std::uint32_t> StyleMappingOffset(Bytes record) {
+  return record.size() < kFondHeaderSize ? std::nullopt : U32At(record, kStyleMappingOffset);
+}
 
 int CountFondEntries(Bytes record) {
   const auto last = I16At(record, kCountOffset);
@@ -57,6 +62,13 @@ std::span<const FondEntry> FondStyles::Of(std::uint16_t style) const {
   const auto begin = std::ranges::lower_bound(entries_, style, {}, &FondEntry::style);
   const auto end = std::ranges::upper_bound(entries_, style, {}, &FondEntry::style);
   return {begin, end};
+}
+
+std::optional<std::int16_t> FondStyles::OutlineOf(std::uint16_t style) const {
+  const auto entries = Of(style);
+  const auto outline = std::ranges::find(entries, std::int16_t{0}, &FondEntry::size);
+  if (outline == entries.end()) return std::nullopt;
+  return outline->id;
 }
 
 std::optional<std::string> StoredResourceName(Handle resource) {

@@ -5,6 +5,7 @@
 #ifndef QUILLMARK_RESOURCES_FOND_RECORD_H_
 #define QUILLMARK_RESOURCES_FOND_RECORD_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -16,6 +17,12 @@
 #include "platform/resource_manager.h"
 
 namespace quillmark {
+
+// The fixed part of a FOND; the association table, with its count, follows.
+inline constexpr std::size_t kFondHeaderSize = 52;
+
+// Where the style mapping table begins, as stored; nothing when the header is not all there.
+std::optional<std::uint32_t> StyleMappingOffset(Bytes record);
 
 struct FondEntry {
   std::int16_t size;    // points; 0 for an outline
@@ -41,6 +48,8 @@ class FondStyles {
   const std::vector<std::int16_t>& codes() const { return codes_; }
   // The entries of one style in the order of the table.
   std::span<const FondEntry> Of(std::uint16_t style) const;
+  // Resource ID of the first outline of the style.
+  std::optional<std::int16_t> OutlineOf(std::uint16_t style) const;
 
  private:
   std::vector<std::uint8_t> table_;

@@ -1,8 +1,10 @@
 // Which printer font files the families of a resource file need. They lie beside it.
+#include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "resources/printer_font_name.h"
 #include "resources/quillmark_resource_file.h"
@@ -42,28 +44,35 @@ std::optional<std::string> QuillmarkResourceFile::PathOfPrinterFile(const std::s
   return path + name;
 }
 
+QuillmarkResourceFile::PrinterFontName QuillmarkResourceFile::ComposePrinterFontName(Handle fond, int style) {
+  return {getPostScriptNameForFOND(fond, style), isDoubleByteFOND(fond) && getStyleOffsetFromFOND(fond) != 0};
+}
+
 // Both forms of the name are printable ASCII, so neither can fail to be UTF-8. Nor is there a font service
 // that could know the file under another name.
-std::string QuillmarkResourceFile::getPSPrinterNameForFOND(Handle fond, int style) {
-  const std::string post_script_name = getPostScriptNameForFOND(fond, style);
-  const auto known = printer_file_from_post_script_name_.find(post_script_name);
+std::string QuillmarkResourceFile::FileNameOf(const PrinterFontName& name) {
+  const auto known = printer_file_from_post_script_name_.find(name.post_script_name);
   if (known != printer_file_from_post_script_name_.end()) return known->second;
-  if (!fond || !*fond) return {};
   std::string file_name;
-  if (isDoubleByteFOND(fond) && getStyleOffsetFromFOND(fond) != 0) {
-    const auto cut = UpToSecondHyphen(post_script_name);
+  if (name.ends_at_second_hyphen) {
+    const auto cut = UpToSecondHyphen(name.post_script_name);
     if (!cut) return {};
     file_name = *cut;
   } else {
     Str255 in;
     Str255 out;
-    GetPostScriptFontFileName(OmString(post_script_name).GetPascalString(in), out);
+    GetPostScriptFontFileName(OmString(name.post_script_name).GetPascalString(in), out);
     OmString text;
     text.setPStr(out);
     file_name = text.str();
   }
-  printer_file_from_post_script_name_.emplace(post_script_name, file_name);
+  printer_file_from_post_script_name_.emplace(name.post_script_name, file_name);
   return file_name;
+}
+
+std::string QuillmarkResourceFile::getPSPrinterNameForFOND(Handle fond, int style) {
+  if (!fond || !*fond) return {};
+  return FileNameOf(ComposePrinterFontName(fond, style));
 }
 
 std::optional<std::string> QuillmarkResourceFile::getPrinterNameFromFontActivation(
@@ -74,28 +83,36 @@ std::optional<std::string> QuillmarkResourceFile::getPrinterNameFromFontActivati
 }
 
 std::vector<std::string> QuillmarkResourceFile::getPrinterFiles() {
-  std::set<std::uint16_t> styles;
-  for (const std::int16_t code : getSortedStyles()) styles.insert(static_cast<std::uint16_t>(code));
-  // Each style with each FOND that has it, by style and then by ID: the order in which names are cached.
-  std::set<std::pair<std::uint16_t, std::int16_t>> faces;
+  struct Face {
+    std::uint16_t style;
+    bool has_outline;
+    const PrinterFontName* name;
+  };
+  const std::vector<std::int16_t> listed = getSortedStyles();
+  const std::set<std::int16_t> styles(listed.begin(), listed.end());
+  std::set<PrinterFontName> names;  // held once, though many styles may share one
+  std::vector<Face> faces;
   for (const std::int16_t id : getSortedResIDsForType(FourCharCode("FOND"))) {
     const ResourceHandle fond(getResourceHandleForType(FourCharCode("FOND"), id));
-    for (const std::int16_t code : getSortedStylesForFOND(fond.get())) {
+    const FondStyles& family = StylesOf(fond.get());
+    for (const std::int16_t code : family.codes()) {
+      if (!styles.contains(code)) continue;
       const auto style = static_cast<std::uint16_t>(code);
-      if (styles.contains(style)) faces.emplace(style, id);
+      const auto name = names.insert(ComposePrinterFontName(fond.get(), style)).first;
+      faces.push_back({style, family.OutlineOf(style).has_value(), &*name});
     }
   }
+  // By style and then by ID: the file name that a PostScript name meets first stays with it.
+  std::ranges::stable_sort(faces, {}, &Face::style);
 
   std::set<std::string> seen;
   std::set<std::string> paths;
-  for (const auto& [style, id] : faces) {
-    const ResourceHandle fond(getResourceHandleForType(FourCharCode("FOND"), id));
-    if (!fond.get()) continue;
-    const std::string name = getPSPrinterNameForFOND(fond.get(), style);
+  for (const Face& face : faces) {
+    const std::string name = FileNameOf(*face.name);
     const auto path = PathOfPrinterFile(name);
     if (!path) continue;
     const bool is_new = seen.insert(name).second;
-    if (!shouldHavePrinterFile(fond.get(), style)) {
+    if (face.has_outline) {
       paths.erase(*path);  // an outline inside covers the style, for every family that names this file
     } else if (is_new) {
       paths.insert(*path);

@@ -9,6 +9,7 @@
 #ifndef QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 #define QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 
+#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -56,11 +57,15 @@ class QuillmarkResourceFile {
   // Distinct style codes, ascending as unsigned 16-bit numbers, handed on as signed ones.
   std::vector<std::int16_t> getSortedStylesForFOND(Handle fond);
   std::vector<std::int16_t> getSortedStyles();
+  // The association table of one FOND; the reference holds until another FOND is asked about.
+  const FondStyles& StylesOf(Handle fond);
   std::vector<std::int16_t> getSortedNFNTsForFOND(Handle fond, int style);
   bool styleExists(int style, Handle fond);
   int getResIDForFOND(Handle fond, int index);  // from 0; -1 when there is none
   // Resource ID of the first entry of the style, whatever its size.
   std::optional<std::int16_t> FirstResIDOfStyle(Handle fond, std::int16_t style);
+  // Resource ID of the first outline (size 0) of the style.
+  std::optional<std::int16_t> FirstOutlineOfStyle(Handle fond, std::int16_t style);
   bool shouldHavePrinterFile(Handle fond, int style);
 
   // Names (fond_names.cc, printer_font_search.cc). Results are UTF-8.
@@ -77,11 +82,20 @@ class QuillmarkResourceFile {
   std::string normalizePostScriptName(const std::string& name, Handle fond, bool* isMM);
 
  private:
+  // A composed name, and whether it names its file by the rule of double-byte families.
+  struct PrinterFontName {
+    std::string post_script_name;
+    bool ends_at_second_hyphen;
+    auto operator<=>(const PrinterFontName&) const = default;
+  };
+
   QuillmarkResourceFile(std::string path, bool readOnly);
   ~QuillmarkResourceFile();
   ResFileRefNum openFileForResourceAccess();
   Bytes Record(Handle fond);
-  const FondStyles& StylesOf(Handle fond);
+  void Recall(Handle fond);  // makes what is remembered that of `fond`
+  PrinterFontName ComposePrinterFontName(Handle fond, int style);
+  std::string FileNameOf(const PrinterFontName& name);
   bool NamesOldBitmap(Handle fond);
 
   std::string path_;
