@@ -27,20 +27,10 @@ bool IsMultipleMasterName(std::string_view name) {
   return mark != std::string_view::npos && name.find('_', mark + 2) != std::string_view::npos;
 }
 
-// Resource ID of the first outline (size 0) of the style in the font association table.
-std::optional<std::int16_t> OutlineID(Bytes fond, std::int16_t style) {
-  const int count = CountFondEntries(fond);
-  for (int i = 0; i < count; ++i) {
-    const auto entry = FondEntryAt(fond, i);
-    if (entry && entry->size == 0 && static_cast<std::int16_t>(entry->style) == style) return entry->id;
-  }
-  return std::nullopt;
-}
-
 // Only families of double-byte scripts are either kind. `name` is the one that is stored.
 CidKind CidKindOf(QuillmarkResourceFile& file, Handle fond, std::int16_t style, std::string_view name) {
   if (!file.isDoubleByteFOND(fond)) return CidKind::kNone;
-  const auto id = OutlineID(HandleBytes(fond), style);
+  const auto id = file.FirstOutlineOfStyle(fond, style);
   if (!id) return CidKind::kOcf;
   const ResourceHandle outline(file.getResourceHandleForType(FourCharCode("sfnt"), *id));
   if (outline.get() == nullptr) return CidKind::kOcf;

@@ -88,22 +88,23 @@ std::int16_t getFirstResourceIDFromHandleAndStyle(QuillmarkResourceFile* file, H
 
 std::int16_t getStyleFromStyleIndex(QuillmarkResourceFile* file, Handle fond, std::int16_t index) {
   if (!file || index < 0) return -1;
-  const std::vector<std::int16_t> styles = file->getSortedStylesForFOND(fond);
+  const std::vector<std::int16_t>& styles = file->StylesOf(fond).codes();
   const auto at = static_cast<std::size_t>(index);
   return at < styles.size() ? styles[at] : std::int16_t{-1};
 }
 
 int getCountOfUniqueStyles(QuillmarkResourceFile* file, Handle fond) {
-  return file ? static_cast<int>(file->getSortedStylesForFOND(fond).size()) : 0;
+  return file ? static_cast<int>(file->StylesOf(fond).codes().size()) : 0;
 }
 
 std::vector<std::int16_t> getSortedResIDsForStyle(QuillmarkResourceFile* file, Handle fond, int style) {
   if (!file || !fond) return {};
   if (style != -1) return file->getSortedNFNTsForFOND(fond, style);
   std::vector<std::int16_t> all;
-  for (const std::int16_t code : file->getSortedStylesForFOND(fond)) {
-    const std::vector<std::int16_t> ids = file->getSortedNFNTsForFOND(fond, code);
-    all.insert(all.end(), ids.begin(), ids.end());
+  const FondStyles& styles = file->StylesOf(fond);
+  for (const std::int16_t code : styles.codes()) {
+    if (code < 0) continue;  // a style from 0x8000, under whose code no IDs are found one by one either
+    for (const FondEntry& entry : styles.Of(static_cast<std::uint16_t>(code))) all.push_back(entry.id);
   }
   return SortedIds(std::move(all));
 }
