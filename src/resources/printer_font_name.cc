@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/byte_reader.h"
+#include "resources/fond_record.h"
 #include "support/pascal_string.h"
 
 namespace quillmark {
@@ -16,8 +16,6 @@ namespace {
 
 enum StyleBit : unsigned { kBold = 1, kItalic = 2, kOutline = 8, kShadow = 16, kCondense = 32, kExtend = 64 };
 
-constexpr std::size_t kFondHeaderSize = 52;
-constexpr std::size_t kStyleMappingOffset = 24;
 // In the style mapping table:
 constexpr std::size_t kStyleIndexTable = 10;
 constexpr std::size_t kStringCount = 58;
@@ -34,6 +32,12 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view TextOf(const unsigned char* pascal) { return AsText(Bytes(pascal + 1, pascal[0])); }
 
+// A length byte and the text behind it; nothing when they are not all there.
+std::optional<Bytes> TakePascalString(ByteReader& reader) {
+  const auto length = ByteReader(reader).U8();
+  return length ? reader.Take(std::size_t{*length} + 1) : std::nullopt;
+}
+
 // The strings behind one another in a style mapping table, length bytes included. A suffix list numbers them
 // in one byte, so 255 are all that a name can be made of; those that leave the record are not among them.
 class StyleStrings {
@@ -41,8 +45,7 @@ class StyleStrings {
   explicit StyleStrings(Bytes strings) {
     ByteReader reader(strings);
     while (count_ < strings_.size()) {
-      const auto length = ByteReader(reader).U8();
-      const auto string = length ? reader.Take(std::size_t{*length} + 1) : std::nullopt;
+      const auto string = TakePascalString(reader);
       if (!string) break;
       strings_[count_++] = *string;
     }
@@ -60,14 +63,6 @@ class StyleStrings {
   std::size_t count_ = 0;
 };
 
-// Copies string `n` as a Pascal string; returns its length. Nothing, with `out` as it was, without one.
-std::optional<std::int32_t> GetIndStyleName(const StyleStrings& strings, std::uint8_t n, unsigned char* out,
-                                            std::int32_t limit) {
-  const auto string = strings.Get(n);
-  if (!string) return std::nullopt;
-  return CopyPascalString(string->data(), out, limit);
-}
-
 }  // namespace
 
 int GetStyleIndex(unsigned char style) {
@@ -84,6 +79,13 @@ int GetStyleIndex(unsigned char style) {
   return index;
 }
 
+std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, std::int32_t limit) {
+  ByteReader reader(strings);
+  auto string = TakePascalString(reader);
+  for (int i = 1; string && i < n; ++i) string = TakePascalString(reader);
+  return CopyPascalString(string ? string->data() : nullptr, out, limit);
+}
+
 void GetPrinterFontNameFromResource(Handle fond, unsigned char style, unsigned char* out,
                                     std::int32_t limit) {
   if (limit < 1) return;
@@ -92,22 +94,20 @@ void GetPrinterFontNameFromResource(Handle fond, unsigned char style, unsigned c
   if (!fond) return;
   if (!*fond) LoadResource(fond);
   const Bytes record = HandleBytes(fond);
-  if (record.size() < kFondHeaderSize) return;
-  const std::size_t offset = U32At(record, kStyleMappingOffset).value_or(0);
-  if (offset > record.size()) return;
-  const Bytes table = record.subspan(offset);
+  const auto offset = StyleMappingOffset(record);
+  if (!offset || *offset > record.size()) return;
+  const Bytes table = record.subspan(*offset);
   if (table.size() < kFirstString) return;
-  const StyleStrings strings(table.subspan(kFirstString));
-  if (!GetIndStyleName(strings, 1, out, limit)) return;
+  const Bytes strings = table.subspan(kFirstString);
+  GetIndStyleName(strings, 1, out, limit);
 
   // The byte is signed: numbers from 128 name no suffix list.
   const auto suffixes = U8At(table, kStyleIndexTable + static_cast<std::size_t>(GetStyleIndex(style)));
   if (suffixes > 1 && suffixes < 128 && suffixes <= U16At(table, kStringCount)) {
-    std::array<unsigned char, kLargestPascalString> list;
-    const std::int32_t count =
-        GetIndStyleName(strings, *suffixes, list.data(), kLargestPascalString).value_or(0);
-    for (const unsigned char n : std::span(list).subspan(1, static_cast<std::size_t>(count))) {
-      if (const auto part = strings.Get(n)) AppendPascalString(out, part->data(), limit);
+    const StyleStrings parts(strings);
+    const auto list = parts.Get(*suffixes);
+    for (const std::uint8_t n : list ? list->subspan(1) : Bytes()) {
+      if (const auto part = parts.Get(n)) AppendPascalString(out, part->data(), limit);
     }
   }
   for (unsigned char& c : std::span(out + 1, out[0])) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "platform/byte_reader.h"
 #include "platform/resource_manager.h"
 
 namespace quillmark {
@@ -13,6 +14,10 @@ namespace quillmark {
 // Index 0 to 47 into a style mapping table for classic style bits (bold 1, italic 2, outline 8, shadow 16,
 // condense 32, extend 64; underline 4 is ignored, condense wins over extend).
 int GetStyleIndex(unsigned char style);
+
+// Copies string `n` (from 1; lower numbers read as 1) of Pascal strings that lie behind one another, cut to
+// `limit` bytes with the length byte, at least 1. Returns its length; the empty string without one.
+std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, std::int32_t limit);
 
 // The PostScript name of a style as a Pascal string of printable ASCII; empty when the FOND composes none.
 // `limit` counts the length byte; `out` holds `limit` bytes.
