@@ -13,56 +13,49 @@ using testing::IsEmpty;
 std::int16_t Code(unsigned style) { return static_cast<std::int16_t>(style); }
 
 TEST(FondStyles, AreThoseOfTheEntriesInsideTheRecord) {
-  struct Row {
-    const char* what;
+  const struct {
     std::int16_t stored;  // count minus 1
-    std::size_t length;
+    std::size_t length;   // 72 holds three entries
     int count;
-  };
-  const Row rows[] = {
-      {"all", 2, 72, 3},
-      {"five stated, three there", 4, 72, 3},
-      {"two stated", 1, 72, 2},
-      {"last entry cut", 2, 71, 2},
-      {"count FFFF", -1, 72, 0},
-      {"negative count", -32768, 72, 0},
-      {"no entry inside", 2, 59, 0},
-      {"no count", 2, 53, 0},
-      {"nothing", 2, 0, 0},
-      {"largest count", 32767, 72, 3},
-  };
-  for (const Row& row : rows) {
+  } rows[] = {{4, 72, 3},      {1, 72, 2}, {2, 71, 2}, {-1, 72, 0},
+              {-32768, 72, 0}, {2, 59, 0}, {2, 53, 0}, {32767, 72, 3}};
+  for (const auto& row : rows) {
     FondBuilder fond(128);
     fond.Association(9, 0, 10).Association(9, 1, 11).Association(9, 2, 12).StoredAssociationCount(row.stored);
     fond.Truncate(row.length);
     const OpenedFile file(fond.Build());
     const ResourceHandle handle(file.Fond());
-    for (int i = 0; i < 3; ++i) {
-      EXPECT_EQ(file->styleExists(i, handle.get()), i < row.count) << row.what;
-      EXPECT_EQ(file->getResIDForFOND(handle.get(), i), i < row.count ? 10 + i : -1) << row.what;
+    for (int i = -1; i < 3; ++i) {
+      const bool is_inside = i >= 0 && i < row.count;
+      EXPECT_EQ(file->styleExists(i, handle.get()), is_inside) << row.stored << ' ' << row.length;
+      EXPECT_EQ(file->getResIDForFOND(handle.get(), i), is_inside ? 10 + i : -1);
     }
-    EXPECT_EQ(file->getSortedStylesForFOND(handle.get()).size(), static_cast<std::size_t>(row.count))
-        << row.what;
-    EXPECT_EQ(file->getResIDForFOND(handle.get(), -1), -1) << row.what;
+    EXPECT_EQ(getCountOfUniqueStyles(file.get(), handle.get()), row.count) << row.stored << ' ' << row.length;
   }
 }
 
 TEST(FondStyles, AreComparedIn16BitsAndSortedAsUnsignedNumbers) {
   FondBuilder builder(128);
   builder.Association(0, Code(0xFFFF), 1).Association(9, 1, 30).Association(12, 1, 20).Association(10, 1, 30);
-  builder.Association(0, Code(0x8001), 7).Association(9, 0, 5).Association(0, 0, 6);
+  builder.Association(0, Code(0x8001), 7).Association(9, 0, 5).Association(0, 0, 6).Association(0, 0, 4);
   const OpenedFile file(builder.Build());
   EXPECT_THAT(file->getSortedStyles(), ElementsAre(0, 1, Code(0x8001), Code(0xFFFF)));
   const ResourceHandle handle(file.Fond());
   Handle const fond = handle.get();
   EXPECT_THAT(file->getSortedStylesForFOND(fond), ElementsAre(0, 1, Code(0x8001), Code(0xFFFF)));
-  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 1), ElementsAre(20, 30));
-  EXPECT_EQ(file->FirstResIDOfStyle(fond, 1), 30);
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond, 2), Code(0x8001));
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond, 4), -1);
+  EXPECT_EQ(getStyleFromStyleIndex(file.get(), fond, -1), -1);
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(file.get(), fond, 1), 30);
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(file.get(), fond, 2), -1);
+  EXPECT_EQ(file->FirstOutlineOfStyle(fond, 0), 6);
+  EXPECT_EQ(file->FirstOutlineOfStyle(fond, 1), std::nullopt);
   // A code from 0x8000 comes back as a negative number, under which its resources are not found.
   EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 0x8001), ElementsAre(7));
   EXPECT_THAT(file->getSortedNFNTsForFOND(fond, Code(0x8001)), IsEmpty());
-  EXPECT_THAT(file->getSortedNFNTsForFOND(fond, 0x10001), IsEmpty());
-  EXPECT_TRUE(file->styleExists(Code(0x8001), fond));
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), fond, 1), ElementsAre(20, 30));
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), fond, -1), ElementsAre(4, 5, 6, 20, 30));  // every style
+  EXPECT_THAT(getSortedResIDsForStyle(file.get(), nullptr, -1), IsEmpty());
   EXPECT_EQ(file->FirstResIDOfStyle(fond, Code(0x8001)), 7);
   // A printer file is needed unless an outline is inside.
   EXPECT_TRUE(file->shouldHavePrinterFile(fond, 1));
@@ -78,8 +71,7 @@ TEST(FondStyles, OfAWholeFileAskMoreBytesOfEachFurtherFond) {
   fork.Add(kFond, 30, FondBuilder(30).Association(0, 4, 1).Association(0, 5, 2).Association(0, 6, 3).Build());
   fork.Add(kFond, 20, FondBuilder(20).Association(0, 2, 1).Build());
   fork.Add(kFond, 10, FondBuilder(10).Association(0, 1, 1).Build());
-  const OpenedFile file(fork);
-  EXPECT_THAT(file->getSortedStyles(), ElementsAre(1, 4, 5, 6));
+  EXPECT_THAT(OpenedFile(fork)->getSortedStyles(), ElementsAre(1, 4, 5, 6));
 }
 
 TEST(FondStyles, FollowTheFondThatIsAsked) {
@@ -97,25 +89,18 @@ TEST(FondStyles, FollowTheFondThatIsAsked) {
 }
 
 TEST(FondStyles, DoubleByteFamiliesAreToldByWordOrFamilyId) {
-  struct Row {
-    std::int16_t family;
-    std::int16_t word;
+  const struct {
+    std::int16_t family, word;
     std::size_t length;
     bool is_double_byte;
-  };
-  const Row rows[] = {
-      {128, 0, 54, false},   {128, 1, 54, true},     {128, -1, 52, true},  {128, 1, 51, false},
-      {16383, 0, 54, false}, {16384, 0, 54, true},   {16895, 0, 54, true}, {16896, 0, 54, false},
-      {16384, 0, 51, false}, {-16384, 0, 54, false},
-  };
-  for (const Row& row : rows) {
+  } rows[] = {{128, 0, 54, false},  {128, -1, 52, true},  {128, 1, 51, false},   {16383, 0, 54, false},
+              {16384, 0, 54, true}, {16895, 0, 54, true}, {16896, 0, 54, false}, {16384, 0, 51, false}};
+  for (const auto& row : rows) {
     FondBuilder fond(row.family);
-    fond.International(7, row.word);
-    fond.Truncate(row.length);
+    fond.International(7, row.word).Truncate(row.length);
     const OpenedFile file(fond.Build());
     const ResourceHandle handle(file.Fond());
-    EXPECT_EQ(file->isDoubleByteFOND(handle.get()), row.is_double_byte)
-        << row.family << ' ' << row.word << ' ' << row.length;
+    EXPECT_EQ(file->isDoubleByteFOND(handle.get()), row.is_double_byte) << row.family << ' ' << row.length;
   }
 }
 

@@ -22,51 +22,36 @@ ResourceForkBuilder Bitmaps(const std::vector<std::int16_t>& ids, std::uint8_t a
 
 TEST(QuillmarkResourceFile, TakesTheResourceForkThenTheDataFork) {
   const OpenedFile dfont(Bitmaps({1}));
-  ASSERT_NE(dfont.get(), nullptr);
   EXPECT_TRUE(dfont->isDataFork());
   EXPECT_EQ(dfont->file(), dfont.path());
-
   const auto sidecar = [&](std::string fork) {
     dfont.folder().Write("._Suitcase", AppleDoubleBuilder().ResourceFork(std::move(fork)).Build());
-    return ResourceFileHolder(QuillmarkResourceFile::initWithFile(dfont.path(), true));
+    const ResourceFileHolder file(QuillmarkResourceFile::initWithFile(dfont.path(), true));
+    return std::pair(file.get()->isDataFork(), file.get()->countResType(kNfnt));
   };
-  const auto with_fork = sidecar(Bitmaps({1, 2, 3}).Build());
-  EXPECT_FALSE(with_fork.get()->isDataFork());
-  EXPECT_EQ(with_fork.get()->countResType(kNfnt), 3);
-  const auto with_bad_fork = sidecar("no map at all");
-  EXPECT_TRUE(with_bad_fork.get()->isDataFork());
-  EXPECT_EQ(with_bad_fork.get()->countResType(kNfnt), 1);
-}
-
-TEST(QuillmarkResourceFile, WithoutAMapThereIsNoObject) {
-  const TempFolder folder;
-  const std::string text = folder.Write("text", "no resource map in here, only words");
-  for (const std::string& path : {text, folder.path(), folder.Path("missing"), std::string()}) {
+  EXPECT_EQ(sidecar(Bitmaps({1, 2, 3}).Build()), std::pair(false, 3));
+  EXPECT_EQ(sidecar("no map at all"), std::pair(true, 1));
+  const std::string text = dfont.folder().Write("text", "no resource map in here, only words");
+  for (const std::string& path :
+       {text, dfont.folder().path(), dfont.folder().Path("missing"), std::string()}) {
     EXPECT_EQ(QuillmarkResourceFile::initWithFile(path, true), nullptr) << path;
   }
 }
 
 TEST(QuillmarkResourceFile, CountsAndReadsItsOwnMapOnly) {
-  const OpenedFile one(
-      ResourceForkBuilder().Add(kSfnt, 7, "seven").Add(kNfnt, -3, "minus").Add(kNfnt, 9, "nine"));
-  const OpenedFile other(Bitmaps({50}));  // current file from here on
+  const OpenedFile one(ResourceForkBuilder().Add(kSfnt, 7, "seven").Add(kNfnt, -3, "minus"));
+  const OpenedFile other(Bitmaps({300, -5, 12, 300, 0}));  // current file from here on
   EXPECT_EQ(one->count1ResTypes(), 2);
-  EXPECT_EQ(one->countResType(kNfnt), 2);
-  EXPECT_EQ(other->countResType(kNfnt), 1);
-  EXPECT_EQ(one->countResType(kFond), 0);
-
-  const ResourceHandle by_id(one->getResourceHandleForType(kNfnt, -3));
-  EXPECT_EQ(AsText(HandleBytes(by_id.get())), "minus");
-  const ResourceHandle by_index(one->getResourceHandleViaGet1IndResource(kNfnt, 2));
-  EXPECT_EQ(AsText(HandleBytes(by_index.get())), "nine");
-  EXPECT_EQ(one->getResourceHandleForType(kNfnt, 50), nullptr);
-  EXPECT_EQ(one->getResourceHandleViaGet1IndResource(kNfnt, 3), nullptr);
+  EXPECT_EQ(one->countResType(kNfnt), 1);
+  EXPECT_EQ(other->countResType(kNfnt), 5);
+  EXPECT_EQ(AsText(HandleBytes(ResourceHandle(one->getResourceHandleForType(kNfnt, -3)).get())), "minus");
+  EXPECT_EQ(AsText(HandleBytes(ResourceHandle(one->getResourceHandleViaGet1IndResource(kSfnt, 1)).get())),
+            "seven");
+  EXPECT_EQ(one->getResourceHandleForType(kNfnt, 300), nullptr);
+  EXPECT_EQ(one->getResourceHandleViaGet1IndResource(kNfnt, 2), nullptr);
   EXPECT_EQ(one->getResourceHandleViaGet1IndResource(kNfnt, 0), nullptr);
-
-  const OpenedFile twice(Bitmaps({300, -5, 12, 300, 0}));
-  EXPECT_THAT(twice->getSortedResIDsForType(kNfnt), ElementsAre(-5, 0, 12, 300));
-  EXPECT_THAT(twice->getSortedResIDsForType(kSfnt), IsEmpty());
-
+  EXPECT_THAT(other->getSortedResIDsForType(kNfnt), ElementsAre(-5, 0, 12, 300));
+  EXPECT_THAT(other->getSortedResIDsForType(kSfnt), IsEmpty());
   ResType type = 1;
   one->getResourceTypeViaGet1IndType(&type, 2);
   EXPECT_EQ(type, kNfnt);
@@ -75,37 +60,29 @@ TEST(QuillmarkResourceFile, CountsAndReadsItsOwnMapOnly) {
   one->getResourceTypeViaGet1IndType(nullptr, 1);
 }
 
-TEST(QuillmarkResourceFile, RemovesOneResourceAndWritesItAtTheEnd) {
-  OpenedFile file(Bitmaps({1, 2, 3}), false);
-  EXPECT_TRUE(file->purgeResource(kNfnt, 2));
-  EXPECT_FALSE(file->purgeResource(kNfnt, 2));
-  EXPECT_FALSE(file->purgeResource(kSfnt, 1));
-  file.Reopen();
-  EXPECT_THAT(file->getSortedResIDsForType(kNfnt), ElementsAre(1, 3));
-}
-
-TEST(QuillmarkResourceFile, RemovesAllButASetAndLoadsDataAgainAfterwards) {
-  struct Row {
-    const char* what;
+TEST(QuillmarkResourceFile, RemovesResourcesAndWritesThatAtTheEnd) {
+  OpenedFile single(Bitmaps({1, 2, 3}), false);
+  EXPECT_TRUE(single->purgeResource(kNfnt, 2));
+  EXPECT_FALSE(single->purgeResource(kNfnt, 2));
+  single.Reopen();
+  EXPECT_THAT(single->getSortedResIDsForType(kNfnt), ElementsAre(1, 3));
+  const struct {
     std::vector<std::int16_t> ids;
     std::set<std::int16_t> keep;
     bool removes;
     int left;
-  };
-  const Row rows[] = {
-      {"one of three", {128, 129, 130}, {128}, true, 1},
-      {"every one", {128, 129, 130}, {128, 129, 130, 131}, false, 3},
-      {"none", {128, 129, 130}, {}, true, 0},
-      {"an ID used twice is kept once", {128, 129, 128, 128}, {128, 129}, true, 2},
-  };
-  for (const Row& row : rows) {
+  } rows[] = {{{128, 129, 130}, {128}, true, 1},
+              {{128, 129, 130}, {128, 129, 130, 131}, false, 3},
+              {{128, 129, 130}, {}, true, 0},
+              {{128, 129, 128, 128}, {128, 129}, true, 2}};  // an ID used twice is kept once
+  for (const auto& row : rows) {
     OpenedFile file(Bitmaps(row.ids), false);
-    EXPECT_EQ(file->purgeAllBut(row.keep, kNfnt), row.removes) << row.what;
+    EXPECT_EQ(file->purgeAllBut(row.keep, kNfnt), row.removes) << row.left;
+    // Data are loaded again afterwards.
     EXPECT_EQ(HandleBytes(ResourceHandle(file->getResourceHandleForType(kNfnt, 128)).get()).size(),
-              row.keep.contains(128) ? 6u : 0u)
-        << row.what;
+              row.keep.contains(128) ? 6u : 0u);
     file.Reopen();
-    EXPECT_EQ(file->countResType(kNfnt), row.left) << row.what;
+    EXPECT_EQ(file->countResType(kNfnt), row.left);
   }
 }
 
@@ -113,8 +90,7 @@ TEST(QuillmarkResourceFile, ProtectedResourcesStayThoughRemovalIsReported) {
   OpenedFile file(Bitmaps({1, 2, 3}, ResourceForkBuilder::kProtected), false);
   EXPECT_TRUE(file->purgeResource(kNfnt, 2));
   EXPECT_TRUE(file->purgeAllBut({}, kNfnt));
-  const auto kept = [&] { return ResourceHandle(file->getResourceHandleForType(kNfnt, 2)); };
-  EXPECT_EQ(AsText(HandleBytes(kept().get())), "bitmap");
+  EXPECT_EQ(AsText(HandleBytes(ResourceHandle(file->getResourceHandleForType(kNfnt, 2)).get())), "bitmap");
   file.Reopen();
   EXPECT_EQ(file->countResType(kNfnt), 3);
 }
