@@ -2,15 +2,25 @@
 #ifndef QUILLMARK_TESTS_RESOURCES_OPENED_FILE_H_
 #define QUILLMARK_TESTS_RESOURCES_OPENED_FILE_H_
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
+#include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
 namespace quillmark {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 inline constexpr ResType kFond = FourCharCode("FOND");
 inline constexpr ResType kNfnt = FourCharCode("NFNT");

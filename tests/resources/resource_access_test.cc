@@ -1,33 +1,23 @@
 #include "resources/resource_access.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
-#include "builders/fond_builder.h"
 #include "resources/opened_file.h"
 #include "support/om_string.h"
 
 namespace quillmark {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 constexpr ResType kPost = FourCharCode("POST");
 
 TEST(ResourceAccess, AnswersForNoFile) {
   EXPECT_EQ(AllocateResourceFile(nullptr, true), nullptr);
   FreeResourceFile(nullptr);
-  EXPECT_FALSE(FileHasPOSTsInResourceFork(nullptr) || FileHasFONDsInResourceFork(nullptr));
   EXPECT_FALSE(is_psfont(nullptr) || is_psprinterfont(nullptr) || hasValidResourcePSHeader(nullptr));
-  EXPECT_EQ(getHandleOfTypeAndIndex(nullptr, kFond, 1), nullptr);
-  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(nullptr, nullptr, 0), -1);
   EXPECT_FALSE(has_OTTO_Flag_inResource(nullptr, nullptr, 0) || has_ttc_true_Flag(nullptr, nullptr, 0));
+  EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(nullptr, nullptr, 0), -1);
   EXPECT_EQ(getStyleFromStyleIndex(nullptr, nullptr, 0), -1);
   EXPECT_EQ(getCountOfUniqueStyles(nullptr, nullptr), 0);
-  EXPECT_THAT(getSortedResIDsForStyle(nullptr, nullptr, -1), IsEmpty());
   EXPECT_EQ(CreatePrinterPath(nullptr, nullptr, 0), nullptr);
 }
 
@@ -48,27 +38,21 @@ TEST(ResourceAccess, OpensAPlatformStringAndTellsFilesByTheirTypes) {
 
 TEST(ResourceAccess, TellsOutlinesByTheirFirstBytes) {
   const std::string version("\0\1\0\0", 4);
-  const struct {
-    std::string outline;
-    const char* family;
-    bool otto, true_type, type_1;
-  } rows[] = {
+  const std::tuple<std::string, const char*, bool, bool, bool> rows[] = {
       {"OTTO", "Family", true, false, false},  {"OTT", "Family", false, false, false},
       {"typ1", "Family", false, false, true},  {"typ", "Family", false, false, false},
       {version, "A-CID", false, true, false},  {version.substr(0, 3), "x", false, false, false},
       {"true", "Family", false, true, false},  {"true", "A-CIDx", false, false, false},
       {"true", "xCID-B", false, false, false}, {"true", "CID-Bx", false, true, false},
-      {"true", "xA-CID", false, true, false},  {"ttcf", "Family", false, false, false},
-  };
-  for (const auto& row : rows) {
+      {"true", "xA-CID", false, true, false},  {"ttcf", "Family", false, false, false}};
+  for (const auto& [outline, family, otto, true_type, type_1] : rows) {
     const std::string fond = FondBuilder(128).Association(0, 1, 40).Build();
-    const OpenedFile file(
-        ResourceForkBuilder().Add(kFond, 128, fond, row.family).Add(kSfnt, 40, row.outline));
+    const OpenedFile file(ResourceForkBuilder().Add(kFond, 128, fond, family).Add(kSfnt, 40, outline));
     const ResourceHandle handle(file.Fond());
-    EXPECT_EQ(has_OTTO_Flag_inResource(file.get(), handle.get(), 1), row.otto) << row.outline << row.family;
-    EXPECT_EQ(has_ttc_true_Flag(file.get(), handle.get(), 1), row.true_type) << row.outline << row.family;
-    EXPECT_EQ(hasValidResourcePSHeader(file.get()), row.type_1) << row.outline << row.family;
-    EXPECT_FALSE(has_ttc_true_Flag(file.get(), handle.get(), 0)) << row.outline << row.family;
+    EXPECT_EQ(has_OTTO_Flag_inResource(file.get(), handle.get(), 1), otto) << outline << family;
+    EXPECT_EQ(has_ttc_true_Flag(file.get(), handle.get(), 1), true_type) << outline << family;
+    EXPECT_EQ(hasValidResourcePSHeader(file.get()), type_1) << outline << family;
+    EXPECT_FALSE(has_ttc_true_Flag(file.get(), handle.get(), 0)) << outline << family;
   }
   // No entry means ID -1, which may exist.
   const OpenedFile last(ResourceForkBuilder().Add(kSfnt, -1, "true"));
