@@ -26,7 +26,9 @@ class ScratchFile {
   void Fill(const std::uint8_t* data, std::size_t size) const {
     Remove();  // writing over a file is slow
     std::FILE* file = std::fopen(path_.c_str(), "wb");
-    if (file == nullptr || std::fwrite(data, 1, size, file) != size || std::fclose(file) != 0) std::abort();
+    if (file == nullptr) std::abort();
+    const bool written = size == 0 || std::fwrite(data, 1, size, file) == size;  // empty data may be null
+    if (std::fclose(file) != 0 || !written) std::abort();
   }
 
  private:

@@ -212,9 +212,9 @@ TEST_F(Creation, SurvivesDamagedFiles) {
   for (const auto& [name, bytes] :
        {std::pair{"a.ttf", font}, {"a.otf", font}, {"a.ttc", collection}, {"a.dfont", resources}}) {
     // A new file each time: some file systems write a truncated one out at once.
-    const auto create = [this, name](const std::string& damaged) {
-      const OwnedArray array = Create(folder_.Write(name, damaged));
-      std::filesystem::remove(folder_.Path(name));
+    const auto create = [this, file = std::string(name)](const std::string& damaged) {
+      const OwnedArray array = Create(folder_.Write(file, damaged));
+      std::filesystem::remove(folder_.Path(file));
       return array != nullptr;
     };
     ASSERT_TRUE(create(bytes)) << name;
