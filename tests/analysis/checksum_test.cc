@@ -29,17 +29,13 @@ TEST(Checksum, ContinuesAsZlibDoesOverAnyRange) {
   const std::string bytes = RandomBytes(5000);
   RangeCrc32 ranges(AsBytes(bytes));
   for (std::size_t offset : {0u, 1u, 1023u, 1024u, 1025u, 5000u}) {
-    for (std::size_t length : {0u, 1u, 23u, 1023u, 1024u, 1025u, 2048u, 3976u, 5000u}) {
+    for (std::size_t length : {0u, 1u, 1023u, 1024u, 1025u, 3976u, 5000u}) {
       if (offset + length > bytes.size()) continue;
       const std::string_view range = std::string_view(bytes).substr(offset, length);
       EXPECT_EQ(CChecksum::icrc(AsBytes(range), 7), Zlib(range, 7)) << offset << " " << length;
       EXPECT_EQ(ranges.Continue(7, offset, length), Zlib(range, 7)) << offset << " " << length;
     }
   }
-}
-
-TEST(Checksum, AddsWordsOfWhichTheLastIsFilledUp) {
-  EXPECT_EQ(ChecksumLongAlignedData(1, AsBytes("\x01\x02\x03\x04\xFF\xFF")), 0x01010305u);
 }
 
 TEST(Checksum, JoinsTheForksOfAFile) {
@@ -59,7 +55,6 @@ TEST(Checksum, JoinsTheForksOfAFile) {
     bool returned;
     std::uint32_t checksum, data_fork;
   } rows[] = {{"Both", 0, true, both, Zlib(data)},
-              {"Both", both, true, both, Zlib(data)},
               {"Fork", 0, true, Zlib(fork), 0},
               {"Data", Zlib(data), false, Zlib(data), Zlib(data)},
               {"Empty", 7, true, 0, 0},
@@ -72,7 +67,6 @@ TEST(Checksum, JoinsTheForksOfAFile) {
     EXPECT_EQ(checksum, row.checksum) << row.name;
     EXPECT_EQ(data_fork, row.data_fork) << row.name;
   }
-  EXPECT_TRUE(CChecksum::CalculateFileChecksum(folder.Path("Missing"), nullptr, nullptr));
 }
 
 TEST(Checksum, IsRememberedWithinAScopeOnly) {

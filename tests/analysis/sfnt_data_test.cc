@@ -37,11 +37,8 @@ TEST(SfntData, FileMemoryAndTablesGiveTheSameBytesAndSums) {
     std::uint32_t offset, length;
     bool inside;
   } rows[] = {
-      {0, 4, true},      {4090, 6, true},     {4090, 7, true},      {4095, 100'000, true},
-      {0, size, true},   {size, 0, true},     {size - 1, 1, true},  {1, size - 1, true},
-      {3, 65'536, true}, {size, 1, false},    {size + 1, 0, false}, {1, kMax, false},
-      {kMax, 1, false},  {kMax, kMax, false}, {44, 5, true},        {44, 8, true},
-      {43, 10, true},    {50, 3, true},       {70'053, 20, true},   {52, 70'001, true},
+      {0, size, true},  {size - 1, 1, true}, {size, 1, false}, {size + 1, 0, false},  {1, kMax, false},
+      {kMax, 1, false}, {44, 8, true},       {43, 10, true},   {4095, 100'000, true}, {70'053, 20, true},
   };
   for (const auto& row : rows) {
     for (std::size_t i = 0; i < fonts.size(); ++i) {
@@ -55,15 +52,6 @@ TEST(SfntData, FileMemoryAndTablesGiveTheSameBytesAndSums) {
       EXPECT_EQ(sum, SumBigEndianWords(*range));
     }
   }
-}
-
-TEST(SfntData, RangesOfAFileStayValidWhileMoreIsRead) {
-  const std::string bytes = Pattern();
-  const TempFolder folder;
-  const SfntData font(RegularFile::Open(folder.Write("font", bytes)).value(), 200'001);
-  const Bytes head = font.Range(0, 16).value();
-  for (std::uint32_t offset = 4096; offset < 8192; offset += 16) ASSERT_TRUE(font.Range(offset, 16));
-  EXPECT_EQ(AsText(head), bytes.substr(0, 16));
 }
 
 TEST(SfntData, BytesThatAFileLacksAreZero) {

@@ -59,28 +59,5 @@ TEST(FontArray, RemovesWhatTheRuleRemoves) {
   }
 }
 
-TEST(DuplicateFilter, HoldsOneFaceOfAFamilyThatIsListedManyTimes) {
-  DuplicateFilter filter;
-  int held = 0;
-  for (int i = 0; i < 1000; ++i) held += filter.MayStay(NamedFace("A", i % 10 + 1, 128)) ? 1 : 0;
-  EXPECT_EQ(held, 1);
-  EXPECT_TRUE(filter.MayStay(NamedFace("a", 0, 128)));
-}
-
-TEST(FontArray, FindsTheFirstFaceOfAFondAndStyle) {
-  std::uint32_t index = 77;
-  EXPECT_FALSE(QM_FontArray().FindIndexForFondResourceID(128, 0, index));
-  QM_FontArray array;
-  for (const auto& [fond, style] : {std::pair{128, 0}, {129, 1}, {-3, 1}, {129, 1}}) {
-    QM_FontSpecifier face = NamedFace("", style);
-    face.fondResourceID = fond;
-    array.push_back(face);
-  }
-  EXPECT_FALSE(array.FindIndexForFondResourceID(129, 0, index));
-  EXPECT_EQ(index, 77u) << "untouched without a find";
-  EXPECT_TRUE(array.FindIndexForFondResourceID(129, 1, index));
-  EXPECT_EQ(index, 1u);
-}
-
 }  // namespace
 }  // namespace quillmark
