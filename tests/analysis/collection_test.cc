@@ -48,7 +48,6 @@ class Collection : public testing::Test {
     EXPECT_EQ(AsText(font.Range(0, font.size()).value()), AsText(bytes));
     return status;
   }
-  std::string out() const { return {out_.begin(), out_.end()}; }
 
   TempFolder folder_;
   int files_ = 0;
@@ -56,20 +55,6 @@ class Collection : public testing::Test {
   std::unique_ptr<TrueTypeCollectionFont> collection_;
   std::vector<char> out_;
 };
-
-TEST_F(Collection, AFaceIsTheFontThatWentIn) {
-  const std::vector<SfntBuilder> fonts = {Face("One"), Face("Two"),
-                                          Face("Three").Version(FourCharCode("OTTO"))};
-  const std::string bytes =
-      CollectionBuilder().Face(fonts[0]).Face(fonts[1]).SameFaceAs(0).Face(fonts[2]).Trailer("end").Build();
-  ASSERT_EQ(Load(bytes), kCollectionOk);
-  ASSERT_EQ(collection_->faceCount(), 4u);
-  for (const auto& [face, font] : {std::pair(0u, 0u), {1u, 1u}, {2u, 0u}, {3u, 2u}}) {
-    EXPECT_EQ(Cut(face), kCollectionOk);
-    EXPECT_EQ(out(), fonts[font].Build()) << face;
-  }
-  EXPECT_EQ(Cut(4), kCollectionNothing);
-}
 
 TEST_F(Collection, RefusesFilesThatAreNoCollection) {
   const std::string good = CollectionBuilder().Face(Face("One")).Build();

@@ -80,16 +80,6 @@ TEST(XmlReader, ConvertsNumbersToSigned32Bits) {
   }
 }
 
-TEST(XmlReader, CountsWholeBlocksAndKeepsACutOne) {
-  const std::string a = "<FontData><PostScriptName>A</PostScriptName>";
-  const std::string b = "<FontData><PostScriptName>B</PostScriptName>";
-  const std::string end = "</FontData>";
-  Read("", 4);
-  Read(a, 4);
-  EXPECT_EQ(Read(a + end + b)->size(), 2u);
-  EXPECT_EQ(Read(a + b + end)->size(), 1u) << "the second opening lies before the end of the first";
-}
-
 TEST(XmlReader, TakesLinearTimeForBlocksThatShareTheirValues) {
   // Every value, and the end of the text, is far away from most of the blocks.
   const std::string zeros(1000000, '0');
