@@ -3,14 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "analysis/checksum.h"
+#include "analysis/postscript_metadata.h"
 #include "analysis/printer_font.h"
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
+#include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
 #include "resources/quillmark_resource_file.h"
@@ -48,6 +51,8 @@ KerningChecksums Checksums(const std::string& fond, std::int16_t style) {
   {
     const FondKerningScope scope(handle);
     EXPECT_EQ(ask(), checksums);
+    const FondKerningScope of_none(nullptr);  // must not serve this FOND
+    EXPECT_EQ(ask(), checksums);
   }
   DisposeHandle(handle);
   return checksums;
@@ -78,6 +83,20 @@ KerningChecksums SlowChecksums(const std::string& fond, std::int16_t style) {
   return checksums;
 }
 
+TEST(FaceChecksums, TakeEverySubTableOfTheStyle) {
+  const std::string fond = FondBuilder(128)
+                               .Kerning(1, {{'A', 'V', -2}, {'V', 'A', 3}})
+                               .Kerning(0, {{'T', 'o', 1}})
+                               .Kerning(1, {{'W', 'a', 256}})
+                               .Build() +
+                           "tail";
+  EXPECT_EQ(Checksums(fond, 0), (KerningChecksums{1 + 'T' + 'o' + 1, Crc("To\0\1"s)}));
+  EXPECT_EQ(Checksums(fond, 1),
+            (KerningChecksums{(1 + 2 + 'A' + 'V' + 0xFF + 0xFE + 'V' + 'A' + 3) + (1 + 1 + 'W' + 'a' + 1),
+                              Crc("AV\xFF\xFEVA\0\3Wa\1\0"s)}));
+  EXPECT_EQ(Checksums(FondBuilder(128).Association(9, 0, 1).Build(), 0), KerningChecksums());
+}
+
 TEST(FaceChecksums, FollowSpoiledKerningTables) {
   FondBuilder plain(128);
   plain.Association(9, 0, 1).Kerning(0, {{1, 2, 3}, {4, 5, 6}}).Kerning(1, {}).Kerning(0, {{7, 8, 9}});
@@ -92,7 +111,30 @@ TEST(FaceChecksums, FollowSpoiledKerningTables) {
       FondBuilder spoiled = plain;
       spoiled.SetU16(field, static_cast<std::uint16_t>(value));
       EXPECT_EQ(Checksums(spoiled.Build(), 0), SlowChecksums(spoiled.Build(), 0)) << field << " " << value;
+      spoiled.SetU16(table, 0x7FFF);
+      EXPECT_EQ(Checksums(spoiled.Build(), 0), SlowChecksums(spoiled.Build(), 0)) << field << " " << value;
     }
+  }
+}
+
+TEST(FaceChecksums, FollowOverlappingSubTables) {
+  // 64 times 600 pairs forward and 600 back, so that each long sub-table begins 8 bytes behind the one
+  // before.
+  FondBuilder builder(128);
+  std::vector<FondBuilder::KerningPair> filler(1500, {0, 1, 0x1234});
+  for (std::size_t i = 0; i < filler.size(); ++i) filler[i].first = static_cast<std::uint8_t>(i / 7);
+  builder.Kerning(0, filler);
+  const std::size_t table = U32At(AsBytes(builder.Build()), 20).value();
+  builder.SetU16(table, 127);
+  for (std::size_t i = 0; i < 64; ++i) {
+    const std::size_t forward = table + 2 + 8 * i;
+    builder.SetU32(forward, (i % 3 == 0 ? 0x10000u : 0u) + 600u);
+    builder.SetU32(forward + 4 + 600 * 4, 0x10000u - 600u);
+  }
+  for (const std::int16_t style : std::initializer_list<std::int16_t>{0, 1}) {
+    const KerningChecksums checksums = Checksums(builder.Build(), style);
+    EXPECT_EQ(checksums, SlowChecksums(builder.Build(), style)) << style;
+    EXPECT_GT(checksums.kestine, 1000000u) << "the long sub-tables were not met";
   }
 }
 
@@ -117,6 +159,7 @@ TEST(FaceChecksums, TakePrinterFontsSegmentBySegment) {
   const TempFolder folder;
   const ResourceFont font(folder, ResourceForkBuilder().Add(FourCharCode("NFNT"), 5, "bitmap"),
                           FondBuilder(128).Association(9, 0, 5).StyleString("Quill-Bold").Build());
+  EXPECT_EQ(ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 77), 77u);  // none beside it
   const auto first_and = [](std::int16_t id, const char* bytes) {
     return ResourceForkBuilder().Add(kPost, 501, "first").Add(kPost, id, bytes);
   };
@@ -127,25 +170,17 @@ TEST(FaceChecksums, TakePrinterFontsSegmentBySegment) {
     std::uint32_t expected;  // from 77
   } rows[] = {
       {"gap", "", first_and(503, "third").Build(), Crc("first", 77)},
+      {"empty one", "", first_and(502, "").Add(kPost, 503, "third").Build(), Crc("first", 77)},
       {"map in the data fork", first_and(502, "second").Build(), "", Crc("firstsecond", 77)},
       {"no map", "%!PS", "", Crc("%!PS")},  // starts anew
   };
   for (const auto& row : rows) {
     folder.Write("QuillBol", row.data_fork);
     folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(row.resource_fork).Build());
-    const auto from = [&font](std::uint32_t crc) {
-      return ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, crc);
-    };
-    EXPECT_EQ(from(77), row.expected) << row.name;
-    const std::uint32_t from_0 = from(0);
+    EXPECT_EQ(ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 77), row.expected) << row.name;
+    const std::uint32_t from_0 = ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 0);
     std::uint32_t file_checksum = 1;
-    EXPECT_EQ(font.Ombrelux(false, file_checksum), from_0) << row.name;
-    const ChecksumScope checksums;
-    const PrinterFontScope printer_fonts;
-    for (int remembered = 0; remembered < 2; ++remembered) {
-      EXPECT_EQ(from(0), from_0) << row.name;
-      EXPECT_EQ(from(77), row.expected) << row.name;
-    }
+    EXPECT_EQ(font.Ombrelux(false, file_checksum), from_0 != 0 ? from_0 : Crc("bitmap")) << row.name;
   }
 }
 
@@ -180,8 +215,64 @@ TEST(FaceChecksums, FallBackFromOutlinesToBitmapsToTheFile) {
     const std::uint32_t expected = row.expected.value_or(Crc("fork", data_fork));
     std::uint32_t file_checksum = 1;
     EXPECT_EQ(font.Ombrelux(false, file_checksum), expected) << row.name;
+    EXPECT_EQ(file_checksum, expected) << row.name;
     EXPECT_EQ(font.Ombrelux(true, file_checksum), data_fork) << row.name;
     EXPECT_EQ(file_checksum, Crc("fork", data_fork)) << row.name;
+    if (!row.expected) continue;
+    // A file that cannot be read leaves what the face itself gave.
+    EXPECT_EQ(GetOmbreluxChecksum("", font.file.get(), font.fond.get(), 0, true, file_checksum), expected);
+    EXPECT_EQ(file_checksum, expected) << row.name;
+  }
+}
+
+TEST(FaceChecksums, AndNamesAreTheSameWhenStylesShareWhatTheyName) {
+  // Styles 0 to 3 name one printer font file, 4 to 7 an outline; the odd ones are kerned.
+  FondBuilder fond(128);
+  fond.StyleString("Quill-Bold");
+  for (std::int16_t style = 0; style < 8; ++style) {
+    fond.Association(style < 4 ? 9 : 0, style, style < 4 ? 5 : 7);
+    if (style >= 6) fond.Association(0, style, 8);
+    if (style % 2 == 1) fond.Kerning(style, {{1, 2, style}});
+  }
+  const auto suitcase = ResourceForkBuilder()
+                            .Add(FourCharCode("NFNT"), 5, "bitmap")
+                            .Add(FourCharCode("sfnt"), 7, "seven")
+                            .Add(FourCharCode("sfnt"), 8, "eight");
+  const auto segments = ResourceForkBuilder()
+                            .Add(FourCharCode("POST"), 501, "\1 /FamilyName (Fa) /version (1) /FontName /Na ")
+                            .Add(FourCharCode("POST"), 502, "second");
+  for (const std::string& fork : {segments.Build(), ResourceForkBuilder().Build(), ""s}) {
+    const TempFolder folder;
+    const ResourceFont font(folder, suitcase, fond.Build());
+    folder.Write("QuillBol", "%!PS /version (2)");
+    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(fork).Build());
+    const auto ask = [&font] {
+      std::vector<std::string> found;
+      for (std::int16_t style = 0; style < 8; ++style) {
+        std::uint32_t file_checksum = 1;
+        found.push_back(std::to_string(GetOmbreluxChecksum(font.path, font.file.get(), font.fond.get(), style,
+                                                           style == 3, file_checksum)));
+        found.push_back(std::to_string(file_checksum));
+        GatheredNames names;
+        if (style >= 2) names.version = "given";  // and so kept
+        FaceOutputs outputs = names.Outputs();
+        if (style % 2 == 1) outputs.names.full_name = nullptr;
+        found.push_back(std::to_string(
+            CollectPSMetaDataMac(font.file.get(), font.path, font.fond.get(), style, outputs)));
+        for (const OmString& name :
+             {names.kind, names.family, names.version, names.post_script, names.full}) {
+          found.push_back(name.str());
+        }
+      }
+      return found;
+    };
+    const auto alone = ask();
+    const ChecksumScope checksums;
+    const PrinterFontScope printer_fonts;
+    EXPECT_EQ(ask(), alone);
+    folder.Write("QuillBol", "changed");
+    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork("changed").Build());
+    EXPECT_EQ(ask(), alone) << "read again";
   }
 }
 

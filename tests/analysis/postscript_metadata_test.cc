@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <string>
 
-#include "analysis/printer_font.h"
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
 #include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
+#include "builders/type1_builder.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -49,6 +49,9 @@ class Family {
   CollectStatus CollectMac(const FaceOutputs& outputs) const {
     return CollectPSMetaDataMac(file_.get(), path_, fond_.get(), 0, outputs);
   }
+  void CollectOutlines(const FaceOutputs& outputs) const {
+    Collect_sfnt_MetaDataFromPrinterInfo(file_.get(), fond_.get(), 0, outputs);
+  }
 
   const TempFolder folder;
 
@@ -57,6 +60,50 @@ class Family {
   ResourceFileHolder file_;
   ResourceHandle fond_;
 };
+
+// The value of a key in the font's metrics file, which its maker wrote beside the program.
+std::string MetricsValue(const std::string& metrics, const std::string& key) {
+  const std::size_t line = metrics.find("\n" + key + " ");
+  if (line == std::string::npos) return "";
+  const std::size_t value = line + key.size() + 2;
+  return metrics.substr(value, metrics.find_first_of("\r\n", value) - value);
+}
+
+TEST(PostScriptMetadata, ReadsRealPrinterFonts) {
+  int fonts = 0;
+  for (const auto& entry : std::filesystem::directory_iterator("/usr/share/fonts/type1/urw-base35")) {
+    std::filesystem::path path = entry.path();
+    if (path.extension() != ".t1") continue;
+    ++fonts;
+    const std::string program = ReadFile(path);
+    const std::string metrics = ReadFile(path.replace_extension(".afm"));
+    const std::string post_script = MetricsValue(metrics, "FontName");
+    const Family family("Screen Name", BitmapFamily(post_script).Build());
+    GatheredNames without_file;
+    EXPECT_EQ(family.Collect(without_file.Outputs()), kPrinterFontMissing) << path;
+    const std::string printer_file =
+        std::filesystem::path(without_file.printer_font_path.str()).filename().string();
+
+    ResourceForkBuilder fork;
+    AddPostResources(fork, PostSegments(program));
+    family.AddPrinterFile(printer_file, fork);
+    for (const bool in_data_fork : {false, true}) {
+      if (in_data_fork) {
+        std::filesystem::remove(family.folder.Path("._" + printer_file));
+        family.folder.Write(printer_file, program);
+      }
+      GatheredNames names;
+      EXPECT_EQ(family.Collect(names.Outputs()), kCollected) << path;
+      EXPECT_EQ(names.family.str(), MetricsValue(metrics, "FamilyName")) << path;
+      EXPECT_EQ(names.post_script.str(), post_script) << path;
+      EXPECT_EQ(names.version.str(), MetricsValue(metrics, "Version")) << path;
+      EXPECT_EQ(names.foundry.str(), MetricsValue(metrics, "Notice")) << path;
+      // Resources leave the screen fonts' own name standing; the data fork is read after it was set.
+      EXPECT_EQ(names.display.str(), in_data_fork ? post_script : "Screen Name") << path;
+    }
+  }
+  EXPECT_EQ(fonts, 35) << "fonts-urw-base35 is not installed";
+}
 
 TEST(PostScriptMetadata, ReadsTheFirstTwoSegments) {
   const std::string full_segment = "\1 /FamilyName (Second) " + std::string(2048, ' ');
@@ -70,8 +117,10 @@ TEST(PostScriptMetadata, ReadsTheFirstTwoSegments) {
       {"\1 /FamilyName (First)", "\1 /FamilyName (Second)", "Second", "Quill-Bold", kCollected},
       {"\1 /FamilyName (First)", full_segment.substr(0, 2048), "First", "Quill-Bold", kCollected},
       {"\1 /FamilyName (First)", full_segment.substr(0, 2047), "Second", "Quill-Bold", kCollected},
+      {full_segment.substr(0, 2048), "", "Second", "Quill-Bold", kCollected},
       {"", "\1 /FamilyName (Second)", "", "Quill-Bold", kUndecided},
       {"\1 /FontName (Quill [Roman]) def", "\1 ", "Suitcase", "Quill--Roman-", kCollected},
+      {"\1 /FontName (Qu\xE9ll) def", "", "Suitcase", "Quill-Bold", kCollected},  // not UTF-8
   };
   for (const auto& row : rows) {
     const Family family("Qq");
@@ -79,19 +128,18 @@ TEST(PostScriptMetadata, ReadsTheFirstTwoSegments) {
                                           .Add(kPost, 501, row.first)
                                           .Add(kPost, 502, row.second)
                                           .Add(kPost, 503, "\1 /FamilyName (Third) /FontName /Third "));
-    const PrinterFontScope scope;  // what the first gathers is remembered for the second
-    for (int gathered = 0; gathered < 2; ++gathered) {
-      GatheredNames names;
-      EXPECT_EQ(family.CollectMac(names.Outputs()), row.status) << row.first;
-      EXPECT_EQ(names.family.str(), row.family) << row.first;
-      EXPECT_EQ(names.post_script.str(), row.post_script) << row.first;
-    }
+    GatheredNames names;
+    EXPECT_EQ(family.CollectMac(names.Outputs()), row.status) << row.first;
+    EXPECT_EQ(names.family.str(), row.family) << row.first;
+    EXPECT_EQ(names.post_script.str(), row.post_script) << row.first;
   }
 }
 
 TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
   const std::string plain = BitmapFamily("Quill-Bold").Build();
-  const std::string cid = FondBuilder(0x4000).Association(0, 0, 7).StyleString("Quill-Light-H-X").Build();
+  const auto cid_family = [](std::int16_t size) {
+    return FondBuilder(0x4000).Association(size, 0, 7).StyleString("Quill-Light-H-X").Build();
+  };
   const auto other_family = [](std::int16_t id, std::int16_t script) {
     return FondBuilder(id).International(0, script).Association(0, 1, 6).Association(0, 0, 7).Build();
   };
@@ -105,24 +153,30 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
     CollectStatus status;  // kUndecided: an outline inside the file needs no printer file
   } rows[] = {
       {"Caf\x8E", plain, {}, "", "Caf\xC3\xA9", kPrinterFontMissing},
+      {"MyriaMM_400", plain, {}, "PostScript - MM", "MyriaMM_400", kPrinterFontMissing},
       {"%MMyriadMM_400_600_", plain, {}, "PostScript - MM", "MyriadMM", kPrinterFontMissing},
       // No "MM" before a "_": seen as a Multiple Master family only when its PostScript name is composed.
       {"%MQuill_1", plain, {}, "PostScript - MM", "Quill", kPrinterFontMissing},
-      {"A-CID Qq", cid, outline("x"), "CID", "A-CID Qq", kUndecided},
-      {"Qq", cid, outline("true"), "", "Qq", kUndecided},
-      {"A-CID", cid, {}, "OCF", "A-CID", kUndecided},
+      {"%MQuill_1", other_family(128, 0), outline("typ1"), "", "%MQuill_1", kUndecided},
+      {"Qq", cid_family(0), outline("typ1"), "CID", "Qq", kUndecided},
+      {"A-CID Qq", cid_family(0), outline("x"), "CID", "A-CID Qq", kUndecided},
+      {"Qq", cid_family(0), outline("true"), "", "Qq", kUndecided},
+      {"A-CID", cid_family(0), {}, "OCF", "A-CID", kUndecided},
       {"Qq", other_family(128, 1), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x41FF, 0), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x4200, 0), outline("typ1"), "", "Qq", kUndecided},
-      {"Qq", cid.substr(0, 59), {}, "OCF", "Qq", kPrinterFontMissing},
-      {"Qq", cid.substr(0, 51), {}, "", "Qq", kPrinterFontMissing},
+      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kPrinterFontMissing},
+      {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kPrinterFontMissing},
+      {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM", "A-CID MM_", kUndecided},
   };
   for (const auto& row : rows) {
+    SCOPED_TRACE(row.resource_name + " " + row.kind);
     const Family family(row.resource_name, row.fond, row.fork);
     GatheredNames names;
     EXPECT_EQ(family.CollectMac(names.Outputs()), row.status);
-    EXPECT_EQ(names.kind.str(), row.kind) << row.resource_name << " " << row.kind;
+    EXPECT_EQ(names.kind.str(), row.kind);
     EXPECT_EQ(names.display.str(), row.display);
+    EXPECT_EQ(family.CollectMac(FaceOutputs()), row.status);
   }
 }
 
@@ -135,6 +189,7 @@ TEST(PostScriptMetadata, FallsBackToTheDataFork) {
     return names;
   };
   EXPECT_EQ(collect(kPrinterFontMissing).printer_font_path.str(), path);
+  EXPECT_EQ(collect(kPrinterFontMissing).post_script.str(), "Quill-Bold");
   // Only the beginning is read, and zero bytes end values but not the search.
   family.folder.Write("QuillBol", "\0/FamilyName (Fa\0mily)"s + std::string(5980, ' ') + "/Version (1)");
   EXPECT_EQ(collect(kCollected).family.str(), "Fa");
@@ -142,6 +197,8 @@ TEST(PostScriptMetadata, FallsBackToTheDataFork) {
   // A map without a first segment.
   family.AddPrinterFile("QuillBol", ResourceForkBuilder().Add(kPost, 502, "\1 /FamilyName (Second)"));
   EXPECT_EQ(collect(kCollected).kind.str(), "");
+  family.folder.Write("QuillBol", "/FamilyName (Data)");
+  EXPECT_EQ(collect(kCollected).family.str(), "Data");
   std::filesystem::remove(path);
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
   collect(kPrinterFontMissing);
@@ -156,6 +213,21 @@ TEST(PostScriptMetadata, MakesNoPathOfANameThatHoldsASlash) {
   EXPECT_EQ(family.CollectMac(names.Outputs()), kPrinterFontMissing);
   EXPECT_EQ(family.Collect(names.Outputs()), kUndecided);
   EXPECT_EQ(names.printer_font_path.str(), "");
+  // A path that the caller gave is read all the same.
+  names.printer_font_path = family.folder.Write("Given", "/FamilyName (Given)");
+  EXPECT_EQ(family.Collect(names.Outputs()), kCollected);
+  EXPECT_EQ(names.family.str(), "Given");
+}
+
+TEST(PostScriptMetadata, GathersFromOutlineResources) {
+  const Family family(
+      "Qq", FondBuilder(128).Association(0, 0, 7).Association(0, 0, 8).Association(0, 0, 9).Build(),
+      ResourceForkBuilder().Add(kSfnt, 7, "/FamilyName (Seven)").Add(kSfnt, 9, "/version (9)"));
+  GatheredNames names;
+  family.CollectOutlines(names.Outputs());
+  EXPECT_EQ(names.family.str(), "Seven");
+  EXPECT_EQ(names.version.str(), "");
+  EXPECT_EQ(CollectPSMetaDataMac(nullptr, "", nullptr, 0, names.Outputs()), kUndecided);
 }
 
 }  // namespace
