@@ -1,5 +1,5 @@
 // CollectMetaData: everything that one face's own data say about it. Called once a face by creation.
-// Tests: tests/analysis/face_collector_test.cc.
+// Tests: tests/api/creation_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 #define QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 
