@@ -2,20 +2,6 @@
 
 namespace quillmark {
 
-AppleDoubleBuilder& AppleDoubleBuilder::Version(std::uint32_t version) {
-  version_ = version;
-  return *this;
-}
-
-AppleDoubleBuilder& AppleDoubleBuilder::Entry(std::uint32_t number, std::string bytes) {
-  entries_.emplace_back(number, std::move(bytes));
-  return *this;
-}
-
-AppleDoubleBuilder& AppleDoubleBuilder::FinderInfo(std::string_view type, std::string_view creator) {
-  return Entry(9, BigEndianWriter().Text(type).Text(creator).Zeros(24).bytes());
-}
-
 std::string AppleDoubleBuilder::Lay() const {
   BigEndianWriter file;
   file.U32(0x00051607).U32(version_).Zeros(16).U16(static_cast<std::uint32_t>(entries_.size()));

@@ -19,11 +19,19 @@ class AppleDoubleBuilder : public SpoilableBuilder {
   static constexpr std::size_t kCountOffset = 24;
   static constexpr std::size_t kFirstEntryOffset = 26;
 
-  AppleDoubleBuilder& Version(std::uint32_t version);
-  AppleDoubleBuilder& Entry(std::uint32_t number, std::string bytes);
+  AppleDoubleBuilder& Version(std::uint32_t version) {
+    version_ = version;
+    return *this;
+  }
+  AppleDoubleBuilder& Entry(std::uint32_t number, std::string bytes) {
+    entries_.emplace_back(number, std::move(bytes));
+    return *this;
+  }
   AppleDoubleBuilder& ResourceFork(std::string fork) { return Entry(2, std::move(fork)); }
   // 32 bytes of Finder information with these codes of four characters.
-  AppleDoubleBuilder& FinderInfo(std::string_view type, std::string_view creator);
+  AppleDoubleBuilder& FinderInfo(std::string_view type, std::string_view creator) {
+    return Entry(9, BigEndianWriter().Text(type).Text(creator).Zeros(24).bytes());
+  }
 
  protected:
   std::string Lay() const override;

@@ -8,27 +8,6 @@ namespace quillmark {
 
 using big_endian::U32;
 
-CollectionBuilder& CollectionBuilder::Version(std::uint32_t version) {
-  version_ = version;
-  return *this;
-}
-
-CollectionBuilder& CollectionBuilder::Face(const SfntBuilder& font) {
-  faces_.push_back(fonts_.size());
-  fonts_.push_back(font);
-  return *this;
-}
-
-CollectionBuilder& CollectionBuilder::SameFaceAs(std::size_t face) {
-  faces_.push_back(faces_.at(face));
-  return *this;
-}
-
-CollectionBuilder& CollectionBuilder::Trailer(const std::string& bytes) {
-  trailer_ = bytes;
-  return *this;
-}
-
 std::string CollectionBuilder::Build() const {
   const std::size_t header_size = 12 + 4 * faces_.size();
   std::vector<std::size_t> directory_offsets;

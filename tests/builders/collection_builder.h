@@ -13,12 +13,25 @@ namespace quillmark {
 
 class CollectionBuilder {
  public:
-  CollectionBuilder& Version(std::uint32_t version);  // 0x00010000 unless set
-  CollectionBuilder& Face(const SfntBuilder& font);
+  CollectionBuilder& Version(std::uint32_t version) {  // 0x00010000 unless set
+    version_ = version;
+    return *this;
+  }
+  CollectionBuilder& Face(const SfntBuilder& font) {
+    faces_.push_back(fonts_.size());
+    fonts_.push_back(font);
+    return *this;
+  }
   // One more face with the table directory of an earlier one (from 0).
-  CollectionBuilder& SameFaceAs(std::size_t face);
+  CollectionBuilder& SameFaceAs(std::size_t face) {
+    faces_.push_back(faces_.at(face));
+    return *this;
+  }
   // Bytes behind the last table.
-  CollectionBuilder& Trailer(const std::string& bytes);
+  CollectionBuilder& Trailer(const std::string& bytes) {
+    trailer_ = bytes;
+    return *this;
+  }
   std::string Build() const;
 
  private:

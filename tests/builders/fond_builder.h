@@ -4,10 +4,10 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_FOND_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_FOND_BUILDER_H_
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "builders/spoilable_builder.h"
@@ -24,19 +24,37 @@ class FondBuilder : public SpoilableBuilder {
 
   explicit FondBuilder(std::int16_t family_id) : family_id_(family_id) {}
 
-  FondBuilder& Association(std::int16_t size, std::int16_t style, std::int16_t resource_id);
+  FondBuilder& Association(std::int16_t size, std::int16_t style, std::int16_t resource_id) {
+    associations_.push_back({size, style, resource_id});
+    return *this;
+  }
   // Stores this as "number of entries minus 1", whatever was added.
-  FondBuilder& StoredAssociationCount(std::int16_t count_minus_1);
-  FondBuilder& International(std::int16_t word_1, std::int16_t word_2);
+  FondBuilder& StoredAssociationCount(std::int16_t count_minus_1) {
+    stored_association_count_ = count_minus_1;
+    return *this;
+  }
+  FondBuilder& International(std::int16_t word_1, std::int16_t word_2) {
+    international_1_ = word_1;
+    international_2_ = word_2;
+    return *this;
+  }
 
-  FondBuilder& Kerning(std::int16_t style, std::vector<KerningPair> pairs);
-  FondBuilder& StoredKerningCount(std::int16_t count_minus_1);
+  FondBuilder& Kerning(std::int16_t style, std::vector<KerningPair> pairs) {
+    kerning_.push_back({style, std::move(pairs)});
+    return *this;
+  }
 
   // Appends a string of the style mapping table; the first is the base PostScript name. A suffix list is a
   // string of string numbers, as in StyleString("\x02\x04").
-  FondBuilder& StyleString(std::string text);
+  FondBuilder& StyleString(std::string text) {
+    style_strings_.push_back(std::move(text));
+    return *this;
+  }
   // Makes style index 0 to 47 point at a string, from 1. Without a call it is 1.
-  FondBuilder& StyleIndex(std::size_t index, std::uint8_t string_number);
+  FondBuilder& StyleIndex(std::size_t index, std::uint8_t string_number) {
+    style_indexes_.at(index) = static_cast<char>(string_number);
+    return *this;
+  }
 
  protected:
   std::string Lay() const override;
@@ -51,11 +69,6 @@ class FondBuilder : public SpoilableBuilder {
     std::int16_t style;
     std::vector<KerningPair> pairs;
   };
-  static constexpr std::array<std::uint8_t, 48> AllBase() {
-    std::array<std::uint8_t, 48> indexes = {};
-    for (auto& index : indexes) index = 1;
-    return indexes;
-  }
 
   std::int16_t family_id_;
   std::int16_t international_1_ = 0;
@@ -63,9 +76,8 @@ class FondBuilder : public SpoilableBuilder {
   std::vector<AssociationEntry> associations_;
   std::optional<std::int16_t> stored_association_count_;
   std::vector<KerningSubtable> kerning_;
-  std::optional<std::int16_t> stored_kerning_count_;
   std::vector<std::string> style_strings_;
-  std::array<std::uint8_t, 48> style_indexes_ = AllBase();
+  std::string style_indexes_ = std::string(48, 1);
 };
 
 }  // namespace quillmark

@@ -1,6 +1,7 @@
 #include "builders/resource_fork_builder.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace quillmark {
@@ -14,34 +15,8 @@ constexpr std::size_t kMapHeaderSize = 28;
 ResourceForkBuilder& ResourceForkBuilder::Add(std::uint32_t type, std::int16_t id, std::string data,
                                               std::optional<std::string> name, std::uint8_t attributes) {
   auto entry = std::find_if(types_.begin(), types_.end(), [&](const TypeEntry& t) { return t.type == type; });
-  if (start_new_entry_ || entry == types_.end()) entry = types_.insert(types_.end(), TypeEntry{type, {}});
-  start_new_entry_ = false;
+  if (entry == types_.end()) entry = types_.insert(types_.end(), TypeEntry{type, {}});
   entry->resources.push_back({id, std::move(data), std::move(name), attributes});
-  return *this;
-}
-
-ResourceForkBuilder& ResourceForkBuilder::AddEmptyType(std::uint32_t type) {
-  types_.push_back({type, {}});
-  return *this;
-}
-
-ResourceForkBuilder& ResourceForkBuilder::StartNewEntry() {
-  start_new_entry_ = true;
-  return *this;
-}
-
-ResourceForkBuilder& ResourceForkBuilder::MapFirst() {
-  map_first_ = true;
-  return *this;
-}
-
-ResourceForkBuilder& ResourceForkBuilder::OddOrder() {
-  odd_order_ = true;
-  return *this;
-}
-
-ResourceForkBuilder& ResourceForkBuilder::MapAttributes(std::uint16_t attributes) {
-  map_attributes_ = attributes;
   return *this;
 }
 
@@ -52,9 +27,9 @@ std::string ResourceForkBuilder::Lay() const {
   }
   if (odd_order_) std::reverse(in_data_order.begin(), in_data_order.end());
   BigEndianWriter data;
-  std::vector<std::pair<const Resource*, std::size_t>> data_offsets;
+  std::map<const Resource*, std::size_t> data_offsets;
   for (const Resource* resource : in_data_order) {
-    data_offsets.emplace_back(resource, data.size());
+    data_offsets[resource] = data.size();
     data.U32(static_cast<std::uint32_t>(resource->data.size())).Text(resource->data);
   }
 
@@ -68,9 +43,7 @@ std::string ResourceForkBuilder::Lay() const {
     for (const Resource& resource : entry.resources) {
       references.I16(resource.id).U16(resource.name ? static_cast<std::uint32_t>(names.size()) : 0xFFFF);
       if (resource.name) names.Pascal(*resource.name);
-      const auto offset = std::find_if(data_offsets.begin(), data_offsets.end(),
-                                       [&](const auto& known) { return known.first == &resource; });
-      references.U8(resource.attributes).U24(static_cast<std::uint32_t>(offset->second)).U32(0);
+      references.U8(resource.attributes).U24(static_cast<std::uint32_t>(data_offsets[&resource])).U32(0);
     }
   }
   const std::size_t lists = types.size() + references.size();
@@ -91,24 +64,6 @@ std::string ResourceForkBuilder::Lay() const {
 
   header.Zeros(kHeaderSize - header.size());
   return header.bytes() + (map_first_ ? map.bytes() + data.bytes() : data.bytes() + map.bytes());
-}
-
-std::vector<std::size_t> ResourceForkBuilder::FieldOffsets(const std::string& fork) {
-  const Bytes bytes = AsBytes(fork);
-  const std::size_t map = U32At(bytes, 4).value();
-  const std::size_t types = map + U16At(bytes, map + 24).value();
-  std::vector<std::size_t> offsets = {0, 2, 4, 6, 8, 10, 12, 14, map + 24, map + 26, types};
-  const std::size_t type_count = (U16At(bytes, types).value() + 1u) & 0xFFFFu;
-  for (std::size_t t = 0; t < type_count; ++t) {
-    const std::size_t entry = types + 2 + 8 * t;
-    offsets.insert(offsets.end(), {entry, entry + 4, entry + 6});
-    const std::size_t count = (U16At(bytes, entry + 4).value() + 1u) & 0xFFFFu;
-    for (std::size_t r = 0; r < count; ++r) {
-      const std::size_t reference = ReferenceOffset(fork, t, r);
-      offsets.insert(offsets.end(), {reference, reference + 2, reference + 4, reference + 6});
-    }
-  }
-  return offsets;
 }
 
 std::size_t ResourceForkBuilder::ReferenceOffset(const std::string& fork, std::size_t type_index,

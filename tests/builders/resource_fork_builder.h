@@ -22,19 +22,26 @@ class ResourceForkBuilder : public SpoilableBuilder {
   ResourceForkBuilder& Add(std::uint32_t type, std::int16_t id, std::string data,
                            std::optional<std::string> name = std::nullopt, std::uint8_t attributes = 0);
   // A type that is listed without any resource (count FFFF); may repeat a type that is there.
-  ResourceForkBuilder& AddEmptyType(std::uint32_t type);
-  // A new entry in the type list for what is added next, even if the type is listed already.
-  ResourceForkBuilder& StartNewEntry();
+  ResourceForkBuilder& AddEmptyType(std::uint32_t type) {
+    types_.push_back({type, {}});
+    return *this;
+  }
   // Lays the map before the data.
-  ResourceForkBuilder& MapFirst();
+  ResourceForkBuilder& MapFirst() {
+    map_first_ = true;
+    return *this;
+  }
   // Lays the name list between the map's header and the type list, and data in reverse order.
-  ResourceForkBuilder& OddOrder();
+  ResourceForkBuilder& OddOrder() {
+    odd_order_ = true;
+    return *this;
+  }
   // 16-bit attributes of the map.
-  ResourceForkBuilder& MapAttributes(std::uint16_t attributes);
+  ResourceForkBuilder& MapAttributes(std::uint16_t attributes) {
+    map_attributes_ = attributes;
+    return *this;
+  }
 
-  // Where the fields of a built fork lie, for sweeps: the header's four 32-bit fields, and the 16-bit ones of
-  // the map (list offsets, counts, IDs, name offsets, the low parts of data offsets).
-  static std::vector<std::size_t> FieldOffsets(const std::string& fork);
   // Offset in the fork of the 12-byte reference of resource `index` (from 0) of type entry `type_index`.
   static std::size_t ReferenceOffset(const std::string& fork, std::size_t type_index, std::size_t index);
 
@@ -53,7 +60,6 @@ class ResourceForkBuilder : public SpoilableBuilder {
     std::vector<Resource> resources;
   };
   std::vector<TypeEntry> types_;
-  bool start_new_entry_ = false;
   bool map_first_ = false;
   bool odd_order_ = false;
   std::uint16_t map_attributes_ = 0;

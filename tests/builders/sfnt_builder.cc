@@ -1,6 +1,7 @@
 #include "builders/sfnt_builder.h"
 
 #include <algorithm>
+#include <bit>
 #include <stdexcept>
 
 #include "builders/big_endian.h"
@@ -28,11 +29,6 @@ SfntBuilder SfntBuilder::CrossPlatform() {
   return builder;
 }
 
-SfntBuilder& SfntBuilder::Version(std::uint32_t version) {
-  version_ = version;
-  return *this;
-}
-
 SfntBuilder& SfntBuilder::Table(const std::string& tag, const std::string& bytes) {
   const auto found =
       std::find_if(tables_.begin(), tables_.end(), [&](const auto& table) { return table.first == tag; });
@@ -44,28 +40,11 @@ SfntBuilder& SfntBuilder::Table(const std::string& tag, const std::string& bytes
   return *this;
 }
 
-SfntBuilder& SfntBuilder::RemoveTable(const std::string& tag) {
-  std::erase_if(tables_, [&](const auto& table) { return table.first == tag; });
-  return *this;
-}
-
 SfntBuilder& SfntBuilder::Name(std::uint16_t platform, std::uint16_t encoding, std::uint16_t language,
                                std::uint16_t id, const std::string& bytes) {
   if (names_.empty()) Table("name", "");
   names_.push_back({platform, encoding, language, id, bytes});
   return *this;
-}
-
-SfntBuilder& SfntBuilder::MacName(std::uint16_t id, const std::string& mac_roman) {
-  return Name(1, 0, 0, id, mac_roman);
-}
-
-SfntBuilder& SfntBuilder::WindowsName(std::uint16_t id, std::u16string_view text, std::uint16_t language) {
-  return Name(3, 1, language, id, big_endian::Utf16(text));
-}
-
-SfntBuilder& SfntBuilder::UnicodeName(std::uint16_t id, std::u16string_view text) {
-  return Name(0, 3, 0, id, big_endian::Utf16(text));
 }
 
 std::string SfntBuilder::NameTable() const {
@@ -107,11 +86,10 @@ std::string SfntDirectoryEntry(const std::string& tag, const std::string& bytes,
 }
 
 std::string SfntHeader(std::uint32_t version, std::size_t table_count) {
-  std::uint32_t power = 1;
-  std::uint32_t log2 = 0;
-  for (; power * 2 <= table_count; power *= 2) ++log2;
   const auto count = static_cast<std::uint32_t>(table_count);
-  return U32(version) + U16(count) + U16(power * 16) + U16(log2) + U16(count * 16 - power * 16);
+  const std::uint32_t power = std::bit_floor(count);
+  return U32(version) + U16(count) + U16(power * 16) + U16(std::bit_width(power) - 1) +
+         U16((count - power) * 16);
 }
 
 std::size_t EntryPosition(const std::string& font, const std::string& tag) {

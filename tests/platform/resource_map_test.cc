@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <string>
@@ -37,17 +36,12 @@ std::string DataOf(const ResourceMap& map, ResourceMap::Key key) {
   return data;
 }
 
-std::string Hex(std::uint32_t value) {
-  return {static_cast<char>(value >> 24), static_cast<char>(value >> 16 & 0xFF),
-          static_cast<char>(value >> 8 & 0xFF), static_cast<char>(value & 0xFF)};
-}
-
-// Everything that a map shows, one resource a line, at most `limit` resources a type.
-std::string Listing(ResourceMap& map, std::size_t limit = 100) {
+// What a map shows, at most 100 resources a type.
+std::string Listing(ResourceMap& map) {
   std::string text;
   for (std::size_t t = 0; const auto type = map.TypeAt(t); ++t) {
-    text += Hex(*type) + ":";
-    for (std::size_t i = 0; i < limit; ++i) {
+    text += BigEndianWriter().U32(*type).bytes() + ":";
+    for (std::size_t i = 0; i < 100; ++i) {
       const auto key = map.At(*type, i);
       if (!key) break;
       text +=
@@ -81,32 +75,22 @@ constexpr char kSuitcaseListing[] =
     "NFNT: 129/-/bitmap -5// 129/-/second/8\n";
 
 TEST(ResourceMapTest, ReadsMapsInAnyOrder) {
-  for (const std::string& fork : {Suitcase().Build(), Suitcase().MapFirst().Build(),
-                                  Suitcase().OddOrder().Build(), Suitcase().OddOrder().MapFirst().Build()}) {
+  for (const std::string& fork : {Suitcase().Build(), Suitcase().OddOrder().MapFirst().Build()}) {
     auto map = Open(fork);
     ASSERT_TRUE(map);
     EXPECT_EQ(Listing(*map), kSuitcaseListing);
     EXPECT_EQ(DataOf(*map, *map->Find(kNfnt, 129)), "bitmap");  // the first of the ID
-    EXPECT_FALSE(map->Find(kNfnt, 130));
-    EXPECT_FALSE(map->Find(FourCharCode("sfnt"), 129));
-    EXPECT_FALSE(map->At(kNfnt, 3));
   }
 }
 
 TEST(ResourceMapTest, OddButWellFormedMaps) {
-  ResourceForkBuilder none;
-  auto map = Open(none.Build());
+  auto map = Open(ResourceForkBuilder().Build());
   ASSERT_TRUE(map);
   EXPECT_EQ(map->CountTypes(), 0u);  // FFFF types
 
-  map = Open(ResourceForkBuilder().AddEmptyType(kFond).Build());
+  map = Open(ResourceForkBuilder().Add(kFond, 1, "a").AddEmptyType(kFond).AddEmptyType(kNfnt).Build());
   ASSERT_TRUE(map);
-  EXPECT_EQ(map->CountTypes(), 1u);
-  EXPECT_EQ(map->CountResources(kFond), 0u);
-
-  map = Open(ResourceForkBuilder().Add(kFond, 1, "a").StartNewEntry().Add(kFond, 2, "b").Build());
-  ASSERT_TRUE(map);
-  EXPECT_EQ(Listing(*map), "FOND: 1/-/a\n");  // of a type listed twice the first entry counts
+  EXPECT_EQ(Listing(*map), "FOND: 1/-/a\nNFNT:\n");  // of a type listed twice the first entry counts
 
   const std::string plain = Suitcase().Build();
   const std::size_t reference = ResourceForkBuilder::ReferenceOffset(plain, 1, 0);
@@ -114,14 +98,7 @@ TEST(ResourceMapTest, OddButWellFormedMaps) {
   lost_data.SetU32(reference + 4, 0x00FFFFF0);
   map = Open(lost_data.Build());
   ASSERT_TRUE(map);
-  EXPECT_EQ(map->CountResources(kNfnt), 3u);
   EXPECT_FALSE(map->Data(*map->Find(kNfnt, 129)));  // no later resource of the ID is tried
-
-  ResourceForkBuilder long_data = Suitcase();
-  long_data.SetU32(U32At(AsBytes(plain), 0).value(), 0xFFFFFFFF);
-  map = Open(long_data.Build());
-  ASSERT_TRUE(map);
-  EXPECT_FALSE(map->Data(*map->Find(kFond, 128)));
 
   ResourceForkBuilder lost_name = Suitcase();
   lost_name.SetU16(reference + 2, 0xFFFE);
@@ -130,16 +107,21 @@ TEST(ResourceMapTest, OddButWellFormedMaps) {
   ASSERT_TRUE(map);
   EXPECT_FALSE(map->Name(*map->Find(kNfnt, 129)));
   EXPECT_FALSE(map->Name(*map->Find(kFond, 1)));
-  EXPECT_EQ(map->Name(*map->Find(kFond, 128)), "Times");
 }
 
 TEST(ResourceMapTest, EveryCutAndEveryFieldOpensOrIsRefused) {
+  ResourceForkBuilder small_map = Suitcase();
+  small_map.SetU32(12, 29);
+  EXPECT_FALSE(Open(small_map.Build()));
   for (const std::string& fork : {Suitcase().Build(), Suitcase().OddOrder().MapFirst().Build()}) {
     for (std::size_t length = 0; length < fork.size(); ++length) {
       EXPECT_FALSE(Open(fork.substr(0, length))) << length;
     }
     int opened = 0;
-    for (const std::size_t offset : ResourceForkBuilder::FieldOffsets(fork)) {
+    const std::size_t map_start = U32At(AsBytes(fork), 4).value();
+    const std::size_t map_end = map_start + U32At(AsBytes(fork), 12).value();
+    // Every 16 bits of the header, and of the lists behind the map's own header.
+    for (std::size_t offset = 0; offset + 2 <= map_end; offset = offset == 14 ? map_start + 24 : offset + 2) {
       for (const std::uint32_t value : {0x0000u, 0x0001u, 0x7FFFu, 0x8000u, 0xFFFFu}) {
         std::string spoiled = fork;
         spoiled.replace(offset, 2, BigEndianWriter().U16(value).bytes());
@@ -158,16 +140,6 @@ TEST(ResourceMapTest, EveryCutAndEveryFieldOpensOrIsRefused) {
   }
 }
 
-TEST(ResourceMapTest, RefusesWhatCannotBeAMap) {
-  ResourceForkBuilder small_map = Suitcase();
-  small_map.SetU32(12, 29);
-  EXPECT_FALSE(Open(small_map.Build()));
-  std::string true_type =
-      BigEndianWriter().U32(0x00010000).U16(12).U16(0x80).U16(3).U16(0x40).Text("DSIG").bytes();
-  true_type.resize(300000, '\0');
-  EXPECT_FALSE(Open(true_type));
-}
-
 TEST(ResourceMapTest, TypesThatShareOneLargeListCostNoMoreThanTheFileHolds) {
   constexpr std::size_t kTypes = 65535;
   BigEndianWriter types;
@@ -179,7 +151,6 @@ TEST(ResourceMapTest, TypesThatShareOneLargeListCostNoMoreThanTheFileHolds) {
   fork.U32(16).U32(16).U32(0).U32(map_size).Zeros(24).U16(28).U16(0).Text(types.bytes());
   auto map = Open(fork.bytes());
   ASSERT_TRUE(map);
-  EXPECT_EQ(map->CountTypes(), kTypes);
   EXPECT_EQ(map->CountResources(7), 43001u);
   // Looking up by turns must not index the lists anew each time.
   for (std::size_t i = 0; i < 43001; ++i) {
@@ -198,51 +169,26 @@ TEST(ResourceMapTest, RemovalAndWritingBackKeepTheRest) {
   ASSERT_TRUE(map);
   EXPECT_FALSE(map->Remove(*map->At(kNfnt, 2)));  // protected
   EXPECT_FALSE(map->changed());
-  const auto first = *map->Find(kNfnt, 129);
-  EXPECT_TRUE(map->Remove(first));
-  EXPECT_FALSE(map->Remove(first));
+  EXPECT_TRUE(map->Remove(*map->Find(kNfnt, 129)));
   EXPECT_EQ(DataOf(*map, *map->Find(kNfnt, 129)), "second");
   EXPECT_TRUE(map->Remove(*map->Find(kFond, 128)));
-  EXPECT_TRUE(map->changed());
   std::string rewritten = Written(*map);
   EXPECT_EQ(rewritten.substr(20, 4), "kept");
-  EXPECT_EQ(rewritten.find("bitmap"), std::string::npos);
   auto again = Open(rewritten);
   ASSERT_TRUE(again);
   EXPECT_EQ(Listing(*again), "FOND: 1/Times/x\nNFNT: -5// 129/-/second/8\n");
 
   EXPECT_TRUE(again->Remove(*again->Find(kFond, 1)));
   EXPECT_EQ(again->CountTypes(), 1u);  // a type goes with its last resource
-  again = Open(Written(*again));
-  ASSERT_TRUE(again);
-  EXPECT_EQ(Listing(*again), "NFNT: -5// 129/-/second/8\n");
-}
-
-TEST(ResourceMapTest, SharedAndBrokenDataStayAsTheyAreWhenWritten) {
-  ResourceForkBuilder builder = Suitcase();
-  const std::string plain = builder.Build();
-  const std::size_t fond = ResourceForkBuilder::ReferenceOffset(plain, 0, 0);
-  const std::size_t nfnt = ResourceForkBuilder::ReferenceOffset(plain, 1, 0);
-  builder.SetU32(nfnt + 4, U32At(AsBytes(plain), fond + 4).value());  // NFNT 129 shares the FOND's data
-  builder.SetU32(nfnt + 12 + 4, 0x00FFFFFF);                          // NFNT -5 has none
-  auto map = Open(builder.Build());
-  ASSERT_TRUE(map);
-  auto again = Open(Written(*map));
-  ASSERT_TRUE(again);
-  EXPECT_EQ(Listing(*again), Listing(*map));
-  EXPECT_EQ(again->Data(*again->Find(kFond, 128))->start, again->Data(*again->Find(kNfnt, 129))->start);
 }
 
 struct CarrierCase {
-  const char* name;
   std::optional<ForkCarrier> carrier;
   const char* file;  // that carries the fork
 };
-const CarrierCase kCarriers[] = {
-    {"data fork", std::nullopt, "font"},
-    {"AppleDouble", ForkCarrier::kAppleDouble, "._font"},
-    {"raw fork", ForkCarrier::kRawFork, "resource.frk/font"},
-};
+const CarrierCase kCarriers[] = {{std::nullopt, "font"},
+                                 {ForkCarrier::kAppleDouble, "._font"},
+                                 {ForkCarrier::kRawFork, "resource.frk/font"}};
 
 std::optional<ResourceMap> OpenFrom(const CarrierCase& row, const std::string& font) {
   return ResourceMap::Open(row.carrier ? *OpenResourceFork(font) : *OpenDataFork(font));
@@ -255,7 +201,7 @@ std::string Wrap(const CarrierCase& row, const std::string& fork) {
 
 TEST(ResourceMapTest, WritesBackToEachCarrierFile) {
   for (const CarrierCase& row : kCarriers) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(row.file);
     const TempFolder folder;
     const std::string font = folder.Write("font", "data");
     const std::string carrying = folder.Write(row.file, Wrap(row, Suitcase().Build()));
@@ -264,17 +210,14 @@ TEST(ResourceMapTest, WritesBackToEachCarrierFile) {
     const std::string link = folder.Path("link");
     std::filesystem::create_symlink(carrying, link);
     auto map = OpenFrom(row, font);
-    ASSERT_TRUE(map);
-    ASSERT_TRUE(map->Remove(*map->Find(kNfnt, 129)));
+    ASSERT_TRUE(map && map->Remove(*map->Find(kNfnt, 129)));
     const MapOrigin origin{row.carrier ? font : link, row.carrier, row.carrier ? link : ""};
-    EXPECT_TRUE(IsWritable(origin));
     ASSERT_TRUE(WriteMap(origin, *map));
 
     auto again = OpenFrom(row, font);
     ASSERT_TRUE(again);
     EXPECT_EQ(Listing(*again), "FOND: 128/Times/fond 1/Times/x\nNFNT: -5// 129/-/second/8\n");
-    EXPECT_EQ(ReadFinderInfo(font).type,
-              row.carrier == ForkCarrier::kAppleDouble ? FourCharCode("FFIL") : 0u);
+    EXPECT_EQ(ReadFinderInfo(font).type != 0, row.carrier == ForkCarrier::kAppleDouble);
     struct stat found = {};
     ASSERT_EQ(::stat(carrying.c_str(), &found), 0);
     EXPECT_EQ(found.st_mode & 07777u, 0640u);
@@ -285,13 +228,12 @@ TEST(ResourceMapTest, WritesBackToEachCarrierFile) {
     const char* name = "user.com.apple.ResourceFork";  // and from there into an attribute, which comes first
     ASSERT_TRUE(WriteMap({font, ForkCarrier::kExtendedAttribute, name}, *again));
     EXPECT_EQ(FindResourceFork(font)->carrier, ForkCarrier::kExtendedAttribute);
-    EXPECT_EQ(FindResourceFork(font)->fork.length(), Written(*again).size());
   }
 }
 
 TEST(ResourceMapTest, FailedWriteLeavesTheOldFileWholeAndNothingElse) {
   for (const CarrierCase& row : kCarriers) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(row.file);
     const TempFolder folder;
     const std::string font = folder.Write("font", "data");
     const std::string bytes =
@@ -326,44 +268,9 @@ TEST(ResourceMapTest, AppleDoubleWithOverlappingEntriesIsNotWritten) {
   builder.SetU32(AppleDoubleBuilder::kFirstEntryOffset + 12 + 4, 100);  // "name" inside the fork
   const std::string sidecar = folder.Write("._font", builder.Build());
   auto map = ResourceMap::Open(*OpenResourceFork(font));
-  ASSERT_TRUE(map);
-  ASSERT_TRUE(map->Remove(*map->Find(kFond, 128)));
+  ASSERT_TRUE(map && map->Remove(*map->Find(kFond, 128)));
   EXPECT_FALSE(WriteMap({font, ForkCarrier::kAppleDouble, sidecar}, *map));
   EXPECT_EQ(ReadFile(sidecar), builder.Build());
-}
-
-// A bitmap font turned into a resource map by a program of other people, and read by it after a rewrite.
-TEST(ResourceMapTest, AgreesWithAnotherReaderAndWriter) {
-  const TempFolder folder;
-  folder.Write(
-      "marker.bdf",
-      "STARTFONT 2.1\nFONT -Quill-Marker-Medium-R-Normal--8-80-75-75-C-80-MacRoman-0\nSIZE 8 75 75\n"
-      "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 8\nFAMILY_NAME \"Marker\"\nFONT_ASCENT 7\nFONT_DESCENT 1\n"
-      "PIXEL_SIZE 8\nPOINT_SIZE 80\nDEFAULT_CHAR 65\nCHARSET_ENCODING \"0\"\nCHARSET_REGISTRY \"MacRoman\"\n"
-      "ENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\nSWIDTH 1000 0\nDWIDTH 8 0\nBBX 8 2 0 0\nBITMAP\n18\n"
-      "24\nENDCHAR\nENDFONT\n");
-  const std::string command = "cd '" + folder.path() + "' && ufond -dfont marker.bdf > log 2>&1";
-  const int status = std::system(command.c_str());
-  if (WEXITSTATUS(status) == 127) GTEST_SKIP() << "fondu is not installed";
-  ASSERT_EQ(status, 0) << ReadFile(folder.Path("log"));
-  const std::string dfont = folder.Path("Marker.fam.dfont");
-  auto map = ResourceMap::Open(*OpenDataFork(dfont));
-  ASSERT_TRUE(map);
-  EXPECT_EQ(map->CountTypes(), 2u);
-  ASSERT_EQ(map->CountResources(kNfnt), 1u);
-  ASSERT_EQ(map->CountResources(kFond), 1u);
-  EXPECT_EQ(map->Name(*map->At(kFond, 0)), "Marker");
-  EXPECT_EQ(DataOf(*map, *map->At(kFond, 0)).substr(2, 2),
-            BigEndianWriter().I16(map->ID(*map->At(kFond, 0))).bytes());
-
-  const auto shown = [&](const std::string& fork) {
-    folder.Write("shown.dfont", fork);
-    EXPECT_EQ(std::system(("cd '" + folder.path() + "' && showfond shown.dfont > shown 2>&1").c_str()), 0);
-    return ReadFile(folder.Path("shown"));
-  };
-  const std::string before = shown(ReadFile(dfont));
-  EXPECT_NE(before.find("FOND Marker"), std::string::npos);
-  EXPECT_EQ(shown(Written(*map)), before);
 }
 
 }  // namespace

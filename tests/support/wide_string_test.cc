@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/cf_ref.h"
-
 namespace quillmark {
 namespace {
 
@@ -22,17 +20,7 @@ TEST(WideString, NarrowsUnitByUnit) {
   EXPECT_EQ(out, "A") << "each character is cut to one unit";
   EXPECT_EQ(WideToUTF8({0x41, 0xD834}, &out), 0u);
   EXPECT_EQ(out, "A") << "a lone surrogate leaves it untouched";
-  EXPECT_EQ(WideToUTF8(std::wstring(100, 0xFFFD)).str().size(), 300u);
   EXPECT_TRUE(WideToUTF8(std::wstring{0xDC00}).empty());
-
-  const std::wstring text{0x10041, 0xDC00};
-  EXPECT_EQ(CFStringToWide(Adopt(CFStringCreateWithWString(nullptr, text)).get()),
-            (std::wstring{0x41, 0xDC00}));
-}
-
-TEST(WideString, NeverComposes) {
-  EXPECT_EQ(DecomposedToPrecomposed(L"e\u0301"), L"");
-  EXPECT_EQ(PrecomposedToDecomposed(L"\u00E9"), L"");
 }
 
 }  // namespace
