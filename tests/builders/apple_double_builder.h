@@ -34,7 +34,17 @@ class AppleDoubleBuilder : public SpoilableBuilder {
   }
 
  protected:
-  std::string Lay() const override;
+  std::string Lay() const override {
+    BigEndianWriter file;
+    file.U32(0x00051607).U32(version_).Zeros(16).U16(static_cast<std::uint32_t>(entries_.size()));
+    std::size_t start = kFirstEntryOffset + 12 * entries_.size();
+    for (const auto& [number, bytes] : entries_) {
+      file.U32(number).U32(static_cast<std::uint32_t>(start)).U32(static_cast<std::uint32_t>(bytes.size()));
+      start += bytes.size();
+    }
+    for (const auto& [number, bytes] : entries_) file.Text(bytes);
+    return file.bytes();
+  }
 
  private:
   std::uint32_t version_ = 0x00020000;

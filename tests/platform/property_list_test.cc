@@ -85,8 +85,7 @@ TEST(PropertyList, ToleratesWhatMayBeMissingOrBetween) {
 }
 
 TEST(PropertyList, RefusesMalformedStructure) {
-  CheckRefused(
-      {"", " ", "<", "<plist/>", "text", "<Array/>", "<set/>", "< array/>", "<array/ >", "</array>"});
+  CheckRefused({"", "<", "<plist/>", "text", "<Array/>", "<set/>", "< array/>", "<array/ >", "</array>"});
   CheckRefused({"<plist></plist>", "<plist><true/>", "<array>text</array>", "<ARRAY></ARRAY>",
                 "<array></dict>", "<array></Array>", "<array></ array>", "<array></arrayx>", "<array></array",
                 "<array><? </array>"});

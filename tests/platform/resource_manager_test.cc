@@ -51,18 +51,6 @@ class ResourceManagerTest : public testing::Test {
   ResFileRefNum file_ = -1;
 };
 
-TEST_F(ResourceManagerTest, CountsAndIndexes) {
-  EXPECT_EQ(Count1Types(), 2);
-  EXPECT_EQ(Count1Resources(kNfnt), 2);
-  ResType type = 1;
-  for (const std::int16_t index : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{3}}) {
-    Get1IndType(&type, index);
-    EXPECT_EQ(ResError(), resNotFound) << index;
-    EXPECT_EQ(Get1IndResource(kNfnt, index), nullptr) << index;
-    EXPECT_EQ(ResError(), resNotFound) << index;
-  }
-}
-
 TEST_F(ResourceManagerTest, GetGivesOneHandleUntilItIsReleased) {
   SetResLoad(false);
   const Handle locked = Get1Resource(kNfnt, 130);

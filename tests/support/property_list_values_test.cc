@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-
 #include "platform/cf_object.h"
 #include "platform/cf_ref.h"
 #include "support/om_string.h"
@@ -38,33 +35,6 @@ TEST_F(PropertyListValues, AnswerForTheirTypeOnly) {
   PutLongIntoDict(dict_.get(), key_.get(), (1 << 24) + 1);
   EXPECT_FALSE(GetShortFromDict(dict_.get(), key_.get(), as_short));
   EXPECT_EQ(as_short, 1) << "the low bits are stored though the answer is false";
-}
-
-TEST_F(PropertyListValues, CopyStringsAsUnits) {
-  struct {
-    std::string text;
-    std::int32_t capacity;
-    std::int32_t result;
-    std::u16string plain;  // the buffer after each of the two calls, from "????"
-    std::u16string terminated;
-  } const rows[] = {
-      {"ab", 3, 2, u"ab??", std::u16string(u"ab\0?", 4)},
-      {"ab", 2, 2, u"ab??", u"ab??"},
-      {"ab", 1, -2, u"????", u"????"},
-      {"", 4, 0, u"????", u"????"},
-  };
-  for (const auto& row : rows) {
-    ASSERT_TRUE(PutCStringIntoDict(dict_.get(), key_.get(), row.text.c_str()));
-    UniChar buffer[4] = {'?', '?', '?', '?'};
-    EXPECT_EQ(NCFGetUniStringFromDictionary(dict_.get(), key_.get(), buffer, row.capacity), row.result);
-    EXPECT_EQ(std::u16string(buffer, buffer + 4), row.plain) << row.text << row.capacity;
-    std::fill(buffer, buffer + 4, '?');
-    EXPECT_EQ(NCFGetUniStringNullTermFromDictionary(dict_.get(), key_.get(), buffer, row.capacity),
-              row.result);
-    EXPECT_EQ(std::u16string(buffer, buffer + 4), row.terminated) << row.text << row.capacity;
-  }
-  PutBoolIntoDict(dict_.get(), key_.get(), true);
-  EXPECT_EQ(NCFGetUniStringNullTermFromDictionary(dict_.get(), key_.get(), nullptr, 0), 0) << "not a string";
 }
 
 TEST_F(PropertyListValues, PutAndAppendReleaseWhatTheyMake) {
