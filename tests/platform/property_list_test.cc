@@ -228,5 +228,13 @@ TEST(PropertyList, EveryBeginningOfAListIsRefusedWithoutALeak) {
   EXPECT_EQ(cf::Object::LiveCount(), before);
 }
 
+TEST(PropertyList, WritesThePlatformsText) {
+  const std::string text = kHeader +
+                           "<array>\n\t<dict>\n\t\t<key>Checksum</key>\n\t\t<string>0000ABCD</string>\n"
+                           "\t\t<key>Key</key>\n\t\t<dict/>\n\t</dict>\n\t<array/>\n\t<true/>\n</array>\n" +
+                           kFooter;
+  EXPECT_EQ(Write(Parse(text).list.get()), text);
+}
+
 }  // namespace
 }  // namespace quillmark

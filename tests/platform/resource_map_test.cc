@@ -273,5 +273,54 @@ TEST(ResourceMapTest, AppleDoubleWithOverlappingEntriesIsNotWritten) {
   EXPECT_EQ(ReadFile(sidecar), builder.Build());
 }
 
+// A bitmap font turned into a resource map by a program of other people, and read by it after a rewrite.
+TEST(ResourceMapTest, AgreesWithAnotherReaderAndWriter) {
+  const TempFolder folder;
+  folder.Write(
+      "marker.bdf",
+      "STARTFONT 2.1\nFONT -Quill-Marker-Medium-R-Normal--8-80-75-75-C-80-MacRoman-0\nSIZE 8 75 75\n"
+      "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 8\nFAMILY_NAME \"Marker\"\nFONT_ASCENT 7\nFONT_DESCENT 1\n"
+      "PIXEL_SIZE 8\nPOINT_SIZE 80\nDEFAULT_CHAR 65\nCHARSET_ENCODING \"0\"\nCHARSET_REGISTRY \"MacRoman\"\n"
+      "ENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\nSWIDTH 1000 0\nDWIDTH 8 0\nBBX 8 2 0 0\nBITMAP\n18\n"
+      "24\nENDCHAR\nENDFONT\n");
+  const std::string command = "cd '" + folder.path() + "' && ufond -dfont marker.bdf > log 2>&1";
+  const int status = std::system(command.c_str());
+  if (WEXITSTATUS(status) == 127) GTEST_SKIP() << "fondu is not installed";
+  ASSERT_EQ(status, 0) << ReadFile(folder.Path("log"));
+  const std::string dfont = folder.Path("Marker.fam.dfont");
+  auto map = ResourceMap::Open(*OpenDataFork(dfont));
+  ASSERT_TRUE(map);
+  EXPECT_EQ(map->CountTypes(), 2u);
+  ASSERT_EQ(map->CountResources(kNfnt), 1u);
+  ASSERT_EQ(map->CountResources(kFond), 1u);
+  EXPECT_EQ(map->Name(*map->At(kFond, 0)), "Marker");
+  EXPECT_EQ(DataOf(*map, *map->At(kFond, 0)).substr(2, 2),
+            BigEndianWriter().I16(map->ID(*map->At(kFond, 0))).bytes());
+
+  const auto shown = [&](const std::string& fork) {
+    folder.Write("shown.dfont", fork);
+    EXPECT_EQ(std::system(("cd '" + folder.path() + "' && showfond shown.dfont > shown 2>&1").c_str()), 0);
+    return ReadFile(folder.Path("shown"));
+  };
+  const std::string before = shown(ReadFile(dfont));
+  EXPECT_NE(before.find("FOND Marker"), std::string::npos);
+  EXPECT_EQ(shown(Written(*map)), before);
+}
+
+TEST(ResourceMapTest, SharedAndBrokenDataStayAsTheyAreWhenWritten) {
+  ResourceForkBuilder builder = Suitcase();
+  const std::string plain = builder.Build();
+  const std::size_t fond = ResourceForkBuilder::ReferenceOffset(plain, 0, 0);
+  const std::size_t nfnt = ResourceForkBuilder::ReferenceOffset(plain, 1, 0);
+  builder.SetU32(nfnt + 4, U32At(AsBytes(plain), fond + 4).value());  // NFNT 129 shares the FOND's data
+  builder.SetU32(nfnt + 12 + 4, 0x00FFFFFF);                          // NFNT -5 has none
+  auto map = Open(builder.Build());
+  ASSERT_TRUE(map);
+  auto again = Open(Written(*map));
+  ASSERT_TRUE(again);
+  EXPECT_EQ(Listing(*again), Listing(*map));
+  EXPECT_EQ(again->Data(*again->Find(kFond, 128))->start, again->Data(*again->Find(kNfnt, 129))->start);
+}
+
 }  // namespace
 }  // namespace quillmark

@@ -2,9 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
+#include <type_traits>
+#include <utility>
 
+#include "builders/resource_fork_builder.h"
+#include "builders/temp_folder.h"
 #include "platform/cf_ref.h"
+#include "platform/resource_manager.h"
 
 namespace quillmark {
 namespace {
@@ -80,6 +86,41 @@ TEST(OmString, ReplacesFromLeftToRight) {
     OmString text(row.text);
     EXPECT_EQ(OmString::ReplaceAll(&text, row.find, row.with), row.count) << row.text;
     EXPECT_EQ(text.str(), row.replaced);
+  }
+}
+
+TEST(OmString, LoadsEntriesOfStringLists) {
+  const std::string list("\0\2\5plain\2\x8E!", 11);
+  TempFolder folder;
+  const auto path = folder.Write("list", ResourceForkBuilder().Add(FourCharCode("STR#"), 200, list).Build());
+  FSRef ref;
+  ASSERT_EQ(FSPathMakeRef(AsBytes(path.c_str()).data(), &ref, nullptr), noErr);
+  ResFileRefNum file = -1;
+  ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdPerm, &file), noErr);
+  const std::int16_t id = 200;
+  EXPECT_EQ(OmString(id, std::int16_t{1}).str(), "plain");
+  EXPECT_EQ(OmString(id, std::int16_t{2}).str(), "\u00E9!") << "MacRoman";
+  OmString text("before");
+  text.LoadResource(id, 3);
+  EXPECT_EQ(text.str(), "");
+  CloseResFile(file);
+}
+
+TEST(OmString, EditsAsciiOnly) {
+  OmString text("a\xC3\xA9Z[");
+  EXPECT_EQ(text.ToUpper().str(), "A\xC3\xA9Z[");
+  EXPECT_EQ(text.ToLower().str(), "a\xC3\xA9z[");
+  const struct {
+    const char* text;
+    const char* trimmed;
+    bool changed;
+  } rows[] = {
+      {"Times \t", "Times", true}, {"Times", "Times", false},     {"", "", false},
+      {" \t ", "", true},          {"Times\n", "Times\n", false}, {" Times New ", " Times New", true}};
+  for (const auto& row : rows) {
+    OmString trimmed(row.text);
+    EXPECT_EQ(trimmed.TrimWhitespaceFromEnd(), row.changed) << row.text;
+    EXPECT_EQ(trimmed.str(), row.trimmed);
   }
 }
 

@@ -48,5 +48,15 @@ TEST(PascalString, CTextAlwaysEnds) {
   EXPECT_STREQ(buffer.data(), "");
 }
 
+TEST(PascalString, AsciiCopyMarksOtherBytes) {
+  Buffer buffer;
+  buffer.fill(0xEE);
+  EXPECT_EQ(CopyPascalStringAsciiLimit(Pascal("\7\x1F ~\x7F\xA9zz"), buffer.data(), 7), 6);
+  EXPECT_EQ(TextOf(buffer), "? ~??z");
+  EXPECT_EQ(buffer[7], 0xEE);
+  EXPECT_EQ(CopyPascalStringAsciiLimit(nullptr, buffer.data(), 7), 0);
+  EXPECT_EQ(TextOf(buffer), "");
+}
+
 }  // namespace
 }  // namespace quillmark
