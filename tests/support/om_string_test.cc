@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
-#include <type_traits>
-#include <utility>
 
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
