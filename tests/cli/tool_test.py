@@ -198,6 +198,7 @@ class ToolTest(unittest.TestCase):
         shown = listing.stdout.decode().split()
         for word in ("FOND", "NFNT", "Marker"):
             self.assertIn(word, shown)
+        self.assertIn("12 pt ", listing.stdout.decode())
         reason = run("identify", dfont).stderr.decode()
         self.assertIn("neither a readable outline font nor the name of a printer font", reason)
         self.assertEqual(run("resources", DEJAVU / "DejaVuSans.ttf").returncode, 1)

@@ -11,6 +11,7 @@
 #include "platform/forks.h"
 #include "platform/text_encoding.h"
 #include "reason.h"
+#include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "table_form.h"
@@ -58,6 +59,25 @@ void ListResources(QuillmarkResourceFile& file) {
   if (left_out > 0) std::cout << "and " << left_out << " more\n";
 }
 
+// Which resource serves which size: "outline 128", "9 pt 129".
+std::string Associations(const FondStyles& styles, std::int16_t style) {
+  std::string text;
+  for (const FondEntry& entry : styles.Of(static_cast<std::uint16_t>(style))) {
+    text += text.empty() ? "" : ", ";
+    text +=
+        (entry.size == 0 ? "outline" : std::to_string(entry.size) + " pt") + " " + std::to_string(entry.id);
+  }
+  return text;
+}
+
+// The printer font file of a style that has no outline in the file, and whether it is there.
+std::string PrinterFont(QuillmarkResourceFile& file, Handle fond, std::int16_t style) {
+  if (!file.shouldHavePrinterFile(fond, style)) return {};
+  const std::string name = file.getPSPrinterNameForFOND(fond, style);
+  if (name.empty()) return {};
+  return Adopt(CreatePrinterPath(&file, fond, style)) ? name : name + " (missing)";
+}
+
 void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
   ResID id = 0;
   Str255 raw_name = {};
@@ -65,16 +85,13 @@ void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
   std::cout << "\nFOND " << id << ' '
             << Printable(file.getResourceNameFromFOND(fond).value_or(NameText(raw_name))) << '\n';
 
+  const FondStyles styles(HandleBytes(fond));
   std::vector<std::vector<std::string>> rows;
-  for (const std::int16_t style : file.getSortedStylesForFOND(fond)) {
-    std::string ids;
-    for (const std::int16_t resource : getSortedResIDsForStyle(&file, fond, style))
-      ids += (ids.empty() ? "" : " ") + std::to_string(resource);
-    std::string printer;
-    if (file.shouldHavePrinterFile(fond, style)) printer = file.getPSPrinterNameForFOND(fond, style);
-    rows.push_back({std::to_string(style), ids, file.getPostScriptNameForFOND(fond, style), printer});
+  for (const std::int16_t style : styles.codes()) {
+    rows.push_back({std::to_string(style), Associations(styles, style),
+                    file.getPostScriptNameForFOND(fond, style), PrinterFont(file, fond, style)});
   }
-  WriteTable(std::cout, {{"STYLE"}, {"RESOURCES"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows,
+  WriteTable(std::cout, {{"STYLE"}, {"ASSOCIATIONS"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows,
              TerminalWidth());
 }
 
