@@ -73,6 +73,13 @@ TEST(TwoWays, OneFontInEveryCarrier) {
   ExpectSameNames(expected->view(0), Create(kRegular)->at(0));
   EXPECT_EQ(expected->view(1).postScriptName.str(), "DejaVuSansMono-Bold");
   EXPECT_EQ(expected->view(1).style, 1);
+  for (std::size_t i = 0; i < 2; ++i) {  // in a file of its own each is "OpenType - TT" and "crossplatform"
+    EXPECT_EQ(expected->view(i).kind.str(), "TrueType");
+    EXPECT_EQ(expected->view(i).platform.str(), "mac");
+  }
+  std::uint32_t index = 7;
+  EXPECT_EQ(QM_GetFontIndexForFONDResourceID(expected.get(), 1000, 1, &index), 0);
+  EXPECT_EQ(index, 1u);
   EXPECT_NE(expected->view(1).kerningChecksum, 0u);
 
   folder.Write("side/._F", sidecar);
@@ -139,6 +146,23 @@ TEST(TwoWays, TheRecordAndTheGetters) {
   EXPECT_EQ(number(QM_GetLegacyQuillmarkChecksum), face.legacyChecksum);
   EXPECT_EQ(number(QM_GetKerningChecksum), face.kerningChecksum);
   EXPECT_EQ(number(QM_GetOutlineFileSize), face.outlineFileSize);
+}
+
+TEST(TwoWays, EitherStoredFormGivesZerosForWhatItDoesNotKeep) {
+  QM_FontArray* made = nullptr;
+  ASSERT_EQ(QM_CreateSpecifierFromXML("<FontData><Family>A</Family></FontData>", &made), 0);
+  const OwnedArray xml(made);
+  ASSERT_EQ(QM_CreateSpecifierFromPropertyList(
+                "<array><dict><key>Family</key><string>A</string></dict></array>", &made),
+            0);
+  const OwnedArray list(made);
+  for (const OwnedArray* array : {&xml, &list}) {
+    const QM_FontSpecifier& face = (*array)->view(0);
+    EXPECT_EQ(face.attributes, static_cast<std::uint32_t>(QM_ATTRIBUTE_FAMILY));
+    EXPECT_EQ(face.style, 0);
+    EXPECT_EQ(face.firstResourceID, 0);
+    EXPECT_EQ(face.fondResourceID, 0);
+  }
 }
 
 }  // namespace

@@ -98,5 +98,31 @@ TEST(XmlReader, TakesLinearTimeForBlocksThatShareTheirValues) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
+TEST(XmlReader, TakesTagsFromBeyondTheBlock) {
+  const OwnedArray read = Read(
+      "<Family>before</Family><FontData><PostScriptName>A</PostScriptName><Family>  </FontData>"
+      "<FontData><PostScriptName>B</PostScriptName><Version>2</Version></Family></FontData>"
+      "<FontData><PostScriptName>C</PostScriptName><Family></Family></FontData>");
+  ASSERT_EQ(read->size(), 3u);
+  EXPECT_EQ(read->at(0).family.str(),
+            "  </FontData><FontData><PostScriptName>B</PostScriptName><Version>2</Version>");
+  EXPECT_EQ(read->at(0).version.str(), "2");
+  EXPECT_EQ(read->at(1).family.str(), "");
+  EXPECT_EQ(read->at(1).attributes, 0x1009u);
+  EXPECT_EQ(read->at(2).attributes, 0x1001u) << "an empty value counts, an earlier one does not";
+}
+
+TEST(XmlReader, CountsWholeBlocksAndKeepsACutOne) {
+  const std::string a = "<FontData><PostScriptName>A</PostScriptName>";
+  const std::string b = "<FontData><PostScriptName>B</PostScriptName>";
+  const std::string end = "</FontData>";
+  Read("", 4);
+  Read(end, 4);
+  Read(a, 4);
+  EXPECT_EQ(Read(a + end + b)->size(), 2u);
+  EXPECT_EQ(Read(a + b + end)->size(), 1u) << "the second opening lies before the end of the first";
+  EXPECT_EQ(Read(a + end + b + end + a + end)->size(), 2u);
+}
+
 }  // namespace
 }  // namespace quillmark
