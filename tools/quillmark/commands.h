@@ -1,29 +1,21 @@
-// The tool's commands. Each writes its result to standard output and what went wrong to standard error, a
-// line a fault, and returns the exit status: 0 all asked for was given, 1 something was not. Wrong usage (2)
-// is main's.
+// The tool's commands, one function each: it adds the command with its options to the application, and
+// parsing runs the command that was asked for and stores its exit status. A command writes its result to
+// standard output and what went wrong to standard error, a line a fault. Status 0: all asked for was given;
+// 1: something was not. Wrong usage (2) is a CLI::ParseError, which a command may throw too.
 #ifndef QUILLMARK_TOOL_COMMANDS_H_
 #define QUILLMARK_TOOL_COMMANDS_H_
 
-#include <string>
-#include <vector>
+namespace CLI {
+class App;
+}
 
 namespace quillmark::tool {
 
-struct IdentifyOptions {
-  std::string format = "table";
-  unsigned threads = 1;
-  std::vector<std::string> paths;
-};
-int Identify(const IdentifyOptions& options);
-
-// Builds an array from stored XML or a property list and writes it in `format`.
-int Read(const std::string& file, const std::string& format);
-
-int Styles(const std::string& name, const std::string& second);
-int Classify(const std::string& family, const std::string& alternate);
-
-// Prints the resource map of a font file: types, resources, and what each FOND says.
-int Resources(const std::string& file);
+void AddIdentify(CLI::App& app, int& status);
+void AddRead(CLI::App& app, int& status);
+void AddResources(CLI::App& app, int& status);
+void AddStyles(CLI::App& app, int& status);
+void AddClassify(CLI::App& app, int& status);
 
 }  // namespace quillmark::tool
 

@@ -1,15 +1,22 @@
 // quillmark read: an array from stored XML or a property list, written in any form.
+#include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
+#include <string>
 
 #include "commands.h"
 #include "output.h"
 #include "reason.h"
+#include "shared_options.h"
+#include "tables_check.h"
 
 namespace quillmark::tool {
+namespace {
 
 int Read(const std::string& file, const std::string& format) {
+  LoadTables();
   const auto fail = [&](const std::string& reason) {
     std::cerr << ShownPath(file) << ": " << reason << '\n';
     return 1;
@@ -33,6 +40,21 @@ int Read(const std::string& file, const std::string& format) {
   writer->Add(faces, *array);
   writer->Finish();
   return 0;
+}
+
+}  // namespace
+
+void AddRead(CLI::App& app, int& status) {
+  struct Options {
+    std::string file;
+    std::string format = "table";
+  };
+  CLI::App* command =
+      app.add_subcommand("read", "Read stored XML or a property list and write it in any form");
+  const auto options = std::make_shared<Options>();
+  AddFormat(*command, options->format);
+  command->add_option("file", options->file, "The stored text")->required();
+  command->callback([&status, options] { status = Read(options->file, options->format); });
 }
 
 }  // namespace quillmark::tool

@@ -1,6 +1,8 @@
 // quillmark resources: the resource map of a font file, and what each of its FONDs says.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -95,8 +97,6 @@ void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
              TerminalWidth());
 }
 
-}  // namespace
-
 int Resources(const std::string& path) {
   const CFRef<CFStringRef> name =
       Adopt(CFStringCreateWithCString(nullptr, path.c_str(), kCFStringEncodingUTF8));
@@ -112,6 +112,15 @@ int Resources(const std::string& path) {
     if (fond.get() != nullptr) DescribeFond(*file.get(), fond.get());
   }
   return 0;
+}
+
+}  // namespace
+
+void AddResources(CLI::App& app, int& status) {
+  CLI::App* command = app.add_subcommand("resources", "Print the resource map of a font file and its FONDs");
+  const auto file = std::make_shared<std::string>();
+  command->add_option("file", *file, "Font file with a resource fork, or data-fork font file")->required();
+  command->callback([&status, file] { status = Resources(*file); });
 }
 
 }  // namespace quillmark::tool
