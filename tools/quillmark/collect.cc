@@ -1,11 +1,14 @@
 #include "collect.h"
 
-#include <algorithm>
 #include <condition_variable>
 #include <exception>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
+
+#include "reason.h"
 
 namespace quillmark::tool {
 namespace {
@@ -13,12 +16,16 @@ namespace {
 constexpr std::uint32_t kEveryAttribute = QM_ATTRIBUTES_ALL;
 constexpr std::size_t kFilesAheadPerThread = 64;
 
-IdentifiedFile Identify(const FontPath& source) {
-  IdentifiedFile file{source, nullptr, {}};
+IdentifiedFile Identify(FontPath source) {
+  IdentifiedFile file{std::move(source), nullptr, {}, {}};
+  file.reason = file.source.fault;
+  if (!file.reason.empty()) return file;
   QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(source.path.c_str(), 0, kEveryAttribute, &array) == 0) {
+  if (QM_CreateSpecifier(file.source.path.c_str(), 0, kEveryAttribute, &array) == 0) {
     file.array.reset(array);
-    file.faces = FacesOf(array, source.path);
+    file.faces = FacesOf(array, file.source.path);
+  } else if (file.source.named) {
+    file.reason = WhyNoFace(file.source.path);
   }
   return file;
 }
@@ -26,34 +33,30 @@ IdentifiedFile Identify(const FontPath& source) {
 // Results that are ready but not yet due, with room for a bounded number of them.
 class Queue {
  public:
-  Queue(const std::vector<FontPath>& paths, std::size_t ahead) : paths_(paths), ahead_(ahead) {}
+  Queue(FontPaths& paths, std::size_t ahead) : paths_(paths), ahead_(ahead) {}
 
   void Work() {
-    for (;;) {
-      std::size_t mine = 0;
-      {
-        std::unique_lock lock(mutex_);
-        room_.wait(lock, [&] { return next_ == paths_.size() || next_ < due_ + ahead_ || failed_; });
-        if (next_ == paths_.size() || failed_) return;
-        mine = next_++;
+    try {
+      while (TakeRoom()) {
+        auto path = NextPath();
+        if (!path) return GiveRoomBack();
+        Deliver(path->first, Identify(std::move(path->second)));
       }
-      try {
-        IdentifiedFile file = Identify(paths_[mine]);
-        const std::lock_guard lock(mutex_);
-        ready_.emplace(mine, std::move(file));
-      } catch (...) {
-        const std::lock_guard lock(mutex_);
-        failed_ = std::current_exception();
-      }
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      failed_ = std::current_exception();
       ready_changed_.notify_one();
       room_.notify_all();
     }
   }
 
-  IdentifiedFile Next() {
+  // The result that is due, or nothing after the last.
+  std::optional<IdentifiedFile> Next() {
     std::unique_lock lock(mutex_);
-    ready_changed_.wait(lock, [&] { return failed_ || ready_.contains(due_); });
+    ready_changed_.wait(lock,
+                        [&] { return failed_ || ready_.contains(due_) || (ended_ && due_ == places_); });
     if (failed_) std::rethrow_exception(failed_);
+    if (!ready_.contains(due_)) return std::nullopt;
     IdentifiedFile file = std::move(ready_.extract(due_).mapped());
     ++due_;
     room_.notify_all();
@@ -61,17 +64,54 @@ class Queue {
   }
 
   void Abandon() {
+    paths_.Stop();
     const std::lock_guard lock(mutex_);
-    next_ = paths_.size();
+    ended_ = true;
     room_.notify_all();
   }
 
  private:
-  const std::vector<FontPath>& paths_;
-  const std::size_t ahead_;
+  // Waits for a place among the results. False when no more paths come.
+  bool TakeRoom() {
+    std::unique_lock lock(mutex_);
+    room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ahead_; });
+    if (ended_ || failed_) return false;
+    ++places_;
+    return true;
+  }
+
+  void GiveRoomBack() {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    --places_;
+    ready_changed_.notify_one();
+    room_.notify_all();
+  }
+
+  // A path and its place in the order. Finding one may take long, as a list may come through a pipe: results
+  // are handed over meanwhile.
+  std::optional<std::pair<std::size_t, FontPath>> NextPath() {
+    const std::lock_guard lock(paths_mutex_);
+    std::optional<FontPath> path = paths_.Next();
+    if (!path) return std::nullopt;
+    return std::pair(next_++, std::move(*path));
+  }
+
+  void Deliver(std::size_t place, IdentifiedFile file) {
+    const std::lock_guard lock(mutex_);
+    ready_.emplace(place, std::move(file));
+    ready_changed_.notify_one();
+  }
+
+  std::mutex paths_mutex_;
+  FontPaths& paths_;
+  std::size_t next_ = 0;
+
   std::mutex mutex_;
+  const std::size_t ahead_;
   std::condition_variable room_, ready_changed_;
-  std::size_t next_ = 0, due_ = 0;
+  std::size_t places_ = 0, due_ = 0;  // taken by workers, to be handed over next
+  bool ended_ = false;
   std::map<std::size_t, IdentifiedFile> ready_;
   std::exception_ptr failed_;
 };
@@ -96,15 +136,14 @@ class Workers {
 
 }  // namespace
 
-void IdentifyAll(const std::vector<FontPath>& paths, unsigned threads,
-                 const std::function<void(IdentifiedFile)>& consume) {
-  if (threads <= 1 || paths.size() <= 1) {
-    for (const FontPath& path : paths) consume(Identify(path));
+void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume) {
+  if (threads <= 1) {
+    while (auto path = paths.Next()) consume(Identify(std::move(*path)));
     return;
   }
   Queue queue(paths, kFilesAheadPerThread * threads);
-  const Workers workers(queue, static_cast<unsigned>(std::min<std::size_t>(threads, paths.size())));
-  for (std::size_t i = 0; i < paths.size(); ++i) consume(queue.Next());
+  const Workers workers(queue, threads);
+  while (auto file = queue.Next()) consume(std::move(*file));
 }
 
 }  // namespace quillmark::tool

@@ -15,12 +15,12 @@ struct IdentifiedFile {
   FontPath source;
   FontArray array;  // null when the file gave no face
   std::vector<Face> faces;
+  std::string reason;  // why something that was named, or a folder, gave none; empty for other files
 };
 
 // Calls `consume` on the calling thread, once a path, in order. At most a few files a thread are held at a
-// time.
-void IdentifyAll(const std::vector<FontPath>& paths, unsigned threads,
-                 const std::function<void(IdentifiedFile)>& consume);
+// time. When `consume` throws, the work ends and the exception goes on.
+void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume);
 
 }  // namespace quillmark::tool
 

@@ -16,6 +16,7 @@ void AddRead(CLI::App& app, int& status);
 void AddResources(CLI::App& app, int& status);
 void AddStyles(CLI::App& app, int& status);
 void AddClassify(CLI::App& app, int& status);
+void AddVersion(CLI::App& app, int& status);
 
 }  // namespace quillmark::tool
 

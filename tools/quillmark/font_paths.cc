@@ -1,60 +1,71 @@
 #include "font_paths.h"
 
-#include <algorithm>
 #include <filesystem>
+#include <utility>
+
+#include "interrupt.h"
 
 namespace quillmark::tool {
-namespace {
 
 namespace fs = std::filesystem;
 
-bool HoldsOtherFilesForks(const std::string& name) {
-  return name == "__MACOSX" || name == ".AppleDouble" || name == "resource.frk";
+FontPaths::FontPaths(const PathSources& sources) : paths_(sources.paths) {
+  if (sources.list.empty()) return;
+  list_.emplace(sources.list, sources.list_is_nul_separated ? '\0' : '\n', [this] { return Stopped(); });
 }
 
-// Folders below a folder, their depth bounded only by the paths the system takes: kept on a list, not on the
-// stack.
-void Walk(const fs::path& folder, std::vector<FontPath>& found) {
-  std::vector<fs::path> pending{folder};
-  while (!pending.empty()) {
-    const fs::path here = std::move(pending.back());
-    pending.pop_back();
-    std::error_code error;
-    std::vector<fs::directory_entry> entries;
-    for (fs::directory_iterator it(here, fs::directory_options::skip_permission_denied, error), end;
-         !error && it != end; it.increment(error)) {
-      entries.push_back(*it);
-    }
-    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
-      return a.path().filename().native() < b.path().filename().native();
-    });
-    std::vector<fs::path> folders;
-    for (const fs::directory_entry& entry : entries) {
-      const std::string name = entry.path().filename().native();
-      std::error_code ignored;
-      if (!entry.is_symlink(ignored) && entry.is_directory(ignored)) {
-        if (!HoldsOtherFilesForks(name)) folders.push_back(entry.path());
-      } else if (name.rfind("._", 0) != 0 && entry.is_regular_file(ignored)) {
-        found.push_back({entry.path().native(), false});
-      }
-    }
-    pending.insert(pending.end(), folders.rbegin(), folders.rend());
-  }
-}
+bool FontPaths::Stopped() const { return stopped_ || Interrupted() != 0; }
 
-}  // namespace
-
-std::vector<FontPath> ExpandPaths(const std::vector<std::string>& paths) {
-  std::vector<FontPath> found;
-  for (const std::string& path : paths) {
-    std::error_code ignored;
-    if (fs::is_directory(path, ignored)) {
-      Walk(path, found);
-    } else {
-      found.push_back({path, true});
-    }
+std::optional<FontPath> FontPaths::Next() {
+  if (ended_) return std::nullopt;
+  std::optional<FontPath> found = Found();
+  if (!found) {
+    ended_ = true;
+    cut_short_ = Interrupted() != 0;
   }
   return found;
+}
+
+std::optional<FontPath> FontPaths::Found() {
+  while (!Stopped()) {
+    if (walk_) {
+      if (std::optional<WalkedPath> found = walk_->Next()) {
+        return FontPath{std::move(found->path), false, std::move(found->fault)};
+      }
+      walk_.reset();
+      continue;
+    }
+    std::optional<FontPath> named = Named();
+    std::error_code ignored;
+    if (!named || !named->fault.empty() || !fs::is_directory(named->path, ignored)) return named;
+    walk_.emplace(named->path, [this] { return Stopped(); });
+  }
+  return std::nullopt;
+}
+
+std::optional<FontPath> FontPaths::Named() {
+  if (next_ < paths_.size()) return FontPath{paths_[next_++], true, {}};
+  if (!list_) return std::nullopt;
+  if (std::optional<std::string> path = list_->Next()) return FontPath{std::move(*path), true, {}};
+  FontPath list{list_->name(), true, list_->fault()};
+  list_.reset();
+  if (list.fault.empty()) return std::nullopt;
+  return list;
+}
+
+PathCount::PathCount(const PathSources& sources) {
+  std::error_code ignored;
+  if (!sources.list.empty() && !fs::is_regular_file(sources.list, ignored)) return;
+  thread_ = std::jthread([this, sources](const std::stop_token& stop) {
+    FontPaths paths(sources);
+    const std::stop_callback on_stop(stop, [&] { paths.Stop(); });
+    while (paths.Next()) ++counted_;
+    complete_ = !stop.stop_requested() && !paths.cut_short();
+  });
+}
+
+std::optional<std::size_t> PathCount::total() const {
+  return complete_ ? std::optional<std::size_t>(counted_) : std::nullopt;
 }
 
 }  // namespace quillmark::tool

@@ -1,22 +1,73 @@
-// The files that a command's paths stand for: named ones as they are, folders walked to the bottom in a
-// stable order.
+// The files that a command's paths stand for, one after another: named ones as they are, folders walked to
+// the bottom in a stable order (folder_walk.h).
 #ifndef QUILLMARK_TOOL_FONT_PATHS_H_
 #define QUILLMARK_TOOL_FONT_PATHS_H_
 
+#include <atomic>
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
+
+#include "folder_walk.h"
+#include "path_list.h"
 
 namespace quillmark::tool {
 
-struct FontPath {
-  std::string path;
-  bool named = false;  // given on the command line, not found in a folder
+// What the command line gave.
+struct PathSources {
+  std::vector<std::string> paths;
+  std::string list;  // file of further paths, "-" for standard input; empty without one
+  bool list_is_nul_separated = false;
 };
 
-// Folders are listed by the bytes of their names. Linked folders are not entered, so that no walk is endless;
-// the folders that hold other files' resource forks (__MACOSX, .AppleDouble, resource.frk) are not entered
-// either. A named path comes back even when nothing is there.
-std::vector<FontPath> ExpandPaths(const std::vector<std::string>& paths);
+struct FontPath {
+  std::string path;
+  bool named = false;  // given on the command line or in the list, not found in a folder
+  std::string fault;   // why a folder or the list cannot be read; empty for a file
+};
+
+// Paths are found as they are asked for, so that any number of them takes bounded memory. A named path comes
+// even when nothing is there. After an interrupt (interrupt.h) no more come.
+class FontPaths {
+ public:
+  explicit FontPaths(const PathSources& sources);
+
+  // One thread at a time.
+  std::optional<FontPath> Next();
+
+  // Any thread: no more paths are wanted.
+  void Stop() { stopped_ = true; }
+  // Whether an interrupt kept paths back.
+  bool cut_short() const { return cut_short_; }
+
+ private:
+  std::optional<FontPath> Found();
+  std::optional<FontPath> Named();
+  bool Stopped() const;
+
+  const std::vector<std::string> paths_;
+  std::size_t next_ = 0;
+  std::optional<PathList> list_;
+  std::optional<FolderWalk> walk_;
+  std::atomic<bool> stopped_ = false;
+  bool ended_ = false;
+  bool cut_short_ = false;
+};
+
+// Counts the same paths on a thread of its own.
+class PathCount {
+ public:
+  explicit PathCount(const PathSources& sources);
+  // Once all are counted. Never for a list that can be read but once, such as a pipe.
+  std::optional<std::size_t> total() const;
+
+ private:
+  std::atomic<std::size_t> counted_ = 0;
+  std::atomic<bool> complete_ = false;
+  std::jthread thread_;
+};
 
 }  // namespace quillmark::tool
 

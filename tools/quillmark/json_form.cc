@@ -3,44 +3,21 @@
 #include <nlohmann/json.hpp>
 
 namespace quillmark::tool {
-namespace {
 
-nlohmann::ordered_json Object(const Face& face) {
-  nlohmann::ordered_json object = {
-      {"path", face.path},
-      {"face", face.index},
-      {"postScriptName", face.post_script_name},
-      {"family", face.family},
-      {"fullName", face.full_name},
-      {"displayName", face.display_name},
-      {"windowsFullName", face.windows_full_name},
-      {"styles", face.styles},
-      {"class", face.classification},
-      {"foundry", face.foundry},
-      {"kind", face.kind},
-      {"version", face.version},
-      {"platform", face.platform},
-      {"checksum", Hex(face.checksum)},
-      {"legacyChecksum", Hex(face.legacy_checksum)},
-      {"kerningChecksum", Hex(face.kerning_checksum)},
-      {"outlineFileSize", face.outline_file_size},
-  };
-  if (!face.outline_file.empty()) {
-    object["printerFont"] = face.outline_file;
-    object["printerFontExists"] = face.outline_file_exists;
+std::string JsonObject(const Face& face, const std::vector<const Field*>& named) {
+  auto object = nlohmann::ordered_json::object();
+  if (named.empty()) {
+    for (const Field& field : AllFields()) {
+      if (auto value = field.value(face); !value.is_null()) object[field.name] = std::move(value);
+    }
+  } else {
+    for (const Field* field : named) object[field->name] = field->value(face);
   }
-  if (face.fond_id) {
-    object["fondID"] = *face.fond_id;
-    object["style"] = *face.style;
-  }
-  return object;
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
-}  // namespace
-
-void JsonArray::Add(const Face& face) {
-  constexpr auto kReplace = nlohmann::ordered_json::error_handler_t::replace;
-  out_ << (empty_ ? "[\n  " : ",\n  ") << Object(face).dump(-1, ' ', false, kReplace);
+void JsonArray::Add(const std::string& object) {
+  out_ << (empty_ ? "[\n  " : ",\n  ") << object;
   empty_ = false;
 }
 

@@ -1,19 +1,25 @@
-// Faces as JSON for programs: one array of objects. Bytes that are not UTF-8 become U+FFFD.
+// Faces as JSON for programs: one object a face. Bytes that are not UTF-8 become U+FFFD.
 #ifndef QUILLMARK_TOOL_JSON_FORM_H_
 #define QUILLMARK_TOOL_JSON_FORM_H_
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "face.h"
+#include "fields.h"
 
 namespace quillmark::tool {
 
-// Writes the array piece by piece, so that faces need not be held.
+// On one line, without a line end. Every field that the face has; or, where some are named, those in their
+// order, null where the face has none.
+std::string JsonObject(const Face& face, const std::vector<const Field*>& named);
+
+// Writes one array piece by piece, so that faces need not be held.
 class JsonArray {
  public:
   explicit JsonArray(std::ostream& out) : out_(out) {}
-  void Add(const Face& face);
+  void Add(const std::string& object);
   void Finish();
 
  private:

@@ -1,12 +1,14 @@
 // quillmark: identifies fonts. Parses the command line, which runs one command; the library does the rest.
+#include <signal.h>
+
 #include <CLI/CLI.hpp>
 #include <clocale>
 #include <exception>
 #include <iostream>
-#include <stdexcept>
 
 #include "commands.h"
-#include "quillmark/quillmark.h"
+#include "output.h"
+#include "version.h"
 
 namespace {
 
@@ -14,16 +16,9 @@ namespace tool = quillmark::tool;
 
 constexpr int kWrongUsage = 2;
 
-std::string Version() {
-  std::uint32_t major = 0;
-  std::uint32_t minor = 0;
-  QM_GetQuillmarkVersion(&major, &minor);
-  return "quillmark " + std::to_string(major) + "." + std::to_string(minor);
-}
-
 int Run(int argc, char** argv) {
   CLI::App app("Identifies fonts: which fonts are these, exactly, and which of them are the same?");
-  app.set_version_flag("--version", Version());
+  app.set_version_flag("--version", tool::VersionLine());
   app.require_subcommand(1);
 
   int status = 0;
@@ -32,19 +27,25 @@ int Run(int argc, char** argv) {
   tool::AddResources(app, status);
   tool::AddStyles(app, status);
   tool::AddClassify(app, status);
+  tool::AddVersion(app, status);
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kWrongUsage;
+    if (app.exit(error) != 0) return kWrongUsage;
   }
-  if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
+  tool::FlushOutput();
   return status;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Nobody reads a closed pipe: the signal ends the tool at once and without a word, also where a parent
+  // ignores it.
+  ::signal(SIGPIPE, SIG_DFL);
+  // A stream of its own hands over as much at once as it was given, and with it whole lines.
+  std::ios::sync_with_stdio(false);
   // Only for the widths of characters; numbers and messages stay as they are in every locale.
   std::setlocale(LC_CTYPE, "C.UTF-8");
   try {

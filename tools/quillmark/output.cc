@@ -1,37 +1,70 @@
 #include "output.h"
 
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <stdexcept>
+
 #include "array_forms.h"
+#include "fields.h"
 #include "json_form.h"
 #include "table_form.h"
+#include "terminal.h"
+#include "tsv_form.h"
 
 namespace quillmark::tool {
 namespace {
 
+using Fields = std::vector<const Field*>;
+
 class TableWriter : public FaceWriter {
  public:
-  explicit TableWriter(std::ostream& out) : out_(out) {}
+  TableWriter(std::ostream& out, Fields fields) : out_(out), fields_(std::move(fields)) {}
   void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
     faces_.insert(faces_.end(), faces.begin(), faces.end());
   }
   void Finish() override {
-    if (!faces_.empty()) WriteFaceTable(out_, faces_, TerminalWidth());
+    if (!faces_.empty()) WriteFaceTable(out_, faces_, fields_, OutputLook());
   }
 
  private:
   std::ostream& out_;
+  Fields fields_;
   std::vector<Face> faces_;
 };
 
 class JsonWriter : public FaceWriter {
  public:
-  explicit JsonWriter(std::ostream& out) : json_(out) {}
+  JsonWriter(std::ostream& out, Fields fields) : json_(out), fields_(std::move(fields)) {}
   void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
-    for (const Face& face : faces) json_.Add(face);
+    for (const Face& face : faces) json_.Add(JsonObject(face, fields_));
   }
   void Finish() override { json_.Finish(); }
 
  private:
   JsonArray json_;
+  Fields fields_;
+};
+
+// The lines of one file leave together, so that a reader of a pipe sees whole lines, and at once.
+class LineWriter : public FaceWriter {
+ public:
+  using Line = std::string (*)(const Face&, const Fields&);
+  LineWriter(std::ostream& out, std::string header, Line line, Fields fields)
+      : out_(out), lines_(std::move(header)), line_(line), fields_(std::move(fields)) {}
+  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+    for (const Face& face : faces) lines_ += line_(face, fields_);
+    Finish();
+  }
+  void Finish() override {
+    out_ << lines_ << std::flush;
+    lines_.clear();
+  }
+
+ private:
+  std::ostream& out_;
+  std::string lines_;
+  Line line_;
+  Fields fields_;
 };
 
 class ArrayWriter : public FaceWriter {
@@ -47,15 +80,51 @@ class ArrayWriter : public FaceWriter {
   FontArray whole_ = EmptyArray();
 };
 
+std::string JsonLine(const Face& face, const Fields& fields) { return JsonObject(face, fields) + '\n'; }
+
+Fields Chosen(const OutputForm& form) {
+  Fields fields;
+  for (const std::string& name : form.fields) {
+    const Field* field = FindField(name);
+    if (field == nullptr) {
+      std::string known;
+      for (const Field& each : AllFields()) known += (known.empty() ? "" : ", ") + std::string(each.name);
+      throw CLI::ValidationError("--fields", "no field \"" + name + "\"; there are " + known);
+    }
+    fields.push_back(field);
+  }
+  if (!fields.empty() && (form.format == "xml" || form.format == "plist")) {
+    throw CLI::ValidationError("--fields", "the content of " + form.format + " is fixed");
+  }
+  return fields;
+}
+
+Fields Every() {
+  Fields fields;
+  for (const Field& field : AllFields()) fields.push_back(&field);
+  return fields;
+}
+
 }  // namespace
 
-const std::vector<std::string> kFormats = {"table", "json", "xml", "plist"};
+const std::vector<std::string> kFormats = {"table", "json", "jsonl", "tsv", "xml", "plist"};
 
-std::unique_ptr<FaceWriter> MakeWriter(const std::string& format, std::ostream& out) {
-  if (format == "json") return std::make_unique<JsonWriter>(out);
-  if (format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
-  if (format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
-  return std::make_unique<TableWriter>(out);
+std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out) {
+  Fields fields = Chosen(form);
+  if (form.format == "json") return std::make_unique<JsonWriter>(out, std::move(fields));
+  if (form.format == "jsonl") return std::make_unique<LineWriter>(out, "", JsonLine, std::move(fields));
+  if (form.format == "tsv") {
+    if (fields.empty()) fields = Every();
+    std::string header = TsvHeader(fields);
+    return std::make_unique<LineWriter>(out, std::move(header), TsvLine, std::move(fields));
+  }
+  if (form.format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
+  if (form.format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
+  return std::make_unique<TableWriter>(out, std::move(fields));
+}
+
+void FlushOutput() {
+  if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
 }
 
 }  // namespace quillmark::tool

@@ -15,6 +15,12 @@ namespace quillmark::tool {
 // What --format takes.
 extern const std::vector<std::string> kFormats;
 
+struct OutputForm {
+  std::string format = "table";     // one of kFormats
+  std::vector<std::string> fields;  // chosen ones, in their order; empty for the form's own
+};
+
+// Writes faces as they come (json, jsonl, tsv) or holds them to the end (table, xml, plist).
 class FaceWriter {
  public:
   virtual ~FaceWriter() = default;
@@ -22,8 +28,11 @@ class FaceWriter {
   virtual void Finish() = 0;
 };
 
-// `format` is one of kFormats.
-std::unique_ptr<FaceWriter> MakeWriter(const std::string& format, std::ostream& out);
+// Throws CLI::ValidationError for unknown fields, and for fields of a form whose content is fixed.
+std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out);
+
+// Hands what was written to the system. Throws when standard output does not take it.
+void FlushOutput();
 
 }  // namespace quillmark::tool
 

@@ -15,7 +15,8 @@
 namespace quillmark::tool {
 namespace {
 
-int Read(const std::string& file, const std::string& format) {
+int Read(const std::string& file, const OutputForm& form) {
+  const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
   LoadTables();
   const auto fail = [&](const std::string& reason) {
     std::cerr << ShownPath(file) << ": " << reason << '\n';
@@ -34,7 +35,6 @@ int Read(const std::string& file, const std::string& format) {
     return fail("neither stored XML nor a property list of fonts");
   }
   const FontArray array(made);
-  const std::unique_ptr<FaceWriter> writer = MakeWriter(format, std::cout);
   std::vector<Face> faces = FacesOf(array.get(), file);
   for (Face& face : faces) face.fond_id = face.style = std::nullopt;  // stored forms do not carry them
   writer->Add(faces, *array);
@@ -47,14 +47,14 @@ int Read(const std::string& file, const std::string& format) {
 void AddRead(CLI::App& app, int& status) {
   struct Options {
     std::string file;
-    std::string format = "table";
+    OutputForm form;
   };
   CLI::App* command =
       app.add_subcommand("read", "Read stored XML or a property list and write it in any form");
   const auto options = std::make_shared<Options>();
-  AddFormat(*command, options->format);
+  AddOutputForm(*command, options->form);
   command->add_option("file", options->file, "The stored text")->required();
-  command->callback([&status, options] { status = Read(options->file, options->format); });
+  command->callback([&status, options] { status = Read(options->file, options->form); });
 }
 
 }  // namespace quillmark::tool

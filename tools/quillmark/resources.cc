@@ -17,6 +17,7 @@
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "table_form.h"
+#include "terminal.h"
 
 namespace quillmark::tool {
 namespace {
@@ -57,7 +58,7 @@ void ListResources(QuillmarkResourceFile& file) {
     for (int i = 1; i <= shown; ++i) rows.push_back(ResourceRow(file, type, i));
     left_out += static_cast<std::size_t>(count - shown);
   }
-  WriteTable(std::cout, {{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows, TerminalWidth());
+  WriteTable(std::cout, {{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows, OutputLook());
   if (left_out > 0) std::cout << "and " << left_out << " more\n";
 }
 
@@ -94,7 +95,7 @@ void DescribeFond(QuillmarkResourceFile& file, Handle fond) {
                     file.getPostScriptNameForFOND(fond, style), PrinterFont(file, fond, style)});
   }
   WriteTable(std::cout, {{"STYLE"}, {"ASSOCIATIONS"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows,
-             TerminalWidth());
+             OutputLook());
 }
 
 int Resources(const std::string& path) {

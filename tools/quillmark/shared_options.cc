@@ -1,21 +1,51 @@
 #include "shared_options.h"
 
-#include <CLI/CLI.hpp>
+#include <sched.h>
 
-#include "output.h"
+#include <CLI/CLI.hpp>
+#include <algorithm>
 
 namespace quillmark::tool {
+namespace {
 
-void AddFormat(CLI::App& command, std::string& format) {
-  command.add_option("--format", format, "How faces are written")
+constexpr unsigned kMostJobs = 256;
+
+// The cores that this process may run on.
+unsigned AvailableCores() {
+  cpu_set_t cores;
+  if (::sched_getaffinity(0, sizeof cores, &cores) != 0) return 1;
+  return std::clamp(static_cast<unsigned>(CPU_COUNT(&cores)), 1u, kMostJobs);
+}
+
+}  // namespace
+
+void AddOutputForm(CLI::App& command, OutputForm& form) {
+  command.add_option("--format", form.format, "How faces are written")
       ->check(CLI::IsMember(kFormats))
       ->capture_default_str();
+  command.add_option("--fields", form.fields, "Fields to write, by their JSON names, separated by commas")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("LIST");
+}
+
+void AddPaths(CLI::App& command, PathSources& sources) {
+  command.add_option("paths", sources.paths, "Font files, or folders to walk");
+  CLI::Option* list = command.add_option("--files-from", sources.list,
+                                         "File with further paths, one a line; - for standard input");
+  list->type_name("FILE");
+  command.add_flag("-0,--null", sources.list_is_nul_separated, "Paths of the list are separated by NUL")
+      ->needs(list);
+  command.parse_complete_callback([&sources] {
+    if (sources.paths.empty() && sources.list.empty()) throw CLI::RequiredError("PATH or --files-from");
+  });
 }
 
 void AddJobs(CLI::App& command, unsigned& jobs) {
+  jobs = AvailableCores();
   command.add_option("-j,--jobs", jobs, "Files read at the same time")
-      ->check(CLI::Range(1u, 256u))
-      ->capture_default_str();
+      ->check(CLI::Range(1u, kMostJobs))
+      ->default_str("number of cores");
 }
 
 }  // namespace quillmark::tool

@@ -2,7 +2,8 @@
 #ifndef QUILLMARK_TOOL_SHARED_OPTIONS_H_
 #define QUILLMARK_TOOL_SHARED_OPTIONS_H_
 
-#include <string>
+#include "font_paths.h"
+#include "output.h"
 
 namespace CLI {
 class App;
@@ -10,10 +11,13 @@ class App;
 
 namespace quillmark::tool {
 
-// --format: the form in which faces are written, one of kFormats.
-void AddFormat(CLI::App& command, std::string& format);
+// --format and --fields: how faces are written.
+void AddOutputForm(CLI::App& command, OutputForm& form);
 
-// -j: how many files are read at the same time.
+// PATH..., --files-from and -0: what is read. One of the first two must be given.
+void AddPaths(CLI::App& command, PathSources& sources);
+
+// -j: how many files are read at the same time; as many as there are cores when it is not given.
 void AddJobs(CLI::App& command, unsigned& jobs);
 
 }  // namespace quillmark::tool

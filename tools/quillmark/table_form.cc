@@ -1,10 +1,8 @@
 #include "table_form.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <numeric>
+#include <string_view>
 
 #include "display_width.h"
 
@@ -13,6 +11,8 @@ namespace {
 
 constexpr std::size_t kGap = 2;
 constexpr std::size_t kNarrowest = 6;
+constexpr const char* kBold = "\x1b[1m";
+constexpr const char* kPlain = "\x1b[0m";
 
 // Takes columns off the widest ones until the row fits, or none is wider than the narrowest.
 void Narrow(std::vector<std::size_t>& widths, std::size_t width) {
@@ -26,21 +26,33 @@ void Narrow(std::vector<std::size_t>& widths, std::size_t width) {
   }
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) joined += (joined.empty() ? "" : "; ") + text;
-  return joined;
+constexpr std::string_view kPrinterFont = "printerFont";
+
+std::vector<const Field*> UsualFields(const std::vector<Face>& faces) {
+  std::vector<const Field*> fields;
+  for (const char* name : {"path", "face", "postScriptName", "family", "styles", "class", "foundry", "kind",
+                           "version", "platform", "checksum"}) {
+    fields.push_back(FindField(name));
+  }
+  if (std::any_of(faces.begin(), faces.end(), [](const Face& face) { return face.fond_id.has_value(); })) {
+    fields.push_back(FindField("fondID"));
+    fields.push_back(FindField("style"));
+  }
+  if (std::any_of(faces.begin(), faces.end(), [](const Face& face) { return !face.outline_file.empty(); })) {
+    fields.push_back(FindField(kPrinterFont.data()));
+  }
+  return fields;
 }
 
-std::string OutlineCell(const Face& face) {
-  if (face.outline_file.empty()) return {};
-  return face.outline_file + (face.outline_file_exists ? "" : " (missing)");
+std::string Cell(const Field& field, const Face& face) {
+  const bool missing = field.name == kPrinterFont && !face.outline_file.empty() && !face.outline_file_exists;
+  return FieldText(field, face) + (missing ? " (missing)" : "");
 }
 
 }  // namespace
 
 void WriteTable(std::ostream& out, const std::vector<Column>& columns,
-                const std::vector<std::vector<std::string>>& rows, std::size_t width) {
+                const std::vector<std::vector<std::string>>& rows, TerminalLook look) {
   std::vector<std::size_t> widths;
   for (const Column& column : columns) widths.push_back(DisplayWidth(column.title));
   std::vector<std::vector<std::string>> cells;
@@ -52,9 +64,9 @@ void WriteTable(std::ostream& out, const std::vector<Column>& columns,
     }
     cells.push_back(std::move(shown));
   }
-  if (width > 0) Narrow(widths, width);
+  if (look.columns > 0) Narrow(widths, look.columns);
 
-  const auto write = [&](const std::vector<std::string>& row) {
+  const auto line_of = [&](const std::vector<std::string>& row) {
     std::string line;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const std::string cell = columns[i].keep_end ? FitStart(row[i], widths[i]) : FitEnd(row[i], widths[i]);
@@ -62,56 +74,26 @@ void WriteTable(std::ostream& out, const std::vector<Column>& columns,
       if (i + 1 < columns.size()) line.append(widths[i] - DisplayWidth(cell) + kGap, ' ');
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
+    return line;
   };
   std::vector<std::string> titles;
   for (const Column& column : columns) titles.push_back(column.title);
-  write(titles);
-  for (const auto& row : cells) write(row);
+  out << (look.bold ? kBold : "") << line_of(titles) << (look.bold ? kPlain : "") << '\n';
+  for (const auto& row : cells) out << line_of(row) << '\n';
 }
 
-void WriteFaceTable(std::ostream& out, const std::vector<Face>& faces, std::size_t width) {
-  const bool fonds =
-      std::any_of(faces.begin(), faces.end(), [](const Face& face) { return face.fond_id.has_value(); });
-  const bool outlines =
-      std::any_of(faces.begin(), faces.end(), [](const Face& face) { return !face.outline_file.empty(); });
-
-  std::vector<Column> columns = {{"FILE", true}, {"FACE"},     {"POSTSCRIPT NAME"}, {"FAMILY"},
-                                 {"STYLES"},     {"CLASS"},    {"FOUNDRY"},         {"KIND"},
-                                 {"VERSION"},    {"PLATFORM"}, {"CHECKSUM"}};
-  if (fonds) {
-    columns.push_back({"FOND"});
-    columns.push_back({"STYLE"});
-  }
-  if (outlines) columns.push_back({"PRINTER FONT", true});
-
+void WriteFaceTable(std::ostream& out, const std::vector<Face>& faces, std::vector<const Field*> fields,
+                    TerminalLook look) {
+  if (fields.empty()) fields = UsualFields(faces);
+  std::vector<Column> columns;
+  for (const Field* field : fields) columns.push_back({field->title, field->keep_end});
   std::vector<std::vector<std::string>> rows;
   for (const Face& face : faces) {
-    std::vector<std::string> row = {face.path,
-                                    std::to_string(face.index),
-                                    face.post_script_name,
-                                    face.family,
-                                    Joined(face.styles),
-                                    face.classification,
-                                    face.foundry,
-                                    face.kind,
-                                    face.version,
-                                    face.platform,
-                                    Hex(face.checksum)};
-    if (fonds) {
-      row.push_back(face.fond_id ? std::to_string(*face.fond_id) : "");
-      row.push_back(face.style ? std::to_string(*face.style) : "");
-    }
-    if (outlines) row.push_back(OutlineCell(face));
+    std::vector<std::string> row;
+    for (const Field* field : fields) row.push_back(Cell(*field, face));
     rows.push_back(std::move(row));
   }
-  WriteTable(out, columns, rows, width);
-}
-
-std::size_t TerminalWidth() {
-  winsize size{};
-  if (::isatty(STDOUT_FILENO) == 0 || ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return 0;
-  return size.ws_col;
+  WriteTable(out, columns, rows, look);
 }
 
 }  // namespace quillmark::tool

@@ -2,12 +2,13 @@
 #ifndef QUILLMARK_TOOL_TABLE_FORM_H_
 #define QUILLMARK_TOOL_TABLE_FORM_H_
 
-#include <cstddef>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "face.h"
+#include "fields.h"
+#include "terminal.h"
 
 namespace quillmark::tool {
 
@@ -16,15 +17,14 @@ struct Column {
   bool keep_end = false;  // when narrowed: a path is recognised by its end, a name by its beginning
 };
 
-// Writes rows of as many cells as columns. `width` is in columns of the terminal, 0 for no limit.
+// Writes rows of as many cells as columns.
 void WriteTable(std::ostream& out, const std::vector<Column>& columns,
-                const std::vector<std::vector<std::string>>& rows, std::size_t width);
+                const std::vector<std::vector<std::string>>& rows, TerminalLook look);
 
-// The table of faces. Columns that only faces of resource files fill are left out when none does.
-void WriteFaceTable(std::ostream& out, const std::vector<Face>& faces, std::size_t width);
-
-// Columns of the terminal that standard output is, or 0 when it is none.
-std::size_t TerminalWidth();
+// The table of faces, of the named fields or of the usual ones. Of those, columns that only faces of resource
+// files fill are left out when none does.
+void WriteFaceTable(std::ostream& out, const std::vector<Face>& faces, std::vector<const Field*> fields,
+                    TerminalLook look);
 
 }  // namespace quillmark::tool
 

@@ -53,12 +53,13 @@ std::vector<std::string> LoadAndListMissing() {
 
 }  // namespace
 
+std::vector<std::string> MissingTables() {
+  const SilencedOutput silenced;
+  return LoadAndListMissing();
+}
+
 void LoadTables() {
-  std::vector<std::string> missing;
-  {
-    const SilencedOutput silenced;
-    missing = LoadAndListMissing();
-  }
+  const std::vector<std::string> missing = MissingTables();
   if (missing.empty()) return;
   std::cerr << "quillmark: foundries, classes or styles stay unknown, for these tables are missing or cannot "
                "be read:";

@@ -1,0 +1,206 @@
+"""How the tool behaves toward terminals, pipes and signals."""
+
+import json
+import os
+import plistlib
+import pty
+import re
+import signal
+import subprocess
+import time
+import xml.etree.ElementTree
+
+import tool_case
+from tool_case import ToolCase, made_font, run
+
+LONG = "M" * 3000  # a line of JSON that soon fills a pipe
+
+
+def start(*arguments, **options):
+    # A runner in the background may have the interrupt ignored, which would be inherited.
+    # Unbuffered, for what a line read beforehand takes along would be lost to communicate().
+    defaults = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "bufsize": 0}
+    return subprocess.Popen(
+        [tool_case.TOOL, *map(str, arguments)],
+        preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL),
+        **{**defaults, **options},
+    )
+
+
+def on_terminal(process, terminal):
+    """What a process, the only holder of its terminal, has written there."""
+    written = b""
+    while True:
+        try:
+            part = os.read(terminal, 4096)
+        except OSError:  # its end
+            break
+        if not part:
+            break
+        written += part
+    process.wait(100)
+    return written.decode()
+
+
+def screen(written):
+    """The lines that a terminal shows in the end."""
+    lines, column = [""], 0
+    for character in written:
+        if character == "\r":
+            column = 0
+        elif character == "\n":
+            lines.append("")
+            column = 0
+        else:
+            lines[-1] = lines[-1][:column].ljust(column) + character + lines[-1][column + 1 :]
+            column += 1
+    return [line.rstrip() for line in lines]
+
+
+class MannersTest(ToolCase):
+    def terminal(self):
+        outside, inside = pty.openpty()
+        self.addCleanup(os.close, outside)
+        return outside, inside
+
+    def test_an_interrupt_leaves_a_whole_document(self):
+        font = self.write("a.ttf", made_font("Made"))
+        missing = self.folder / "missing"
+        readers = {
+            "json": lambda text: [face["postScriptName"] for face in json.loads(text)],
+            "jsonl": lambda text: [json.loads(line)["postScriptName"] for line in text.splitlines()],
+            "plist": lambda text: [font["PostScriptName"] for font in plistlib.loads(text)],
+            "xml": lambda text: [n.text for n in xml.etree.ElementTree.fromstring(text).iter("PostScriptName")],
+            "table": lambda text: [line.split()[2] for line in text.decode().splitlines()[1:]],
+        }
+        for form, names in readers.items():
+            for number, status in ((signal.SIGINT, 130), (signal.SIGTERM, 143)):
+                with self.subTest(form=form, number=number):
+                    process = start("identify", "--format", form, "--files-from", "-", stdin=subprocess.PIPE)
+                    process.stdin.write(os.fsencode(font) + b"\n" + os.fsencode(missing) + b"\n")
+                    # Results come in order: the font has been taken in when the next path is told of.
+                    self.assertEqual(process.stderr.readline().decode(), f"{missing}: no such file\n")
+                    process.send_signal(number)
+                    process.wait(100)  # though the list has not ended
+                    out, err = process.communicate()
+                    self.assertEqual((process.returncode, names(out)), (status, ["Made"]))
+                    self.assertEqual(err.decode(), "stopped after 2 files\n1 face in 1 file\n")
+
+    def test_an_interrupt_tells_how_many_are_left_out(self):
+        process = start("identify", "--format", "jsonl", "-j", 1, self.links(200, made_font("Made", LONG)))
+        process.stdout.readline()
+        time.sleep(2)  # the pipe is full, so the tool waits; meanwhile it has counted the files
+        process.send_signal(signal.SIGINT)
+        out, err = process.communicate(timeout=100)
+        self.assertEqual(process.returncode, 130)
+        stopped = re.fullmatch(r"stopped after (\d+) of 200 files\n\1 faces in \1 files\n", err.decode())
+        self.assertTrue(stopped, err)
+        self.assertEqual(int(stopped[1]), out.count(b"\n") + 1)
+        self.assertLess(int(stopped[1]), 200)
+
+    def test_a_second_interrupt_ends_at_once(self):
+        process = start("identify", "--format", "jsonl", self.links(200, made_font("Made", LONG)))
+        process.stdout.readline()
+        process.send_signal(signal.SIGTERM)
+        while process.poll() is None:  # the first leaves it waiting for its full pipe
+            time.sleep(0.1)
+            process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.returncode, -signal.SIGTERM)
+        process.communicate()
+
+    def test_a_closed_pipe_ends_quietly(self):
+        many = self.links(200, made_font("Made", LONG))
+        for restore in (True, False):  # also where the parent ignores the signal
+            process = start("identify", "--format", "jsonl", many, restore_signals=restore)
+            process.stdout.readline()
+            process.stdout.close()
+            self.assertEqual(process.wait(100), -signal.SIGPIPE)
+            self.assertEqual(process.stderr.read(), b"")
+            process.stderr.close()
+
+    def test_a_full_disk_is_1(self):
+        many = self.links(3, made_font("Made"))
+        for command in (["styles", "Minion-Bold"], ["identify", "--format", "jsonl", many], ["identify", many], ["--help"]):
+            with self.subTest(command), open("/dev/full", "w") as full:
+                process = start(*command, stdout=full)
+                _, err = process.communicate(timeout=100)
+                self.assertEqual((process.returncode, err), (1, b"quillmark: standard output cannot be written\n"))
+
+    def test_progress_on_a_terminal(self):
+        outside, inside = self.terminal()
+        many = self.links(60, made_font("Made", LONG))
+        process = start("identify", "--format", "jsonl", "-j", 1, many, self.folder / "none", stderr=inside)
+        os.close(inside)
+        process.stdout.readline()
+        time.sleep(1)  # the full pipe keeps the work going that long
+        process.stdout.read()
+        written = on_terminal(process, outside)
+        process.stdout.close()
+        self.assertRegex(written, r"\r\d+ of 61 files, [\d.]+ a second, \d+ s left")
+        self.assertEqual(screen(written), [f"{self.folder}/none: no such file", "60 faces in 60 files", ""])
+
+    def test_progress_elsewhere(self):
+        rows = [("auto", "", False), ("always", "", True), ("always", "-q", False)]
+        for choice, quiet, shown in rows:
+            with self.subTest(choice=choice, quiet=quiet):
+                arguments = ["--progress", choice, "--files-from", "-"] + ([quiet] if quiet else [])
+                process = start("identify", *arguments, stdin=subprocess.PIPE)
+                err = b""
+                for pause in (0, 0.3):
+                    time.sleep(pause)
+                    process.stdin.write(b"/none\n")
+                    err += process.stderr.readline()
+                err += process.communicate(timeout=100)[1]
+                self.assertEqual(b"a second" in err, shown, err)
+
+    def test_progress_leaves_lines_of_results_alone(self):
+        outside, inside = self.terminal()
+        font = self.write("a.ttf", made_font("Made"))
+        process = start(
+            "identify", "--format", "tsv", "--fields", "postScriptName", "--files-from", "-",
+            stdin=subprocess.PIPE, stdout=inside, stderr=inside,
+        )  # fmt: skip
+        os.close(inside)
+        written = ""
+        for count in (1, 2, 3):
+            process.stdin.write(os.fsencode(font) + b"\n")
+            while written.count("Made") < count:
+                written += os.read(outside, 4096).decode()
+            time.sleep(0.2)
+        process.stdin.close()
+        written += on_terminal(process, outside)
+        self.assertIn(" a second", written)
+        self.assertEqual(screen(written), ["postScriptName", "Made", "Made", "Made", "3 faces in 3 files", ""])
+
+    def test_bold_only_where_it_is_wanted(self):
+        font = self.write("a.ttf", made_font("Made"))
+        rows = [
+            ({"TERM": "xterm"}, True),
+            ({"TERM": "xterm", "NO_COLOR": ""}, True),
+            ({"TERM": "xterm", "NO_COLOR": "1"}, False),
+            ({"TERM": "dumb"}, False),
+            ({}, False),
+        ]
+        kept = {name: value for name, value in os.environ.items() if name not in ("TERM", "NO_COLOR")}
+        for environment, bold in rows:
+            with self.subTest(environment):
+                outside, inside = self.terminal()
+                process = start("identify", font, stdout=inside, env={**kept, **environment})
+                os.close(inside)
+                written = on_terminal(process, outside)
+                process.communicate()
+                self.assertEqual("\x1b[1mFILE" in written, bold, written)
+                self.assertEqual("\x1b" in written, bold, written)
+        self.assertNotIn(b"\x1b", run("identify", font, env={**kept, "TERM": "xterm"}).stdout)
+
+    def test_version_tells_where_the_tables_are(self):
+        result = run("version")
+        self.assertEqual(result.returncode, 0)
+        self.assertRegex(result.stdout.decode(), r"quillmark 1\.4\nlibrary 1\.4\ntables in /.*/Resources\nall tables loaded\n")
+        none = run("version", env=dict(os.environ, QUILLMARK_BUNDLE=str(self.folder)))
+        self.assertEqual(none.returncode, 1)
+        self.assertIn(f"tables in {self.folder}/Resources\nFoundryNameTable.plist is missing", none.stdout.decode())
+
+
+if __name__ == "__main__":
+    tool_case.main()

@@ -1,0 +1,55 @@
+#include "folder_walk.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace quillmark::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool HoldsOtherFilesForks(const std::string& name) {
+  return name == "__MACOSX" || name == ".AppleDouble" || name == "resource.frk";
+}
+
+}  // namespace
+
+FolderWalk::FolderWalk(const std::string& folder, std::function<bool()> stopped)
+    : stopped_(std::move(stopped)), pending_{fs::path(folder)} {}
+
+// Their depth is bounded only by the paths that the system takes: folders are kept on a list, not on the
+// stack.
+void FolderWalk::List() {
+  folder_ = std::move(pending_.back());
+  pending_.pop_back();
+  std::vector<std::string> folders;
+  std::error_code error;
+  for (fs::directory_iterator it(folder_, error), end; !error && it != end && !stopped_();
+       it.increment(error)) {
+    std::string name = it->path().filename().native();
+    std::error_code ignored;
+    if (!it->is_symlink(ignored) && it->is_directory(ignored)) {
+      if (!HoldsOtherFilesForks(name)) folders.push_back(std::move(name));
+    } else if (!name.starts_with("._") && it->is_regular_file(ignored)) {
+      names_.push_back(std::move(name));
+    }
+  }
+  if (error) fault_ = "the folder cannot be read: " + error.message();
+  std::sort(names_.begin(), names_.end(), std::greater<>());
+  std::sort(folders.begin(), folders.end(), std::greater<>());
+  for (const std::string& name : folders) pending_.push_back(folder_ / name);
+}
+
+std::optional<WalkedPath> FolderWalk::Next() {
+  while (names_.empty() && !pending_.empty() && !stopped_()) {
+    List();
+    if (!fault_.empty()) return WalkedPath{folder_.native(), std::exchange(fault_, {})};
+  }
+  if (names_.empty() || stopped_()) return std::nullopt;
+  WalkedPath found{(folder_ / names_.back()).native(), {}};
+  names_.pop_back();
+  return found;
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,39 @@
+// The regular files of a folder and of the folders in it, to the bottom, one after another in a stable order.
+// Only the names in one folder, and the folders still to be entered, are held at a time.
+#ifndef QUILLMARK_TOOL_FOLDER_WALK_H_
+#define QUILLMARK_TOOL_FOLDER_WALK_H_
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmark::tool {
+
+struct WalkedPath {
+  std::string path;   // of a file, or of a folder that cannot be listed
+  std::string fault;  // why it cannot be listed; empty for a file
+};
+
+// A folder's files come before its folders, both by the bytes of their names. Linked folders are not entered,
+// so that no walk is endless; the folders that hold other files' resource forks (__MACOSX, .AppleDouble,
+// resource.frk) and the files that do (._*) are passed over.
+class FolderWalk {
+ public:
+  FolderWalk(const std::string& folder, std::function<bool()> stopped);
+  std::optional<WalkedPath> Next();
+
+ private:
+  void List();
+
+  const std::function<bool()> stopped_;
+  std::filesystem::path folder_;                // whose files are handed out
+  std::vector<std::string> names_;              // of them, the next one last
+  std::vector<std::filesystem::path> pending_;  // folders, the next one last
+  std::string fault_;                           // of listing folder_
+};
+
+}  // namespace quillmark::tool
+
+#endif

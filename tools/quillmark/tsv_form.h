@@ -1,0 +1,20 @@
+// Faces as tab-separated values: a line of names, then one line a face.
+#ifndef QUILLMARK_TOOL_TSV_FORM_H_
+#define QUILLMARK_TOOL_TSV_FORM_H_
+
+#include <string>
+#include <vector>
+
+#include "face.h"
+#include "fields.h"
+
+namespace quillmark::tool {
+
+// Line end included. Bytes are written as they are, but for tab, line feed, carriage
+// return and backslash, which become \t, \n, \r and \\.
+std::string TsvHeader(const std::vector<const Field*>& fields);
+std::string TsvLine(const Face& face, const std::vector<const Field*>& fields);
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,53 @@
+// quillmark version: which tool, which library, and whether the library found its tables.
+#include "version.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <vector>
+
+#include "commands.h"
+#include "display_width.h"
+#include "platform/cf_bundle.h"
+#include "platform/cf_ref.h"
+#include "quillmark/quillmark.h"
+#include "tables_check.h"
+
+namespace quillmark::tool {
+namespace {
+
+std::string LibraryVersion() {
+  std::uint32_t major = 0;
+  std::uint32_t minor = 0;
+  QM_GetQuillmarkVersion(&major, &minor);
+  return std::to_string(major) + '.' + std::to_string(minor);
+}
+
+// The folder that the library reads its tables in; empty when there is none.
+std::string TablesFolder() {
+  const auto identifier =
+      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, "org.quillmark.Quillmark", kCFStringEncodingUTF8));
+  const CFBundleRef bundle = CFBundleGetBundleWithIdentifier(identifier.get());
+  return bundle == nullptr ? "" : bundle->folder + "/Resources";
+}
+
+int PrintVersion() {
+  const std::string folder = TablesFolder();
+  const std::vector<std::string> missing = MissingTables();
+  std::cout << VersionLine() << "\nlibrary " << LibraryVersion() << "\ntables "
+            << (folder.empty() ? "not found" : "in " + Printable(folder)) << '\n';
+  for (const std::string& table : missing) std::cout << table << " is missing or cannot be read\n";
+  if (missing.empty()) std::cout << "all tables loaded\n";
+  return missing.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+std::string VersionLine() { return "quillmark " + LibraryVersion(); }
+
+void AddVersion(CLI::App& app, int& status) {
+  app.add_subcommand("version", "Tell the versions, and whether the tables were found")->callback([&status] {
+    status = PrintVersion();
+  });
+}
+
+}  // namespace quillmark::tool
