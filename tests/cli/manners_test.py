@@ -102,11 +102,11 @@ class MannersTest(ToolCase):
         process = start("identify", "--format", "jsonl", self.links(200, made_font("Made", LONG)))
         process.stdout.readline()
         process.send_signal(signal.SIGTERM)
-        while process.poll() is None:  # the first leaves it waiting for its full pipe
-            time.sleep(0.1)
-            process.send_signal(signal.SIGTERM)
+        time.sleep(0.5)  # the first leaves it waiting for its full pipe
+        process.send_signal(signal.SIGTERM)
+        time.sleep(0.5)
+        process.communicate(timeout=100)
         self.assertEqual(process.returncode, -signal.SIGTERM)
-        process.communicate()
 
     def test_a_closed_pipe_ends_quietly(self):
         many = self.links(200, made_font("Made", LONG))
