@@ -12,10 +12,10 @@ namespace quillmark::bench {
 
 // Faces that came out; 0 when the file was not identified.
 inline std::uint32_t IdentifyFile(const std::string& path) {
-  static constexpr std::array kTexts = {
-      QM_GetKindName,        QM_GetFamilyName, QM_GetPostScriptName, QM_GetFullName,
-      QM_GetDisplayName,     QM_GetPlatform,   QM_GetPrinterFont,    QM_GetWindowsFullName,
-      QM_GetVersion,         QM_GetFoundryName, QM_GetLegacyFoundryName, QM_GetWindowsMMFile};
+  static constexpr std::array kTexts = {QM_GetKindName,    QM_GetFamilyName,        QM_GetPostScriptName,
+                                        QM_GetFullName,    QM_GetDisplayName,       QM_GetPlatform,
+                                        QM_GetPrinterFont, QM_GetWindowsFullName,   QM_GetVersion,
+                                        QM_GetFoundryName, QM_GetLegacyFoundryName, QM_GetWindowsMMFile};
   static constexpr std::array kNumbers = {QM_GetKerningChecksum, QM_GetQuillmarkChecksum,
                                           QM_GetLegacyQuillmarkChecksum, QM_GetOutlineFileSize};
   QM_FontArray* array = nullptr;

@@ -1,5 +1,5 @@
-// Timing for the programs of this folder: what is compared runs in turns, so that a slow moment of the machine
-// falls on all of it, and the median of the rounds counts. Tables are printed as Markdown.
+// Timing for the programs of this folder: what is compared runs in turns, so that a slow moment of the
+// machine falls on all of it, and the median of the rounds counts. Tables are printed as Markdown.
 #ifndef QUILLMARK_BENCH_MEASURE_H_
 #define QUILLMARK_BENCH_MEASURE_H_
 
@@ -40,7 +40,8 @@ class Turns {
   // Median of the rounds' ratios of one run to another.
   double Ratio(std::size_t run, std::size_t to) const {
     std::vector<double> ratios;
-    for (std::size_t i = 0; i < seconds_[run].size(); ++i) ratios.push_back(seconds_[run][i] / seconds_[to][i]);
+    for (std::size_t i = 0; i < seconds_[run].size(); ++i)
+      ratios.push_back(seconds_[run][i] / seconds_[to][i]);
     return Median(ratios);
   }
 

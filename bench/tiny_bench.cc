@@ -1,7 +1,7 @@
 // What a file costs however small it is: a folder of small fonts, identified, against two loops over the same
-// files. The limit opens, reads and sums each. The yardstick also asks the file system once for everything that
-// can carry a resource fork or Finder information of the file, which no program can leave out and answer the
-// same.
+// files. The limit opens, reads and sums each. The yardstick also asks the file system once for everything
+// that can carry a resource fork or Finder information of the file, which no program can leave out and answer
+// the same.
 //   tiny_bench [FILES [ROUNDS]]
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -70,7 +70,8 @@ void Yardstick(const std::vector<std::string>& files) {
     LookForForks(file);
     const int open_file = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     struct stat found = {};
-    if (open_file >= 0 && ::fstat(open_file, &found) == 0) sums += bench::SumAndClose(open_file, bench::BestCrc);
+    if (open_file >= 0 && ::fstat(open_file, &found) == 0)
+      sums += bench::SumAndClose(open_file, bench::BestCrc);
   }
 }
 
@@ -88,10 +89,11 @@ int main(int argc, char** argv) {
   const bench::Turns turns(rounds, {[&] { Limit(files); }, [&] { Yardstick(files); },
                                     [&] {
                                       faces = 0;
-                                      for (const std::string& file : files) faces += bench::IdentifyFile(file);
+                                      for (const std::string& file : files)
+                                        faces += bench::IdentifyFile(file);
                                     }});
-  std::printf("| %d files of %zu bytes | faces | us/file | files/s | to the limit | to the yardstick |\n", count,
-              kFileBytes);
+  std::printf("| %d files of %zu bytes | faces | us/file | files/s | to the limit | to the yardstick |\n",
+              count, kFileBytes);
   std::printf("|---|--:|--:|--:|--:|--:|\n");
   const char* const rows[] = {"limit: open, read, CRC-32", "yardstick: the limit and each fork look-up once",
                               "Quillmark, all attributes and getters"};
