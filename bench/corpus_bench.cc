@@ -1,8 +1,9 @@
-// One row of the table that bench/run prints, in a process of its own so that its peak memory is its own: runs
-// over the files that a list names, one path a line, and prints seconds, faces, and files with a face.
+// One row of the table that bench/run prints, in a process of its own so that its peak memory is its own:
+// runs over the files that a list names, one path a line, and prints seconds, faces, and files with a face.
 //   corpus_bench limit|limit-zlib|THREADS LIST
-// "limit" reads and sums the files; a number identifies them through the C interface with so many threads, which
-// take files from one shared list. The first file is done once before: that loads what is loaded once a process.
+// "limit" reads and sums the files; a number identifies them through the C interface with so many threads,
+// which take files from one shared list. The first file is done once before: that loads what is loaded once a
+// process.
 #include <atomic>
 #include <cstdint>
 #include <cstdio>

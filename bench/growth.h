@@ -1,6 +1,6 @@
-// How cost grows: the same work at growing sizes, told as the cost of one unit and as its ratio to that of the
-// size before. A ratio of about 1, or less while fixed costs wear off, is linear growth; work that grows with
-// the square shows as the factor between the sizes.
+// How cost grows: the same work at growing sizes, told as the cost of one unit and as its ratio to that of
+// the size before. A ratio of about 1, or less while fixed costs wear off, is linear growth; work that grows
+// with the square shows as the factor between the sizes.
 #ifndef QUILLMARK_BENCH_GROWTH_H_
 #define QUILLMARK_BENCH_GROWTH_H_
 
@@ -31,8 +31,8 @@ class GrowthTable {
     while (Seconds(round) < kShortestRound && rounds_ > 1) repeats *= 2;
     const double cost = Turns(rounds_, {round}).MedianOf(0) / repeats / static_cast<double>(size) * 1e9;
     const std::string ratio = what == last_what_ ? Ratio(cost / last_cost_) : "";
-    std::printf("| %s | %lld %s | %u | %.2f | %s |\n", what.c_str(), static_cast<long long>(size), unit.c_str(),
-                found, cost, ratio.c_str());
+    std::printf("| %s | %lld %s | %u | %.2f | %s |\n", what.c_str(), static_cast<long long>(size),
+                unit.c_str(), found, cost, ratio.c_str());
     std::fflush(stdout);
     last_what_ = what;
     last_cost_ = cost;

@@ -1,5 +1,5 @@
-// How the cost of whole requests grows with faces, bytes and text: collections, plain files, stored texts, and
-// names that are searched for styles. suitcase_bench does the same for suitcases.
+// How the cost of whole requests grows with faces, bytes and text: collections, plain files, stored texts,
+// and names that are searched for styles. suitcase_bench does the same for suitcases.
 //   growth_bench [ROUNDS]    with 1 round only the two smallest sizes of each are run
 #include <algorithm>
 #include <array>
@@ -54,11 +54,11 @@ std::string PlainFont(int bytes) {
 
 using MakeFile = std::string (*)(int size);
 
-void GrowFile(GrowthTable& table, const std::string& what, const std::string& unit, std::span<const int> sizes,
-              MakeFile make) {
+void GrowFile(GrowthTable& table, const std::string& what, const std::string& file_name,
+              const std::string& unit, std::span<const int> sizes, MakeFile make) {
   const TempFolder folder;
   for (const int size : sizes) {
-    const std::string path = folder.Write("font", make(size));
+    const std::string path = folder.Write(file_name, make(size));
     table.Row(what, size, unit, [&] { return bench::IdentifyFile(path); });
   }
 }
@@ -91,8 +91,8 @@ std::string Stored(const Form& form, const QM_FontArray* array) {
 std::string TextOfFaces(const Form& form, int faces) {
   const TempFolder folder;
   QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(folder.Write("font", NamedFont(FaceName(0)).Build()).c_str(), 0, QM_ATTRIBUTES_ALL,
-                         &array) != QM_STATUS_OK) {
+  if (QM_CreateSpecifier(folder.Write("font.ttf", NamedFont(FaceName(0)).Build()).c_str(), 0,
+                         QM_ATTRIBUTES_ALL, &array) != QM_STATUS_OK) {
     std::abort();
   }
   const std::string one = Stored(form, array);
@@ -102,7 +102,7 @@ std::string TextOfFaces(const Form& form, int faces) {
   std::string text = one.substr(0, start);
   for (int i = 0; i < faces; ++i) {
     std::string face = one.substr(start, end - start);
-    for (std::size_t at = 0; (at = face.find(FaceName(0), at)) != std::string::npos;) {
+    for (std::size_t at = 0; (at = face.find(FaceName(0), at)) != std::string::npos; ++at) {
       face.replace(at, FaceName(0).size(), FaceName(i));
     }
     text += face;
@@ -134,7 +134,8 @@ void GrowText(GrowthTable& table, const Form& form, std::span<const int> sizes) 
 }
 
 // `found` is the number of styles.
-void GrowName(GrowthTable& table, const std::string& what, const std::string& word, std::span<const int> sizes) {
+void GrowName(GrowthTable& table, const std::string& what, const std::string& word,
+              std::span<const int> sizes) {
   constexpr std::uint32_t kMostStyles = 8;
   for (const int bytes : sizes) {
     std::string name;
@@ -143,7 +144,8 @@ void GrowName(GrowthTable& table, const std::string& what, const std::string& wo
     table.Row(what, bytes, "bytes", [&] {
       std::array<std::array<char, 64>, kMostStyles> styles;
       std::array<char*, kMostStyles> pointers;
-      std::transform(styles.begin(), styles.end(), pointers.begin(), [](auto& style) { return style.data(); });
+      std::transform(styles.begin(), styles.end(), pointers.begin(),
+                     [](auto& style) { return style.data(); });
       std::uint32_t count = 0;
       (void)QM_GetStyles(name.c_str(), name.c_str(), kMostStyles, 64, &count, pointers.data());
       return count;
@@ -159,11 +161,11 @@ int main(int argc, char** argv) {
     return rounds > 1 ? all : std::vector<int>(all.begin(), all.begin() + 2);
   };
   GrowthTable table(rounds);
-  GrowFile(table, "collection, each face with a name of its own", "faces", sizes({1, 10, 100, 1'000, 10'000}),
-           CollectionOfFaces);
-  GrowFile(table, "collection, all faces share one directory", "faces",
+  GrowFile(table, "collection, each face with a name of its own", "faces.ttc", "faces",
+           sizes({1, 10, 100, 1'000, 10'000}), CollectionOfFaces);
+  GrowFile(table, "collection, all faces share one directory", "faces.ttc", "faces",
            sizes({1, 10, 100, 1'000, 10'000, 100'000}), CollectionOfOneDirectory);
-  GrowFile(table, "plain file", "bytes",
+  GrowFile(table, "plain file", "font.ttf", "bytes",
            sizes({1'000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000}), PlainFont);
   const Form forms[] = {
       {"XML", QM_GetXMLRepresentation, QM_CreateSpecifierFromXML, "\t<FontData>", "</FontData>\n"},
