@@ -1,0 +1,64 @@
+# Completion of quillmark for bash.
+
+_quillmark_words() { mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2"); }
+
+_quillmark_files() {
+  compopt -o filenames
+  mapfile -t COMPREPLY < <(compgen -f -- "$1")
+}
+
+_quillmark() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  local commands="identify same compare why split styles classify read resources version"
+  local fields="path face postScriptName family fullName displayName windowsFullName styles class foundry kind version
+    platform checksum legacyChecksum kerningChecksum outlineFileSize printerFont printerFontExists fondID style"
+  COMPREPLY=()
+  if [ "$COMP_CWORD" -eq 1 ]; then
+    _quillmark_words "$commands --help --version" "$current"
+    return
+  fi
+
+  # "--format=json" comes as three words.
+  if [ "$current" = = ]; then
+    current=
+  elif [ "$previous" = = ]; then
+    previous=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
+  case $previous in
+    --format)
+      case $command in
+        identify | read) _quillmark_words "table json jsonl tsv xml plist" "$current" ;;
+        same | compare) _quillmark_words "table json" "$current" ;;
+      esac
+      return ;;
+    --fields)
+      # The names that stand before the last comma stay.
+      local before=
+      case $current in *,*) before=${current%,*}, ;; esac
+      compopt -o nospace
+      mapfile -t COMPREPLY < <(compgen -P "$before" -W "$fields" -- "${current##*,}")
+      return ;;
+    --progress) _quillmark_words "auto always never" "$current"; return ;;
+    -o | --output)
+      compopt -o filenames
+      mapfile -t COMPREPLY < <(compgen -d -- "$current")
+      return ;;
+    --files-from) _quillmark_files "$current"; return ;;
+    -j | --jobs) return ;;
+  esac
+
+  local options=--help
+  case $command in
+    identify) options+=" --format --fields --jobs --files-from --null --progress --quiet" ;;
+    same) options+=" --format --jobs --near --files-from --null" ;;
+    compare) options+=" --format" ;;
+    read) options+=" --format --fields" ;;
+    split) options+=" --output" ;;
+  esac
+  case $current in
+    -*) _quillmark_words "$options" "$current" ;;
+    *) case $command in styles | classify | version) ;; *) _quillmark_files "$current" ;; esac ;;
+  esac
+}
+
+complete -F _quillmark quillmark
