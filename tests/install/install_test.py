@@ -1,0 +1,145 @@
+"""Installs the build tree, moves the installed tree elsewhere, and uses it from there as hosts do."""
+
+import os
+import re
+import shlex
+import shutil
+import subprocess
+import unittest
+
+from installed import (BUILD, DEJAVU, FLAGS, FOUNDRY, HAS_TOOL, LIBDIR, SOURCE, VERSION, InstalledTree, environment,
+                       run)  # fmt: skip
+
+CONSUMER = SOURCE / "tests/install/consumer"
+COMPONENTS = {
+    "library": r"{lib}/libquillmark\.so\.\d+(\.\d+\.\d+)?|share/quillmark/Resources/\w+\.plist",
+    "development": r"include/quillmark/quillmark\.h|{lib}/libquillmark\.so|{lib}/pkgconfig/quillmark\.pc|"
+    r"{lib}/cmake/quillmark/quillmark-(config|config-version|targets|targets-\w+)\.cmake|"
+    r"share/doc/quillmark/(README|CHANGELOG|docs/[\w-]+)\.md|share/doc/quillmark/examples/\w+\.cc?",
+    "tool": r"bin/quillmark|share/man/man1/quillmark\.1|share/bash-completion/completions/quillmark|"
+    r"share/zsh/site-functions/_quillmark",
+    "python": r"lib/python3/dist-packages/quillmark/(\w+\.py|py\.typed)",
+    "license": r"share/doc/quillmark/LICENSE",
+}
+
+
+def install(prefix, *options):
+    run("cmake", "--install", BUILD, "--prefix", prefix, *options)
+
+
+class InstallTest(InstalledTree, unittest.TestCase):
+    @classmethod
+    def lay_out(cls):
+        install(cls.folder / "first")
+        return (cls.folder / "first").rename(cls.folder / "moved")
+
+    def test_every_file_belongs_to_its_component(self):
+        together = set()
+        for component, pattern in COMPONENTS.items():
+            prefix = self.folder / component
+            install(prefix, "--component", component)
+            found = {str(path.relative_to(prefix)) for path in prefix.rglob("*") if not path.is_dir()}
+            pattern = pattern.format(lib=re.escape(LIBDIR))
+            wrong = [path for path in found if not re.fullmatch(pattern, path)]
+            self.assertEqual(wrong, [], component)
+            self.assertEqual(found == set(), component == "tool" and not HAS_TOOL, component)
+            together |= found
+            shutil.rmtree(prefix, ignore_errors=True)
+        self.assertEqual(together, self.files())
+
+    def test_nothing_knows_where_it_was_installed(self):
+        for path in sorted(self.prefix.rglob("*")):
+            if path.suffix in (".cmake", ".pc", ".py"):
+                text = path.read_text()
+                for folder in [self.folder / "first", BUILD, SOURCE]:
+                    self.assertNotIn(str(folder), text, path)
+
+    def test_library(self):
+        self.check_library()
+
+    def test_consumer_by_cmake(self):
+        def configure(build, version):
+            return ["cmake", "-S", CONSUMER, "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
+                    f"-DCMAKE_C_COMPILER={os.environ['CC']}", f"-DCMAKE_C_FLAGS={' '.join(FLAGS)}",
+                    f"-DWANTED_VERSION={version}"]  # fmt: skip
+
+        build = self.folder / "by cmake"
+        run(*configure(build, "1.4"))
+        run("cmake", "--build", build)
+        self.assertEqual(run(build / "consumer", DEJAVU, env=environment()).strip(), FOUNDRY)
+        for version in ["0.9", "1.5", "2"]:
+            fault = run(*configure(self.folder / f"refused {version}", version), ok=False)
+            self.assertIn("compatible with", fault)
+
+    def test_consumer_by_pkg_config(self):
+        env = environment(PKG_CONFIG_PATH=self.prefix / LIBDIR / "pkgconfig")
+        self.assertEqual(run("pkg-config", "--modversion", "quillmark", env=env).strip(), VERSION)
+        flags = shlex.split(run("pkg-config", "--cflags", "--libs", "quillmark", env=env))
+        for compiler in [[os.environ["CC"], "-std=c99"], [os.environ["CXX"], "-x", "c++"]]:
+            program = self.folder / "by pkg-config"
+            command = [*compiler, "-Wall", "-Wextra", "-Wpedantic", "-Werror", *FLAGS, CONSUMER / "consumer.c", *flags]
+            run(*command, "-o", program)
+            env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR)
+            self.assertEqual(run(program, DEJAVU, env=env).strip(), FOUNDRY, compiler)
+
+    def test_texts_tell_the_version(self):
+        for path, line in [("bindings/python/pyproject.toml", rf'version = "{VERSION}"'),
+                           ("CHANGELOG.md", rf"## \[{VERSION}\] - ")]:  # fmt: skip
+            lines = (SOURCE / path).read_text().splitlines()
+            first = next(text for text in lines if re.match(r"version|## |quillmark", text))
+            self.assertRegex(first, line, path)
+
+
+@unittest.skipUnless(HAS_TOOL, "built without the tool")
+class ToolTextsTest(unittest.TestCase):
+    """Manual page and completions name every command and option that the tool has."""
+
+    @classmethod
+    def setUpClass(cls):
+        tool = BUILD / "bin/quillmark"
+        cls.commands = re.findall(r"^  (\w+) ", run(tool, "--help").partition("Subcommands:")[2], re.M)
+        helps = {command: run(tool, command, "--help") for command in cls.commands}
+        cls.options = {(command, option)
+                       for command, text in helps.items() for option in re.findall(r"(?<![\w-])--[a-z][a-z-]*", text)}
+        cls.forms = {command: set(forms.split(","))
+                     for command, text in helps.items() for forms in re.findall(r"--format TEXT:\{([a-z,]+)\}", text)}
+        fault = subprocess.run([tool, "identify", "--fields", "none", DEJAVU], capture_output=True, text=True).stderr
+        cls.fields = set(fault.partition("there are ")[2].splitlines()[0].split(", "))
+
+    def test_manual_page(self):
+        page = SOURCE / "man/quillmark.1"
+        self.assertEqual(run("sh", "-c", 'groff -ww -mandoc -z -Tutf8 "$1" 2>&1', "sh", page), "")
+        text = page.read_text()
+        for command in self.commands:
+            self.assertIn(f"\n.It Cm {command}\n", text)
+        for _, option in self.options:
+            self.assertRegex(text, rf"\.It .*Fl -{option[2:]}\b")
+        named = {name for line in re.findall(r"^\.It Cm (.*)", text.partition(".Sh FIELDS")[2], re.M)
+                 for name in line.split(" , ")}
+        self.assertEqual(named, self.fields)
+
+    def test_bash_completion(self):
+        def complete(*words):
+            script = ('source "$1"; compopt() { :; }; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _quillmark; '
+                      'printf "%s\\n" "${COMPREPLY[@]}"')
+            return run("bash", "-euc", script, "bash", SOURCE / "completions/quillmark.bash", "quillmark", *words).split()
+
+        self.assertLessEqual(set(self.commands), set(complete("")))
+        for command, option in self.options:
+            self.assertIn(option, complete(command, "--"), command)
+        for command, forms in self.forms.items():
+            self.assertEqual(set(complete(command, "--format", "=")), forms, command)
+        self.assertEqual(set(complete("identify", "--fields", "")), self.fields)
+        self.assertEqual(complete("identify", "--fields", "path,post"), ["path,postScriptName"])
+
+    def test_zsh_completion(self):
+        text = (SOURCE / "completions/_quillmark").read_text()
+        self.assertEqual(set(re.search(r"\nfields=\(([\w\s]+)\)", text)[1].split()), self.fields)
+        for command in self.commands:
+            self.assertRegex(text, rf"\n  '{command}:")
+        for _, option in self.options:
+            self.assertRegex(text, rf"{option}\b")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,106 @@
+"""The Python module over the library of the build tree: its examples, and the library's rules for texts.
+
+usage: python_test.py MODULE_FOLDER   with QUILLMARK_LIBRARY set
+"""
+
+import concurrent.futures
+import doctest
+import pathlib
+import pickle
+import sys
+import unittest
+import unittest.mock
+
+sys.path.insert(0, sys.argv.pop(1))
+import quillmark  # noqa: E402
+import quillmark._library  # noqa: E402
+
+DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
+BLOCK = """<?xml version="1.0" encoding="utf-8" ?>
+<QuillmarkData>
+\t<FontData>
+\t\t<FontKind>TrueType</FontKind>
+\t\t<PostScriptName>{name}</PostScriptName>
+\t\t<Checksum>{checksum}</Checksum>
+\t</FontData>
+</QuillmarkData>
+"""
+
+
+def load_tests(loader, tests, pattern):
+    tests.addTests(doctest.DocTestSuite(quillmark))
+    return tests
+
+
+class Texts(unittest.TestCase):
+    def test_text_of_any_length_is_whole(self):
+        # Around the sizes of the buffers, where a text is cut without notice.
+        for length in [0, 1, 510, 511, 512, 513, 1022, 1023, 1024, 40_000]:
+            with self.subTest(length=length):
+                name = "N" * length
+                self.assertEqual(quillmark.from_xml(BLOCK.format(name=name, checksum="1"))[0].postscript_name, name)
+
+    def test_bytes_that_are_no_utf8_survive(self):
+        name = b"Gar\xe9mond \xff".decode("utf-8", "surrogateescape")
+        with quillmark.FontArray.from_xml(BLOCK.format(name=name, checksum="1")) as array:
+            self.assertEqual(array.faces()[0].postscript_name, name)
+            self.assertIn(f"<PostScriptName>{name}</PostScriptName>", array.to_xml())
+
+    def test_what_is_not_held_is_none(self):
+        face = quillmark.from_xml(BLOCK.format(name="A", checksum="FFFFFFFF"))[0]
+        self.assertEqual((face.checksum, face.kind), (0x7FFFFFFF, "TrueType"))
+        self.assertEqual((face.family, face.font_class, face.kerning_checksum), (None, None, None))
+        face = quillmark.identify(DEJAVU, request=0x1)[0]
+        self.assertEqual((face.postscript_name, face.kind, face.checksum), ("DejaVuSans-Bold", None, None))
+
+    def test_every_style_whole(self):
+        names = ("Garamond-LightItalic", "Garamond Light Italic Small Caps Condensed")
+        expected = quillmark.styles(*names)
+        self.assertGreater(len(expected), 2)
+        for first in [{"_FIRST_STYLES": 1}, {"_FIRST_STYLE_BYTES": 2}]:
+            with self.subTest(first), unittest.mock.patch.multiple(quillmark._library, **first):
+                self.assertEqual(quillmark.styles(*names), expected)
+        self.assertEqual(quillmark.styles("Garamond"), [])
+
+    def test_nul_is_refused(self):
+        for call in [quillmark.identify, quillmark.from_xml, quillmark.from_property_list, quillmark.styles,
+                     quillmark.classify]:  # fmt: skip
+            with self.subTest(call=call.__name__), self.assertRaisesRegex(ValueError, "null byte"):
+                call(DEJAVU + "\0.ttf")
+
+
+class Arrays(unittest.TestCase):
+    def test_both_stored_forms_come_back(self):
+        with quillmark.FontArray.from_file(pathlib.Path(DEJAVU)) as array:
+            face = array.faces()[0]
+            for read, text in [(quillmark.from_xml, array.to_xml()),
+                               (quillmark.from_property_list, array.to_property_list())]:  # fmt: skip
+                again = read(text)[0]
+                for name in ["postscript_name", "family", "kind", "version", "foundry", "styles", "outline_file_size"]:
+                    self.assertEqual(getattr(again, name), getattr(face, name), name)
+            self.assertEqual((array.index_of(-1, 0), array.index_of(128, 0)), (0, None))
+
+    def test_refusals_carry_the_status(self):
+        for call, argument, status in [(quillmark.identify, "/nonexistent", 1), (quillmark.from_xml, "<FontData>", 4),
+                                       (quillmark.from_property_list, "", 1)]:  # fmt: skip
+            with self.subTest(call=call.__name__), self.assertRaises(quillmark.QuillmarkError) as caught:
+                call(argument)
+            self.assertEqual(caught.exception.status, status)
+
+    def test_closed_array_is_not_passed_on(self):
+        array = quillmark.FontArray.from_file(DEJAVU)
+        array.close()
+        array.close()
+        for call in [array.faces, array.to_xml, array.to_property_list, lambda: array.index_of(-1, 0)]:
+            self.assertRaisesRegex(ValueError, "closed", call)
+
+    def test_faces_pickle_and_threads_agree(self):
+        expected = quillmark.identify(DEJAVU)
+        self.assertEqual(pickle.loads(pickle.dumps(expected)), expected)
+        with concurrent.futures.ThreadPoolExecutor(4) as pool:
+            for faces in pool.map(quillmark.identify, [DEJAVU] * 16):
+                self.assertEqual(faces, expected)
+
+
+if __name__ == "__main__":
+    unittest.main()
