@@ -84,7 +84,8 @@ class InstallTest(InstalledTree, unittest.TestCase):
 
     def test_texts_tell_the_version(self):
         for path, line in [("bindings/python/pyproject.toml", rf'version = "{VERSION}"'),
-                           ("CHANGELOG.md", rf"## \[{VERSION}\] - ")]:  # fmt: skip
+                           ("CHANGELOG.md", rf"## \[{VERSION}\] - "),
+                           ("cmake/debian/changelog", rf"quillmark \({VERSION}-")]:  # fmt: skip
             lines = (SOURCE / path).read_text().splitlines()
             first = next(text for text in lines if re.match(r"version|## |quillmark", text))
             self.assertRegex(first, line, path)

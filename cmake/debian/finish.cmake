@@ -1,0 +1,18 @@
+# Run by CPack over the staged packages: adds what Debian asks of each (copyright, changelog), compresses the manual
+# page, and puts the completion for zsh where Debian's zsh looks.
+foreach(pair library:libquillmark1 development:libquillmark-dev tool:quillmark python:python3-quillmark)
+  string(REPLACE ":" ";" pair ${pair})
+  list(GET pair 0 component)
+  list(GET pair 1 package)
+  set(share ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share)
+  if(NOT IS_DIRECTORY ${CPACK_TEMPORARY_DIRECTORY}/${component})
+    continue()
+  endif()
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${share}/doc/${package})
+  file(RENAME ${share}/doc/${package}/changelog ${share}/doc/${package}/changelog.Debian)
+  file(GLOB pages ${share}/man/man*/*)
+  execute_process(COMMAND gzip -9n ${share}/doc/${package}/changelog.Debian ${pages} COMMAND_ERROR_IS_FATAL ANY)
+  if(EXISTS ${share}/zsh/site-functions)
+    file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
+  endif()
+endforeach()
