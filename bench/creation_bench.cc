@@ -161,8 +161,7 @@ void Measure(const char* what, const Files& files) {
     }
   }
   const auto count = static_cast<double>(files.paths.size());
-  std::printf("%s: %.0f files, %.1f MB, %u faces\n", what, count, files.bytes / 1e6,
-              identified_faces.load());
+  std::printf("%s: %.0f files, %.1f MB, %u faces\n", what, count, files.bytes / 1e6, identified_faces.load());
   for (std::size_t i = 0; i < std::size(kRows); ++i) {
     const double median = Median(seconds[i]);
     std::printf("  %-26s %9.1f %10.0f %9.1f %8.2f\n", kRows[i].name, files.bytes / 1e6 / median,

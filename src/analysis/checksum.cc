@@ -1,8 +1,6 @@
 #include "analysis/checksum.h"
 
-#include <algorithm>
 #include <memory>
-#include <span>
 
 #include "analysis/checksum_memory.h"
 #include "analysis/crc32.h"
@@ -13,23 +11,12 @@ namespace {
 
 thread_local ChecksumMemory* current_memory = nullptr;
 
-std::span<std::uint8_t> ThreadBlock() {
-  constexpr std::size_t kBlockSize = 64 * 1024;
-  thread_local const auto block = std::make_unique<std::uint8_t[]>(kBlockSize);
-  return {block.get(), kBlockSize};
-}
-
 // Continues `crc` over a whole fork. Bytes that cannot be read count as zero.
 std::uint32_t AddFork(const Fork& fork, std::uint32_t crc) {
-  std::uint64_t offset = 0;
-  while (offset < fork.length()) {
-    const std::span<std::uint8_t> buffer = ThreadBlock();
-    const auto bytes = buffer.first(
-        static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), fork.length() - offset)));
-    const std::size_t read = fork.ReadAt(offset, bytes);
-    std::ranges::fill(bytes.subspan(read), std::uint8_t{0});
-    crc = CChecksum::icrc(bytes, crc);
-    offset += bytes.size();
+  for (std::uint64_t offset = 0; offset < fork.length();) {
+    const Bytes block = fork.BlockAt(offset);
+    crc = CChecksum::icrc(block, crc);
+    offset += block.size();
   }
   return crc;
 }

@@ -17,6 +17,8 @@ struct FileStatus {
 
 // Symbolic links are followed. A path with a zero byte names nothing.
 FileStatus StatFile(const std::string& path);
+// The same, remembered inside a ForkLookupScope.
+FileStatus StatusOf(const std::string& path);
 
 }  // namespace quillmark
 

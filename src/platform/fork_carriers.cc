@@ -4,17 +4,16 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <initializer_list>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "platform/apple_double.h"
 #include "platform/extended_attributes.h"
-#include "platform/file_status.h"
 
 namespace quillmark {
 namespace {
-
-using std::filesystem::path;
 
 constexpr std::array kResourceForkAttributes = {"user.com.apple.ResourceFork",
                                                 "user.org.netatalk.ResourceFork"};
@@ -28,23 +27,37 @@ std::pair<std::string, std::string> SplitPath(const std::string& whole) {
   return {whole.substr(0, name), whole.substr(name)};
 }
 
-// Every path that an AppleDouble sidecar of `file` may have. Unzipping an archive made on a Mac leaves a
-// folder __MACOSX that repeats the archive's folders, so it may lie in any folder above the file.
-std::vector<std::string> SidecarCandidates(const std::string& file) {
-  const auto [folder, name] = SplitPath(file);
-  std::vector<std::string> candidates = {folder + "._" + name};
+// The path from the root without "." and "..", links not looked at; empty when there is no working folder.
+std::string NormalPath(const std::string& file) {
+  const bool is_normal = file.starts_with('/') && file.find("//") == std::string::npos &&
+                         file.find("/.") == std::string::npos && !file.ends_with('/');
+  if (is_normal) return file;
   std::error_code no_working_folder;
-  const path absolute = std::filesystem::absolute(file, no_working_folder).lexically_normal();
-  if (!no_working_folder) {
-    path below;
-    for (path ancestor = absolute.parent_path();; ancestor = ancestor.parent_path()) {
-      candidates.push_back((ancestor / "__MACOSX" / below / ("._" + name)).string());
-      if (!ancestor.has_relative_path()) break;
-      below = ancestor.filename() / below;
-    }
+  const auto absolute = std::filesystem::absolute(file, no_working_folder);
+  return no_working_folder ? std::string() : absolute.lexically_normal().string();
+}
+
+// Every sidecar of `file` that exists, in the order they are searched. Unzipping an archive made on a Mac
+// leaves a folder __MACOSX that repeats the archive's folders, so it may lie in any folder above the file.
+std::vector<std::string> FindSidecars(const std::string& file) {
+  const auto [folder, name] = SplitPath(file);
+  std::vector<std::string> found;
+  std::string candidate;
+  const auto look_at = [&](std::initializer_list<std::string_view> parts) {
+    candidate.clear();
+    for (const std::string_view part : parts) candidate += part;
+    if (StatFile(candidate).regular) found.push_back(candidate);
+  };
+  look_at({folder, "._", name});
+  const std::string normal = NormalPath(file);
+  const std::string_view folders = std::string_view(normal).substr(0, normal.rfind('/') + 1);
+  // Up to and with each "/", from the last to that of the root.
+  for (std::size_t end = folders.size(); end > 0; end = folders.rfind('/', end - 2) + 1) {
+    look_at({folders.substr(0, end), "__MACOSX/", folders.substr(end), "._", name});
+    if (end == 1) break;
   }
-  candidates.push_back(folder + ".AppleDouble/" + name);
-  return candidates;
+  look_at({folder, ".AppleDouble/", name});
+  return found;
 }
 
 std::optional<FinderInfo> FinderInfoIn(Bytes bytes) {
@@ -64,9 +77,9 @@ std::optional<FinderInfo> FinderInfoInAppleDouble(const Fork& file) {
 
 }  // namespace
 
-bool ForkCarriers::IsFile() {
-  if (!is_file_) is_file_ = IsRegularFile(path_);
-  return *is_file_;
+const FileStatus& ForkCarriers::Status() {
+  if (!status_) status_ = StatFile(path_);
+  return *status_;
 }
 
 // One call for all names: asking for each of the four would cost four on the files that have none.
@@ -81,10 +94,7 @@ bool ForkCarriers::HasAttribute(const std::string& name) {
 }
 
 const std::vector<std::string>& ForkCarriers::Sidecars() {
-  if (!sidecars_) {
-    sidecars_ = SidecarCandidates(path_);
-    std::erase_if(*sidecars_, [](const std::string& candidate) { return !IsRegularFile(candidate); });
-  }
+  if (!sidecars_) sidecars_ = FindSidecars(path_);
   return *sidecars_;
 }
 
@@ -99,7 +109,7 @@ const FinderInfo& ForkCarriers::Finder() {
 }
 
 std::optional<ForkCarriers::Place> ForkCarriers::LookForResourceFork() {
-  if (!IsFile()) return std::nullopt;
+  if (!Status().regular) return std::nullopt;
   for (const char* inside : {"/..namedfork/rsrc", "/rsrc"}) {
     const std::string named = path_ + inside;
     const FileStatus status = StatFile(named);
@@ -126,7 +136,7 @@ std::optional<ForkCarriers::Place> ForkCarriers::LookForResourceFork() {
 }
 
 FinderInfo ForkCarriers::LookForFinderInfo() {
-  if (!IsFile()) return {};
+  if (!Status().regular) return {};
   if (HasAttribute(kFinderInfoAttribute)) {
     const auto value = ReadExtendedAttribute(path_, kFinderInfoAttribute);
     const auto codes = value ? FinderInfoIn(AsBytes(*value)) : std::nullopt;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_status.h"
 #include "platform/forks.h"
 
 namespace quillmark {
@@ -26,11 +27,11 @@ class ForkCarriers {
   explicit ForkCarriers(std::string path) : path_(std::move(path)) {}
 
   // Each is looked for once; later calls repeat the answer.
+  const FileStatus& Status();
   const std::optional<Place>& ResourceFork();
   const FinderInfo& Finder();
 
  private:
-  bool IsFile();
   const std::vector<std::string>& Attributes();
   const std::vector<std::string>& Sidecars();
   bool HasAttribute(const std::string& name);
@@ -38,7 +39,7 @@ class ForkCarriers {
   FinderInfo LookForFinderInfo();
 
   std::string path_;
-  std::optional<bool> is_file_;
+  std::optional<FileStatus> status_;
   std::optional<std::vector<std::string>> attributes_;
   std::optional<std::vector<std::string>> sidecars_;  // those that exist, in the order they are searched
   std::optional<std::optional<Place>> resource_fork_;

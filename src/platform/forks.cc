@@ -17,6 +17,8 @@ namespace {
 struct Lookups {
   int scopes = 0;
   std::unordered_map<std::string, ForkCarriers> known;
+  std::string opened_path;
+  std::optional<RegularFile> opened;  // the last one
 };
 
 Lookups& ThreadLookups() {
@@ -45,6 +47,24 @@ std::optional<Fork> OpenPlace(const std::string& path, const ForkCarriers::Place
 
 }  // namespace
 
+FileStatus StatusOf(const std::string& path) {
+  return WithCarriers(path, [](ForkCarriers& carriers) { return carriers.Status(); });
+}
+
+bool IsRegularFile(const std::string& path) { return StatusOf(path).regular; }
+
+std::optional<RegularFile> RegularFile::Open(const std::string& path) {
+  Lookups& lookups = ThreadLookups();
+  if (lookups.scopes == 0) return StatFile(path).regular ? OpenAfresh(path) : std::nullopt;
+  if (lookups.opened && lookups.opened_path == path) return lookups.opened;
+  auto file = IsRegularFile(path) ? OpenAfresh(path) : std::nullopt;
+  if (file) {
+    lookups.opened = file;
+    lookups.opened_path = path;
+  }
+  return file;
+}
+
 Fork::Fork(RegularFile file, std::uint64_t start, std::uint64_t length)
     : file_(std::move(file)), start_(start), length_(length) {}
 
@@ -58,6 +78,12 @@ std::size_t Fork::ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) cons
   if (!held) return 0;
   std::copy(held->begin(), held->end(), wanted.begin());
   return wanted.size();
+}
+
+Bytes Fork::BlockAt(std::uint64_t offset) const {
+  if (offset >= length_) return {};
+  const Bytes block = file_ ? file_->BlockAt(start_ + offset) : AsBytes(*bytes_).subspan(start_ + offset);
+  return block.first(std::min<std::uint64_t>(block.size(), length_ - offset));
 }
 
 std::optional<Fork> Fork::Part(std::uint64_t offset, std::uint64_t length) const {
@@ -103,12 +129,11 @@ std::optional<Fork> OpenResourceFork(const std::string& path) {
 }
 
 std::uint64_t TotalForkLength(const std::string& path) {
-  const FileStatus status = StatFile(path);
-  if (!status.regular) return 0;
-  return status.size + WithCarriers(path, [](ForkCarriers& carriers) -> std::uint64_t {
-           const auto& place = carriers.ResourceFork();
-           return place ? place->length : 0;
-         });
+  return WithCarriers(path, [](ForkCarriers& carriers) -> std::uint64_t {
+    if (!carriers.Status().regular) return 0;
+    const auto& place = carriers.ResourceFork();
+    return carriers.Status().size + (place ? place->length : 0);
+  });
 }
 
 FinderInfo ReadFinderInfo(const std::string& path) {
@@ -121,6 +146,9 @@ ForkLookupScope::~ForkLookupScope() {
   if (--ThreadLookups().scopes == 0) ForgetForkLookups();
 }
 
-void ForgetForkLookups() { ThreadLookups().known.clear(); }
+void ForgetForkLookups() {
+  ThreadLookups().known.clear();
+  ThreadLookups().opened.reset();
+}
 
 }  // namespace quillmark

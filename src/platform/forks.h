@@ -20,22 +20,27 @@
 
 namespace quillmark {
 
-// An open regular file, closed with the last copy.
+// An open regular file, closed with the last copy. Copies share one block of the file's bytes, so that a
+// small file, and the head of a large one, are read once for all who look: use them on one thread.
 class RegularFile {
  public:
-  // Nothing when the path names no regular file or it cannot be opened for reading.
+  // Nothing when the path names no regular file or it cannot be opened for reading. Inside a ForkLookupScope
+  // the file opened last is given again while its path is asked for.
   static std::optional<RegularFile> Open(const std::string& path);
 
-  std::uint64_t size() const { return size_; }  // bytes, as it was when opened
+  std::uint64_t size() const;  // bytes, as it was when opened
   // Reads at most out.size() bytes from `offset`; returns how many came (fewer at the end or on an error).
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const;
+  // Some bytes from `offset` on, at least one before size() and at most a block. They live until a copy is
+  // next asked to read. What cannot be read is zero.
+  Bytes BlockAt(std::uint64_t offset) const;
 
  private:
-  class Descriptor;
-  RegularFile(std::shared_ptr<const Descriptor> descriptor, std::uint64_t size);
+  class Contents;
+  static std::optional<RegularFile> OpenAfresh(const std::string& path);
+  explicit RegularFile(std::shared_ptr<Contents> contents);
 
-  std::shared_ptr<const Descriptor> descriptor_;
-  std::uint64_t size_ = 0;
+  std::shared_ptr<Contents> contents_;
 };
 
 // Takes bytes in pieces; false when it takes no more.
@@ -49,6 +54,8 @@ class Fork {
 
   std::uint64_t length() const { return length_; }
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const;
+  // As RegularFile::BlockAt, before length().
+  Bytes BlockAt(std::uint64_t offset) const;
   // The bytes [offset, offset + length) as a fork; nothing when they do not all lie inside this one.
   std::optional<Fork> Part(std::uint64_t offset, std::uint64_t length) const;
   // Hands those bytes over in blocks; false when the sink gives up or they cannot be read.
@@ -91,8 +98,9 @@ struct FinderInfo {
 };
 FinderInfo ReadFinderInfo(const std::string& path);
 
-// While one of these lives on a thread, that thread's look-ups of forks and Finder information are made once
-// a path and remembered: one look-up then serves a whole request. They may nest; the outermost one forgets.
+// While one of these lives on a thread, that thread's look-ups of files, forks and Finder information are
+// made once a path and remembered, and the file opened last stays open: one look-up then serves a whole
+// request. They may nest; the outermost one forgets.
 class ForkLookupScope {
  public:
   ForkLookupScope();

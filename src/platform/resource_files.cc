@@ -42,7 +42,7 @@ ResFileRefNum NextNumber(ResourceFiles& files) {
 ResFileRefNum OpenMap(MapOrigin origin, std::optional<Fork> fork, SInt8 permission) {
   ResourceFiles& files = ThreadResourceFiles();
   if (!fork) {
-    files.error = StatFile(origin.path).error != 0 ? fnfErr : resFNotFound;
+    files.error = StatusOf(origin.path).error != 0 ? fnfErr : resFNotFound;
     return kNoFile;
   }
   const bool writable = permission == fsRdWrPerm;
@@ -72,7 +72,7 @@ OSStatus FSPathMakeRef(const UInt8* path, FSRef* ref, Boolean* isDirectory) {
   if (path == nullptr || ref == nullptr) return fnfErr;
   const std::string text = reinterpret_cast<const char*>(path);
   if (!quillmark::IsValidUtf8(text)) return fnfErr;
-  const quillmark::FileStatus status = quillmark::StatFile(text);
+  const quillmark::FileStatus status = quillmark::StatusOf(text);
   if (status.error != 0) return fnfErr;
   ref->path = text;
   if (isDirectory != nullptr) *isDirectory = status.directory;

@@ -126,7 +126,7 @@ TEST(ForksTest, OnlyRegularFilesHaveForksAndNothingBlocks) {
   EXPECT_FALSE(OpenResourceFork(font));  // its sidecar is a FIFO
 }
 
-TEST(ForksTest, ScopeRemembersLookupsAndHoldsNoFilesOpen) {
+TEST(ForksTest, ScopeRemembersLookupsAndHoldsOneFileOpen) {
   const TempFolder folder;
   const std::string font = folder.Write("font", "data");
   const std::string sidecar = folder.Write("._font", Sidecar("fork"));
@@ -140,12 +140,53 @@ TEST(ForksTest, ScopeRemembersLookupsAndHoldsNoFilesOpen) {
       const ForkLookupScope inner;
       EXPECT_EQ(Contents(OpenResourceFork(font)), "fork");
       EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
+      EXPECT_EQ(Contents(OpenDataFork(font)), "data");
     }
-    EXPECT_EQ(open_files(), before);
+    EXPECT_EQ(open_files(), before + 1);
     std::filesystem::remove(sidecar);
+    std::filesystem::remove(font);
     EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
+    EXPECT_EQ(Contents(OpenDataFork(font)), "data");
+    EXPECT_TRUE(IsRegularFile(font));
     EXPECT_FALSE(OpenResourceFork(font));  // remembered, but gone
   }
+  EXPECT_EQ(open_files(), before);
+  EXPECT_FALSE(IsRegularFile(font));
+  EXPECT_FALSE(OpenDataFork(font));
+}
+
+// Two forks of one file share its block, and reads in between find it at any place.
+TEST(ForksTest, BlocksAndReadsGiveTheFileWhereverTheBlockStands) {
+  std::string bytes;
+  for (std::uint32_t i = 0; i < 200'000; ++i) bytes += static_cast<char>(i * 31 + i / 251);
+  const TempFolder folder;
+  const std::string path = folder.Write("font", bytes);
+  const Fork whole = *OpenDataFork(path);
+  const Fork part = *whole.Part(100, 150'000);
+  const auto read = [&](std::uint64_t offset, std::size_t length) {
+    std::string out(length, '\0');
+    out.resize(whole.ReadAt(offset, {reinterpret_cast<std::uint8_t*>(out.data()), out.size()}));
+    return out;
+  };
+  EXPECT_EQ(read(70'000, 10), bytes.substr(70'000, 10));
+  EXPECT_EQ(read(3, 10), bytes.substr(3, 10));
+  std::string joined;
+  while (joined.size() < part.length()) {
+    const std::string block(AsText(part.BlockAt(joined.size())));
+    ASSERT_FALSE(block.empty());
+    joined += block;
+    EXPECT_EQ(read(joined.size(), 5), bytes.substr(joined.size(), 5));
+    EXPECT_EQ(read(199'998, 5), bytes.substr(199'998));
+  }
+  EXPECT_EQ(joined, bytes.substr(100, 150'000));
+  EXPECT_TRUE(part.BlockAt(150'000).empty());
+  EXPECT_TRUE(whole.BlockAt(200'000).empty());
+  EXPECT_EQ(read(200'000, 1), "");
+
+  std::filesystem::resize_file(path, 140'000);
+  EXPECT_EQ(AsText(whole.BlockAt(10)), bytes.substr(10, whole.BlockAt(10).size()));
+  EXPECT_EQ(AsText(whole.BlockAt(139'999)).substr(0, 3), bytes.substr(139'999, 1) + std::string(2, '\0'));
+  EXPECT_EQ(read(139'999, 3), bytes.substr(139'999, 1));
 }
 
 }  // namespace

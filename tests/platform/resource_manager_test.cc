@@ -195,7 +195,8 @@ TEST(ResourceFilesTest, CountsAreSigned) {
 TEST(ResourceFilesTest, LostDataGiveNoHandle) {
   const TempFolder folder;
   ResourceForkBuilder builder;
-  builder.Add(kFond, 1, "first").Add(kFond, 1, "second").Add(kFond, 3, "cut off");
+  const std::string long_data(70'000, 's');  // more than is read of a file at once
+  builder.Add(kFond, 1, "first").Add(kFond, 1, long_data).Add(kFond, 3, "cut off");
   builder.SetU32(ResourceForkBuilder::ReferenceOffset(builder.Build(), 0, 0) + 4, 0x00FFFFFF);
   const std::string path = folder.Write("font", builder.Build());
   const ResFileRefNum file = OpenData(path);
@@ -209,7 +210,7 @@ TEST(ResourceFilesTest, LostDataGiveNoHandle) {
   }
   SetResLoad(false);
   const Handle third = Get1IndResource(kFond, 3);
-  std::filesystem::resize_file(path, 256 + 4 + 5 + 4 + 6 + 4);
+  std::filesystem::resize_file(path, 256 + 4 + 5 + 4 + long_data.size() + 4);
   SetResLoad(true);
   EXPECT_EQ(Get1IndResource(kFond, 3), nullptr) << "its data cannot be read";
   EXPECT_EQ(ResError(), ioErr);
