@@ -1,6 +1,7 @@
 #include "analysis/collection.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -19,7 +20,7 @@ constexpr std::uint32_t kListEntrySize = 4;
 constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
 constexpr std::uint32_t kMaxNamesTried = 100;
-constexpr std::size_t kReadSize = 256 * 1024;
+constexpr std::size_t kReadSize = 128 * 1024;
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -28,27 +29,6 @@ CollectionStatus CheckHeader(Bytes start) {
   if (start.size() <= kHeaderSize) return kCollectionOutOfBounds;
   const auto version = U32At(start, 4);
   return version == 0x00010000u || version == 0x00020000u ? kCollectionOk : kCollectionWrongVersion;
-}
-
-CollectionStatus ReadWhole(const std::string& path, std::vector<std::uint8_t>& bytes) {
-  bytes.clear();
-  const auto file = RegularFile::Open(path);
-  if (!file) return kCollectionFileError;
-  const std::uint64_t size = file->size();
-  if (size == 0) return kCollectionWrongVersion;
-  if (size > std::numeric_limits<std::uint32_t>::max()) return kCollectionFileError;
-  // The header first, so that a large file of another kind is not read whole. Then in blocks that are still
-  // in the processor's cache when the read overwrites their zeros.
-  for (std::size_t wanted = kHeaderSize + 1; bytes.size() < size; wanted = kReadSize) {
-    const std::size_t done = bytes.size();
-    bytes.resize(std::min<std::size_t>(size, done + wanted));
-    const std::span<std::uint8_t> block = std::span(bytes).subspan(done);
-    if (file->ReadAt(done, block) < block.size()) return kCollectionFileError;
-    if (done != 0) continue;
-    if (const CollectionStatus status = CheckHeader(bytes); status != kCollectionOk) return status;
-    bytes.reserve(size);
-  }
-  return kCollectionOk;
 }
 
 void Append(Bytes bytes, std::vector<char>& out) {
@@ -96,13 +76,42 @@ TrueTypeCollectionFont::~TrueTypeCollectionFont() = default;
 CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
   CollectionStatus status = kCollectionFileError;
   try {
-    status = ReadWhole(path_, file_data_);
+    status = ReadWhole();
   } catch (const std::bad_alloc&) {
     // Too large to hold, as a sparse file can be.
   }
-  if (status != kCollectionOk) file_data_ = std::vector<std::uint8_t>();  // gives the memory back
-  sums_ = TableSums(file_data_);
+  if (status != kCollectionOk) {
+    sums_ = TableSums({});
+    file_data_ = {};
+    memory_.reset();  // gives the memory back
+  }
   return status;
+}
+
+CollectionStatus TrueTypeCollectionFont::ReadWhole() {
+  const auto file = RegularFile::Open(path_);
+  if (!file) return kCollectionFileError;
+  if (file->size() == 0) return kCollectionWrongVersion;
+  if (file->size() > std::numeric_limits<std::uint32_t>::max()) return kCollectionFileError;
+  const auto size = static_cast<std::size_t>(file->size());
+  // The header first, so that a large file of another kind is not read whole.
+  std::array<std::uint8_t, kHeaderSize + 1> header;
+  const auto start = std::span(header).first(std::min(size, header.size()));
+  if (file->ReadAt(0, start) < start.size()) return kCollectionFileError;
+  if (const CollectionStatus status = CheckHeader(start); status != kCollectionOk) return status;
+
+  memory_ = std::make_unique_for_overwrite<std::uint8_t[]>(size);
+  const std::span<std::uint8_t> whole(memory_.get(), size);
+  file_data_ = whole;
+  sums_ = TableSums(whole);
+  // In blocks that are still in the processor's cache when they are summed.
+  for (std::size_t done = 0; done < size;) {
+    const std::span<std::uint8_t> block = whole.subspan(done, std::min(kReadSize, size - done));
+    if (file->ReadAt(done, block) < block.size()) return kCollectionFileError;
+    done += block.size();
+    sums_.SumUpTo(done);
+  }
+  return kCollectionOk;
 }
 
 std::uint32_t TrueTypeCollectionFont::faceCount() const {

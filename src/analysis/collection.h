@@ -5,6 +5,7 @@
 #define QUILLMARK_ANALYSIS_COLLECTION_H_
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -71,8 +72,11 @@ class TrueTypeCollectionFont {
  private:
   CollectionStatus FindDirectory(std::uint32_t face, Bytes& directory) const;
 
+  CollectionStatus ReadWhole();
+
   const std::string& path_;
-  std::vector<std::uint8_t> file_data_;
+  std::unique_ptr<std::uint8_t[]> memory_;
+  Bytes file_data_;             // the file, in memory_; empty after any failure
   mutable TableSums sums_{{}};  // of file_data_
 };
 

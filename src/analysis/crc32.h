@@ -31,6 +31,9 @@ class RangeCrc32 {
  public:
   explicit RangeCrc32(Bytes block) : block_(block) {}
 
+  // Sums the steps that end at or before `end`, which must lie inside the block. Without it that is done when
+  // it is first needed.
+  void SumUpTo(std::size_t end);
   // Continues `crc` over [offset, offset + length), which must lie inside the block.
   std::uint32_t Continue(std::uint32_t crc, std::size_t offset, std::size_t length);
 
@@ -38,7 +41,7 @@ class RangeCrc32 {
   static constexpr std::size_t kStep = 1024;
 
   Bytes block_;
-  std::vector<std::uint32_t> step_crcs_;  // of the first 0, 1, 2, ... steps; made when first needed
+  std::vector<std::uint32_t> step_crcs_ = {0};  // of the first 0, 1, 2, ... steps
 };
 
 }  // namespace quillmark

@@ -26,37 +26,36 @@ std::uint32_t TableSums::ContinueCrc(std::uint32_t crc, TableRange table) {
   return CombineCrc32(crc, known.value, known.combine);
 }
 
-bool TableSums::Spend(std::size_t& left, TableRange table) {
-  if (table.length > left) return false;
-  left -= table.length;
-  return true;
+void TableSums::SumUpTo(std::size_t end) {
+  for (std::size_t done = (step_sums_.size() - 1) * kStep; done + kStep <= end; done += kStep) {
+    PlaceSums sums = SumBytesByPlace(file_.subspan(done, kStep));
+    for (std::size_t place = 0; place < 4; ++place) sums[place] += step_sums_.back()[place];
+    step_sums_.push_back(sums);
+  }
+  crcs_.SumUpTo(end);
 }
 
 std::uint32_t TableSums::ComputeWordSum(TableRange table) {
-  if (Spend(sum_left_, table)) return SumBigEndianWords(file_.subspan(table.offset, table.length));
-  const std::size_t shift = table.offset % 4;
-  const Bytes block = file_.subspan(shift);  // in which the table's words are aligned
-  const std::size_t start = table.offset - shift;
-  const std::size_t end = start + table.length;
-  const std::size_t first = (start + kStep - 1) / kStep;
+  const Bytes bytes = file_.subspan(table.offset, table.length);
+  const std::size_t end = std::size_t{table.offset} + table.length;
+  const std::size_t first = (table.offset + kStep - 1) / kStep;
   const std::size_t last = end / kStep;
-  if (first >= last) return SumBigEndianWords(block.subspan(start, table.length));
-  std::vector<std::uint32_t>& sums = step_sums_[shift];
-  if (sums.empty()) {
-    sums.push_back(0);
-    for (std::size_t step_end = kStep; step_end <= block.size(); step_end += kStep) {
-      sums.push_back(sums.back() + SumBigEndianWords(block.subspan(step_end - kStep, kStep)));
-    }
+  if (first >= last) return SumBigEndianWords(bytes);
+  SumUpTo(end);
+  PlaceSums sums = SumBytesByPlace(bytes.first(first * kStep - table.offset));
+  const PlaceSums tail = SumBytesByPlace(bytes.last(end - last * kStep));
+  // Steps begin with a word of the file, whose places are the table's turned by its offset.
+  for (std::size_t place = 0; place < 4; ++place) {
+    const std::size_t turned = (table.offset + place) % 4;
+    sums[place] += step_sums_[last][turned] - step_sums_[first][turned] + tail[turned];
   }
-  return SumBigEndianWords(block.subspan(start, first * kStep - start)) + sums[last] - sums[first] +
-         SumBigEndianWords(block.subspan(last * kStep, end - last * kStep));
+  return WordSumOf(sums);
 }
 
 TableSums::Crc TableSums::ComputeCrc(TableRange table) {
   static constexpr std::uint8_t kZeros[3] = {};
   const std::size_t padding = (4 - table.length % 4) % 4;
-  const std::uint32_t crc = Spend(crc_left_, table) ? Crc32(0, file_.subspan(table.offset, table.length))
-                                                    : crcs_.Continue(0, table.offset, table.length);
+  const std::uint32_t crc = crcs_.Continue(0, table.offset, table.length);
   return {Crc32(crc, Bytes(kZeros).first(padding)), CrcOperatorFor(std::size_t{table.length} + padding)};
 }
 

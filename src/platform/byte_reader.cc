@@ -1,7 +1,5 @@
 #include "platform/byte_reader.h"
 
-#include <algorithm>
-
 namespace quillmark {
 
 using byte_order::Load;
@@ -42,15 +40,6 @@ bool PutU32At(std::span<std::uint8_t> block, std::size_t offset, std::uint32_t v
 bool StartsWith(Bytes block, std::string_view tag) {
   const auto head = Slice(block, 0, tag.size());
   return head && AsText(*head) == tag;
-}
-
-std::uint32_t SumBigEndianWords(Bytes block) {
-  std::uint32_t sum = 0;
-  const std::size_t whole = block.size() / 4 * 4;
-  for (std::size_t i = 0; i < whole; i += 4) sum += emdBigToHostU32(Load<std::uint32_t>(block.subspan(i, 4)));
-  std::uint8_t last[4] = {};
-  std::copy(block.begin() + static_cast<std::ptrdiff_t>(whole), block.end(), last);
-  return sum + emdBigToHostU32(Load<std::uint32_t>(last));
 }
 
 }  // namespace quillmark

@@ -160,7 +160,7 @@ TEST_F(Collection, SpoiledFilesNeverCutAFaceThatDoesNotFit) {
   }
 }
 
-// Ranges that overlap are summed in steps once they are more than the file.
+// Tables are put together from steps of the file, wherever their words begin.
 TEST_F(Collection, LongTablesThatOverlapAreSummedAsTheyStand) {
   std::string glyphs;
   for (std::uint32_t i = 0; i < 20'000; ++i) glyphs += static_cast<char>(i * 31 + i / 251);

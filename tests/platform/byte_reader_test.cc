@@ -4,6 +4,7 @@
 
 #include <array>
 #include <limits>
+#include <vector>
 
 namespace quillmark {
 namespace {
@@ -48,6 +49,8 @@ TEST(ByteReader, ReadsAndWritesAtOffsetsOnlyInsideTheBlock) {
 
 TEST(ByteReader, SumsWordsWithAPaddedLastOneAndWraps) {
   EXPECT_EQ(SumBigEndianWords(kBlock), 0x80010203u + 0xFFFE0700u);  // wraps past 32 bits
+  const std::vector<std::uint8_t> largest(5003, 0xFF);              // the sums of single bytes pass 16 bits
+  EXPECT_EQ(SumBigEndianWords(largest), 1250u * 0xFFFFFFFFu + 0xFFFFFF00u);
 }
 
 }  // namespace
