@@ -91,8 +91,7 @@ std::uint32_t ChecksumNFNTsfntFONT(QuillmarkResourceFile* resourceFile, Handle f
 }
 
 std::uint32_t GetKestineChecksum(Handle fond, std::int16_t style) {
-  return AskKerning(HandleBytes(fond),
-                    [style](const FondKerning& kerning) { return kerning.SumOfBytes(style); });
+  return AskKerning(HandleBytes(fond), [style](FondKerning& kerning) { return kerning.SumOfBytes(style); });
 }
 
 std::uint32_t GetOmbreluxChecksum(const OmString& path, QuillmarkResourceFile* resourceFile, Handle fond,

@@ -15,7 +15,8 @@ CollectStatus CollectSfntMetaData(TFontData& font, Handle fond, std::int16_t sty
   static_cast<void>(loadFontDataIntoMemory(font, fond, style));
   if (!font.data) return kNoFontData;
   if (font.fontKind == kKindOpenTypeTT) kind_name = KindName(kKindOpenTypeTT);
-  CollectStatus result = getMetaDataFromNamesTable(*font.data, outputs.names) ? kCollected : kNoFontData;
+  const bool named = getMetaDataFromNamesTable(*font.data, font.resourcePlace, outputs.names);
+  CollectStatus result = named ? kCollected : kNoFontData;
   // A font from a resource fork is always the Mac's.
   if (result == kCollected && outputs.platform != nullptr && !font.hasResourceFonts &&
       !GetPlatformTTF(*font.data, outputs.platform)) {

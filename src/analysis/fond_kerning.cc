@@ -1,7 +1,6 @@
 #include "analysis/fond_kerning.h"
 
 #include <algorithm>
-#include <map>
 
 namespace quillmark {
 
@@ -43,26 +42,30 @@ std::span<const FondKerning::SubTable> FondKerning::Of(std::int16_t style) const
   return {begin, end};
 }
 
-std::uint32_t FondKerning::SumOfBytes(std::int16_t style) const {
-  // Where sub-tables begin and end first, then one pass over the bytes, each as often as it is covered.
-  std::map<std::size_t, std::uint32_t> edges;
-  for (const SubTable& table : Of(style)) {
-    ++edges[table.start];
-    --edges[table.start + SubTable::kHeaderSize + table.pairs_size];
-  }
+std::uint32_t FondKerning::SumOfBytes(std::int16_t style) {
   std::uint32_t sum = 0;
-  std::uint32_t times_covered = 0;
-  std::size_t position = 0;
-  for (const auto& [edge, change] : edges) {
-    if (times_covered != 0) {
-      std::uint32_t bytes = 0;
-      for (const std::uint8_t byte : Slice(fond_, position, edge - position).value_or(Bytes())) bytes += byte;
-      sum += times_covered * bytes;
-    }
-    times_covered += change;
-    position = edge;
+  for (const SubTable& table : Of(style)) {
+    sum += SumUpTo(table.start + SubTable::kHeaderSize + table.pairs_size) - SumUpTo(table.start);
   }
   return sum;
+}
+
+// Sums up to every kSumStep-th byte are made once, so that sub-tables that overlap cost no more than others.
+std::uint32_t FondKerning::SumUpTo(std::size_t end) {
+  constexpr std::size_t kSumStep = 64;
+  const auto sum_of = [this](std::size_t start, std::size_t length) {
+    std::uint32_t sum = 0;
+    for (const std::uint8_t byte : Slice(fond_, start, length).value_or(Bytes())) sum += byte;
+    return sum;
+  };
+  if (sums_.empty()) {
+    sums_.reserve(fond_.size() / kSumStep + 1);
+    sums_.push_back(0);
+    while (sums_.size() <= fond_.size() / kSumStep) {
+      sums_.push_back(sums_.back() + sum_of((sums_.size() - 1) * kSumStep, kSumStep));
+    }
+  }
+  return sums_[end / kSumStep] + sum_of(end / kSumStep * kSumStep, end % kSumStep);
 }
 
 std::uint32_t FondKerning::CrcOfPairs(std::int16_t style) {

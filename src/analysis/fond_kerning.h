@@ -27,7 +27,7 @@ class FondKerning {
   bool Describes(Bytes fond) const { return fond.data() == fond_.data() && fond.size() == fond_.size(); }
 
   // Wrapping sum of the bytes of the style's sub-tables, headers and pairs.
-  std::uint32_t SumOfBytes(std::int16_t style) const;
+  std::uint32_t SumOfBytes(std::int16_t style);
   // CRC over the pairs of the style's sub-tables, in table order.
   std::uint32_t CrcOfPairs(std::int16_t style);
 
@@ -43,9 +43,11 @@ class FondKerning {
 
   void Walk();
   std::span<const SubTable> Of(std::int16_t style) const;
+  std::uint32_t SumUpTo(std::size_t end);  // of the bytes of the FOND before `end`
 
   Bytes fond_;
   std::vector<SubTable> sub_tables_;  // by style, within it in the order they were met
+  std::vector<std::uint32_t> sums_;   // of the bytes before every so many; empty until asked for
   RangeCrc32 crcs_;
 };
 

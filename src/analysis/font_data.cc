@@ -18,6 +18,7 @@ void LoadFromResource(TFontData& font, Handle fond, std::int16_t style) {
   const std::int16_t id = getFirstResourceIDFromHandleAndStyle(font.resourceFile, fond, style);
   const Handle handle = getHandleOfTypeAndResID(font.resourceFile, kSfntType, id);
   if (handle == nullptr) return;
+  font.resourcePlace = PlaceOf(handle);
   DetachResource(handle);
   font.resourceHandle = handle;
   font.data.emplace(HandleBytes(handle));
@@ -71,6 +72,7 @@ void freeFontInfo(TFontData& font) {
   font.data.reset();
   if (font.resourceHandle != nullptr) DisposeHandle(font.resourceHandle);
   font.resourceHandle = nullptr;
+  font.resourcePlace.reset();
   font.resourceFile = nullptr;
 }
 

@@ -37,6 +37,7 @@ struct TFontData {
   std::optional<SfntData> data;                   // the sfnt font, none when there is none to be had
   bool hasResourceFonts = false;                  // the resource file holds FOND or POST resources
   Handle resourceHandle = nullptr;                // detached `sfnt` resource that `data` views, owned
+  std::optional<ResourcePlace> resourcePlace;     // where it lay
   QuillmarkResourceFile* resourceFile = nullptr;  // null unless hasResourceFonts
 
   TFontData() = default;

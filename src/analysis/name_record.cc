@@ -26,11 +26,13 @@ bool ParseRecords(Bytes table, std::vector<NameRecord>& records) {
   const std::int16_t count = I16At(*header, 2).value_or(0);
   const std::uint16_t string_offset = U16At(*header, 4).value_or(0);
   bool complete = true;
+  bool japanese = false;
   for (int i = 0; i < count; ++i) {
     const auto bytes = reader.Take(kRecordSize);
     if (!bytes) return false;
     const auto field = [&](std::size_t offset) { return I16At(*bytes, offset).value_or(0); };
-    NameRecord record{field(0), field(2), field(4), field(6), {}};
+    japanese = japanese || field(4) == kLanguageJapanese;
+    NameRecord record{field(0), field(2), field(4), field(6), japanese, {}};
     // Both are signed: an offset can point before the string storage, and a length of 8000 or more is none.
     const std::int16_t length = std::min(field(8), kMaxTextSize);
     const std::int32_t start = std::int32_t{string_offset} + field(10);
@@ -89,14 +91,21 @@ bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, st
   }
 }
 
-std::string NameTextDecoder::Decode(const NameRecord& record) {
-  shift_jis_ = shift_jis_ || record.language_id == kLanguageJapanese;
+bool HasNameText(const NameRecord& record) {
+  if (record.is_japanese ||
+      IsDoubleBytePlatform(record.platform_id, record.encoding_id, record.language_id)) {
+    return !DecodeNameText(record).empty();
+  }
+  return U8At(record.text, 0).value_or(0) != 0;
+}
+
+std::string DecodeNameText(const NameRecord& record) {
   if (IsDoubleBytePlatform(record.platform_id, record.encoding_id, record.language_id)) {
     return DecodeUtf16(record.text);
   }
   std::string text(AsText(record.text));
   text.resize(std::min(text.find('\0'), text.size()));
-  if (shift_jis_) return ShiftJisToUtf8(text).value_or(std::string());
+  if (record.is_japanese) return ShiftJisToUtf8(text).value_or(std::string());
   // As signed bytes, 80 to FF lie below the blank as well, so what is left is ASCII, the same in Mac Roman.
   // Stored results rely on it.
   for (char& c : text) {

@@ -17,6 +17,8 @@ struct NameRecord {
   std::int16_t encoding_id = 0;
   std::int16_t language_id = 0;
   std::int16_t name_id = 0;
+  // Whether a Japanese record came so far, which decides how single-byte texts are read from it on.
+  bool is_japanese = false;
   Bytes text;  // at most 1023 bytes of the font; empty when they do not lie inside it
 };
 
@@ -28,16 +30,10 @@ std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font);
 // stored results rely on it.
 bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, std::int16_t language_id);
 
-// Decodes the records of one table, in order: a Japanese record decides how the single-byte ones that follow
-// it are read.
-class NameTextDecoder {
- public:
-  // The text up to its first zero, in UTF-8; empty when it is invalid in its encoding.
-  std::string Decode(const NameRecord& record);
-
- private:
-  bool shift_jis_ = false;
-};
+// The record's text up to its first zero, in UTF-8; empty when it is invalid in its encoding.
+std::string DecodeNameText(const NameRecord& record);
+// Whether that is not empty.
+bool HasNameText(const NameRecord& record);
 
 }  // namespace quillmark
 

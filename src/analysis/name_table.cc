@@ -1,7 +1,11 @@
 #include "analysis/name_table.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <map>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "analysis/name_record.h"
 #include "platform/text_encoding.h"
@@ -12,104 +16,167 @@ namespace {
 enum Platform : std::int16_t { kPlatformMacintosh = 1, kPlatformWindows = 3 };
 enum Language : std::int16_t { kMacintoshEnglish = 0, kWindowsUsEnglish = 0x409 };
 
-// What the records said so far. Subfamilies are of no use to anyone and are not gathered.
-struct Names {
-  std::string copyright;
-  std::string family;
-  std::string typographic_family;
-  std::string full_name;
-  std::string windows_full_name;
-  std::string version;
-  std::string post_script_name;
-  std::string manufacturer;
+enum NameId : std::int16_t {
+  kCopyright = 0,
+  kFamily = 1,
+  kFullName = 4,
+  kVersion = 5,
+  kPostScriptName = 6,
+  kManufacturer = 8,
+  kTypographicFamily = 16,
 };
 
-void AssignConditionally(std::string* target, const std::string& value, bool overwrite) {
-  if (overwrite || target->empty()) *target = value;
-}
-
-void Store(const NameRecord& record, const std::string& text, bool overwrite, Names& names) {
-  switch (record.name_id) {
-    case 0:
-      AssignConditionally(&names.copyright, text, overwrite);
-      break;
-    case 1:
-      AssignConditionally(&names.family, text, overwrite);
-      if (overwrite) names.typographic_family = text;
-      break;
-    case 4:
-      if (record.platform_id == kPlatformWindows) AssignConditionally(&names.windows_full_name, text, false);
-      AssignConditionally(&names.full_name, text, overwrite);
-      break;
-    case 5:
-      AssignConditionally(&names.version, text, overwrite);
-      break;
-    case 6:
-      if (IsAscii(text)) AssignConditionally(&names.post_script_name, text, overwrite);
-      break;
-    case 8:
-      AssignConditionally(&names.manufacturer, text, overwrite);
-      break;
-    case 16:
-      AssignConditionally(&names.typographic_family, text, overwrite);
-      break;
-    default:
-      break;
-  }
-}
-
-// Walks the records. True when any of them held text.
-bool GatherNames(const std::vector<NameRecord>& records, Names& names) {
-  bool any = false;
-  bool macintosh_english_seen = false;
-  NameTextDecoder decoder;
-  for (const NameRecord& record : records) {
-    const std::string text = decoder.Decode(record);
-    if (text.empty()) continue;
-    any = true;
-    const bool overwrite =
-        !macintosh_english_seen &&
-        (record.encoding_id == 0 || record.language_id == 0 ||
-         (record.language_id == kWindowsUsEnglish && record.platform_id == kPlatformWindows));
+// Chooses among the records of one table. Of the records of a name, the last with a text that may overwrite
+// gives it, failing that the first of the others. Only what the choice depends on is decoded: a table may
+// hold 32,767 records of a kilobyte each, of which all but a few are never read.
+class NameChoice {
+ public:
+  explicit NameChoice(std::vector<NameRecord> records) : records_(std::move(records)) {
+    holds_text_ = std::ranges::any_of(records_, HasNameText);
     // The first Macintosh English record itself still overwrites.
-    if (record.language_id == kMacintoshEnglish && record.platform_id == kPlatformMacintosh) {
-      macintosh_english_seen = true;
-    }
-    Store(record, text, overwrite, names);
+    const auto last = std::ranges::find_if(records_, [](const NameRecord& record) {
+      return record.language_id == kMacintoshEnglish && record.platform_id == kPlatformMacintosh &&
+             HasNameText(record);
+    });
+    overwriting_ = static_cast<std::size_t>(last - records_.begin()) + (last == records_.end() ? 0 : 1);
   }
-  return any;
-}
+
+  bool holds_text() const { return holds_text_; }
+  std::string Of(NameId id) const {
+    return Choose([this, id](std::size_t i) { return Is(i, id) && Overwrites(i); },
+                  [this, id](std::size_t i) { return Is(i, id) && !Overwrites(i); });
+  }
+  // The plain family is taken for it too, but only where it overwrites.
+  std::string TypographicFamily() const {
+    return Choose(
+        [this](std::size_t i) { return (Is(i, kTypographicFamily) || Is(i, kFamily)) && Overwrites(i); },
+        [this](std::size_t i) { return Is(i, kTypographicFamily) && !Overwrites(i); });
+  }
+  // The first in any language.
+  std::string WindowsFullName() const {
+    return Choose(
+        [](std::size_t) { return false; },
+        [this](std::size_t i) { return Is(i, kFullName) && records_[i].platform_id == kPlatformWindows; });
+  }
+  // One that is not ASCII does not count.
+  std::string PostScriptName() const {
+    const auto is_name = [this](std::size_t i) {
+      return Is(i, kPostScriptName) && IsAscii(DecodeNameText(records_[i]));
+    };
+    return Choose([&](std::size_t i) { return Overwrites(i) && is_name(i); },
+                  [&](std::size_t i) { return !Overwrites(i) && is_name(i); });
+  }
+
+ private:
+  bool Is(std::size_t i, NameId id) const { return records_[i].name_id == id; }
+  bool Overwrites(std::size_t i) const {
+    const NameRecord& record = records_[i];
+    return i < overwriting_ &&
+           (record.encoding_id == 0 || record.language_id == 0 ||
+            (record.language_id == kWindowsUsEnglish && record.platform_id == kPlatformWindows));
+  }
+
+  template <typename Replaces, typename Fills>
+  std::string Choose(Replaces replaces, Fills fills) const {
+    for (std::size_t i = overwriting_; i-- > 0;) {
+      if (!replaces(i)) continue;
+      if (std::string text = DecodeNameText(records_[i]); !text.empty()) return text;
+    }
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+      if (!fills(i)) continue;
+      if (std::string text = DecodeNameText(records_[i]); !text.empty()) return text;
+    }
+    return {};
+  }
+
+  std::vector<NameRecord> records_;
+  std::size_t overwriting_ = 0;  // records from here on overwrite nothing
+  bool holds_text_ = false;
+};
+
+// The outputs as one table gives them.
+struct FontNames {
+  OmString foundry;
+  OmString family;
+  OmString version;
+  OmString post_script_name;
+  OmString display_name;
+  OmString full_name;
+  OmString windows_full_name;
+  bool any = false;
+};
 
 const std::string& FirstNonEmpty(const std::string& a, const std::string& b) { return a.empty() ? b : a; }
 
-void Write(OmString* output, const std::string& text) {
+// Nothing without a valid table.
+std::optional<FontNames> NamesOf(const SfntData& font) {
+  auto records = ReadNameRecords(font);
+  if (!records) return std::nullopt;
+  const NameChoice choice(*std::move(records));
+  const std::string stated_name = choice.PostScriptName();
+  const std::string stated_full_name = choice.Of(kFullName);
+  const std::string& full_name = FirstNonEmpty(stated_full_name, stated_name);
+  FontNames names;
+  names.foundry = FirstNonEmpty(choice.Of(kManufacturer), choice.Of(kCopyright));
+  names.family = FirstNonEmpty(choice.TypographicFamily(), choice.Of(kFamily));
+  names.version = choice.Of(kVersion);
+  names.display_name = FirstNonEmpty(stated_name, stated_full_name);
+  names.post_script_name = names.display_name;
+  ReplaceIllegalCharsInPostScriptName(names.post_script_name);
+  names.full_name = full_name;
+  names.windows_full_name = FirstNonEmpty(choice.WindowsFullName(), full_name);
+  names.any = choice.holds_text();
+  return names;
+}
+
+void Write(OmString* output, const OmString& text) {
   if (output != nullptr) *output = text;
 }
 
+bool WriteNames(const std::optional<FontNames>& names, const NameOutputs& outputs) {
+  if (!names) return false;
+  Write(outputs.foundry, names->foundry);
+  Write(outputs.family_name, names->family);
+  Write(outputs.version, names->version);
+  Write(outputs.post_script_name, names->post_script_name);
+  if (outputs.display_name != nullptr && outputs.display_name->empty()) {
+    *outputs.display_name = names->display_name;
+  }
+  Write(outputs.full_name, names->full_name);
+  Write(outputs.windows_full_name, names->windows_full_name);
+  return names->any;
+}
+
+thread_local NameMemory* current_memory = nullptr;
+
 }  // namespace
 
-bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs) {
-  const auto records = ReadNameRecords(font);
-  if (!records) return false;
-  Names names;
-  const bool any = GatherNames(*records, names);
+struct NameMemory {
+  static constexpr std::size_t kMostFonts = 256;  // of up to some kilobytes each
 
-  const std::string& post_script_name = FirstNonEmpty(names.post_script_name, names.full_name);
-  const std::string& full_name = FirstNonEmpty(names.full_name, names.post_script_name);
-  Write(outputs.foundry, FirstNonEmpty(names.manufacturer, names.copyright));
-  Write(outputs.family_name, FirstNonEmpty(names.typographic_family, names.family));
-  Write(outputs.version, names.version);
-  if (outputs.post_script_name != nullptr) {
-    *outputs.post_script_name = post_script_name;
-    ReplaceIllegalCharsInPostScriptName(*outputs.post_script_name);
-  }
-  if (outputs.display_name != nullptr && outputs.display_name->empty()) {
-    *outputs.display_name = post_script_name;
-  }
-  Write(outputs.full_name, full_name);
-  Write(outputs.windows_full_name, FirstNonEmpty(names.windows_full_name, full_name));
-  return any;
+  std::map<ResourcePlace, std::optional<FontNames>> names;
+};
+
+bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs) {
+  return WriteNames(NamesOf(font), outputs);
 }
+
+bool getMetaDataFromNamesTable(const SfntData& font, const std::optional<ResourcePlace>& place,
+                               const NameOutputs& outputs) {
+  if (current_memory == nullptr || !place) return getMetaDataFromNamesTable(font, outputs);
+  auto& known = current_memory->names;
+  auto found = known.find(*place);
+  if (found == known.end()) {
+    if (known.size() == NameMemory::kMostFonts) known.clear();
+    found = known.emplace(*place, NamesOf(font)).first;
+  }
+  return WriteNames(found->second, outputs);
+}
+
+NameMemoryScope::NameMemoryScope()
+    : memory_(std::make_unique<NameMemory>()), outer_(std::exchange(current_memory, memory_.get())) {}
+
+NameMemoryScope::~NameMemoryScope() { current_memory = outer_; }
 
 void getPostScriptNameFromNamesTable(const SfntData& font, std::string& name) {
   name.clear();

@@ -1,7 +1,5 @@
 #include "analysis/postscript_metadata.h"
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,15 +8,12 @@
 #include "analysis/name_table.h"
 #include "analysis/postscript_header.h"
 #include "analysis/printer_font.h"
-#include "platform/forks.h"
 #include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
 namespace quillmark {
 namespace {
-
-constexpr std::size_t kHeaderSize = 6000;  // bytes of a data fork that are examined
 
 enum class CidKind { kNone, kCid, kOcf };
 
@@ -110,12 +105,7 @@ CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, const Om
 
 CollectStatus CollectPSMetaDataFromFile(const OmString& /*path*/, const FaceOutputs& outputs) {
   if (outputs.printer_font_path == nullptr || outputs.printer_font_path->empty()) return kUndecided;
-  const auto file = RegularFile::Open(outputs.printer_font_path->str());
-  if (!file) return kPrinterFontMissing;
-  std::array<std::uint8_t, kHeaderSize> buffer;
-  const std::string_view data = AsText(Bytes(buffer).first(file->ReadAt(0, buffer)));
-  if (!data.empty()) GatherPostScriptMetaDataFromData(LowerCasedHeader(data), data, outputs);
-  return kCollected;
+  return GatherFromDataFork(outputs.printer_font_path->str(), outputs);
 }
 
 void Collect_sfnt_MetaDataFromPrinterInfo(QuillmarkResourceFile* resourceFile, Handle fond,

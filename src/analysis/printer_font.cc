@@ -5,10 +5,13 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "analysis/postscript_header.h"
 #include "platform/cf_ref.h"
+#include "platform/forks.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -17,6 +20,7 @@ namespace {
 
 constexpr std::int16_t kFirstPostID = 501;
 constexpr std::size_t kFullPostSize = 2048;  // a segment that continues in the next one
+constexpr std::size_t kDataForkHeaderSize = 6000;
 
 // Every output that gathering reads or writes.
 using Texts = std::array<OmString*, 7>;
@@ -45,7 +49,7 @@ void PassThroughPlatformString(OmString* text) {
   text->Set(string.get());
 }
 
-CollectStatus ParsePrinterFont(const std::string& path, const FaceOutputs& outputs) {
+CollectStatus ParsePostResources(const std::string& path, const FaceOutputs& outputs) {
   const ResourceFileHolder file(QuillmarkResourceFile::initWithFile(path, true));
   if (file.get() == nullptr) return kPrinterFontMissing;
   CollectStatus status = kUndecided;
@@ -63,26 +67,45 @@ CollectStatus ParsePrinterFont(const std::string& path, const FaceOutputs& outpu
   return status;
 }
 
+CollectStatus ParseDataFork(const std::string& path, const FaceOutputs& outputs) {
+  const auto file = RegularFile::Open(path);
+  if (!file) return kPrinterFontMissing;
+  std::array<std::uint8_t, kDataForkHeaderSize> buffer;
+  const std::string_view data = AsText(Bytes(buffer).first(file->ReadAt(0, buffer)));
+  if (!data.empty()) GatherPostScriptMetaDataFromData(LowerCasedHeader(data), data, outputs);
+  return kCollected;
+}
+
 thread_local PrinterFontMemory* current_memory = nullptr;
 
 }  // namespace
 
 // What is gathered depends on the file, on which outputs are wanted, and on what they hold before.
 struct PrinterFontMemory {
-  using Question = std::pair<std::string, Values>;
+  enum class Source { kPostResources, kDataFork };
+  using Question = std::tuple<Source, std::string, Values>;
   using Answer = std::pair<CollectStatus, Values>;
 
   std::map<Question, Answer> answers;
 };
 
-CollectStatus GatherFromPrinterFont(const std::string& path, const FaceOutputs& outputs) {
-  if (current_memory == nullptr) return ParsePrinterFont(path, outputs);
+namespace {
+
+using Source = PrinterFontMemory::Source;
+
+CollectStatus Parse(Source source, const std::string& path, const FaceOutputs& outputs) {
+  return source == Source::kDataFork ? ParseDataFork(path, outputs) : ParsePostResources(path, outputs);
+}
+
+// What Parse gives, by memory where the same was asked before.
+CollectStatus ParseOnce(Source source, const std::string& path, const FaceOutputs& outputs) {
+  if (current_memory == nullptr) return Parse(source, path, outputs);
   const Texts texts = TextsOf(outputs);
-  PrinterFontMemory::Question question(path, ValuesOf(texts));
+  PrinterFontMemory::Question question(source, path, ValuesOf(texts));
   auto& answers = current_memory->answers;
   const auto known = answers.find(question);
   if (known == answers.end()) {
-    const CollectStatus status = ParsePrinterFont(path, outputs);
+    const CollectStatus status = Parse(source, path, outputs);
     answers.emplace(std::move(question), std::make_pair(status, ValuesOf(texts)));
     return status;
   }
@@ -91,6 +114,16 @@ CollectStatus GatherFromPrinterFont(const std::string& path, const FaceOutputs& 
     if (texts[i]) *texts[i] = values[i].value_or("");
   }
   return status;
+}
+
+}  // namespace
+
+CollectStatus GatherFromPrinterFont(const std::string& path, const FaceOutputs& outputs) {
+  return ParseOnce(Source::kPostResources, path, outputs);
+}
+
+CollectStatus GatherFromDataFork(const std::string& path, const FaceOutputs& outputs) {
+  return ParseOnce(Source::kDataFork, path, outputs);
 }
 
 PrinterFontScope::PrinterFontScope() {

@@ -1,4 +1,4 @@
-// The names in a printer font file whose program lies in POST resources. Tests:
+// The names in a printer font file, whose program lies in POST resources or in the data fork. Tests:
 // tests/analysis/postscript_metadata_test.cc, tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 #define QUILLMARK_ANALYSIS_PRINTER_FONT_H_
@@ -14,6 +14,8 @@ namespace quillmark {
 // Gathers from the header in the first two POST resources, where names are. kPrinterFontMissing: neither fork
 // holds a resource map; kUndecided: there is no first segment.
 [[nodiscard]] CollectStatus GatherFromPrinterFont(const std::string& path, const FaceOutputs& outputs);
+// Gathers from the first bytes of the data fork. kPrinterFontMissing: there is no such file.
+[[nodiscard]] CollectStatus GatherFromDataFork(const std::string& path, const FaceOutputs& outputs);
 
 struct PrinterFontMemory;
 

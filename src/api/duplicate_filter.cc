@@ -4,15 +4,16 @@
 
 namespace quillmark {
 
-bool DuplicateFilter::MayStay(const QM_FontSpecifier& face) {
+bool DuplicateFilter::MayStay(const QM_FontSpecifier& face, const Group** group) {
   const bool starts_group = names_.insert(face.postScriptName.str()).second;
   OmString name = face.postScriptName;
   name.ToLower();
-  std::int32_t& worst = worst_style_.try_emplace(name.str(), face.style).first->second;
+  Group& known = groups_.try_emplace(name.str(), Group{face.style}).first->second;
+  *group = &known;
   // A better face takes the place of every best one of a higher style, so that none is higher than its own.
-  const bool is_better = face.firstResourceID > 0 && face.style < worst;
-  if (is_better) worst = face.style;
-  if (starts_group) worst = std::max(worst, face.style);
+  const bool is_better = known.HasRoomFor(face.firstResourceID, face.style);
+  if (is_better) known.worst_style = face.style;
+  if (starts_group) known.worst_style = std::max(known.worst_style, std::int32_t{face.style});
   return starts_group || is_better;
 }
 

@@ -5,6 +5,8 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
 #include "api/buffers.h"
 #include "api/font_array.h"
@@ -167,10 +169,12 @@ std::int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontArray**
   if (count == 0) return QM_STATUS_FAILED;
   const quillmark::Strings keys = quillmark::MakeKeys();
   auto faces = std::make_unique<QM_FontArray>();
+  // Without resource IDs the removal of duplicates keeps the first of each name: no other costs memory.
+  std::unordered_set<std::string> names;
   for (CFIndex i = 0; i < count; ++i) {
-    faces->push_back(quillmark::ReadFace(keys, CFArrayGetValueAtIndex(elements, i)));
+    quillmark::QM_FontSpecifier face = quillmark::ReadFace(keys, CFArrayGetValueAtIndex(elements, i));
+    if (names.insert(face.postScriptName.str()).second) faces->push_back(std::move(face));
   }
-  faces->RemoveDups();
   *outArray = faces.release();
   return QM_STATUS_OK;
 }

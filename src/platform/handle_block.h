@@ -3,6 +3,10 @@
 #ifndef QUILLMARK_PLATFORM_HANDLE_BLOCK_H_
 #define QUILLMARK_PLATFORM_HANDLE_BLOCK_H_
 
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+
 #include "platform/resource_manager.h"
 #include "platform/resource_map.h"
 
@@ -11,19 +15,22 @@ namespace quillmark {
 class OpenResourceFile;
 
 struct HandleBlock {
-  char* data = nullptr;  // first, so that a Handle is the block's address; from AllocateData
+  char* data = nullptr;  // first, so that a Handle is the block's address
   std::size_t size = 0;
+  std::shared_ptr<char[]> memory;    // what `data` lies in; handles of one map may share it
   OpenResourceFile* file = nullptr;  // whose resource this is; null for an ordinary handle
   ResourceMap::Key key;              // of that resource
+  ResourceMap::DataRange range;      // of its data, once they are loaded
 };
+static_assert(std::is_standard_layout_v<HandleBlock>);
 
 inline HandleBlock* BlockOf(Handle handle) { return reinterpret_cast<HandleBlock*>(handle); }
 inline Handle HandleOf(HandleBlock* block) { return &block->data; }
 
-// Gives the block zero-filled data of that size, never null for size 0; false when memory runs out.
-[[nodiscard]] bool AllocateData(HandleBlock& block, std::size_t size);
-void FreeData(HandleBlock& block);  // leaves it as one that is not loaded
-// Frees the block and its data; it must not be reachable from a file any more.
+// Makes `memory` the block's data.
+void SetData(HandleBlock& block, std::shared_ptr<char[]> memory, std::size_t size);
+// Frees the block, and its data when no other block shares them; it must not be reachable from a file any
+// more.
 void FreeBlock(HandleBlock* block);
 
 }  // namespace quillmark

@@ -1,31 +1,22 @@
 // The Memory Manager's handles: relocation is gone, so a handle's data stay where they are.
 
-#include <cstdlib>
 #include <new>
+#include <utility>
 
 #include "platform/handle_block.h"
 #include "platform/open_resource_file.h"
+#include "platform/resource_data.h"
 #include "platform/resource_manager.h"
 
 namespace quillmark {
-bool AllocateData(HandleBlock& block, std::size_t size) {
-  char* data = static_cast<char*>(std::calloc(size == 0 ? 1 : size, 1));
-  if (data == nullptr) return false;
-  block.data = data;
+
+void SetData(HandleBlock& block, std::shared_ptr<char[]> memory, std::size_t size) {
+  block.memory = std::move(memory);
+  block.data = block.memory.get();
   block.size = size;
-  return true;
 }
 
-void FreeData(HandleBlock& block) {
-  std::free(block.data);
-  block.data = nullptr;
-  block.size = 0;
-}
-
-void FreeBlock(HandleBlock* block) {
-  FreeData(*block);
-  delete block;
-}
+void FreeBlock(HandleBlock* block) { delete block; }
 
 Bytes HandleBytes(Handle handle) {
   if (handle == nullptr || *handle == nullptr) return {};
@@ -39,12 +30,13 @@ using quillmark::BlockOf;
 using quillmark::HandleBlock;
 
 Handle NewHandle(Size size) {
-  auto* block = size < 0 ? nullptr : new (std::nothrow) HandleBlock;
-  if (block != nullptr && !quillmark::AllocateData(*block, static_cast<std::size_t>(size))) {
-    quillmark::FreeBlock(block);
-    block = nullptr;
-  }
-  return block == nullptr ? nullptr : quillmark::HandleOf(block);
+  if (size < 0) return nullptr;
+  const auto length = static_cast<std::size_t>(size);
+  auto memory = quillmark::AllocateData(length);
+  auto* block = memory == nullptr ? nullptr : new (std::nothrow) HandleBlock;
+  if (block == nullptr) return nullptr;
+  quillmark::SetData(*block, std::move(memory), length);
+  return quillmark::HandleOf(block);
 }
 
 void DisposeHandle(Handle handle) {

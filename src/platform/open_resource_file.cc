@@ -1,7 +1,7 @@
 #include "platform/open_resource_file.h"
 
 #include <memory>
-#include <span>
+#include <utility>
 
 namespace quillmark {
 
@@ -33,15 +33,16 @@ Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error
   return nullptr;
 }
 
-OSErr OpenResourceFile::Load(HandleBlock& block) const {
+OSErr OpenResourceFile::Load(HandleBlock& block) {
   if (block.data != nullptr) return noErr;
   const auto range = map_.Data(block.key);
   if (!range) return mapReadErr;
-  if (!AllocateData(block, range->length)) return memFullErr;
-  const std::span<std::uint8_t> data(reinterpret_cast<std::uint8_t*>(block.data), block.size);
-  if (map_.fork().ReadAt(range->start, data) == data.size()) return noErr;
-  FreeData(block);
-  return ioErr;
+  OSErr error = noErr;
+  auto memory = data_.Read(map_.fork(), *range, &error);
+  if (memory == nullptr) return error;
+  block.range = *range;
+  SetData(block, std::move(memory), range->length);
+  return noErr;
 }
 
 void OpenResourceFile::Forget(HandleBlock& block) {

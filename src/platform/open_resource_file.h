@@ -9,6 +9,7 @@
 
 #include "platform/fork_writer.h"
 #include "platform/handle_block.h"
+#include "platform/resource_data.h"
 #include "platform/resource_map.h"
 
 namespace quillmark {
@@ -16,7 +17,7 @@ namespace quillmark {
 class OpenResourceFile {
  public:
   OpenResourceFile(MapOrigin origin, ResourceMap map, bool writable)
-      : origin_(std::move(origin)), map_(std::move(map)), writable_(writable) {}
+      : origin_(std::move(origin)), map_(std::move(map)), data_(map_.DataArea()), writable_(writable) {}
   ~OpenResourceFile();  // frees the handles of its resources; writes nothing
   OpenResourceFile(const OpenResourceFile&) = delete;
   OpenResourceFile& operator=(const OpenResourceFile&) = delete;
@@ -27,7 +28,7 @@ class OpenResourceFile {
   // leave the data area give none, whether they are loaded or not.
   Handle HandleFor(ResourceMap::Key key, bool load, OSErr* error);
   // Loads the data of one of this file's handles, if they are not there.
-  OSErr Load(HandleBlock& block) const;
+  OSErr Load(HandleBlock& block);
   // Makes a handle of this file an ordinary one: the next HandleFor makes a fresh one.
   void Forget(HandleBlock& block);
   // Writes the map if it was changed and the file is open for writing.
@@ -38,6 +39,7 @@ class OpenResourceFile {
 
   MapOrigin origin_;
   ResourceMap map_;
+  ResourceData data_;
   bool writable_;
   std::unordered_map<std::uint32_t, HandleBlock*> handles_;
 };

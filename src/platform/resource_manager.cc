@@ -37,6 +37,15 @@ void Assign(Str255 text, std::string_view value) {
 }
 
 }  // namespace
+
+std::optional<ResourcePlace> PlaceOf(Handle resource) {
+  ResourceFiles& files = ThreadResourceFiles();
+  if (resource == nullptr || *resource == nullptr) return std::nullopt;
+  const HandleBlock& block = *BlockOf(resource);
+  if (block.file == nullptr || block.file != files.Current()) return std::nullopt;
+  return ResourcePlace{files.current, block.range.start, block.range.length};
+}
+
 }  // namespace quillmark
 
 using quillmark::HandleBlock;

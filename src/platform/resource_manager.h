@@ -7,7 +7,9 @@
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_H_
 
+#include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/byte_reader.h"
@@ -84,6 +86,16 @@ Handle NewHandle(Size size);  // zero-filled; null when the memory cannot be had
 namespace quillmark {
 // The handle's bytes; empty for null or unloaded data. A loaded resource of length 0 has non-null data.
 Bytes HandleBytes(Handle handle);
+
+// Where the data of a resource lie. Two resources of one place, however they are called, hold the same bytes.
+struct ResourcePlace {
+  ResFileRefNum file = 0;
+  std::uint64_t start = 0;  // in the fork
+  std::uint32_t length = 0;
+  auto operator<=>(const ResourcePlace&) const = default;
+};
+// Nothing for null, for unloaded data and for a handle that is no resource of the thread's current file.
+std::optional<ResourcePlace> PlaceOf(Handle resource);
 }  // namespace quillmark
 
 #endif

@@ -11,12 +11,6 @@ constexpr std::size_t kCountOffset = kFondHeaderSize;
 constexpr std::size_t kEntriesOffset = kCountOffset + 2;
 constexpr std::size_t kEntrySize = 6;
 
-// The count and the entries inside the record.
-Bytes TableOf(Bytes record) {
-  const auto entries = static_cast<std::size_t>(CountFondEntries(record));
-  return Slice(record, kCountOffset, kEntriesOffset - kCountOffset + entries * kEntrySize).value_or(Bytes());
-}
-
 }  // namespace
 
 std::optional<std::uint32_t> StyleMappingOffset(Bytes record) {
@@ -41,8 +35,6 @@ std::optional<FondEntry> FondEntryAt(Bytes record, int index) {
 }
 
 FondStyles::FondStyles(Bytes record) {
-  const Bytes table = TableOf(record);
-  table_.assign(table.begin(), table.end());
   const int count = CountFondEntries(record);
   entries_.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
@@ -55,8 +47,6 @@ FondStyles::FondStyles(Bytes record) {
     if (codes_.empty() || codes_.back() != code) codes_.push_back(code);
   }
 }
-
-bool FondStyles::Describes(Bytes record) const { return std::ranges::equal(TableOf(record), table_); }
 
 std::span<const FondEntry> FondStyles::Of(std::uint16_t style) const {
   const auto begin = std::ranges::lower_bound(entries_, style, {}, &FondEntry::style);

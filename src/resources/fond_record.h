@@ -41,9 +41,6 @@ class FondStyles {
   FondStyles() = default;  // of a record without entries
   explicit FondStyles(Bytes record);
 
-  // Whether `record` has the table that this was made of, byte for byte.
-  bool Describes(Bytes record) const;
-
   // The distinct styles, ascending as unsigned numbers, handed on as signed ones.
   const std::vector<std::int16_t>& codes() const { return codes_; }
   // The entries of one style in the order of the table.
@@ -52,7 +49,6 @@ class FondStyles {
   std::optional<std::int16_t> OutlineOf(std::uint16_t style) const;
 
  private:
-  std::vector<std::uint8_t> table_;
   std::vector<FondEntry> entries_;
   std::vector<std::int16_t> codes_;
 };

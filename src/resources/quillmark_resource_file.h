@@ -10,6 +10,7 @@
 #define QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -74,6 +75,9 @@ class QuillmarkResourceFile {
   std::optional<std::string> getPrinterNameFromFontActivation(
       const std::optional<std::string>& postScriptName);
   std::vector<std::string> getPrinterFiles();
+  // How many PostScript names have been given a file name. While it stays the same, the same FONDs and styles
+  // are given the same names; a PostScript name keeps the one that it met first.
+  std::size_t CountKnownPrinterFiles() const { return printer_file_from_post_script_name_.size(); }
   // Where a printer font file of that name lies: beside this file. Nothing for an empty name, and for one
   // that holds "/": names come out of the font and must not lead elsewhere.
   std::optional<std::string> PathOfPrinterFile(const std::string& name) const;
@@ -104,8 +108,9 @@ class QuillmarkResourceFile {
   bool is_data_fork_ = false;
   int references_ = 1;
   std::map<std::string, std::string> printer_file_from_post_script_name_;
-  FondStyles fond_styles_;                // of the FOND last asked about
-  std::optional<bool> names_old_bitmap_;  // whether that FOND names a FONT resource; unknown until asked
+  std::optional<ResourcePlace> fond_place_;  // of the FOND last asked about
+  FondStyles fond_styles_;                   // what its table says
+  std::optional<bool> names_old_bitmap_;     // whether it names a FONT resource; unknown until asked
 };
 
 }  // namespace quillmark

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "api/face_builder.h"
 #include "builders/apple_double_builder.h"
@@ -136,6 +137,53 @@ TEST_F(Creation, ReadsEveryStyleOfEveryFond) {
     EXPECT_EQ(face.firstResourceID, face.fondResourceID + face.style);
     EXPECT_EQ(face.platform.str(), "mac");
     EXPECT_EQ(face.kerningChecksum != 0, face.style == 1) << "the FOND's, for the style that it kerns";
+  }
+}
+
+// Families that are stored once give what they give when each is stored for itself: names that differ in case
+// or by the family's name, styles in falling order, an outline file's codes, a file name met under another
+// family's rule.
+TEST_F(Creation, FamiliesMayShareTheirData) {
+  const auto named = [](std::int16_t family, const char* name) {
+    FondBuilder fond(family);
+    return fond.StyleString(name).StyleString("\x03").StyleString("-Bold").StyleIndex(1, 2);
+  };
+  const std::string low = named(128, "quill").Association(12, 0, 500).Association(12, 1, 501).Build();
+  const std::string high = named(128, "QUILL").Association(12, 9, -5).Association(12, 4, 502).Build();
+  const std::string outlines =
+      FondBuilder(128).Association(0, 0, 600).Association(0, 2, 601).Association(12, 1, 600).Build();
+  const std::string japanese = named(16400, "quill").International(0, 1).Association(12, 0, 500).Build();
+  const std::pair<const std::string*, const char*> order[] = {
+      {&japanese, "J"}, {&low, "A"},        {&japanese, "J"},     {&high, "B"},
+      {&low, "C"},      {&low, "PenMM_4_"}, {&low, "D"},          {&outlines, "O"},
+      {&low, "E"},      {&high, "B"},       {&outlines, "A-CID"}, {&low, "InkMM_"}};
+  ResourceForkBuilder fork;
+  fork.Add(FourCharCode("NFNT"), 500, "bits");
+  fork.Add(FourCharCode("sfnt"), 600, Font(u"Outline").Build());
+  fork.Add(FourCharCode("sfnt"), 601, Font(u"Outline").Build());
+  std::int16_t id = 128;
+  for (const auto& [fond, name] : order) fork.Add(FourCharCode("FOND"), id++, *fond, name);
+  folder_.Write("quill",
+                ResourceForkBuilder().Add(FourCharCode("POST"), 501, "\x01 /FontName /Nib def").Build());
+  folder_.Write("._quill", AppleDoubleBuilder().FinderInfo("LWFN", "ASPF").Build());
+
+  const OwnedArray apart = Create(folder_.Write("fonts", fork.Build()));
+  const OwnedArray shared = Create(folder_.Write("fonts", fork.ShareEqualData().Build()));
+  ASSERT_TRUE(apart);
+  ASSERT_TRUE(shared);
+  EXPECT_GT(apart->size(), 4u);
+  ASSERT_EQ(Names(*shared), Names(*apart));
+  for (std::size_t i = 0; i < apart->size(); ++i) {
+    const QM_FontSpecifier& a = apart->view(i);
+    const QM_FontSpecifier& b = shared->view(i);
+    SCOPED_TRACE(a.postScriptName.str());
+    EXPECT_EQ(b.displayName.str(), a.displayName.str());
+    EXPECT_EQ(b.outlineFileName.str(), a.outlineFileName.str());
+    EXPECT_EQ(b.style, a.style);
+    EXPECT_EQ(b.firstResourceID, a.firstResourceID);
+    EXPECT_EQ(b.fondResourceID, a.fondResourceID);
+    EXPECT_EQ(b.fileCreator, a.fileCreator);
+    EXPECT_EQ(b.outlineFileCreator, a.outlineFileCreator);
   }
 }
 

@@ -44,12 +44,13 @@ TEST(FontArray, RemovesWhatTheRuleRemoves) {
     QM_FontArray array;
     QM_FontArray filtered;
     DuplicateFilter filter;
+    const DuplicateFilter::Group* group = nullptr;
     for (std::uint32_t i = 0; i < 11 && random() % 12 != 0; ++i) {
       QM_FontSpecifier face = NamedFace(names[random() % 7], static_cast<int>(random() % 4) - 1,
                                         static_cast<int>(random() % 4) - 1);
       face.checksum = i;
       array.push_back(face);
-      if (filter.MayStay(face)) filtered.push_back(face);
+      if (filter.MayStay(face, &group)) filtered.push_back(face);
     }
     const auto expected = SlowlyKept(array);
     array.RemoveDups();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 #include <utility>
 
 namespace quillmark {
@@ -28,8 +29,11 @@ std::string ResourceForkBuilder::Lay() const {
   if (odd_order_) std::reverse(in_data_order.begin(), in_data_order.end());
   BigEndianWriter data;
   std::map<const Resource*, std::size_t> data_offsets;
+  std::map<std::string_view, std::size_t> known;
   for (const Resource* resource : in_data_order) {
-    data_offsets[resource] = data.size();
+    const auto [stored, is_new] = known.try_emplace(resource->data, data.size());
+    data_offsets[resource] = share_equal_data_ ? stored->second : data.size();
+    if (share_equal_data_ && !is_new) continue;
     data.U32(static_cast<std::uint32_t>(resource->data.size())).Text(resource->data);
   }
 

@@ -36,6 +36,11 @@ class ResourceForkBuilder : public SpoilableBuilder {
     odd_order_ = true;
     return *this;
   }
+  // Stores data of equal bytes once, for all the resources that hold them.
+  ResourceForkBuilder& ShareEqualData() {
+    share_equal_data_ = true;
+    return *this;
+  }
   // 16-bit attributes of the map.
   ResourceForkBuilder& MapAttributes(std::uint16_t attributes) {
     map_attributes_ = attributes;
@@ -62,6 +67,7 @@ class ResourceForkBuilder : public SpoilableBuilder {
   std::vector<TypeEntry> types_;
   bool map_first_ = false;
   bool odd_order_ = false;
+  bool share_equal_data_ = false;
   std::uint16_t map_attributes_ = 0;
 };
 
