@@ -11,10 +11,10 @@ CFTypeID CFDictionaryGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::T
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
                                    CFIndex count, const CFDictionaryKeyCallBacks* key_callbacks,
                                    const CFDictionaryValueCallBacks* value_callbacks) {
-  const CFMutableDictionaryRef dictionary =
-      CFDictionaryCreateMutable(allocator, count, key_callbacks, value_callbacks);
-  for (CFIndex i = 0; i < count; ++i) CFDictionarySetValue(dictionary, keys[i], values[i]);
-  return dictionary;
+  auto dictionary =
+      quillmark::Adopt(CFDictionaryCreateMutable(allocator, count, key_callbacks, value_callbacks));
+  for (CFIndex i = 0; i < count; ++i) CFDictionarySetValue(dictionary.get(), keys[i], values[i]);
+  return dictionary.Yield();
 }
 
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
