@@ -13,15 +13,15 @@ const Object* From(CFTypeRef reference) { return static_cast<const Object*>(refe
 
 void Object::CountOne() { live_objects.fetch_add(1, std::memory_order_relaxed); }
 
+void Object::UncountOne() { live_objects.fetch_sub(1, std::memory_order_relaxed); }
+
 void Object::Retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
 
 void Object::Release() const {
-  if (references_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
-  live_objects.fetch_sub(1, std::memory_order_relaxed);
-  delete this;
+  if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
 }
 
-void Object::MakeProcessLong() { live_objects.fetch_sub(1, std::memory_order_relaxed); }
+void Object::MakeProcessLong() { UncountOne(); }
 
 std::int64_t Object::LiveCount() { return live_objects.load(std::memory_order_relaxed); }
 

@@ -27,7 +27,10 @@ class Object {
   constexpr explicit Object(Type type) : type_(type) {
     if (!std::is_constant_evaluated()) CountOne();
   }
-  constexpr virtual ~Object() = default;
+  // Also when the object that it belongs to could not be made whole.
+  constexpr virtual ~Object() {
+    if (!std::is_constant_evaluated()) UncountOne();
+  }
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
@@ -44,6 +47,7 @@ class Object {
 
  private:
   static void CountOne();
+  static void UncountOne();
 
   const Type type_;
   mutable std::atomic<std::uint32_t> references_{1};
