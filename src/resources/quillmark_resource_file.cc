@@ -2,6 +2,7 @@
 // names in fond_names.cc and printer_font_search.cc.
 #include "resources/quillmark_resource_file.h"
 
+#include <memory>
 #include <utility>
 
 #include "resources/resource_access.h"
@@ -39,11 +40,10 @@ void RemoveAndDispose(Handle resource) {
 }  // namespace
 
 QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(const std::string& path, bool readOnly) {
-  auto* const file = new QuillmarkResourceFile(path, readOnly);
+  const auto release = [](QuillmarkResourceFile* file) { file->release(); };
+  std::unique_ptr<QuillmarkResourceFile, decltype(release)> file(new QuillmarkResourceFile(path, readOnly));
   file->ref_num_ = file->openFileForResourceAccess();
-  if (file->ref_num_ != -1) return file;
-  delete file;
-  return nullptr;
+  return file->ref_num_ == -1 ? nullptr : file.release();
 }
 
 QuillmarkResourceFile::QuillmarkResourceFile(std::string path, bool readOnly)
