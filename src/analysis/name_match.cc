@@ -7,7 +7,8 @@ bool IsAsciiDigitOrLetter(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-// The digits and letters before the second hyphen.
+}  // namespace
+
 std::string StripCharsAndNormalizeString(const std::string& name) {
   std::string reduced;
   bool hyphen_seen = false;
@@ -21,8 +22,6 @@ std::string StripCharsAndNormalizeString(const std::string& name) {
   }
   return reduced;
 }
-
-}  // namespace
 
 bool DoPostScriptNamesMatch(const std::string& a, const std::string& b, bool exactOnly) {
   if (a == b) return true;

@@ -17,6 +17,8 @@ void AddResources(CLI::App& app, int& status);
 void AddStyles(CLI::App& app, int& status);
 void AddClassify(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
+void AddSame(CLI::App& app, int& status);
+void AddCompare(CLI::App& app, int& status);
 
 }  // namespace quillmark::tool
 

@@ -28,6 +28,8 @@ int Run(int argc, char** argv) {
   tool::AddStyles(app, status);
   tool::AddClassify(app, status);
   tool::AddVersion(app, status);
+  tool::AddSame(app, status);
+  tool::AddCompare(app, status);
 
   try {
     app.parse(argc, argv);

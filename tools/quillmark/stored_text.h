@@ -1,0 +1,27 @@
+// Arrays of faces out of texts that hosts store.
+#ifndef QUILLMARK_TOOL_STORED_TEXT_H_
+#define QUILLMARK_TOOL_STORED_TEXT_H_
+
+#include <optional>
+#include <string>
+
+#include "face.h"
+
+namespace quillmark::tool {
+
+enum class StoredForm { kPropertyList, kXml };
+
+struct StoredFaces {
+  FontArray array;
+  StoredForm form;
+};
+
+// Nothing when the text is neither form of stored faces.
+std::optional<StoredFaces> ParseStored(const std::string& text);
+
+// The same of a file's text; nothing either when it is no regular file that can be read.
+std::optional<StoredFaces> ReadStored(const std::string& path);
+
+}  // namespace quillmark::tool
+
+#endif
