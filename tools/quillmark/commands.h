@@ -19,6 +19,7 @@ void AddClassify(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
 void AddSame(CLI::App& app, int& status);
 void AddCompare(CLI::App& app, int& status);
+void AddWhy(CLI::App& app, int& status);
 
 }  // namespace quillmark::tool
 

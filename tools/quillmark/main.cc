@@ -30,6 +30,7 @@ int Run(int argc, char** argv) {
   tool::AddVersion(app, status);
   tool::AddSame(app, status);
   tool::AddCompare(app, status);
+  tool::AddWhy(app, status);
 
   try {
     app.parse(argc, argv);

@@ -18,15 +18,10 @@
 #include "resources/resource_access.h"
 #include "table_form.h"
 #include "terminal.h"
+#include "type_text.h"
 
 namespace quillmark::tool {
 namespace {
-
-std::string TypeText(ResType type) {
-  std::string bytes;
-  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>((type >> shift) & 0xFFu);
-  return Printable(MacRomanToUtf8(bytes));
-}
 
 std::string NameText(const unsigned char* name) {
   return MacRomanToUtf8(std::string(name + 1, name + 1 + name[0]));

@@ -1,0 +1,14 @@
+#include "type_text.h"
+
+#include "display_width.h"
+#include "platform/text_encoding.h"
+
+namespace quillmark::tool {
+
+std::string TypeText(std::uint32_t type) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>((type >> shift) & 0xFFu);
+  return Printable(MacRomanToUtf8(bytes));
+}
+
+}  // namespace quillmark::tool
