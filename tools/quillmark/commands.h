@@ -12,14 +12,15 @@ class App;
 namespace quillmark::tool {
 
 void AddIdentify(CLI::App& app, int& status);
+void AddSame(CLI::App& app, int& status);
+void AddCompare(CLI::App& app, int& status);
+void AddWhy(CLI::App& app, int& status);
+void AddSplit(CLI::App& app, int& status);
 void AddRead(CLI::App& app, int& status);
 void AddResources(CLI::App& app, int& status);
 void AddStyles(CLI::App& app, int& status);
 void AddClassify(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
-void AddSame(CLI::App& app, int& status);
-void AddCompare(CLI::App& app, int& status);
-void AddWhy(CLI::App& app, int& status);
 
 }  // namespace quillmark::tool
 

@@ -23,14 +23,15 @@ int Run(int argc, char** argv) {
 
   int status = 0;
   tool::AddIdentify(app, status);
+  tool::AddSame(app, status);
+  tool::AddCompare(app, status);
+  tool::AddWhy(app, status);
+  tool::AddSplit(app, status);
   tool::AddRead(app, status);
   tool::AddResources(app, status);
   tool::AddStyles(app, status);
   tool::AddClassify(app, status);
   tool::AddVersion(app, status);
-  tool::AddSame(app, status);
-  tool::AddCompare(app, status);
-  tool::AddWhy(app, status);
 
   try {
     app.parse(argc, argv);
