@@ -92,7 +92,7 @@ class CompareTest(unittest.TestCase):
         text = self.write("text", b"no font")
         rows = [
             (one, two, f"{one}: no face shares a name with one of {two}"),
-            (one, text, f"{text}: not a font that Quillmark reads"),
+            (one, text, f"{text}: a text file, not a font that Quillmark reads"),
             (self.folder / "missing", one, f"{self.folder / 'missing'}: no such file"),
         ]
         for a, b, line in rows:

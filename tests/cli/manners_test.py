@@ -1,12 +1,15 @@
 """How the tool behaves toward terminals, pipes and signals."""
 
+import fcntl
 import json
 import os
 import plistlib
 import pty
 import re
 import signal
+import struct
 import subprocess
+import termios
 import time
 import xml.etree.ElementTree
 
@@ -25,6 +28,14 @@ def start(*arguments, **options):
         preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL),
         **{**defaults, **options},
     )
+
+
+def wait_until_full(pipe):
+    """Waits until whoever writes into the pipe has to wait for room."""
+    held = b"\0\0\0\0"
+    while struct.unpack("i", held)[0] < 60000:
+        time.sleep(0.05)
+        held = fcntl.ioctl(pipe, termios.FIONREAD, held)
 
 
 def on_terminal(process, terminal):
@@ -89,7 +100,8 @@ class MannersTest(ToolCase):
     def test_an_interrupt_tells_how_many_are_left_out(self):
         process = start("identify", "--format", "jsonl", "-j", 1, self.links(200, made_font("Made", LONG)))
         process.stdout.readline()
-        time.sleep(2)  # the pipe is full, so the tool waits; meanwhile it has counted the files
+        wait_until_full(process.stdout)
+        time.sleep(2)  # meanwhile it counts the files
         process.send_signal(signal.SIGINT)
         out, err = process.communicate(timeout=100)
         self.assertEqual(process.returncode, 130)
@@ -100,7 +112,7 @@ class MannersTest(ToolCase):
 
     def test_a_second_interrupt_ends_at_once(self):
         process = start("identify", "--format", "jsonl", self.links(200, made_font("Made", LONG)))
-        process.stdout.readline()
+        wait_until_full(process.stdout)
         process.send_signal(signal.SIGTERM)
         time.sleep(0.5)  # the first leaves it waiting for its full pipe
         process.send_signal(signal.SIGTERM)
