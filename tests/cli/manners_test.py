@@ -31,11 +31,15 @@ def start(*arguments, **options):
 
 
 def wait_until_full(pipe):
-    """Waits until whoever writes into the pipe has to wait for room."""
-    held = b"\0\0\0\0"
-    while struct.unpack("i", held)[0] < 60000:
-        time.sleep(0.05)
-        held = fcntl.ioctl(pipe, termios.FIONREAD, held)
+    """Waits until whoever writes into the pipe has to wait for room, which shows as nothing more coming."""
+    before, held = 0, held_by(pipe)
+    while held == 0 or held != before:
+        time.sleep(1)
+        before, held = held, held_by(pipe)
+
+
+def held_by(pipe):
+    return struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, bytes(4)))[0]
 
 
 def on_terminal(process, terminal):
