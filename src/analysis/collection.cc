@@ -1,7 +1,6 @@
 #include "analysis/collection.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -20,7 +19,7 @@ constexpr std::uint32_t kListEntrySize = 4;
 constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
 constexpr std::uint32_t kMaxNamesTried = 100;
-constexpr std::size_t kReadSize = 128 * 1024;
+constexpr std::size_t kReadSize = 64 * TableSums::kStep;  // stays in the processor's cache
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -42,9 +41,9 @@ TableRange TableAt(Bytes directory, std::size_t entry) {
 
 // The bytes of the stand-alone font: the directory and every table padded to a multiple of 4. Not counted
 // further than the size of the file.
-std::uint64_t FontSize(Bytes file, Bytes directory) {
+std::uint64_t FontSize(std::size_t file_size, Bytes directory) {
   std::uint64_t size = directory.size();
-  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size() && size < file.size();
+  for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size() && size < file_size;
        entry += kDirectoryEntrySize) {
     size += Padded(TableAt(directory, entry).length);
   }
@@ -53,16 +52,17 @@ std::uint64_t FontSize(Bytes file, Bytes directory) {
 
 // The tables when the stand-alone font can be made. Ends at the first that stands against it, as thousands of
 // overlapping directories may list thousands of tables each.
-std::optional<std::vector<TableRange>> FindTables(Bytes file, Bytes directory) {
+std::optional<std::vector<TableRange>> FindTables(std::size_t file_size, Bytes directory) {
   std::vector<TableRange> tables;
   std::uint64_t size = directory.size();
   for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size(); entry += kDirectoryEntrySize) {
     const TableRange table = TableAt(directory, entry);
     size += Padded(table.length);
-    if (size >= file.size() || !Slice(file, table.offset, Padded(table.length))) return std::nullopt;
+    const std::uint64_t end = table.offset + Padded(table.length);
+    if (size >= file_size || end > file_size) return std::nullopt;
     tables.push_back(table);
   }
-  return size < file.size() ? std::optional(std::move(tables)) : std::nullopt;
+  return size < file_size ? std::optional(std::move(tables)) : std::nullopt;
 }
 
 }  // namespace
@@ -81,63 +81,63 @@ CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
     // Too large to hold, as a sparse file can be.
   }
   if (status != kCollectionOk) {
-    sums_ = TableSums({});
-    file_data_ = {};
-    memory_.reset();  // gives the memory back
+    sums_ = {};
+    file_.reset();
   }
   return status;
 }
 
 CollectionStatus TrueTypeCollectionFont::ReadWhole() {
+  sums_ = {};
   const auto file = RegularFile::Open(path_);
   if (!file) return kCollectionFileError;
   if (file->size() == 0) return kCollectionWrongVersion;
   if (file->size() > std::numeric_limits<std::uint32_t>::max()) return kCollectionFileError;
   const auto size = static_cast<std::size_t>(file->size());
-  // The header first, so that a large file of another kind is not read whole.
-  std::array<std::uint8_t, kHeaderSize + 1> header;
-  const auto start = std::span(header).first(std::min(size, header.size()));
-  if (file->ReadAt(0, start) < start.size()) return kCollectionFileError;
-  if (const CollectionStatus status = CheckHeader(start); status != kCollectionOk) return status;
-
-  memory_ = std::make_unique_for_overwrite<std::uint8_t[]>(size);
-  const std::span<std::uint8_t> whole(memory_.get(), size);
-  file_data_ = whole;
-  sums_ = TableSums(whole);
-  // In blocks that are still in the processor's cache when they are summed.
-  for (std::size_t done = 0; done < size;) {
-    const std::span<std::uint8_t> block = whole.subspan(done, std::min(kReadSize, size - done));
-    if (file->ReadAt(done, block) < block.size()) return kCollectionFileError;
-    done += block.size();
-    sums_.SumUpTo(done);
+  std::vector<std::uint8_t> block(std::min(size, kReadSize));
+  for (std::size_t done = 0; done < size; done += block.size()) {
+    block.resize(std::min(size - done, kReadSize));
+    const std::size_t read = file->ReadAt(done, block);
+    if (done == 0 && read >= std::min<std::size_t>(size, kHeaderSize + 1)) {
+      if (const CollectionStatus status = CheckHeader(block); status != kCollectionOk) return status;
+    }
+    if (read < block.size()) return kCollectionFileError;
+    sums_.Add(block);
   }
+  file_.emplace(*file, size);
   return kCollectionOk;
 }
 
+std::optional<std::uint32_t> TrueTypeCollectionFont::NumberAt(std::size_t offset) const {
+  const auto bytes = file_ ? file_->Range(offset, sizeof(std::uint32_t)) : std::nullopt;
+  return bytes ? U32At(*bytes, 0) : std::nullopt;
+}
+
 std::uint32_t TrueTypeCollectionFont::faceCount() const {
-  return file_data_.size() <= kHeaderSize ? 0 : U32At(file_data_, 8).value_or(0);
+  return size() <= kHeaderSize ? 0 : NumberAt(8).value_or(0);
 }
 
 std::uint32_t TrueTypeCollectionFont::listedFaceCount() const {
   // An entry counts only when at least one byte of the file follows it.
-  if (file_data_.size() <= kHeaderSize) return 0;
-  const std::size_t fitting = (file_data_.size() - kHeaderSize - 1) / kListEntrySize;
+  if (size() <= kHeaderSize) return 0;
+  const std::size_t fitting = (size() - kHeaderSize - 1) / kListEntrySize;
   return static_cast<std::uint32_t>(std::min<std::size_t>(faceCount(), fitting));
 }
 
 std::optional<std::uint32_t> TrueTypeCollectionFont::directoryOffset(std::uint32_t face) const {
   if (face >= listedFaceCount()) return std::nullopt;
-  return U32At(file_data_, kHeaderSize + std::size_t{kListEntrySize} * face);
+  return NumberAt(kHeaderSize + std::size_t{kListEntrySize} * face);
 }
 
 CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes& directory) const {
   if (face >= faceCount()) return kCollectionNothing;
   const auto offset = directoryOffset(face);
-  if (!offset || std::uint64_t{*offset} + kDirectoryHeaderSize >= file_data_.size()) {
+  if (!offset || std::uint64_t{*offset} + kDirectoryHeaderSize >= size()) {
     return kCollectionOutOfBounds;
   }
-  const std::size_t table_count = U16At(file_data_, std::size_t{*offset} + 4).value_or(0);
-  const auto found = Slice(file_data_, *offset, kDirectoryHeaderSize + kDirectoryEntrySize * table_count);
+  const Bytes header = file_->Range(*offset, kDirectoryHeaderSize).value_or(Bytes{});
+  const std::size_t table_count = U16At(header, 4).value_or(0);
+  const auto found = file_->Range(*offset, kDirectoryHeaderSize + kDirectoryEntrySize * table_count);
   if (!found) return kCollectionOutOfBounds;
   directory = *found;
   return kCollectionOk;
@@ -146,7 +146,7 @@ CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes
 std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t face) const {
   Bytes directory;
   if (FindDirectory(face, directory) != kCollectionOk) return std::nullopt;
-  auto tables = FindTables(file_data_, directory);
+  auto tables = FindTables(size(), directory);
   if (!tables) return std::nullopt;
   return CollectionFace{directory, std::move(*tables)};
 }
@@ -160,20 +160,20 @@ SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
   std::size_t entry = kDirectoryHeaderSize;
   std::uint64_t offset = directory.size();
   for (const TableRange& table : face.tables) {
-    const std::uint32_t word_sum = sums_.WordSum(table);
+    const std::uint32_t word_sum = sums_.WordSum(*file_, table);
     static_cast<void>(PutU32At(directory, entry + 4, word_sum));
     static_cast<void>(PutU32At(directory, entry + 8, static_cast<std::uint32_t>(offset)));
-    tables.push_back({Slice(file_data_, table.offset, table.length).value_or(Bytes{}), word_sum});
+    tables.push_back({table.offset, table.length, word_sum});
     entry += kDirectoryEntrySize;
     offset += Padded(table.length);
   }
-  return {std::move(directory), tables};
+  return {std::move(directory), *file_, tables};
 }
 
 std::uint32_t TrueTypeCollectionFont::ChecksumOf(const CollectionFace& face, const SfntData& font) const {
   const auto directory = font.Range(0, static_cast<std::uint32_t>(face.directory.size()));
   std::uint32_t crc = Crc32(0, directory.value_or(Bytes{}));
-  for (const TableRange& table : face.tables) crc = sums_.ContinueCrc(crc, table);
+  for (const TableRange& table : face.tables) crc = sums_.ContinueCrc(*file_, crc, table);
   return crc;
 }
 
@@ -182,19 +182,19 @@ CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, s
   Bytes directory;
   if (const CollectionStatus status = FindDirectory(face, directory); status != kCollectionOk) return status;
   // Entries that repeat or overlap could make a face larger than its collection.
-  const std::uint64_t size = FontSize(file_data_, directory);
-  if (size >= file_data_.size()) return kCollectionNothing;
-  auto tables = FindTables(file_data_, directory);
+  const std::uint64_t font_size = FontSize(size(), directory);
+  if (font_size >= size()) return kCollectionNothing;
+  auto tables = FindTables(size(), directory);
   if (!tables) return kCollectionOutOfBounds;
   try {
-    out.reserve(size);
+    out.reserve(font_size);
   } catch (const std::bad_alloc&) {
     return kCollectionNothing;
   }
   const SfntData font = FontOf({directory, *tables});
   Append(font.Range(0, static_cast<std::uint32_t>(directory.size())).value_or(Bytes{}), out);
   for (const TableRange& table : *tables) {
-    Append(Slice(file_data_, table.offset, table.length).value_or(Bytes{}), out);
+    Append(file_->Range(table.offset, table.length).value_or(Bytes{}), out);
     out.resize(out.size() + (Padded(table.length) - table.length));
   }
   return kCollectionOk;

@@ -1,11 +1,11 @@
 // TrueTypeCollectionFont: cuts the faces of a collection (OpenType font collections) into stand-alone sfnt
-// fonts, as copies or in place. The whole file is held in memory for the life of the object. For one thread
-// at a time. Tests: tests/analysis/collection_test.cc; fuzz/collection_fuzzer.cc.
+// fonts, as copies or in place. The file is read whole once and its tables summed; of its bytes those that
+// are asked for afterwards are held. For one thread at a time. Tests: tests/analysis/collection_test.cc;
+// fuzz/collection_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_COLLECTION_H_
 #define QUILLMARK_ANALYSIS_COLLECTION_H_
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +13,7 @@
 #include "analysis/sfnt_data.h"
 #include "analysis/table_sums.h"
 #include "platform/byte_reader.h"
+#include "platform/paged_file.h"
 
 namespace quillmark {
 
@@ -73,11 +74,12 @@ class TrueTypeCollectionFont {
   CollectionStatus FindDirectory(std::uint32_t face, Bytes& directory) const;
 
   CollectionStatus ReadWhole();
+  std::size_t size() const { return file_ ? file_->size() : 0; }
+  std::optional<std::uint32_t> NumberAt(std::size_t offset) const;
 
   const std::string& path_;
-  std::unique_ptr<std::uint8_t[]> memory_;
-  Bytes file_data_;             // the file, in memory_; empty after any failure
-  mutable TableSums sums_{{}};  // of file_data_
+  std::optional<PagedFile> file_;  // none after any failure
+  mutable TableSums sums_;
 };
 
 }  // namespace quillmark

@@ -28,24 +28,23 @@ std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperato
   return static_cast<std::uint32_t>(crc32_combine_op(first, second, second_length.value));
 }
 
-void RangeCrc32::SumUpTo(std::size_t end) {
-  for (std::size_t done = (step_crcs_.size() - 1) * kStep; done + kStep <= end; done += kStep) {
-    step_crcs_.push_back(Crc32(step_crcs_.back(), block_.subspan(done, kStep)));
-  }
+// With A and B the CRCs of the block up to the first and to the last step, the CRC of what lies between is
+// CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For the same reason
+// a running CRC passes over it in one combination.
+std::uint32_t StepCrcs::Continue(std::uint32_t crc, std::size_t first, std::size_t last) const {
+  return CombineCrc32(crc ^ crcs_[first], crcs_[last], (last - first) * kStep);
 }
 
-// With A and B the CRCs of the block up to the first and to the last step inside the range, the CRC of what
-// lies between is CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For
-// the same reason a running CRC passes over it in one combination.
 std::uint32_t RangeCrc32::Continue(std::uint32_t crc, std::size_t offset, std::size_t length) {
   const auto range = Slice(block_, offset, length);
   if (!range) return crc;
+  constexpr std::size_t kStep = StepCrcs::kStep;
   const std::size_t first = (offset + kStep - 1) / kStep;
   const std::size_t last = (offset + length) / kStep;
   if (first >= last) return Crc32(crc, *range);
-  SumUpTo(block_.size());
+  while (steps_.count() < block_.size() / kStep) steps_.Add(block_.subspan(steps_.count() * kStep, kStep));
   crc = Crc32(crc, block_.subspan(offset, first * kStep - offset));
-  crc = CombineCrc32(crc ^ step_crcs_[first], step_crcs_[last], (last - first) * kStep);
+  crc = steps_.Continue(crc, first, last);
   return Crc32(crc, block_.subspan(last * kStep, offset + length - last * kStep));
 }
 

@@ -25,23 +25,34 @@ struct CrcOperator {
 CrcOperator CrcOperatorFor(std::size_t second_length);
 std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperator second_length);
 
+// The CRCs of the first 0, 1, 2, ... steps of a block that goes by once. From them any range of whole steps
+// is passed over in one combination.
+class StepCrcs {
+ public:
+  static constexpr std::size_t kStep = 1024;  // bytes
+
+  // The next step of the block.
+  void Add(Bytes step) { crcs_.push_back(Crc32(crcs_.back(), step)); }
+  std::size_t count() const { return crcs_.size() - 1; }
+  // Continues `crc` over the steps [first, last), which were added.
+  std::uint32_t Continue(std::uint32_t crc, std::size_t first, std::size_t last) const;
+
+ private:
+  std::vector<std::uint32_t> crcs_ = {0};
+};
+
 // Continues CRCs over ranges of `block`, which must outlive the object. Font tables can name thousands of
-// long ranges that overlap; each costs no more than two steps of kStep bytes here.
+// long ranges that overlap; each costs no more than two steps here.
 class RangeCrc32 {
  public:
   explicit RangeCrc32(Bytes block) : block_(block) {}
 
-  // Sums the steps that end at or before `end`, which must lie inside the block. Without it that is done when
-  // it is first needed.
-  void SumUpTo(std::size_t end);
   // Continues `crc` over [offset, offset + length), which must lie inside the block.
   std::uint32_t Continue(std::uint32_t crc, std::size_t offset, std::size_t length);
 
  private:
-  static constexpr std::size_t kStep = 1024;
-
   Bytes block_;
-  std::vector<std::uint32_t> step_crcs_ = {0};  // of the first 0, 1, 2, ... steps
+  StepCrcs steps_;  // made when they are first needed
 };
 
 }  // namespace quillmark

@@ -19,15 +19,16 @@ SfntData::SfntData(Bytes font)
 
 SfntData::SfntData(RegularFile file, std::uint32_t size) : file_(std::move(file)), size_(size) {}
 
-SfntData::SfntData(std::vector<std::uint8_t> directory, const std::vector<Table>& tables)
-    : directory_(std::move(directory)) {
-  const auto add = [this](Bytes bytes, std::optional<std::uint32_t> word_sum) {
-    parts_.push_back({size_, bytes, word_sum});
-    size_ += static_cast<std::uint32_t>((bytes.size() + 3) / 4 * 4);
+SfntData::SfntData(std::vector<std::uint8_t> directory, const PagedFile& file,
+                   const std::vector<Table>& tables)
+    : directory_(std::move(directory)), tables_file_(&file) {
+  const auto add = [this](std::uint32_t length, std::optional<Table> table) {
+    parts_.push_back({size_, length, table});
+    size_ += (length + 3) / 4 * 4;
   };
   parts_.reserve(1 + tables.size());
-  add(directory_, std::nullopt);
-  for (const Table& table : tables) add(table.bytes, table.word_sum);
+  add(static_cast<std::uint32_t>(directory_.size()), std::nullopt);
+  for (const Table& table : tables) add(table.length, table);
 }
 
 bool SfntData::Contains(std::uint32_t offset, std::uint32_t length) const {
@@ -42,7 +43,13 @@ std::optional<Bytes> SfntData::View(std::uint32_t offset, std::uint32_t length) 
   if (file_) return std::nullopt;
   if (parts_.empty()) return Slice(memory_, offset, length);
   const auto part = PartAt(offset);
-  return Slice(part->bytes, offset - part->start, length);
+  return Of(*part, offset - part->start, length);
+}
+
+std::optional<Bytes> SfntData::Of(const Part& part, std::size_t offset, std::size_t length) const {
+  if (!part.table) return Slice(directory_, offset, length);
+  if (offset > part.length || length > part.length - offset) return std::nullopt;
+  return tables_file_->Range(part.table->offset + offset, length);
 }
 
 void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
@@ -55,10 +62,10 @@ void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
   const std::uint64_t end = std::uint64_t{offset} + block.size();
   for (auto part = PartAt(offset); part != parts_.end() && part->start < end; ++part) {
     const std::uint64_t from = std::max(offset, part->start);
-    const std::uint64_t to = std::min<std::uint64_t>(end, part->start + part->bytes.size());
+    const std::uint64_t to = std::min<std::uint64_t>(end, std::uint64_t{part->start} + part->length);
     if (from >= to) continue;
-    std::ranges::copy(part->bytes.subspan(from - part->start, to - from),
-                      block.subspan(from - offset).begin());
+    const Bytes bytes = Of(*part, from - part->start, to - from).value_or(Bytes{});
+    std::ranges::copy(bytes, block.subspan(from - offset).begin());
   }
 }
 
@@ -81,7 +88,7 @@ std::optional<std::uint32_t> SfntData::SumOfWords(std::uint32_t offset, std::uin
   if (!Contains(offset, length)) return std::nullopt;
   if (!parts_.empty()) {
     const auto part = PartAt(offset);
-    if (part->word_sum && offset == part->start && length == part->bytes.size()) return part->word_sum;
+    if (part->table && offset == part->start && length == part->length) return part->table->word_sum;
   }
   if (const auto view = View(offset, length)) return SumBigEndianWords(*view);
   std::vector<std::uint8_t> block(std::min(length, kBlockSize));

@@ -11,6 +11,7 @@
 
 #include "platform/byte_reader.h"
 #include "platform/forks.h"
+#include "platform/paged_file.h"
 
 namespace quillmark {
 
@@ -21,12 +22,12 @@ class SfntData {
   // The first `size` bytes of the file. What cannot be read is zero.
   SfntData(RegularFile file, std::uint32_t size);
   struct Table {
-    Bytes bytes;             // must outlive the font
-    std::uint32_t word_sum;  // as SumBigEndianWords
+    std::uint32_t offset, length;  // in the file, inside it
+    std::uint32_t word_sum;        // as SumBigEndianWords
   };
-  // A directory, then the tables, each followed by zeros up to a multiple of 4; together at most 0xFFFFFFFF
-  // bytes.
-  SfntData(std::vector<std::uint8_t> directory, const std::vector<Table>& tables);
+  // A directory, then tables of a file, which must outlive the font; each is followed by zeros up to a
+  // multiple of 4. Together at most 0xFFFFFFFF bytes.
+  SfntData(std::vector<std::uint8_t> directory, const PagedFile& file, const std::vector<Table>& tables);
   SfntData(SfntData&&) = default;
   SfntData& operator=(SfntData&&) = default;
 
@@ -53,13 +54,14 @@ class SfntData {
   };
   // The directory or a table; zeros fill the space up to the next part.
   struct Part {
-    std::uint32_t start;
-    Bytes bytes;
-    std::optional<std::uint32_t> word_sum;
+    std::uint32_t start, length;
+    std::optional<Table> table;  // none: the directory
   };
   bool Contains(std::uint32_t offset, std::uint32_t length) const;
   // The last part that begins at or before `offset`.
   std::vector<Part>::const_iterator PartAt(std::uint32_t offset) const;
+  // Some bytes of a part, when they lie inside it.
+  std::optional<Bytes> Of(const Part& part, std::size_t offset, std::size_t length) const;
   // The range when it lies in memory as it is.
   std::optional<Bytes> View(std::uint32_t offset, std::uint32_t length) const;
   // Fills `block`, which lies inside the font, from `offset` on.
@@ -68,6 +70,7 @@ class SfntData {
   Bytes memory_;
   std::optional<RegularFile> file_;
   std::vector<std::uint8_t> directory_;
+  const PagedFile* tables_file_ = nullptr;
   std::vector<Part> parts_;
   std::uint32_t size_ = 0;
   mutable std::vector<Piece> pieces_;  // of the file, or joined from parts

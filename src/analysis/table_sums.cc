@@ -15,47 +15,65 @@ Answer Remember(std::unordered_map<std::uint64_t, Answer>& known, TableRange tab
   return known.emplace(key, compute(table)).first->second;
 }
 
+// The whole steps inside a table, and the bytes before and behind them. Without a step all bytes are in
+// front.
+struct TableEnds {
+  TableEnds(const PagedFile& file, TableRange table) {
+    constexpr std::size_t kStep = TableSums::kStep;
+    const std::size_t end = std::size_t{table.offset} + table.length;
+    first = (table.offset + kStep - 1) / kStep;
+    last = end / kStep;
+    has_steps = first < last;
+    head =
+        file.Range(table.offset, has_steps ? first * kStep - table.offset : table.length).value_or(Bytes{});
+    if (has_steps) tail = file.Range(last * kStep, end - last * kStep).value_or(Bytes{});
+  }
+
+  std::size_t first, last;
+  bool has_steps;
+  Bytes head, tail;
+};
+
 }  // namespace
 
-std::uint32_t TableSums::WordSum(TableRange table) {
-  return Remember(known_sums_, table, [this](TableRange range) { return ComputeWordSum(range); });
+std::uint32_t TableSums::WordSum(const PagedFile& file, TableRange table) {
+  return Remember(known_sums_, table, [&](TableRange range) { return ComputeWordSum(file, range); });
 }
 
-std::uint32_t TableSums::ContinueCrc(std::uint32_t crc, TableRange table) {
-  const Crc known = Remember(known_crcs_, table, [this](TableRange range) { return ComputeCrc(range); });
+std::uint32_t TableSums::ContinueCrc(const PagedFile& file, std::uint32_t crc, TableRange table) {
+  const Crc known = Remember(known_crcs_, table, [&](TableRange range) { return ComputeCrc(file, range); });
   return CombineCrc32(crc, known.value, known.combine);
 }
 
-void TableSums::SumUpTo(std::size_t end) {
-  for (std::size_t done = (step_sums_.size() - 1) * kStep; done + kStep <= end; done += kStep) {
-    PlaceSums sums = SumBytesByPlace(file_.subspan(done, kStep));
+void TableSums::Add(Bytes next) {
+  for (; next.size() >= kStep; next = next.subspan(kStep)) {
+    const Bytes step = next.first(kStep);
+    step_crcs_.Add(step);
+    PlaceSums sums = SumBytesByPlace(step);
     for (std::size_t place = 0; place < 4; ++place) sums[place] += step_sums_.back()[place];
     step_sums_.push_back(sums);
   }
-  crcs_.SumUpTo(end);
 }
 
-std::uint32_t TableSums::ComputeWordSum(TableRange table) {
-  const Bytes bytes = file_.subspan(table.offset, table.length);
-  const std::size_t end = std::size_t{table.offset} + table.length;
-  const std::size_t first = (table.offset + kStep - 1) / kStep;
-  const std::size_t last = end / kStep;
-  if (first >= last) return SumBigEndianWords(bytes);
-  SumUpTo(end);
-  PlaceSums sums = SumBytesByPlace(bytes.first(first * kStep - table.offset));
-  const PlaceSums tail = SumBytesByPlace(bytes.last(end - last * kStep));
+std::uint32_t TableSums::ComputeWordSum(const PagedFile& file, TableRange table) const {
+  const TableEnds ends(file, table);
+  if (!ends.has_steps) return SumBigEndianWords(ends.head);
+  PlaceSums sums = SumBytesByPlace(ends.head);
+  const PlaceSums tail = SumBytesByPlace(ends.tail);
   // Steps begin with a word of the file, whose places are the table's turned by its offset.
   for (std::size_t place = 0; place < 4; ++place) {
     const std::size_t turned = (table.offset + place) % 4;
-    sums[place] += step_sums_[last][turned] - step_sums_[first][turned] + tail[turned];
+    sums[place] += step_sums_[ends.last][turned] - step_sums_[ends.first][turned] + tail[turned];
   }
   return WordSumOf(sums);
 }
 
-TableSums::Crc TableSums::ComputeCrc(TableRange table) {
+TableSums::Crc TableSums::ComputeCrc(const PagedFile& file, TableRange table) const {
   static constexpr std::uint8_t kZeros[3] = {};
   const std::size_t padding = (4 - table.length % 4) % 4;
-  const std::uint32_t crc = crcs_.Continue(0, table.offset, table.length);
+  const TableEnds ends(file, table);
+  std::uint32_t crc = Crc32(0, ends.head);
+  if (ends.has_steps) crc = Crc32(step_crcs_.Continue(crc, ends.first, ends.last), ends.tail);
   return {Crc32(crc, Bytes(kZeros).first(padding)), CrcOperatorFor(std::size_t{table.length} + padding)};
 }
 

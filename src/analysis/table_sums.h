@@ -1,7 +1,6 @@
-// Word sums and CRCs of the tables of one collection. The file is gone over in steps once, best while it is
-// read; a table then costs the steps at its ends, and one that comes again, as faces share tables, a look-up:
-// hostile collections name thousands of long tables that overlap. For one thread at a time. Tests:
-// tests/analysis/collection_test.cc.
+// Word sums and CRCs of the tables of one collection. The file goes by in steps once; a table then costs the
+// steps at its ends, and one that comes again, as faces share tables, a look-up: hostile collections name
+// thousands of long tables that overlap. For one thread at a time. Tests: tests/analysis/collection_test.cc.
 #ifndef QUILLMARK_ANALYSIS_TABLE_SUMS_H_
 #define QUILLMARK_ANALYSIS_TABLE_SUMS_H_
 
@@ -11,6 +10,7 @@
 
 #include "analysis/crc32.h"
 #include "platform/byte_reader.h"
+#include "platform/paged_file.h"
 #include "platform/word_sums.h"
 
 namespace quillmark {
@@ -23,29 +23,25 @@ struct TableRange {
 
 class TableSums {
  public:
-  // `file` must outlive the object. Every range that is asked about must lie inside it.
-  explicit TableSums(Bytes file) : file_(file), crcs_(file) {}
+  static constexpr std::size_t kStep = StepCrcs::kStep;  // bytes
 
-  // Goes over the steps of the first `end` bytes, while what was just read of them is at hand.
-  void SumUpTo(std::size_t end);
+  // Takes the next bytes of the file: whole steps, until its end.
+  void Add(Bytes next);
 
-  // As SumBigEndianWords.
-  std::uint32_t WordSum(TableRange table);
+  // The ranges lie inside `file`, all of which went by. As SumBigEndianWords.
+  std::uint32_t WordSum(const PagedFile& file, TableRange table);
   // Continues `crc` over the table and the zeros that fill it up to a multiple of 4.
-  std::uint32_t ContinueCrc(std::uint32_t crc, TableRange table);
+  std::uint32_t ContinueCrc(const PagedFile& file, std::uint32_t crc, TableRange table);
 
  private:
-  static constexpr std::size_t kStep = 1024;
-
   struct Crc {
     std::uint32_t value;
     CrcOperator combine;
   };
-  std::uint32_t ComputeWordSum(TableRange table);
-  Crc ComputeCrc(TableRange table);
+  std::uint32_t ComputeWordSum(const PagedFile& file, TableRange table) const;
+  Crc ComputeCrc(const PagedFile& file, TableRange table) const;
 
-  Bytes file_;
-  RangeCrc32 crcs_;
+  StepCrcs step_crcs_;
   std::vector<PlaceSums> step_sums_ = {{}};  // of the first 0, 1, 2, ... steps
   // By offset and length.
   std::unordered_map<std::uint64_t, std::uint32_t> known_sums_;

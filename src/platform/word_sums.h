@@ -1,6 +1,6 @@
-// Sums of the big-endian words of a block that can be joined: wherever the words of a table begin, the sums of
-// its bytes by their place in the words give those of the words. Tests: tests/platform/byte_reader_test.cc,
-// tests/analysis/collection_test.cc.
+// Sums of the big-endian words of a block that can be joined: wherever the words of a table begin, the sums
+// of its bytes by their place in the words give those of the words. Tests:
+// tests/platform/byte_reader_test.cc, tests/analysis/collection_test.cc.
 #ifndef QUILLMARK_PLATFORM_WORD_SUMS_H_
 #define QUILLMARK_PLATFORM_WORD_SUMS_H_
 

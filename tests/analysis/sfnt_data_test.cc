@@ -22,17 +22,18 @@ TEST(SfntData, FileMemoryAndTablesGiveTheSameBytesAndSums) {
   std::string bytes = whole.substr(0, 44);
   std::vector<SfntData::Table> tables;
   for (const std::uint32_t length : {5u, 0u, 70'001u, 1u, 130'000u}) {
-    const Bytes table = AsBytes(whole).first(length);
-    tables.push_back({table, SumBigEndianWords(table)});
+    const Bytes table = AsBytes(whole).subspan(7, length);
+    tables.push_back({7, length, SumBigEndianWords(table)});
     bytes += AsText(table);
     bytes.resize((bytes.size() + 3) / 4 * 4);
   }
   const auto size = static_cast<std::uint32_t>(bytes.size());
   const TempFolder folder;
+  const PagedFile tables_file(RegularFile::Open(folder.Write("tables", whole)).value(), whole.size());
   std::vector<SfntData> fonts;
   fonts.emplace_back(AsBytes(bytes));
   fonts.emplace_back(RegularFile::Open(folder.Write("font", bytes)).value(), size);
-  fonts.emplace_back(std::vector<std::uint8_t>(bytes.begin(), bytes.begin() + 44), tables);
+  fonts.emplace_back(std::vector<std::uint8_t>(bytes.begin(), bytes.begin() + 44), tables_file, tables);
   const struct {
     std::uint32_t offset, length;
     bool inside;
