@@ -133,7 +133,10 @@ class ResourceFontReader {
     face.firstResourceID = first_resource_id;
     result.codes = FindOutlineFile(face);  // a face that goes again leaves its codes behind, too
     if (result.codes) last_codes_ = codes_ = *result.codes;
-    if (!filter_.MayStay(face, &result.group)) return result;
+    if (!filter_.MayStay(face, &result.group)) {
+      GivePrinterFileName(fond, style);
+      return result;
+    }
     // This field holds the FOND's kerning checksum, never the kerning table's: hosts compare stored values.
     face.kerningChecksum = has_fond ? GetKestineChecksum(fond, style) : 0;
     const bool is_cross_platform = face.platform == "crossplatform";
@@ -146,6 +149,14 @@ class ResourceFontReader {
     face.attributes = request_;
     faces_.push_back(std::move(face));
     return result;
+  }
+
+  // A PostScript name keeps the file name that it is given first, also for the FONDs that follow. Summing a face
+  // gives it one, so a face that goes again without a checksum does so, too.
+  void GivePrinterFileName(Handle fond, std::int16_t style) {
+    if (file_.get() != nullptr && file_.get()->shouldHavePrinterFile(fond, style)) {
+      static_cast<void>(file_.get()->getPSPrinterNameForFOND(fond, style));
+    }
   }
 
   // Fills in what the outline file says; its codes when it is a file of its own. It is looked at once for all

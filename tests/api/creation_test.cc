@@ -187,6 +187,26 @@ TEST_F(Creation, FamiliesMayShareTheirData) {
   }
 }
 
+// The second family's face goes again, as a duplicate. Its PostScript name has a file name from then on, which
+// the third one, of a script whose names are made by another rule, finds.
+TEST_F(Creation, KeepsThePrinterFileNamesOfDuplicates) {
+  const std::string outline = FondBuilder(128).Association(0, 0, 600).Build();
+  const std::string bitmap = FondBuilder(129).StyleString("Nib").Association(12, 0, 600).Build();
+  const std::string japanese =
+      FondBuilder(16400).StyleString("Nib").International(0, 1).Association(12, 0, 500).Build();
+  ResourceForkBuilder fork;
+  fork.Add(FourCharCode("NFNT"), 500, "bits").Add(FourCharCode("sfnt"), 600, Font(u"Outline").Build());
+  fork.Add(FourCharCode("FOND"), 128, outline, "A").Add(FourCharCode("FOND"), 129, bitmap, "B");
+  fork.Add(FourCharCode("FOND"), 130, japanese, "C");
+  const std::string nib = folder_.Write("Nib", "%!PS /FontName /Nib def");
+
+  const OwnedArray array = Create(folder_.Write("fonts", fork.Build()));
+  ASSERT_TRUE(array);
+  ASSERT_THAT(Names(*array), ElementsAre("Outline", "Nib"));
+  EXPECT_EQ(array->view(1).fondResourceID, 130);
+  EXPECT_EQ(array->view(1).outlineFileName.str(), nib);
+}
+
 // A suitcase whose bitmaps go with PostScript printer fonts beside it; the second one is missing.
 TEST_F(Creation, CarriesTheOutlineFilesCodesOnToTheNextFace) {
   const FondBuilder fond = FondBuilder(128)
