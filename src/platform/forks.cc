@@ -59,8 +59,9 @@ std::optional<RegularFile> RegularFile::Open(const std::string& path) {
   if (lookups.opened && lookups.opened_path == path) return lookups.opened;
   auto file = IsRegularFile(path) ? OpenAfresh(path) : std::nullopt;
   if (file) {
-    lookups.opened = file;
+    lookups.opened.reset();  // in case memory runs out before the new path stands
     lookups.opened_path = path;
+    lookups.opened = file;
   }
   return file;
 }

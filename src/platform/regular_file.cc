@@ -33,7 +33,7 @@ FileStatus StatFile(const std::string& path) {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 64 * 1024;
+constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
 using Block = std::array<std::uint8_t, kBlockSize>;
 
 // A thread keeps one for the files that it opens one after the other.
