@@ -86,7 +86,8 @@ class ToolTest(unittest.TestCase):
         rows = [
             (self.folder / "missing.ttf", "no such file"),
             (fifo, "a named pipe, not a file"),
-            (lone, "a printer font: its outlines belong to a font family file, and none in this folder names it"),
+            (lone, "a printer font by its extension .pfb, read only through the Macintosh font family file that names it: "
+                   "none in this folder does; put the two together and give the family file"),
         ]
         for path, reason in rows:
             with self.subTest(reason):
@@ -145,7 +146,7 @@ class ToolTest(unittest.TestCase):
         (face,) = json.loads(run("read", "--format", "json", self.store_one("<FontData></FontData>")).stdout)
         self.assertEqual(face["postScriptName"], "<FontData></FontData>")
         self.assertNotIn("fondID", face)
-        self.assertEqual(run("read", self.folder).stderr.decode(), f"{self.folder}: a folder\n")
+        self.assertEqual(run("read", self.folder).stderr.decode(), f"{self.folder}: a folder, not a file\n")
 
         bad = self.folder / "bad"
         bad.write_text("<plist><array/></plist>")

@@ -76,10 +76,10 @@ REASONS = [
     ("a.pfr", b"PFR0" + bytes(9), "a PFR font"),
     ("a.svg", b'<?xml version="1.0"?><svg><defs><font id="a"/></defs></svg>', "an SVG font"),
     # Printer fonts.
-    ("a.pfb", b"\x80\1\0\0\0\0%!PS-AdobeFont-1.0", "a PostScript Type 1 printer font (PFB): its outlines belong to"),
-    ("a.pfa", b"%!PS-AdobeFont-1.0: A\n", "a PostScript Type 1 printer font: its outlines belong to"),
-    ("a.pfb", b"junk", "a printer font: its outlines belong to a font family file, and none in this folder names it"),
-    ("Lone", (b"", resource_fork(("POST", 501, b"%!"))), "a printer font: its outlines belong to"),
+    ("a.pfb", b"\x80\1\0\0\0\0%!PS-AdobeFont-1.0", "a PostScript Type 1 printer font (PFB), read only through the Macintosh font family file that names it: none"),
+    ("a.pfa", b"%!PS-AdobeFont-1.0: A\n", "a PostScript Type 1 printer font, read only through"),
+    ("a.pfb", b"junk", "a printer font by its extension .pfb, read only through the Macintosh font family file"),
+    ("Lone", (b"", resource_fork(("POST", 501, b"%!"))), "a printer font, read only through"),
     # No fonts, whatever they are called.
     ("a.ttf", zipped(), "a ZIP archive in spite of its extension .ttf, not a font: unpack it"),
     ("a.otf", b"\n <!DOCTYPE HTML><p>404", "a web page in spite of its extension .otf, not a font: get the file again"),
@@ -97,7 +97,7 @@ REASONS = [
     ("a.ttc", FONT, "a TrueType font in spite of its extension .ttc: rename it so that it ends in .ttf"),
     ("a.ttf", collection("A", "B"), "a TrueType collection in spite of its extension .ttf, and collections are read by"),
     # Damaged fonts.
-    ("a.ttf", FONT[:12], "a TrueType font that is damaged: the file ends inside the font's header, after 12 bytes"),
+    ("a.ttf", FONT[:12], "a TrueType font that is damaged: the file ends before the list of tables, after 12 bytes"),
     ("a.ttf", patched(FONT, 4, ">H", 0), "its header states 0 tables"),
     ("a.ttf", patched(FONT, 4, ">H", 0x8000), "its header states 32768 tables"),
     ("a.ttf", patched(FONT[:28], 4, ">H", 9), "the file ends inside the list of tables: 9 are stated, 0 are there"),
@@ -188,7 +188,7 @@ class WhyTest(unittest.TestCase):
         sock.bind("socket")
         self.write("file", b"")
         rows = [
-            (self.folder, 0, "a folder"),
+            (self.folder, 0, "a folder, not a file"),
             (self.folder / "fifo.ttf", 0, "a named pipe, not a file"),
             (self.folder / "socket", 0, "a socket, not a file"),
             ("/dev/null", 0, "a device, not a file"),
@@ -242,7 +242,7 @@ class WhyTest(unittest.TestCase):
     def test_the_family_of_a_printer_font(self):
         record = fond(9, (12, 0, 200), name=b"Quill")
         family = self.write("Family.dfont", resource_fork(("FOND", 9, record), ("NFNT", 200, b"bits")))
-        self.assertIn(f"here {family}", self.why(self.write("Quill", b"%!PS-AdobeFont-1.0: Quill\n")))
+        self.assertIn(f"names it: give {family}", self.why(self.write("Quill", b"%!PS-AdobeFont-1.0: Quill\n")))
         self.assertIn("none in this folder", self.why(self.write("Other", b"%!PS-AdobeFont-1.0: Quill\n")))
 
     def test_faces_and_lost_faces(self):

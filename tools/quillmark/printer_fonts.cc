@@ -47,9 +47,9 @@ std::optional<std::string> FamilyOf(const fs::path& printer_font) {
 }  // namespace
 
 std::string LonePrinterFont(const std::string& path, const std::string& what) {
-  const std::string reason = what + ": its outlines belong to a font family file";
-  if (const auto family = FamilyOf(path)) return reason + ", here " + ShownPath(*family);
-  return reason + ", and none in this folder names it";
+  const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
+  if (const auto family = FamilyOf(path)) return reason + "give " + ShownPath(*family);
+  return reason + "none in this folder does; put the two together and give the family file";
 }
 
 }  // namespace quillmark::tool

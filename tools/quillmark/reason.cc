@@ -122,7 +122,7 @@ std::string WhyUnknown(const std::string& path, const FileStart& start) {
     case kExtensionPfm:
     case kExtensionPfb:
     case kExtensionMmm:
-      return LonePrinterFont(path, "a printer font");
+      return LonePrinterFont(path, "a printer font by its extension " + KnownExtension(path));
     case kExtensionFot:
     case kExtensionFnt:
     case kExtensionFon:
@@ -194,7 +194,7 @@ std::optional<std::string> WhyNotReadable(const std::string& path) {
         return std::strerror(errno);
     }
   }
-  if (S_ISDIR(info.st_mode)) return "a folder";
+  if (S_ISDIR(info.st_mode)) return "a folder, not a file";
   if (S_ISFIFO(info.st_mode)) return "a named pipe, not a file";
   if (S_ISSOCK(info.st_mode)) return "a socket, not a file";
   if (!S_ISREG(info.st_mode)) return "a device, not a file";

@@ -114,7 +114,8 @@ std::string WhyNoFonts(QuillmarkResourceFile& file) {
   }
   if (count > kMostTypesNamed) types += " and " + std::to_string(count - kMostTypesNamed) + " more types";
   if (file.countResType(kSfnt) > 0) {
-    return "a resource file with fonts that no FOND resource names: it holds " + types;
+    return "a resource file with fonts that no FOND resource names: it holds " + types +
+           "; quillmark split writes its fonts to files that can be read";
   }
   return "a resource file without fonts: it holds " + types;
 }

@@ -19,7 +19,7 @@ std::string Bytewise(std::uint64_t count) {
 // There is no entry of the name table among those that count.
 std::string WhyNoEntry(const SfntData& font, const std::string& whole) {
   if (font.size() <= kHeaderSize) {
-    return whole + " ends inside the font's header, after " + Bytewise(font.size());
+    return whole + " ends before the list of tables, after " + Bytewise(font.size());
   }
   const auto header = font.Range(0, kHeaderSize);
   const std::int16_t count = header ? I16At(*header, 4).value_or(0) : std::int16_t{0};
