@@ -19,7 +19,7 @@ constexpr int kWrongUsage = 2;
 int Run(int argc, char** argv) {
   CLI::App app("Identifies fonts: which fonts are these, exactly, and which of them are the same?");
   app.set_version_flag("--version", tool::VersionLine());
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);  // none is told of below, a word that is none by the parser
 
   int status = 0;
   tool::AddIdentify(app, status);
@@ -35,6 +35,7 @@ int Run(int argc, char** argv) {
 
   try {
     app.parse(argc, argv);
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
   } catch (const CLI::ParseError& error) {
     if (app.exit(error) != 0) return kWrongUsage;
   }
