@@ -1,6 +1,7 @@
 """How the tool behaves toward terminals, pipes and signals."""
 
 import fcntl
+import itertools
 import json
 import os
 import plistlib
@@ -101,6 +102,18 @@ class MannersTest(ToolCase):
                     self.assertEqual((process.returncode, names(out)), (status, ["Made"]))
                     self.assertEqual(err.decode(), "stopped after 2 files\n1 face in 1 file\n")
 
+    def test_an_interrupt_leaves_no_lists_of_a_part(self):
+        font = self.write("a.ttf", made_font("Made"))
+        for number, status in ((signal.SIGINT, 130), (signal.SIGTERM, 143)):
+            with self.subTest(number=number):
+                process = start("same", "--files-from", "-", stdin=subprocess.PIPE)
+                process.stdin.write(os.fsencode(font) + b"\n/none\n")
+                self.assertEqual(process.stderr.readline(), b"/none: no such file\n")
+                process.send_signal(number)
+                process.wait(100)
+                self.assertEqual(process.communicate(), (b"", b"stopped after 2 files; no lists were written\n"))
+                self.assertEqual(process.returncode, status)
+
     def test_an_interrupt_tells_how_many_are_left_out(self):
         process = start("identify", "--format", "jsonl", "-j", 1, self.links(200, made_font("Made", LONG)))
         process.stdout.readline()
@@ -157,10 +170,10 @@ class MannersTest(ToolCase):
 
     def test_progress_elsewhere(self):
         rows = [("auto", "", False), ("always", "", True), ("always", "-q", False)]
-        for choice, quiet, shown in rows:
-            with self.subTest(choice=choice, quiet=quiet):
+        for command, (choice, quiet, shown) in itertools.product(("identify", "same"), rows):
+            with self.subTest(command=command, choice=choice, quiet=quiet):
                 arguments = ["--progress", choice, "--files-from", "-"] + ([quiet] if quiet else [])
-                process = start("identify", *arguments, stdin=subprocess.PIPE)
+                process = start(command, *arguments, stdin=subprocess.PIPE)
                 err = b""
                 for pause in (0, 0.3):
                     time.sleep(pause)
@@ -168,6 +181,24 @@ class MannersTest(ToolCase):
                     err += process.stderr.readline()
                 err += process.communicate(timeout=100)[1]
                 self.assertEqual(b"a second" in err, shown, err)
+                self.assertEqual(b"0 faces in 0 files" in err, not quiet, err)
+
+    def test_progress_stands_until_the_end_where_results_do_not_come_before(self):
+        font = os.fsencode(self.write("a.ttf", made_font("Made"))) + b"\n"
+        for command in (["identify"], ["identify", "--format", "plist"], ["same"]):
+            with self.subTest(command):
+                outside, inside = self.terminal()
+                process = start(*command, "--files-from", "-", stdin=subprocess.PIPE, stdout=inside, stderr=inside)
+                os.close(inside)
+                written = ""
+                for count in (1, 2, 3):
+                    time.sleep(0.2)
+                    process.stdin.write(font)
+                    while written.count(" a second") < count:
+                        written += os.read(outside, 4096).decode()
+                process.stdin.close()
+                written += on_terminal(process, outside)
+                self.assertEqual(len(re.findall(r"\r +\r", written)), 1, written)
 
     def test_progress_leaves_lines_of_results_alone(self):
         outside, inside = self.terminal()

@@ -26,4 +26,6 @@ void NoteInterrupts() {
 
 int Interrupted() { return noted_signal; }
 
+int InterruptedStatus() { return 128 + Interrupted(); }
+
 }  // namespace quillmark::tool

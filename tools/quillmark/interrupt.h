@@ -12,6 +12,9 @@ void NoteInterrupts();
 // The signal that was noted, or 0.
 int Interrupted();
 
+// The exit status of work that it ended early: as shells count, 128 and the signal's number.
+int InterruptedStatus();
+
 }  // namespace quillmark::tool
 
 #endif

@@ -25,6 +25,7 @@ class TableWriter : public FaceWriter {
   void Finish() override {
     if (!faces_.empty()) WriteFaceTable(out_, faces_, fields_, OutputLook());
   }
+  bool WritesAtOnce() const override { return false; }
 
  private:
   std::ostream& out_;
@@ -39,6 +40,7 @@ class JsonWriter : public FaceWriter {
     for (const Face& face : faces) json_.Add(JsonObject(face, fields_));
   }
   void Finish() override { json_.Finish(); }
+  bool WritesAtOnce() const override { return true; }
 
  private:
   JsonArray json_;
@@ -59,6 +61,7 @@ class LineWriter : public FaceWriter {
     out_ << lines_ << std::flush;
     lines_.clear();
   }
+  bool WritesAtOnce() const override { return true; }
 
  private:
   std::ostream& out_;
@@ -73,6 +76,7 @@ class ArrayWriter : public FaceWriter {
   ArrayWriter(std::ostream& out, Form form) : out_(out), form_(form) {}
   void Add(const std::vector<Face>&, const QM_FontArray& array) override { Join(*whole_, array); }
   void Finish() override { out_ << form_(*whole_); }
+  bool WritesAtOnce() const override { return false; }
 
  private:
   std::ostream& out_;

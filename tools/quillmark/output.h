@@ -26,6 +26,7 @@ class FaceWriter {
   virtual ~FaceWriter() = default;
   virtual void Add(const std::vector<Face>& faces, const QM_FontArray& array) = 0;
   virtual void Finish() = 0;
+  virtual bool WritesAtOnce() const = 0;
 };
 
 // Throws CLI::ValidationError for unknown fields, and for fields of a form whose content is fixed.

@@ -38,7 +38,7 @@ std::string Progress::Text(Clock::time_point time) const {
   const std::optional<std::size_t> total = total_();
   std::string text = std::to_string(done_);
   if (total) text += " of " + std::to_string(*total);
-  text += " files, " + Rounded(rate) + " a second";
+  text += (total.value_or(done_) == 1 ? " file, " : " files, ") + Rounded(rate) + " a second";
   if (total && *total >= done_) text += ", " + Duration(static_cast<double>(*total - done_) / rate) + " left";
   return text;
 }

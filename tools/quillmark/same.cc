@@ -6,12 +6,11 @@
 #include <optional>
 #include <string>
 
-#include "collect.h"
 #include "commands.h"
-#include "font_paths.h"
+#include "identify_files.h"
+#include "interrupt.h"
 #include "library_forms.h"
 #include "output.h"
-#include "reason.h"
 #include "shared_options.h"
 #include "tables_check.h"
 
@@ -22,9 +21,8 @@ constexpr int kConflictsFound = 3;
 
 struct SameOptions {
   std::string format = "table";
-  unsigned jobs = 1;
   bool near = false;
-  PathSources sources;
+  FilesOptions files;
 };
 
 void WriteSummary(std::ostream& out, const Library& library, std::size_t passed_over) {
@@ -32,32 +30,25 @@ void WriteSummary(std::ostream& out, const Library& library, std::size_t passed_
     if (count > 0) out << "; " << count << (count == 1 ? one : many);
   };
   const LibraryCounts counts = library.Count();
-  out << counts.faces << (counts.faces == 1 ? " face in " : " faces in ") << library.files().size()
-      << (library.files().size() == 1 ? " file" : " files");
+  out << FacesInFiles(counts.faces, library.files().size());
   part(counts.nameless, " face without a PostScript name", " faces without a PostScript name");
   part(library.link_count(), " other path of the same file", " other paths of the same files");
-  part(passed_over, " other file passed over", " other files passed over");
-  out << '\n';
+  out << PassedOver(passed_over) << '\n';
 }
 
 int Same(const SameOptions& options) {
   LoadTables();
   Library library;
-  std::size_t passed_over = 0;
-  bool complete = true;
-  FontPaths paths(options.sources);
-  IdentifyAll(paths, options.jobs, [&](const IdentifiedFile& file) {
-    if (file.array) {
-      library.Add(file.source.path, file.faces, *file.array);
-    } else if (!file.reason.empty()) {
-      complete = false;
-      std::cerr << ShownPath(file.source.path) + ": " + file.reason + '\n';
-    } else {
-      ++passed_over;
-    }
+  const FilesOutcome outcome = IdentifyFiles(options.files, false, [&](const IdentifiedFile& file) {
+    library.Add(file.source.path, file.faces, *file.array);
   });
-  library.Finish();
+  // Lists of a part would call a copy or a conflict missing that is there.
+  if (!outcome.stopped.empty()) {
+    std::cerr << outcome.stopped + "; no lists were written\n";
+    return InterruptedStatus();
+  }
 
+  library.Finish();
   LibraryLists lists{Copies(library), Conflicts(library), Versions(library), std::nullopt};
   if (options.near) lists.near = NearNames(library);
   if (options.format == "json") {
@@ -66,8 +57,8 @@ int Same(const SameOptions& options) {
     WriteLibraryTables(std::cout, library, lists);
   }
   FlushOutput();
-  WriteSummary(std::cerr, library, passed_over);
-  if (!complete || library.files().empty()) return 1;
+  if (!options.files.quiet) WriteSummary(std::cerr, library, outcome.passed_over);
+  if (!outcome.complete || library.files().empty()) return 1;
   return lists.conflicts.empty() ? 0 : kConflictsFound;
 }
 
@@ -80,8 +71,7 @@ void AddSame(CLI::App& app, int& status) {
   command->add_option("--format", options->format, "How the lists are written")
       ->check(CLI::IsMember({"table", "json"}))
       ->capture_default_str();
-  AddJobs(*command, options->jobs);
-  AddPaths(*command, options->sources);
+  AddFiles(*command, options->files);
   command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
   command->footer("Exit status: 0 no conflict, 3 conflicts, 1 a named path gave no face, 2 wrong usage");
   command->callback([&status, options] { status = Same(*options); });

@@ -17,18 +17,6 @@ unsigned AvailableCores() {
   return std::clamp(static_cast<unsigned>(CPU_COUNT(&cores)), 1u, kMostJobs);
 }
 
-}  // namespace
-
-void AddOutputForm(CLI::App& command, OutputForm& form) {
-  command.add_option("--format", form.format, "How faces are written")
-      ->check(CLI::IsMember(kFormats))
-      ->capture_default_str();
-  command.add_option("--fields", form.fields, "Fields to write, by their JSON names, separated by commas")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("LIST");
-}
-
 void AddPaths(CLI::App& command, PathSources& sources) {
   command.add_option("paths", sources.paths, "Font files, or folders to walk");
   CLI::Option* list = command.add_option("--files-from", sources.list,
@@ -41,11 +29,28 @@ void AddPaths(CLI::App& command, PathSources& sources) {
   });
 }
 
-void AddJobs(CLI::App& command, unsigned& jobs) {
-  jobs = AvailableCores();
-  command.add_option("-j,--jobs", jobs, "Files read at the same time")
+}  // namespace
+
+void AddOutputForm(CLI::App& command, OutputForm& form) {
+  command.add_option("--format", form.format, "How faces are written")
+      ->check(CLI::IsMember(kFormats))
+      ->capture_default_str();
+  command.add_option("--fields", form.fields, "Fields to write, by their JSON names, separated by commas")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("LIST");
+}
+
+void AddFiles(CLI::App& command, FilesOptions& options) {
+  options.jobs = AvailableCores();
+  command.add_option("-j,--jobs", options.jobs, "Files read at the same time")
       ->check(CLI::Range(1u, kMostJobs))
       ->default_str("number of cores");
+  AddPaths(command, options.sources);
+  command.add_option("--progress", options.progress, "Whether a line tells how far the work is")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->capture_default_str();
+  command.add_flag("-q,--quiet", options.quiet, "Only results and errors: no counts, no progress");
 }
 
 }  // namespace quillmark::tool

@@ -2,7 +2,7 @@
 #ifndef QUILLMARK_TOOL_SHARED_OPTIONS_H_
 #define QUILLMARK_TOOL_SHARED_OPTIONS_H_
 
-#include "font_paths.h"
+#include "identify_files.h"
 #include "output.h"
 
 namespace CLI {
@@ -14,11 +14,9 @@ namespace quillmark::tool {
 // --format and --fields: how faces are written.
 void AddOutputForm(CLI::App& command, OutputForm& form);
 
-// PATH..., --files-from and -0: what is read. One of the first two must be given.
-void AddPaths(CLI::App& command, PathSources& sources);
-
-// -j: how many files are read at the same time; as many as there are cores when it is not given.
-void AddJobs(CLI::App& command, unsigned& jobs);
+// PATH..., --files-from, -0, -j, --progress and -q: which files are identified, and what is told meanwhile.
+// One of the first two must be given; without -j as many are read at the same time as there are cores.
+void AddFiles(CLI::App& command, FilesOptions& options);
 
 }  // namespace quillmark::tool
 
