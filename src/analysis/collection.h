@@ -42,6 +42,8 @@ class TrueTypeCollectionFont {
   TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
 
   CollectionStatus ReadIntoMemory();
+  // As PagedFile::addresses; nothing after any failure.
+  Bytes addresses() const { return file_ ? file_->addresses() : Bytes{}; }
   std::uint32_t faceCount() const;
   // Faces below this index have an entry of the offset list inside the file; all others fail alike, however
   // many the header claims.

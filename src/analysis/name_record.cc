@@ -17,34 +17,41 @@ constexpr std::int16_t kLanguageJapanese = 11;  // of the Macintosh, but looked 
 // before, at 65535 + 32767 + 1023 at most.
 constexpr std::uint32_t kLongestReach = kHeaderSize + kRecordSize * 32767;
 
-// Reads the records out of the beginning of a table. False when a record or a text runs past it.
-bool ParseRecords(Bytes table, std::vector<NameRecord>& records) {
-  records.clear();
-  ByteReader reader(table);
-  const auto header = reader.Take(kHeaderSize);
-  if (!header) return false;
-  const std::int16_t count = I16At(*header, 2).value_or(0);
-  const std::uint16_t string_offset = U16At(*header, 4).value_or(0);
-  bool complete = true;
-  bool japanese = false;
-  for (int i = 0; i < count; ++i) {
-    const auto bytes = reader.Take(kRecordSize);
-    if (!bytes) return false;
-    const auto field = [&](std::size_t offset) { return I16At(*bytes, offset).value_or(0); };
-    japanese = japanese || field(4) == kLanguageJapanese;
-    NameRecord record{field(0), field(2), field(4), field(6), japanese, {}};
-    // Both are signed: an offset can point before the string storage, and a length of 8000 or more is none.
-    const std::int16_t length = std::min(field(8), kMaxTextSize);
-    const std::int32_t start = std::int32_t{string_offset} + field(10);
-    if (length > 0 && start >= 0) {
-      const auto text = Slice(table, static_cast<std::size_t>(start), static_cast<std::size_t>(length));
-      complete = complete && text.has_value();
-      record.text = text.value_or(Bytes{});
-    }
-    records.push_back(record);
+// The font from the start of its name table on. Records and texts are bounded by the font, not by the length
+// of their table; a sound table ends within its length, so that nothing else is read of most fonts.
+class TableBytes {
+ public:
+  TableBytes(const SfntData& font, const TDirectoryEntry& entry)
+      : font_(font), start_(entry.offset), reach_(std::min(kLongestReach, font.size() - entry.offset)) {
+    table_ = font_.Range(start_, std::min(entry.length, reach_)).value_or(Bytes{});
   }
-  return complete;
-}
+
+  std::optional<Bytes> Part(std::size_t offset, std::size_t length) {
+    auto part = Slice(table_, offset, length);
+    if (!part) part = PartPastTable(offset, length);
+    return part;
+  }
+  // As many of the records as lie inside the font.
+  Bytes Records(std::uint32_t count) {
+    if (const auto all = Part(kHeaderSize, kRecordSize * count)) return *all;
+    return Part(kHeaderSize, (reach_ - kHeaderSize) / kRecordSize * kRecordSize).value_or(Bytes{});
+  }
+
+ private:
+  std::optional<Bytes> PartPastTable(std::size_t offset, std::size_t length) {
+    // All that may be asked for in one read, even if this part of it lies outside the font.
+    if (!read_whole_) static_cast<void>(font_.Range(start_, reach_));
+    read_whole_ = true;
+    if (offset > reach_ || length > reach_ - offset) return std::nullopt;
+    return font_.Range(start_ + static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(length));
+  }
+
+  const SfntData& font_;
+  std::uint32_t start_;
+  std::uint32_t reach_;
+  Bytes table_;
+  bool read_whole_ = false;
+};
 
 // 16-bit units up to the first zero; an odd last byte does not count.
 std::string DecodeUtf16(Bytes text) {
@@ -65,15 +72,31 @@ std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font) {
   if (!ValidateDirectoryEntry(entry, font) || entry->offset == 0 || entry->offset >= font.size()) {
     return std::nullopt;
   }
-  // Records and texts are bounded by the font, not by the length of their table; a sound table ends within
-  // its length, so that one read serves.
-  const auto table = [&](std::uint32_t length) {
-    const std::uint32_t readable = std::min({length, kLongestReach, font.size() - entry->offset});
-    return font.Range(entry->offset, readable).value_or(Bytes{});
-  };
+  TableBytes table(font, *entry);
   std::vector<NameRecord> records;
-  if (!ParseRecords(table(entry->length), records)) {
-    static_cast<void>(ParseRecords(table(kLongestReach), records));  // what lies outside the font stays empty
+  const auto header = table.Part(0, kHeaderSize);
+  if (!header) return records;
+  const auto count = static_cast<std::uint32_t>(std::max<std::int16_t>(I16At(*header, 2).value_or(0), 0));
+  const std::uint16_t string_offset = U16At(*header, 4).value_or(0);
+  ByteReader reader(table.Records(count));
+  bool japanese = false;
+  records.reserve(reader.remaining() / kRecordSize);
+  while (const auto bytes = reader.Take(kRecordSize)) {
+    const auto field = [&](std::size_t offset) { return I16At(*bytes, offset).value_or(0); };
+    japanese = japanese || field(4) == kLanguageJapanese;
+    NameRecord& record = records.emplace_back();
+    record.platform_id = field(0);
+    record.encoding_id = field(2);
+    record.language_id = field(4);
+    record.name_id = field(6);
+    record.is_japanese = japanese;
+    // Both are signed: an offset can point before the string storage, and a length of 8000 or more is none.
+    const std::int16_t length = std::min(field(8), kMaxTextSize);
+    const std::int32_t start = std::int32_t{string_offset} + field(10);
+    if (length > 0 && start >= 0) {
+      const auto text = table.Part(static_cast<std::size_t>(start), static_cast<std::size_t>(length));
+      record.text = text.value_or(Bytes{});
+    }
   }
   return records;
 }
@@ -91,21 +114,19 @@ bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, st
   }
 }
 
-bool HasNameText(const NameRecord& record) {
-  if (record.is_japanese ||
-      IsDoubleBytePlatform(record.platform_id, record.encoding_id, record.language_id)) {
-    return !DecodeNameText(record).empty();
+NameEncoding EncodingOf(const NameRecord& record) {
+  if (IsDoubleBytePlatform(record.platform_id, record.encoding_id, record.language_id)) {
+    return NameEncoding::kUtf16;
   }
-  return U8At(record.text, 0).value_or(0) != 0;
+  return record.is_japanese ? NameEncoding::kShiftJis : NameEncoding::kSingleByte;
 }
 
 std::string DecodeNameText(const NameRecord& record) {
-  if (IsDoubleBytePlatform(record.platform_id, record.encoding_id, record.language_id)) {
-    return DecodeUtf16(record.text);
-  }
+  const NameEncoding encoding = EncodingOf(record);
+  if (encoding == NameEncoding::kUtf16) return DecodeUtf16(record.text);
   std::string text(AsText(record.text));
   text.resize(std::min(text.find('\0'), text.size()));
-  if (record.is_japanese) return ShiftJisToUtf8(text).value_or(std::string());
+  if (encoding == NameEncoding::kShiftJis) return ShiftJisToUtf8(text).value_or(std::string());
   // As signed bytes, 80 to FF lie below the blank as well, so what is left is ASCII, the same in Mac Roman.
   // Stored results rely on it.
   for (char& c : text) {

@@ -30,10 +30,12 @@ std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font);
 // stored results rely on it.
 bool IsDoubleBytePlatform(std::int16_t platform_id, std::int16_t encoding_id, std::int16_t language_id);
 
+// How a record's bytes are read.
+enum class NameEncoding : std::uint8_t { kSingleByte, kUtf16, kShiftJis };
+NameEncoding EncodingOf(const NameRecord& record);
+
 // The record's text up to its first zero, in UTF-8; empty when it is invalid in its encoding.
 std::string DecodeNameText(const NameRecord& record);
-// Whether that is not empty.
-bool HasNameText(const NameRecord& record);
 
 }  // namespace quillmark
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/name_content.h"
 #include "analysis/name_record.h"
-#include "platform/text_encoding.h"
 
 namespace quillmark {
 namespace {
@@ -31,12 +31,17 @@ enum NameId : std::int16_t {
 // hold 32,767 records of a kilobyte each, of which all but a few are never read.
 class NameChoice {
  public:
-  explicit NameChoice(std::vector<NameRecord> records) : records_(std::move(records)) {
-    holds_text_ = std::ranges::any_of(records_, HasNameText);
+  // `memory` may be null.
+  NameChoice(std::vector<NameRecord> records, NameContentMemory* memory)
+      : records_(std::move(records)), memory_(memory) {
+    const auto holds_text = [this](const NameRecord& record) {
+      return ContentOf(record) != NameContent::kNone;
+    };
+    holds_text_ = std::ranges::any_of(records_, holds_text);
     // The first Macintosh English record itself still overwrites.
-    const auto last = std::ranges::find_if(records_, [](const NameRecord& record) {
+    const auto last = std::ranges::find_if(records_, [&](const NameRecord& record) {
       return record.language_id == kMacintoshEnglish && record.platform_id == kPlatformMacintosh &&
-             HasNameText(record);
+             holds_text(record);
     });
     overwriting_ = static_cast<std::size_t>(last - records_.begin()) + (last == records_.end() ? 0 : 1);
   }
@@ -61,7 +66,7 @@ class NameChoice {
   // One that is not ASCII does not count.
   std::string PostScriptName() const {
     const auto is_name = [this](std::size_t i) {
-      return Is(i, kPostScriptName) && IsAscii(DecodeNameText(records_[i]));
+      return Is(i, kPostScriptName) && ContentOf(records_[i]) == NameContent::kAscii;
     };
     return Choose([&](std::size_t i) { return Overwrites(i) && is_name(i); },
                   [&](std::size_t i) { return !Overwrites(i) && is_name(i); });
@@ -76,20 +81,29 @@ class NameChoice {
             (record.language_id == kWindowsUsEnglish && record.platform_id == kPlatformWindows));
   }
 
+  NameContent ContentOf(const NameRecord& record) const {
+    return memory_ != nullptr ? memory_->ContentOf(record) : quillmark::ContentOf(record);
+  }
+  std::string TextOf(const NameRecord& record) const {
+    if (memory_ != nullptr && memory_->ContentOf(record) == NameContent::kNone) return {};
+    return DecodeNameText(record);
+  }
+
   template <typename Replaces, typename Fills>
   std::string Choose(Replaces replaces, Fills fills) const {
     for (std::size_t i = overwriting_; i-- > 0;) {
       if (!replaces(i)) continue;
-      if (std::string text = DecodeNameText(records_[i]); !text.empty()) return text;
+      if (std::string text = TextOf(records_[i]); !text.empty()) return text;
     }
     for (std::size_t i = 0; i < records_.size(); ++i) {
       if (!fills(i)) continue;
-      if (std::string text = DecodeNameText(records_[i]); !text.empty()) return text;
+      if (std::string text = TextOf(records_[i]); !text.empty()) return text;
     }
     return {};
   }
 
   std::vector<NameRecord> records_;
+  NameContentMemory* memory_;
   std::size_t overwriting_ = 0;  // records from here on overwrite nothing
   bool holds_text_ = false;
 };
@@ -109,10 +123,10 @@ struct FontNames {
 const std::string& FirstNonEmpty(const std::string& a, const std::string& b) { return a.empty() ? b : a; }
 
 // Nothing without a valid table.
-std::optional<FontNames> NamesOf(const SfntData& font) {
+std::optional<FontNames> NamesOf(const SfntData& font, NameContentMemory* memory = nullptr) {
   auto records = ReadNameRecords(font);
   if (!records) return std::nullopt;
-  const NameChoice choice(*std::move(records));
+  const NameChoice choice(*std::move(records), memory);
   const std::string stated_name = choice.PostScriptName();
   const std::string stated_full_name = choice.Of(kFullName);
   const std::string& full_name = FirstNonEmpty(stated_full_name, stated_name);
@@ -159,6 +173,10 @@ struct NameMemory {
 
 bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs) {
   return WriteNames(NamesOf(font), outputs);
+}
+
+bool getMetaDataFromNamesTable(const SfntData& font, NameContentMemory& memory, const NameOutputs& outputs) {
+  return WriteNames(NamesOf(font, &memory), outputs);
 }
 
 bool getMetaDataFromNamesTable(const SfntData& font, const std::optional<ResourcePlace>& place,

@@ -20,6 +20,10 @@ namespace quillmark {
 // empty. Without a valid table nothing is written.
 bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs);
 
+// The same of one of many fonts in a file: texts that several of them share are judged once.
+class NameContentMemory;
+bool getMetaDataFromNamesTable(const SfntData& font, NameContentMemory& memory, const NameOutputs& outputs);
+
 struct NameMemory;
 
 // While one of these lives on a thread, the table of an `sfnt` resource is read once, however many styles

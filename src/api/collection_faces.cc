@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "analysis/collection.h"
+#include "analysis/name_content.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
 #include "api/requested_outputs.h"
@@ -19,7 +20,7 @@ namespace {
 class CollectionReader {
  public:
   CollectionReader(const TrueTypeCollectionFont& collection, std::uint32_t request, QM_FontArray& faces)
-      : collection_(collection), request_(request), faces_(faces) {}
+      : collection_(collection), request_(request), faces_(faces), name_contents_(collection.addresses()) {}
 
   void ReadFaces() {
     // Beyond the listed faces every index fails, however many the header claims.
@@ -63,7 +64,8 @@ class CollectionReader {
     if (const auto known = known_names_.find(key); known != known_names_.end()) return known->second;
 
     std::optional<QM_FontSpecifier> specifier(std::in_place);
-    if (!getMetaDataFromNamesTable(font, RequestedNames(request_, *specifier))) specifier.reset();
+    if (!getMetaDataFromNamesTable(font, name_contents_, RequestedNames(request_, *specifier)))
+      specifier.reset();
     // Texts that run past their table depend on the tables behind it. An empty table has no place of its own.
     if (!table->empty() && !font.HoldsCopies()) {
       if (known_names_.size() == kMaxKnownNames) known_names_.clear();
@@ -82,6 +84,7 @@ class CollectionReader {
   std::unordered_set<std::string_view> directories_;
   std::unordered_set<std::string> post_script_names_;  // of the faces appended
   std::map<NameTable, std::optional<QM_FontSpecifier>> known_names_;
+  NameContentMemory name_contents_;
 };
 
 }  // namespace

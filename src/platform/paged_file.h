@@ -1,5 +1,5 @@
-// A file's bytes at addresses that stay, of which only the pages that were asked for are in memory: what is not
-// touched of the block that holds them costs address space alone. For one thread at a time. Tests:
+// A file's bytes at addresses that stay, of which only the pages that were asked for are in memory: what is
+// not touched of the block that holds them costs address space alone. For one thread at a time. Tests:
 // tests/analysis/sfnt_data_test.cc.
 #ifndef QUILLMARK_PLATFORM_PAGED_FILE_H_
 #define QUILLMARK_PLATFORM_PAGED_FILE_H_
@@ -21,8 +21,10 @@ class PagedFile {
   PagedFile(RegularFile file, std::size_t size);
 
   std::size_t size() const { return size_; }
-  // The bytes [offset, offset + length), or nothing when they do not all lie inside. They live as long as this
-  // object; equal ranges have equal addresses. What cannot be read is zero.
+  // Where the bytes lie. To tell addresses by: what Range did not give may not be in memory.
+  Bytes addresses() const { return {memory_.get(), size_}; }
+  // The bytes [offset, offset + length), or nothing when they do not all lie inside. They live as long as
+  // this object; equal ranges have equal addresses. What cannot be read is zero.
   std::optional<Bytes> Range(std::size_t offset, std::size_t length) const;
 
  private:
