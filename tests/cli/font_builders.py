@@ -1,6 +1,9 @@
 """Small fonts, collections and resource files, made in memory field by field."""
 
 import struct
+import zlib
+
+FOUNDRIES = {"Adobe": "Adobe Systems Incorporated", "Monotype": "Monotype Imaging Inc."}
 
 
 def name_table(*names):
@@ -14,30 +17,50 @@ def name_table(*names):
     return table + b"".join(texts)
 
 
-def directory(tables, start, version):
-    """The directory and the tables behind it, padded but for the last, whose offsets count from `start` on."""
+def directory(tables, version):
+    """The directory and the tables behind it, padded but for the last."""
     head = version + struct.pack(">4H", len(tables), 0, 0, 0)
-    offset = start + 12 + 16 * len(tables)
+    offset = 12 + 16 * len(tables)
     body = b""
     for tag, data in tables.items():
         body += bytes(-len(body) % 4)
-        head += struct.pack(">4s3L", tag.encode(), 0, offset + len(body), len(data))
+        words = struct.unpack(f">{(len(data) + 3) // 4}L", data + bytes(-len(data) % 4))
+        head += struct.pack(">4s3L", tag.encode(), sum(words) & 0xFFFFFFFF, offset + len(body), len(data))
         body += data
     return head + body
 
 
 def sfnt(name="Quill", version=b"\0\1\0\0", **tables):
-    return directory({"name": name_table((6, name)), "zero": bytes(8), **tables}, 0, version)
+    return directory({"name": name_table((6, name)), "zero": bytes(8), **tables}, version)
 
 
-def collection(*names):
-    """One face a name. The last table is padded."""
-    offsets, fonts = [], b""
-    for name in names:
-        offsets.append(12 + 4 * len(names) + len(fonts))
-        fonts += directory({"zero": bytes(7), "name": name_table((6, name))}, offsets[-1], b"\0\1\0\0")
-        fonts += bytes(-len(fonts) % 4)
-    return b"ttcf" + struct.pack(">2L", 0x10000, len(names)) + struct.pack(f">{len(names)}L", *offsets) + fonts
+def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data", full_name=None):
+    """A Macintosh font: it has Macintosh names, and not the tables of a cross-platform one. In a collection it keeps its bytes."""
+    texts = {1: family, 4: full_name or name, 5: f"Version {version}", 8: FOUNDRIES.get(foundry, foundry)}
+    if name:
+        texts[6] = name
+    records, strings = b"", b""
+    for number, text in texts.items():
+        encoded = text.encode("mac_roman")
+        records += struct.pack(">6H", 1, 0, 0, number, len(encoded), len(strings))
+        strings += encoded
+    table = struct.pack(">3H", 0, len(texts), 6 + len(records)) + records + strings
+    return directory({"glyf": data, "name": table + bytes(-len(table) % 4)}, b"\0\1\0\0")
+
+
+def collection(*fonts):
+    """Fonts, or names for fonts with little else, one behind the other. The last table is padded."""
+    offsets, body = [], b""
+    for font in fonts:
+        if isinstance(font, str):
+            font = directory({"zero": bytes(7), "name": name_table((6, font))}, b"\0\1\0\0")
+        offsets.append(12 + 4 * len(fonts) + len(body))
+        moved = bytearray(font)
+        for entry in range(12, 12 + 16 * struct.unpack_from(">H", font, 4)[0], 16):
+            (offset,) = struct.unpack_from(">L", font, entry + 8)
+            struct.pack_into(">L", moved, entry + 8, offset + offsets[-1])
+        body += moved + bytes(-len(moved) % 4)
+    return b"ttcf" + struct.pack(">2L", 0x10000, len(fonts)) + struct.pack(f">{len(fonts)}L", *offsets) + body
 
 
 def resource_fork(*resources):
@@ -67,3 +90,22 @@ def fond(number, *associations, name=b""):
 
 def apple_double(fork):
     return struct.pack(">2L16xH3L", 0x00051607, 0x00020000, 1, 2, 38, len(fork)) + fork
+
+
+def with_checksum(content, wanted):
+    """The bytes and four more that give the whole the wanted CRC-32."""
+    table = []
+    for value in range(256):
+        for _ in range(8):
+            value = value >> 1 ^ (0xEDB88320 if value & 1 else 0)
+        table.append(value)
+    by_top_byte = {value >> 24: index for index, value in enumerate(table)}
+    state, indexes = wanted ^ 0xFFFFFFFF, []
+    for _ in range(4):
+        indexes.append(by_top_byte[state >> 24])
+        state = (state ^ table[indexes[-1]]) << 8 & 0xFFFFFFFF
+    state = zlib.crc32(content) ^ 0xFFFFFFFF
+    for index in reversed(indexes):
+        content += bytes([(state ^ index) & 0xFF])
+        state = table[index] ^ state >> 8
+    return content

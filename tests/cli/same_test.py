@@ -5,35 +5,21 @@ Usage: same_test.py TOOL [unittest arguments]
 
 import json
 import os
-import pathlib
-import shutil
-import subprocess
-import sys
-import tempfile
-import unittest
 import zlib
 
-from made_fonts import collection, fond, resource_map, sfnt, sidecar, with_checksum
+import tool_case
+from font_builders import apple_double, collection, fond, mac_font, resource_fork, with_checksum
+from tool_case import ToolCase, run
 
-TOOL = ""
 
 
-class SameTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.addCleanup(shutil.rmtree, self.folder)
-
-    def write(self, files):
+class SameTest(ToolCase):
+    def write_all(self, files):
         for name, content in files.items():
-            path = self.folder / name
-            path.parent.mkdir(exist_ok=True)
-            path.write_bytes(content)
-
-    def run_tool(self, *arguments):
-        return subprocess.run([TOOL, "same", *map(str, arguments)], capture_output=True, timeout=60)
+            self.write(name, content)
 
     def lists(self, *arguments, status=0):
-        result = self.run_tool("--format", "json", *(arguments or [self.folder]))
+        result = run("same", "--format", "json", *(arguments or [self.folder]))
         self.assertEqual(result.returncode, status, result.stderr)
         return json.loads(result.stdout)
 
@@ -52,7 +38,7 @@ class SameTest(unittest.TestCase):
         ]
 
     def test_copies_are_other_files_with_the_same_faces(self):
-        self.write({"b.ttf": sfnt("Quill"), "a/c.ttf": sfnt("Quill"), "d.ttf": sfnt("Other")})
+        self.write_all({"b.ttf": mac_font("Quill"), "a/c.ttf": mac_font("Quill"), "d.ttf": mac_font("Other")})
         os.symlink("b.ttf", self.folder / "linked.ttf")
         os.link(self.folder / "b.ttf", self.folder / "hard.ttf")
         lists = self.lists(self.folder, self.folder / "d.ttf")
@@ -61,43 +47,43 @@ class SameTest(unittest.TestCase):
         self.assertNotIn("near", lists)
 
     def test_the_carrier_of_a_resource_fork_does_not_matter(self):
-        font = sfnt("Quill")
-        fork = resource_map((b"FOND", 128, fond(128, 200)), (b"sfnt", 200, font))
+        font = mac_font("Quill")
+        fork = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, font))
         # Equal empty data forks are linked to each other by tools that save space.
-        self.write({"loose.ttf": font, "family.dfont": fork, "Suitcase": b"", "._Suitcase": sidecar(fork)})
+        self.write_all({"loose.ttf": font, "family.dfont": fork, "Suitcase": b"", "._Suitcase": apple_double(fork)})
         os.link(self.folder / "Suitcase", self.folder / "Twin")
-        self.write({"._Twin": sidecar(fork)})
+        self.write_all({"._Twin": apple_double(fork)})
         self.assertEqual(self.copies(self.lists()), [["Suitcase", "Twin", "family.dfont", "loose.ttf"]])
 
     def test_links_with_other_resource_forks_beside_them_are_files(self):
-        self.write({"One": b"note"})
+        self.write_all({"One": b"note"})
         os.link(self.folder / "One", self.folder / "Two")
         for name in ("One", "Two"):
-            fork = resource_map((b"FOND", 128, fond(128, 200)), (b"sfnt", 200, sfnt(name)))
-            self.write({f"._{name}": sidecar(fork)})
+            fork = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, mac_font(name)))
+            self.write_all({f"._{name}": apple_double(fork)})
         self.assertEqual(self.lists()["summary"], {"files": 2, "faces": 2, "nameless": 0, "links": 0})
 
     def test_sizes_count_and_checksums_of_0_do_not(self):
-        font, longer = sfnt("Quill"), sfnt("Quill", data=b"longer")
-        self.write({"a.ttf": font, "b.ttf": font, "c.ttf": with_checksum(longer, zlib.crc32(font))})
-        self.write({"d.ttf": with_checksum(font, 0), "e.ttf": with_checksum(font, 0)})
+        font, longer = mac_font("Quill"), mac_font("Quill", data=b"longer")
+        self.write_all({"a.ttf": font, "b.ttf": font, "c.ttf": with_checksum(longer, zlib.crc32(font))})
+        self.write_all({"d.ttf": with_checksum(font, 0), "e.ttf": with_checksum(font, 0)})
         lists = self.lists(status=3)
         self.assertEqual(self.copies(lists), [["a.ttf", "b.ttf"]])
         self.assertEqual(self.parts(lists["conflicts"], "data"), {"Quill": [["a.ttf", "b.ttf"], ["c.ttf"]]})
 
     def test_a_face_that_different_files_hold_is_copied_alone(self):
-        quill, other = sfnt("Quill"), sfnt("Other")
+        quill, other = mac_font("Quill"), mac_font("Other")
         both = collection(quill, other)
-        self.write({"loose.ttf": quill, "one.ttc": both, "two.ttc": both})
+        self.write_all({"loose.ttf": quill, "one.ttc": both, "two.ttc": both})
         lists = self.lists()
         self.assertEqual(self.copies(lists), [["one.ttc", "two.ttc"], ["Quill", "loose.ttf", "one.ttc", "two.ttc"]])
         self.assertEqual(lists["conflicts"], [])
 
     def test_a_name_with_different_data_is_a_conflict_and_status_3(self):
-        quill = sfnt("Quill")
-        dfont = resource_map((b"FOND", 128, fond(128, 200)), (b"sfnt", 200, sfnt("Quill", data=b"resource")))
-        self.write({"a.ttf": quill, "b.ttf": sfnt("Quill", data=b"else"), "c.ttf": quill, "d.dfont": dfont})
-        self.write({"e.ttf": sfnt("quill"), "f.ttf": sfnt("Able"), "g.ttf": sfnt("Able", data=b"else")})
+        quill = mac_font("Quill")
+        dfont = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, mac_font("Quill", data=b"resource")))
+        self.write_all({"a.ttf": quill, "b.ttf": mac_font("Quill", data=b"else"), "c.ttf": quill, "d.dfont": dfont})
+        self.write_all({"e.ttf": mac_font("quill"), "f.ttf": mac_font("Able"), "g.ttf": mac_font("Able", data=b"else")})
         lists = self.lists(status=3)
         self.assertEqual(
             list(self.parts(lists["conflicts"], "data").items()),
@@ -109,25 +95,25 @@ class SameTest(unittest.TestCase):
     def test_versions_are_of_one_foundry_newest_first(self):
         rows = [("a", "2.9", "Adobe"), ("b", "2.10", "Adobe"), ("c", "002.010", "Adobe"), ("d", "1", "Monotype")]
         rows += [("e", "10.0", "Adobe"), ("f", f"2.1{'0' * 30}", "Adobe")]
-        self.write({f"{name}.ttf": sfnt("Quill", version, foundry=foundry) for name, version, foundry in rows})
-        self.write({"g.ttf": sfnt("Even", "1.0"), "h.ttf": sfnt("Even", "1.00")})
+        self.write_all({f"{name}.ttf": mac_font("Quill", version, foundry=foundry) for name, version, foundry in rows})
+        self.write_all({"g.ttf": mac_font("Even", "1.0"), "h.ttf": mac_font("Even", "1.00")})
         versions = self.lists(status=3)["versions"]
         self.assertEqual(self.parts(versions, "versions"), {"Quill": [["e.ttf"], ["f.ttf"], ["b.ttf", "c.ttf"], ["a.ttf"]]})
 
     def test_near_names_differ_in_punctuation_alone(self):
         names = {"a": "Quill-Bold", "b": "QuillBold", "c": "Quill-bold", "d": "Quill-Bold-Old", "e": "--", "f": "_"}
-        self.write({f"{file}.ttf": sfnt(name) for file, name in names.items()})
+        self.write_all({f"{file}.ttf": mac_font(name) for file, name in names.items()})
         near = self.lists("--near", self.folder)["near"]
         self.assertEqual(self.parts(near, "names"), {"Quill-Bold": [["a.ttf"], ["d.ttf"], ["b.ttf"]]})
 
     def test_faces_without_a_name_are_counted_and_can_be_copies(self):
-        self.write({"a.ttf": sfnt(""), "b.ttf": sfnt(""), "c.ttf": sfnt("", data=b"else")})
+        self.write_all({"a.ttf": mac_font(""), "b.ttf": mac_font(""), "c.ttf": mac_font("", data=b"else")})
         lists = self.lists()
         self.assertEqual((self.copies(lists), lists["summary"]["nameless"]), ([["a.ttf", "b.ttf"]], 3))
 
     def test_the_table_is_grouped_with_paths_last(self):
-        self.write({"a.ttf": sfnt("Quill", "2.9"), "b.ttf": sfnt("Quill", "2.10"), "c.ttf": sfnt("Quill", "2.9")})
-        result = subprocess.run([TOOL, "same", "."], cwd=self.folder, capture_output=True, timeout=60)
+        self.write_all({"a.ttf": mac_font("Quill", "2.9"), "b.ttf": mac_font("Quill", "2.10"), "c.ttf": mac_font("Quill", "2.9")})
+        result = run("same", ".", cwd=self.folder)
         sums = {face["path"]: face["checksum"] for part in self.lists(status=3)["conflicts"][0]["data"] for face in part}
         a, b = (sums[str(self.folder / name)] for name in ("a.ttf", "b.ttf"))
         expected = f"""Copies: the same data in several files
@@ -153,17 +139,16 @@ copies 1, conflicts 1, versions 1
         self.assertEqual(result.stderr, b"3 faces in 3 files\n")
 
     def test_a_named_path_without_a_face_is_1_even_with_conflicts(self):
-        self.write({"a.ttf": sfnt("Quill"), "b.ttf": sfnt("Quill", data=b"else"), "text": b"no font"})
+        self.write_all({"a.ttf": mac_font("Quill"), "b.ttf": mac_font("Quill", data=b"else"), "text": b"no font"})
         missing = self.folder / "missing"
-        result = self.run_tool(self.folder, missing)
+        result = run("same", self.folder, missing)
         self.assertEqual(result.returncode, 1)
         self.assertIn(f"{missing}: no such file\n".encode(), result.stderr)
         self.assertIn(b"conflicts 1", result.stdout)
-        self.assertEqual(self.run_tool(self.folder / "text").returncode, 1)
+        self.assertEqual(run("same", self.folder / "text").returncode, 1)
         for arguments in ([], ["--format", "xml", self.folder]):
-            self.assertEqual(self.run_tool(*arguments).returncode, 2)
+            self.assertEqual(run("same", *arguments).returncode, 2)
 
 
 if __name__ == "__main__":
-    TOOL = os.path.abspath(sys.argv.pop(1))
-    unittest.main()
+    tool_case.main()

@@ -3,40 +3,21 @@
 Usage: split_test.py TOOL [unittest arguments]
 """
 
-import json
-import os
 import pathlib
 import resource
-import shutil
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import tool_case
 from font_builders import collection, fond, resource_fork, sfnt
+from tool_case import ToolCase, faces, run
 
-TOOL = ""
 ZENHEI = pathlib.Path("/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc")
 
 
-def run(*arguments, **options):
-    return subprocess.run([TOOL, *map(os.fspath, arguments)], capture_output=True, timeout=120, **options)
-
-
-def faces(*paths):
-    return json.loads(run("identify", "--format", "json", *paths).stdout)
-
-
-class SplitTest(unittest.TestCase):
+class SplitTest(ToolCase):
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.addCleanup(shutil.rmtree, self.folder)
+        super().setUp()
         self.out = self.folder / "out"
         self.out.mkdir()
-
-    def write(self, name, data):
-        (self.folder / name).write_bytes(data)
-        return self.folder / name
 
     def split(self, path, status=0, **options):
         result = run("split", path, "-o", self.out, **options)
@@ -121,5 +102,4 @@ class SplitTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    TOOL = os.path.abspath(sys.argv.pop(1))
-    unittest.main()
+    tool_case.main()

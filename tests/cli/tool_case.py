@@ -1,4 +1,4 @@
-"""What the tests of the tool share: running it, a small font made here, and a folder for each test.
+"""What the tests of the tool share: running it, a small font, and a folder for each test.
 
 Each test file is run as: FILE TOOL [unittest arguments]
 """
@@ -7,18 +7,20 @@ import json
 import os
 import pathlib
 import shutil
-import struct
 import subprocess
 import sys
 import tempfile
 import unittest
+
+from font_builders import mac_font
 
 TOOL = ""
 DEJAVU = pathlib.Path("/usr/share/fonts/truetype/dejavu")
 
 
 def run(*arguments, **options):
-    return subprocess.run([TOOL, *map(str, arguments)], capture_output=True, timeout=100, **options)
+    words = [argument if isinstance(argument, bytes) else str(argument) for argument in arguments]
+    return subprocess.run([TOOL, *words], capture_output=True, timeout=120, **options)
 
 
 def faces(*arguments):
@@ -26,17 +28,7 @@ def faces(*arguments):
 
 
 def made_font(post_script_name, family="Made"):
-    """A TrueType font of a name table alone."""
-    texts = {1: family, 2: "Regular", 4: family + " Regular", 5: "Version 1.5", 6: post_script_name}
-    records, strings = b"", b""
-    for name_id, text in texts.items():
-        data = text.encode("mac_roman")
-        records += struct.pack(">6H", 1, 0, 0, name_id, len(data), len(strings))
-        strings += data
-    table = struct.pack(">3H", 0, len(texts), 6 + len(records)) + records + strings
-    table += b"\0" * (-len(table) % 4)
-    directory = struct.pack(">IHHHH", 0x00010000, 1, 16, 0, 0) + struct.pack(">4sIII", b"name", 0, 28, len(table))
-    return directory + table
+    return mac_font(post_script_name, "1.5", family, foundry="", full_name=family + " Regular")
 
 
 class ToolCase(unittest.TestCase):
@@ -62,5 +54,5 @@ class ToolCase(unittest.TestCase):
 
 def main():
     global TOOL
-    TOOL = sys.argv.pop(1)
+    TOOL = os.path.abspath(sys.argv.pop(1))
     unittest.main(module="__main__")

@@ -7,24 +7,16 @@ import gzip
 import io
 import os
 import pathlib
-import shutil
 import socket
 import struct
-import subprocess
-import sys
-import tempfile
-import unittest
 import zipfile
 
+import tool_case
 from font_builders import apple_double, collection, fond, name_table, resource_fork, sfnt
+from tool_case import ToolCase, run
 
-TOOL = ""
 FONTS = pathlib.Path("/usr/share/fonts/truetype")
 HOME = os.getcwd()
-
-
-def run(*arguments, **options):
-    return subprocess.run([TOOL, *map(os.fspath, arguments)], capture_output=True, timeout=120, **options)
 
 
 def zipped():
@@ -139,17 +131,7 @@ REASONS = [
 ]
 
 
-class WhyTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.addCleanup(shutil.rmtree, self.folder)
-
-    def write(self, name, data):
-        path = self.folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(data)
-        return path
-
+class WhyTest(ToolCase):
     def why(self, path, status=0, **options):
         result = run("why", path, **options)
         self.assertEqual(result.returncode, status, result.stderr)
@@ -206,7 +188,7 @@ class WhyTest(unittest.TestCase):
         self.folder.chmod(0o755)
         closed.chmod(0)
         inside.parent.chmod(0o600)
-        if subprocess.run([TOOL, "--version"], capture_output=True, **user).returncode != 0:
+        if run("--version", **user).returncode != 0:
             self.skipTest("the tool cannot be run by another user")
         try:
             self.assertEqual(self.why(closed, 1, **user), "no permission to read it")
@@ -299,5 +281,4 @@ class WhyTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    TOOL = os.path.abspath(sys.argv.pop(1))
-    unittest.main()
+    tool_case.main()
