@@ -95,6 +95,98 @@ class AllocationFailure : public testing::Test {
   std::vector<std::unique_ptr<TempFolder>> folders_;
 };
 
+// The first use of a table in a process, in which one allocation fails, and the use after it.
+enum class AfterFailure { kRight, kEmpty, kWrong, kNoFailure };
+
+AfterFailure UseTwice(std::int64_t number, const std::function<std::string()>& use, const std::string& right,
+                      const std::string& empty) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    bool happened = false;
+    {
+      const FailingAllocation failure(number);
+      try {
+        use();
+      } catch (const std::bad_alloc&) {
+      }
+      happened = failure.happened();
+    }
+    const std::string then = use();
+    const AfterFailure after = !happened       ? AfterFailure::kNoFailure
+                               : then == right ? AfterFailure::kRight
+                               : then == empty ? AfterFailure::kEmpty
+                                               : AfterFailure::kWrong;
+    ::_exit(static_cast<int>(after));
+  }
+  int status = 0;
+  if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) return AfterFailure::kWrong;
+  return static_cast<AfterFailure>(WEXITSTATUS(status));
+}
+
+// A table is loaded anew by the next use when its load threw. A load that found no file, or could not hold
+// it, leaves the table empty for good, as a missing file does; it is never there in part.
+// Before the tests that load the tables in this process.
+TEST_F(AllocationFailure, LeavesNoTableLoadedInPart) {
+  const TableBundle bundle;
+  bundle.Write(
+      "FoundryNameTable.plist",
+      "<array><dict><key>FoundryName</key><string>One</string><key>Pattern</key><string>first</string></dict>"
+      "<dict><key>FoundryName</key><string>URW</string><key>Pattern</key><string>urw</string></dict></"
+      "array>");
+  bundle.Write("DefaultClassifications.plist",
+               "<dict><key>Default Classifications</key><array><string>None</string></array>"
+               "<key>Mappings</key><dict><key>garamond</key><string>Serif</string></dict></dict>");
+  bundle.Write("KeywordTable.plist", KeywordList("1 Bold B,2 Italic", "Bold w 1,Italic o 2"));
+  QM_FontArray* array = nullptr;
+  const std::string face = "<FontData><Foundry>Copyright URW</Foundry></FontData>";
+  ASSERT_EQ(QM_CreateSpecifierFromXML(face.c_str(), &array), QM_STATUS_OK);
+  const struct {
+    const char* name;
+    std::function<std::string()> use;
+    const char* right;
+    const char* empty;
+  } rows[] = {
+      {"foundries",
+       [array] {
+         char buffer[64] = "";
+         QM_GetFoundryName(array, 0, buffer, sizeof(buffer));
+         return std::string(buffer);
+       },
+       "URW", "--"},
+      {"classifications",
+       [] {
+         char buffer[64] = "";
+         QM_GetClassificationFromFamily("Garamond", nullptr, buffer, sizeof(buffer));
+         return std::string(buffer);
+       },
+       "Serif", "--"},
+      {"keywords",
+       [] {
+         char first[64] = "";
+         char second[64] = "";
+         char* names[] = {first, second};
+         std::uint32_t count = 0;
+         QM_GetStyles("Foo-Bold Italic", "", 2, sizeof(first), &count, names);
+         return std::string(first) + second;
+       },
+       "BoldItalic", ""},
+  };
+  for (const auto& row : rows) {
+    int right = 0;
+    int empty = 0;
+    for (std::int64_t number = 1;; ++number) {
+      const AfterFailure after = UseTwice(number, row.use, row.right, row.empty);
+      ASSERT_NE(after, AfterFailure::kWrong) << row.name << ", allocation " << number;
+      if (after == AfterFailure::kNoFailure) break;
+      (after == AfterFailure::kRight ? right : empty) += 1;
+    }
+    EXPECT_GT(right, 20) << row.name;
+    EXPECT_LT(empty, right / 2) << row.name;
+    RecordProperty(row.name, std::to_string(right) + " loaded anew, " + std::to_string(empty) + " empty");
+  }
+  QM_SpecifierFree(array);
+}
+
 TEST_F(AllocationFailure, LeavesCreationWhole) {
   for (const Sample& sample : SamplesOf(SmallOutlines())) {
     const std::string path = PathOf(sample);
@@ -156,97 +248,6 @@ TEST_F(AllocationFailure, LeavesQueriesAndStoredFormsWhole) {
                                        buffer.data(), 64);
     return 0;
   }));
-}
-
-// The first use of a table in a process, in which one allocation fails, and the use after it.
-enum class AfterFailure { kRight, kEmpty, kWrong, kNoFailure };
-
-AfterFailure UseTwice(std::int64_t number, const std::function<std::string()>& use, const std::string& right,
-                      const std::string& empty) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    bool happened = false;
-    {
-      const FailingAllocation failure(number);
-      try {
-        use();
-      } catch (const std::bad_alloc&) {
-      }
-      happened = failure.happened();
-    }
-    const std::string then = use();
-    const AfterFailure after = !happened       ? AfterFailure::kNoFailure
-                               : then == right ? AfterFailure::kRight
-                               : then == empty ? AfterFailure::kEmpty
-                                               : AfterFailure::kWrong;
-    ::_exit(static_cast<int>(after));
-  }
-  int status = 0;
-  if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status)) return AfterFailure::kWrong;
-  return static_cast<AfterFailure>(WEXITSTATUS(status));
-}
-
-// A table is loaded anew by the next use when its load threw. A load that found no file, or could not hold
-// it, leaves the table empty for good, as a missing file does; it is never there in part.
-TEST_F(AllocationFailure, LeavesNoTableLoadedInPart) {
-  const TableBundle bundle;
-  bundle.Write(
-      "FoundryNameTable.plist",
-      "<array><dict><key>FoundryName</key><string>One</string><key>Pattern</key><string>first</string></dict>"
-      "<dict><key>FoundryName</key><string>URW</string><key>Pattern</key><string>urw</string></dict></"
-      "array>");
-  bundle.Write("DefaultClassifications.plist",
-               "<dict><key>Default Classifications</key><array><string>None</string></array>"
-               "<key>Mappings</key><dict><key>garamond</key><string>Serif</string></dict></dict>");
-  bundle.Write("KeywordTable.plist", KeywordList("1 Bold B,2 Italic", "Bold w 1,Italic o 2"));
-  QM_FontArray* array = nullptr;
-  const std::string face = "<FontData><Foundry>Copyright URW</Foundry></FontData>";
-  ASSERT_EQ(QM_CreateSpecifierFromXML(face.c_str(), &array), QM_STATUS_OK);
-  const struct {
-    const char* name;
-    std::function<std::string()> use;
-    const char* right;
-    const char* empty;
-  } rows[] = {
-      {"foundries",
-       [array] {
-         char buffer[64] = "";
-         QM_GetFoundryName(array, 0, buffer, sizeof(buffer));
-         return std::string(buffer);
-       },
-       "URW", "--"},
-      {"classifications",
-       [] {
-         char buffer[64] = "";
-         QM_GetClassificationFromFamily("Garamond", nullptr, buffer, sizeof(buffer));
-         return std::string(buffer);
-       },
-       "Serif", "--"},
-      {"keywords",
-       [] {
-         char first[64] = "";
-         char second[64] = "";
-         char* names[] = {first, second};
-         std::uint32_t count = 0;
-         QM_GetStyles("Foo-Bold Italic", "", 2, sizeof(first), &count, names);
-         return std::string(first) + second;
-       },
-       "BoldItalic", ""},
-  };
-  for (const auto& row : rows) {
-    int right = 0;
-    int empty = 0;
-    for (std::int64_t number = 1;; ++number) {
-      const AfterFailure after = UseTwice(number, row.use, row.right, row.empty);
-      ASSERT_NE(after, AfterFailure::kWrong) << row.name << ", allocation " << number;
-      if (after == AfterFailure::kNoFailure) break;
-      (after == AfterFailure::kRight ? right : empty) += 1;
-    }
-    EXPECT_GT(right, 20) << row.name;
-    EXPECT_LT(empty, right / 2) << row.name;
-    RecordProperty(row.name, std::to_string(right) + " loaded anew, " + std::to_string(empty) + " empty");
-  }
-  QM_SpecifierFree(array);
 }
 
 }  // namespace
