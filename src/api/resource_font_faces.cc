@@ -151,8 +151,8 @@ class ResourceFontReader {
     return result;
   }
 
-  // A PostScript name keeps the file name that it is given first, also for the FONDs that follow. Summing a face
-  // gives it one, so a face that goes again without a checksum does so, too.
+  // A PostScript name keeps the file name that it is given first, also for the FONDs that follow. Summing a
+  // face gives it one, so a face that goes again without a checksum does so, too.
   void GivePrinterFileName(Handle fond, std::int16_t style) {
     if (file_.get() != nullptr && file_.get()->shouldHavePrinterFile(fond, style)) {
       static_cast<void>(file_.get()->getPSPrinterNameForFOND(fond, style));

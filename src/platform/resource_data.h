@@ -14,8 +14,8 @@
 
 namespace quillmark {
 
-// Zero-filled memory, never null for size 0; null when it cannot be had. std::bad_alloc when not even the count
-// of its owners can.
+// Zero-filled memory, never null for size 0; null when it cannot be had. std::bad_alloc when not even the
+// count of its owners can.
 std::shared_ptr<char[]> AllocateData(std::size_t size);
 
 class ResourceData {

@@ -187,8 +187,8 @@ TEST_F(Creation, FamiliesMayShareTheirData) {
   }
 }
 
-// The second family's face goes again, as a duplicate. Its PostScript name has a file name from then on, which
-// the third one, of a script whose names are made by another rule, finds.
+// The second family's face goes again, as a duplicate. Its PostScript name has a file name from then on,
+// which the third one, of a script whose names are made by another rule, finds.
 TEST_F(Creation, KeepsThePrinterFileNamesOfDuplicates) {
   const std::string outline = FondBuilder(128).Association(0, 0, 600).Build();
   const std::string bitmap = FondBuilder(129).StyleString("Nib").Association(12, 0, 600).Build();
