@@ -7,6 +7,7 @@ import os
 import plistlib
 import pty
 import re
+import select
 import signal
 import struct
 import subprocess
@@ -191,10 +192,9 @@ class MannersTest(ToolCase):
                 process = start(*command, "--files-from", "-", stdin=subprocess.PIPE, stdout=inside, stderr=inside)
                 os.close(inside)
                 written = ""
-                for count in (1, 2, 3):
-                    time.sleep(0.2)
+                while written.count(" a second") < 3:
                     process.stdin.write(font)
-                    while written.count(" a second") < count:
+                    if select.select([outside], [], [], 0.2)[0]:
                         written += os.read(outside, 4096).decode()
                 process.stdin.close()
                 written += on_terminal(process, outside)
