@@ -115,7 +115,7 @@ std::string WhyNoFonts(QuillmarkResourceFile& file) {
   if (count > kMostTypesNamed) types += " and " + std::to_string(count - kMostTypesNamed) + " more types";
   if (file.countResType(kSfnt) > 0) {
     return "a resource file with fonts that no FOND resource names: it holds " + types +
-           "; quillmark split writes its fonts to files that can be read";
+           "; quillmark split writes those that are TrueType or OpenType to files";
   }
   return "a resource file without fonts: it holds " + types;
 }
