@@ -26,8 +26,9 @@ configure_file(cmake/quillmark.pc.in ${PROJECT_BINARY_DIR}/quillmark.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quillmark.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-# The README's relative links hold among these.
+# The relative links of the pages hold among these.
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(FILES bindings/python/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/bindings/python COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
   FILES_MATCHING PATTERN *.md PATTERN *.c PATTERN *.cc PATTERN api EXCLUDE)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT license)

@@ -15,7 +15,7 @@ COMPONENTS = {
     "library": r"{lib}/libquillmark\.so\.\d+(\.\d+\.\d+)?|share/quillmark/Resources/\w+\.plist",
     "development": r"include/quillmark/quillmark\.h|{lib}/libquillmark\.so|{lib}/pkgconfig/quillmark\.pc|"
     r"{lib}/cmake/quillmark/quillmark-(config|config-version|targets|targets-\w+)\.cmake|"
-    r"share/doc/quillmark/(README|CHANGELOG|docs/[\w-]+)\.md|share/doc/quillmark/examples/\w+\.cc?",
+    r"share/doc/quillmark/(README|CHANGELOG|bindings/python/README|docs/[\w-]+)\.md|share/doc/quillmark/examples/\w+\.cc?",
     "tool": r"bin/quillmark|share/man/man1/quillmark\.1|share/bash-completion/completions/quillmark|"
     r"share/zsh/site-functions/_quillmark",
     "python": r"lib/python3/dist-packages/quillmark/(\w+\.py|py\.typed)",
@@ -81,6 +81,12 @@ class InstallTest(InstalledTree, unittest.TestCase):
             run(*command, "-o", program)
             env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR)
             self.assertEqual(run(program, DEJAVU, env=env).strip(), FOUNDRY, compiler)
+
+    def test_links_between_pages_hold(self):
+        pages = list((self.prefix / "share/doc/quillmark").rglob("*.md"))
+        links = [(page, link) for page in pages for link in re.findall(r"\]\(([^):#]+)[#)]", page.read_text())]
+        self.assertGreater(len(links), len(pages))
+        self.assertEqual([(page.name, link) for page, link in links if not (page.parent / link).is_file()], [])
 
     def test_texts_tell_the_version(self):
         for path, line in [("bindings/python/pyproject.toml", rf'version = "{VERSION}"'),
