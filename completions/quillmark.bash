@@ -50,7 +50,7 @@ _quillmark() {
   local options=--help
   case $command in
     identify) options+=" --format --fields --jobs --files-from --null --progress --quiet" ;;
-    same) options+=" --format --jobs --near --files-from --null" ;;
+    same) options+=" --format --near --jobs --files-from --null --progress --quiet" ;;
     compare) options+=" --format" ;;
     read) options+=" --format --fields" ;;
     split) options+=" --output" ;;
