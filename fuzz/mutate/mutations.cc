@@ -166,6 +166,13 @@ std::size_t TagIn(const std::string& text, Dice& dice) {
   return found == std::string::npos ? text.size() : found;
 }
 
+// As often as asked for, but not beyond what a text may hold.
+std::string Repeated(const std::string& piece, std::size_t times) {
+  std::string all;
+  for (; times > 0 && all.size() + piece.size() <= kMostText; --times) all += piece;
+  return all;
+}
+
 void InsertToken(std::string& text, Dice& dice) {
   constexpr const char* kTokens[] = {"<dict>",
                                      "</dict>",
@@ -217,9 +224,7 @@ void InsertToken(std::string& text, Dice& dice) {
                                      "\""};
   const std::string token = kTokens[dice.Below(std::size(kTokens))];
   std::string tokens = token;
-  if (dice.OneIn(8)) {
-    for (std::size_t left = dice.Below(kMostRepeats); left > 0; --left) tokens += token;
-  }
+  if (dice.OneIn(8)) tokens += Repeated(token, dice.Below(kMostRepeats));
   text.insert(dice.OneIn(2) ? TagIn(text, dice) : dice.Below(text.size()), tokens);
 }
 
@@ -263,10 +268,7 @@ void SpoilValue(std::string& text, Dice& dice) {
   const std::size_t end = std::min(text.find('<', start), text.size());
   std::string value =
       dice.OneIn(4) ? text.substr(start, end - start) : kValues[dice.Below(std::size(kValues))];
-  if (dice.OneIn(4)) {
-    const std::string piece = value;
-    for (std::size_t left = dice.Below(kMostRepeats); left > 0; --left) value += piece;
-  }
+  if (dice.OneIn(4)) value += Repeated(value, dice.Below(kMostRepeats));
   text.replace(start, end - start, value);
 }
 
@@ -278,8 +280,7 @@ void SpoilLines(std::string& text, Dice& dice) {
   if (dice.OneIn(3)) {
     text.erase(start, line.size());
   } else if (dice.OneIn(2)) {
-    for (std::size_t left = dice.OneIn(4) ? dice.Below(kMostRepeats) : 1; left > 0; --left)
-      text.insert(start, line);
+    text.insert(start, Repeated(line, dice.OneIn(4) ? dice.Below(kMostRepeats) : 1));
   } else {
     text.insert(std::min(text.find('\n', dice.Below(text.size())), text.size()), line);
   }
