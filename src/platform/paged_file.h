@@ -34,6 +34,7 @@ class PagedFile {
   std::size_t size_;
   std::unique_ptr<std::uint8_t[]> memory_;
   mutable std::vector<bool> loaded_;  // by page
+  mutable std::size_t missing_;       // pages
 };
 
 }  // namespace quillmark
