@@ -28,15 +28,18 @@ _quillmark() {
     --format)
       case $command in
         identify | read) _quillmark_words "table json jsonl tsv xml plist" "$current" ;;
-        same | compare) _quillmark_words "table json" "$current" ;;
+        same) _quillmark_words "table json tsv" "$current" ;;
+        compare) _quillmark_words "table json" "$current" ;;
       esac
       return ;;
-    --fields)
+    --fields | --without)
+      local names=$fields
+      [ "$previous" = --without ] && names="copies conflicts formats versions near"
       # The names that stand before the last comma stay.
       local before=
       case $current in *,*) before=${current%,*}, ;; esac
       compopt -o nospace
-      mapfile -t COMPREPLY < <(compgen -P "$before" -W "$fields" -- "${current##*,}")
+      mapfile -t COMPREPLY < <(compgen -P "$before" -W "$names" -- "${current##*,}")
       return ;;
     --progress) _quillmark_words "auto always never" "$current"; return ;;
     -o | --output)
@@ -50,7 +53,7 @@ _quillmark() {
   local options=--help
   case $command in
     identify) options+=" --format --fields --jobs --files-from --null --progress --quiet" ;;
-    same) options+=" --format --near --jobs --files-from --null --progress --quiet" ;;
+    same) options+=" --format --near --without --jobs --files-from --null --progress --quiet" ;;
     compare) options+=" --format" ;;
     read) options+=" --format --fields" ;;
     split) options+=" --output" ;;

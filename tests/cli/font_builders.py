@@ -34,7 +34,7 @@ def sfnt(name="Quill", version=b"\0\1\0\0", **tables):
     return directory({"name": name_table((6, name)), "zero": bytes(8), **tables}, version)
 
 
-def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data", full_name=None):
+def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data", full_name=None, **tables):
     """A Macintosh font: it has Macintosh names, and not the tables of a cross-platform one. In a collection it keeps its bytes."""
     texts = {1: family, 4: full_name or name, 5: f"Version {version}", 8: FOUNDRIES.get(foundry, foundry)}
     if name:
@@ -45,7 +45,7 @@ def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data",
         records += struct.pack(">6H", 1, 0, 0, number, len(encoded), len(strings))
         strings += encoded
     table = struct.pack(">3H", 0, len(texts), 6 + len(records)) + records + strings
-    return directory({"glyf": data, "name": table + bytes(-len(table) % 4)}, b"\0\1\0\0")
+    return directory({"glyf": data, "name": table + bytes(-len(table) % 4), **tables}, b"\0\1\0\0")
 
 
 def collection(*fonts):

@@ -1,16 +1,22 @@
-"""quillmark same: copies, conflicts, versions and near names over made fonts.
+"""quillmark same: copies, conflicts, formats, versions and near names over made fonts.
 
 Usage: same_test.py TOOL [unittest arguments]
 """
 
 import json
 import os
+import re
 import zlib
 
 import tool_case
 from font_builders import apple_double, collection, fond, mac_font, resource_fork, with_checksum
 from tool_case import ToolCase, run
 
+AXES = {"fvar": bytes(4)}  # the table of variation axes, which makes a font a variable one
+
+
+def open_type(font):
+    return b"OTTO" + font[4:]
 
 
 class SameTest(ToolCase):
@@ -43,7 +49,7 @@ class SameTest(ToolCase):
         os.link(self.folder / "b.ttf", self.folder / "hard.ttf")
         lists = self.lists(self.folder, self.folder / "d.ttf")
         self.assertEqual(self.copies(lists), [["a/c.ttf", "b.ttf"]])
-        self.assertEqual(lists["summary"], {"files": 3, "faces": 3, "nameless": 0, "links": 3})
+        self.assertEqual(lists["summary"], {"files": 3, "faces": 3, "nameless": 0, "links": 3, "namesWithoutLetters": 0})
         self.assertNotIn("near", lists)
 
     def test_the_carrier_of_a_resource_fork_does_not_matter(self):
@@ -53,7 +59,11 @@ class SameTest(ToolCase):
         self.write_all({"loose.ttf": font, "family.dfont": fork, "Suitcase": b"", "._Suitcase": apple_double(fork)})
         os.link(self.folder / "Suitcase", self.folder / "Twin")
         self.write_all({"._Twin": apple_double(fork)})
-        self.assertEqual(self.copies(self.lists()), [["Suitcase", "Twin", "family.dfont", "loose.ttf"]])
+        lists = self.lists()
+        self.assertEqual(self.copies(lists), [["Suitcase", "Twin", "family.dfont", "loose.ttf"]])
+        self.assertEqual(lists["formats"], [])
+        sizes = [len(apple_double(fork)) - len(apple_double(b""))] * 2 + [len(fork), len(font)]
+        self.assertEqual(lists["copies"][0]["fileSizes"], sizes)
 
     def test_links_with_other_resource_forks_beside_them_are_files(self):
         self.write_all({"One": b"note"})
@@ -61,7 +71,8 @@ class SameTest(ToolCase):
         for name in ("One", "Two"):
             fork = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, mac_font(name)))
             self.write_all({f"._{name}": apple_double(fork)})
-        self.assertEqual(self.lists()["summary"], {"files": 2, "faces": 2, "nameless": 0, "links": 0})
+        summary = self.lists()["summary"]
+        self.assertEqual((summary["files"], summary["links"]), (2, 0))
 
     def test_sizes_count_and_checksums_of_0_do_not(self):
         font, longer = mac_font("Quill"), mac_font("Quill", data=b"longer")
@@ -81,16 +92,85 @@ class SameTest(ToolCase):
 
     def test_a_name_with_different_data_is_a_conflict_and_status_3(self):
         quill = mac_font("Quill")
-        dfont = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, mac_font("Quill", data=b"resource")))
-        self.write_all({"a.ttf": quill, "b.ttf": mac_font("Quill", data=b"else"), "c.ttf": quill, "d.dfont": dfont})
+        self.write_all({"a.ttf": quill, "b.ttf": mac_font("Quill", data=b"else"), "c.ttf": quill})
         self.write_all({"e.ttf": mac_font("quill"), "f.ttf": mac_font("Able"), "g.ttf": mac_font("Able", data=b"else")})
         lists = self.lists(status=3)
         self.assertEqual(
             list(self.parts(lists["conflicts"], "data").items()),
-            [("Able", [["f.ttf"], ["g.ttf"]]), ("Quill", [["a.ttf", "c.ttf"], ["b.ttf"], ["d.dfont"]])],
+            [("Able", [["f.ttf"], ["g.ttf"]]), ("Quill", [["a.ttf", "c.ttf"], ["b.ttf"]])],
         )
         reverse = sorted(self.folder.iterdir(), reverse=True)
         self.assertEqual(self.lists("-j", 4, *reverse, status=3), lists)
+
+    def test_formats_and_versions_are_no_conflicts(self):
+        quill, other = mac_font("Quill", "2.0"), mac_font("Quill", "2.0", data=b"else")
+        newer, layout = mac_font("Quill", "3"), mac_font("Quill", "2.0", GSUB=bytes(4))
+        dfont = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, other))
+        apart, unversioned = [["a.ttf"], ["b.ttf"]], mac_font("Quill", "none", data=b"else")
+        otf = open_type(mac_font("Quill", "002"))
+        rows = [
+            # files, then the parts in conflict, those of formats, those of versions
+            ({"a.ttf": quill, "b.otf": otf}, [], [["a.ttf"], ["b.otf"]], []),
+            ({"a.ttf": quill, "b.dfont": dfont}, [], [["a.ttf"], ["b.dfont"]], []),
+            ({"a.ttf": quill, "b.ttc": collection(other, "More")}, [], [["a.ttf"], ["b.ttc"]], []),
+            ({"a.ttf": quill, "b.ttf": layout}, apart, [], []),
+            ({"a.ttf": quill, "b.ttf": newer}, [], [], apart[::-1]),
+            ({"a.ttf": quill, "b.otf": open_type(newer)}, [], [], [["b.otf"], ["a.ttf"]]),
+            ({"a.ttf": quill, "b.ttf": other, "c.ttf": newer}, apart, [], [["c.ttf"], ["a.ttf", "b.ttf"]]),
+            ({"a.ttf": quill, "b.ttf": other, "c.otf": otf}, apart, [["a.ttf", "b.ttf"], ["c.otf"]], []),
+            ({"a.ttf": quill, "b.ttf": unversioned}, apart, [], []),
+            ({"a.ttf": quill, "b.otf": open_type(mac_font("Quill", "2.0", foundry="Monotype"))}, [["a.ttf"], ["b.otf"]], [], []),
+        ]
+        for number, (files, *expected) in enumerate(rows):
+            with self.subTest(files=list(files), number=number):
+                folder = str(number)
+                self.write_all({f"{folder}/{name}": content for name, content in files.items()})
+                lists = self.lists(self.folder / folder, status=3 if expected[0] else 0)
+                keys = {"conflicts": "data", "formats": "formats", "versions": "versions"}
+                parts = [self.parts(lists[name], key).get("Quill", []) for name, key in keys.items()]
+                self.assertEqual(parts, [[[f"{folder}/{name}" for name in part] for part in group] for group in expected])
+
+    def test_names_without_a_letter_say_nothing(self):
+        # Of a Macintosh name, only ASCII stays: the third reads "??".
+        for number, (name, conflicts) in enumerate([("-", 0), ("._", 0), ("éß", 0), ("-7", 1), ("Q", 1)]):
+            folder = str(number)
+            self.write_all({f"{folder}/{data}.ttf": mac_font(name, str(data), data=bytes(data)) for data in (1, 2)})
+            self.write_all({f"{folder}/3.ttf": mac_font(name, "1", data=b"else")})
+            with self.subTest(name):
+                lists = self.lists("--near", self.folder / folder, status=3 * conflicts)
+                found = [len(lists[name]) for name in ("conflicts", "versions", "near")]
+                self.assertEqual(found, [conflicts, conflicts, 0])
+                self.assertEqual(lists["summary"]["namesWithoutLetters"], 0 if conflicts else 3)
+
+    def test_variable_fonts_are_marked_however_they_are_carried(self):
+        variable, fixed = mac_font("Moving", **AXES), mac_font("Fixed")
+        fork = resource_fork(
+            ("FOND", 128, fond(128, (0, 0, 200), (0, 1, 201))), ("sfnt", 200, fixed), ("sfnt", 201, variable)
+        )
+        self.write_all({"a.ttf": variable, "b.dfont": fork, "c.ttc": collection("First", fixed, variable), "d.ttf": fixed})
+        self.write_all({"e": b"", "._e": apple_double(fork)})
+        faces = [face for copy in self.lists()["copies"] for face in copy["faces"]]
+        marks = {(name, face["postScriptName"], face["variable"]) for name, face in zip(self.names(faces), faces)}
+        expected = {(name, "Moving", True) for name in ("a.ttf", "b.dfont", "c.ttc", "e")}
+        self.assertEqual(marks, expected | {(name, "Fixed", False) for name in ("b.dfont", "c.ttc", "d.ttf", "e")})
+
+    def test_lists_can_be_left_out(self):
+        self.write_all({"a.ttf": mac_font("Quill"), "b.ttf": mac_font("Quill", data=b"else")})
+        names = ["copies", "conflicts", "formats", "versions", "near"]
+        for left_out, arguments in [
+            (["conflicts"], ["--without", "conflicts"]),
+            (["near", "copies"], ["--without", "near", "--without", "copies"]),
+            (["formats", "versions", "near"], ["--without", "formats,versions,near"]),
+        ]:
+            with self.subTest(arguments):
+                kept = [name for name in names if name not in left_out]
+                status = 3 if "conflicts" in kept else 0
+                self.assertEqual([*self.lists("--near", *arguments, self.folder, status=status)], [*kept, "summary"])
+                for form in ("table", "tsv"):
+                    text = run("same", "--near", "--format", form, *arguments, self.folder).stdout.decode().lower()
+                    shown = {name for name in names if re.search(rf"^{name}\b", text, re.MULTILINE)}
+                    self.assertEqual(shown, set(kept if form == "table" else set(kept) & {"conflicts"}))
+        self.assertEqual(run("same", "--without", "near,all", self.folder).returncode, 2)
 
     def test_versions_are_of_one_foundry_newest_first(self):
         rows = [("a", "2.9", "Adobe"), ("b", "2.10", "Adobe"), ("c", "002.010", "Adobe"), ("d", "1", "Monotype")]
@@ -112,31 +192,65 @@ class SameTest(ToolCase):
         self.assertEqual((self.copies(lists), lists["summary"]["nameless"]), ([["a.ttf", "b.ttf"]], 3))
 
     def test_the_table_is_grouped_with_paths_last(self):
-        self.write_all({"a.ttf": mac_font("Quill", "2.9"), "b.ttf": mac_font("Quill", "2.10"), "c.ttf": mac_font("Quill", "2.9")})
+        old, other = mac_font("Quill", "2.9"), mac_font("Quill", "2.9", data=b"else" * 300)
+        self.write_all({"a.ttf": old, "c.ttf": old, "d.ttf": other, "e.otf": open_type(old)})
+        self.write_all({"new/b.ttf": mac_font("Quill", "2.10", **AXES)})
         result = run("same", ".", cwd=self.folder)
-        sums = {face["path"]: face["checksum"] for part in self.lists(status=3)["conflicts"][0]["data"] for face in part}
-        a, b = (sums[str(self.folder / name)] for name in ("a.ttf", "b.ttf"))
-        expected = f"""Copies: the same data in several files
-POSTSCRIPT NAME  CHECKSUM  COPIED  FACE  FILE
-Quill            {a}  file          ./a.ttf
-Quill            {a}  file          ./c.ttf
+        parts = self.lists(status=3)["conflicts"][0]["data"]
+        a, d = (part[0]["checksum"] for part in parts)
+        expected = f"""Conflicts: 1 (one PostScript name, different data)
+  CHECKSUM  SIZE    FILE
+Quill  (2.9, TrueType, Adobe)
+  {a}  168 B   ./a.ttf
+  {a}  168 B   ./c.ttf
+  {d}  1.4 kB  ./d.ttf
 
-Conflicts: one PostScript name, different data
-POSTSCRIPT NAME  CHECKSUM  KIND      VERSION  FOUNDRY  FACE  FILE
-Quill            {a}  TrueType  2.9      Adobe    0     ./a.ttf
-Quill            {a}  TrueType  2.9      Adobe    0     ./c.ttf
-Quill            {b}  TrueType  2.10     Adobe    0     ./b.ttf
+Formats: 1 (one font in several formats)
+  KIND           SIZE    FILE
+Quill  (2.9, Adobe)
+  TrueType       168 B   ./a.ttf
+  TrueType       168 B   ./c.ttf
+  TrueType       1.4 kB  ./d.ttf
+  OpenType - PS  168 B   ./e.otf
 
-Versions: one PostScript name and foundry, newest first
-POSTSCRIPT NAME  CHECKSUM  KIND      VERSION  FOUNDRY  FACE  FILE
-Quill            {b}  TrueType  2.10     Adobe    0     ./b.ttf
-Quill            {a}  TrueType  2.9      Adobe    0     ./a.ttf
-Quill            {a}  TrueType  2.9      Adobe    0     ./c.ttf
+Versions: 1 (one font in several versions, newest first)
+  VERSION  KIND                SIZE    FILE
+Quill  (Adobe)
+  2.10     TrueType, variable  188 B   ./new/b.ttf
+  2.9      TrueType            168 B   ./a.ttf
+  2.9      TrueType            168 B   ./c.ttf
+  2.9      TrueType            1.4 kB  ./d.ttf
+  2.9      OpenType - PS       168 B   ./e.otf
 
-copies 1, conflicts 1, versions 1
+Copies: 1 (the same data in several files, 168 B besides the first of each)
+  SIZE   FILE
+Quill  (2.9, TrueType)
+  168 B  ./a.ttf
+  168 B  ./c.ttf
+
+conflicts 1, formats 1, versions 1, copies 1
 """
         self.assertEqual(result.stdout.decode(), expected)
-        self.assertEqual(result.stderr, b"3 faces in 3 files\n")
+        self.assertEqual(result.stderr, b"5 faces in 5 files\n")
+
+    def test_tsv_is_a_line_a_face(self):
+        font, other = mac_font("Quill"), mac_font("Quill", data=b"longer", **AXES)
+        self.write_all({"a\tb.ttf": font, "c.ttf": font, "d.ttf": other})
+        header, *lines = run("same", "--format", "tsv", self.folder).stdout.decode().splitlines()
+        rows = [dict(zip(header.split("\t"), line.split("\t"), strict=True)) for line in lines]
+        common = {"postScriptName": "Quill", "kind": "TrueType", "version": "1.0", "foundry": "Adobe"}
+        expected = []
+        for place, name, content in [
+            (("copies", "1", "1", "file", ""), r"a\tb.ttf", font),
+            (("copies", "1", "1", "file", ""), "c.ttf", font),
+            (("conflicts", "1", "1", "", "0"), r"a\tb.ttf", font),
+            (("conflicts", "1", "1", "", "0"), "c.ttf", font),
+            (("conflicts", "1", "2", "", "0"), "d.ttf", other),
+        ]:
+            row = {**dict(zip(("list", "group", "part", "copied", "face"), place)), **common}
+            row |= {"path": f"{self.folder}/{name}", "checksum": f"{zlib.crc32(content):08X}"}
+            expected.append(row | {"fileSize": str(len(content)), "variable": "true" if content is other else "false"})
+        self.assertEqual(rows, expected)
 
     def test_a_named_path_without_a_face_is_1_even_with_conflicts(self):
         self.write_all({"a.ttf": mac_font("Quill"), "b.ttf": mac_font("Quill", data=b"else"), "text": b"no font"})

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "api/font_array.h"
+#include "name_letters.h"
 
 namespace quillmark::tool {
 namespace {
@@ -44,12 +45,15 @@ bool HaveEqualFaces(const LibraryFile& a, const LibraryFile& b) {
 void Library::Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array) {
   LibraryFile file{path, {}};
   for (const Face& face : faces) {
+    const QM_FontSpecifier& specifier = array.view(face.index);
     file.faces.push_back({.file = 0,
                           .index = face.index,
                           .post_script_name = face.post_script_name,
                           .kind = face.kind,
                           .version = face.version,
                           .foundry = face.foundry,
+                          .fond_id = specifier.fondResourceID,
+                          .style = specifier.style,
                           .checksum = face.checksum,
                           .bytes = CheckedBytes(face, array)});
   }
@@ -81,7 +85,11 @@ LibraryCounts Library::Count() const {
   for (const LibraryFile& file : files_) {
     counts.faces += file.faces.size();
     for (const LibraryFace& face : file.faces) {
-      if (face.post_script_name.empty()) ++counts.nameless;
+      if (face.post_script_name.empty()) {
+        ++counts.nameless;
+      } else if (!HoldsLetterOrDigit(face.post_script_name)) {
+        ++counts.names_without_letters;
+      }
     }
   }
   return counts;

@@ -16,6 +16,7 @@ struct LibraryFace {
   std::size_t file = 0;     // index of Library::files()
   std::uint32_t index = 0;  // in its file
   std::string post_script_name, kind, version, foundry;
+  std::int32_t fond_id = -1, style = 0;  // of a face of a FOND; -1 without one
   std::uint32_t checksum = 0;
   std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
   std::size_t data = 0;     // equal for faces of one data and name; kUnknownData without a checksum
@@ -28,7 +29,8 @@ struct LibraryFile {
 
 struct LibraryCounts {
   std::size_t faces = 0;
-  std::size_t nameless = 0;  // faces without a PostScript name
+  std::size_t nameless = 0;               // faces without a PostScript name
+  std::size_t names_without_letters = 0;  // faces whose name holds neither letter nor digit
 };
 
 constexpr std::size_t kUnknownData = static_cast<std::size_t>(-1);

@@ -1,4 +1,5 @@
-// The lists over a library of fonts, as tables for people and as one JSON object for programs.
+// The lists over a library of fonts, as tables for people, and as one JSON object or tab-separated values for
+// programs.
 #ifndef QUILLMARK_TOOL_LIBRARY_FORMS_H_
 #define QUILLMARK_TOOL_LIBRARY_FORMS_H_
 
@@ -6,18 +7,23 @@
 #include <ostream>
 #include <vector>
 
+#include "library_details.h"
 #include "library_lists.h"
 
 namespace quillmark::tool {
 
+// Those that are wanted.
 struct LibraryLists {
-  std::vector<Copy> copies;
-  std::vector<Group> conflicts, versions;
-  std::optional<std::vector<Group>> near;  // when asked for
+  std::optional<std::vector<Copy>> copies;
+  std::optional<std::vector<Group>> conflicts, formats, versions, near;
 };
 
-void WriteLibraryTables(std::ostream& out, const Library& library, const LibraryLists& lists);
-void WriteLibraryJson(std::ostream& out, const Library& library, const LibraryLists& lists);
+void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
+                        const LibraryLists& lists);
+void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
+                      const LibraryLists& lists);
+void WriteLibraryTsv(std::ostream& out, const Library& library, LibraryDetails& details,
+                     const LibraryLists& lists);
 
 }  // namespace quillmark::tool
 

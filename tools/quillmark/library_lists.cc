@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <compare>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "analysis/name_match.h"
+#include "name_letters.h"
 #include "version_order.h"
 
 namespace quillmark::tool {
@@ -52,6 +55,12 @@ std::optional<std::string> NameAndFoundry(const LibraryFace& face) {
   return face.post_script_name + '\0' + face.foundry;
 }
 
+std::optional<std::string> NameFoundryAndVersion(const LibraryFace& face) {
+  auto key = NameAndFoundry(face);
+  if (key) key->append(1, '\0').append(VersionKey(face.version));
+  return key;
+}
+
 std::optional<std::string> ReducedName(const LibraryFace& face) {
   std::string reduced = GFontToolUtils::StripCharsAndNormalizeString(face.post_script_name);
   // Nothing is left of a name without ASCII digits and letters: all such names would be near.
@@ -59,12 +68,19 @@ std::optional<std::string> ReducedName(const LibraryFace& face) {
   return reduced;
 }
 
-// Sets of named faces with equal keys.
+// What files of one format share. A TrueType font is one with layout tables or without; a resource file is a
+// format of its own, whatever it holds.
+std::string FormatOf(const LibraryFace& face) {
+  const std::string format = face.kind == "OpenType - TT" ? "TrueType" : face.kind;
+  return format + (face.fond_id == -1 ? "" : " in resources");
+}
+
+// Sets of faces with equal keys whose names say something.
 std::vector<Faces> NamedAlike(const Library& library, Key key) {
   Buckets alike;
   for (const LibraryFile& file : library.files()) {
     for (const LibraryFace& face : file.faces) {
-      if (face.post_script_name.empty()) continue;
+      if (!HoldsLetterOrDigit(face.post_script_name)) continue;
       if (const auto text = key(face)) alike.Add(*text, &face);
     }
   }
@@ -79,6 +95,32 @@ Group Cut(const Faces& faces, bool (*apart)(const LibraryFace&, const LibraryFac
     parts.back().push_back(face);
   }
   return parts;
+}
+
+Group ByData(const Faces& faces) {
+  Buckets by_data;
+  for (const LibraryFace* face : faces) by_data.Add(std::to_string(face->data), face);
+  return by_data.Take();
+}
+
+// Which data of one name are in conflict with others: all of them where foundries differ, or where a version
+// is not known, so that nothing tells that one font is an older or another form of the other; or else those
+// that share version and format.
+std::unordered_set<std::size_t> DataInConflict(const Faces& faces) {
+  std::unordered_set<std::size_t> all;
+  std::unordered_map<std::string, std::set<std::size_t>> by_version_and_format;
+  bool explained = true;
+  for (const LibraryFace* face : faces) {
+    all.insert(face->data);
+    by_version_and_format[VersionKey(face->version) + '\0' + FormatOf(*face)].insert(face->data);
+    explained = explained && HasVersionNumber(face->version) && face->foundry == faces.front()->foundry;
+  }
+  if (!explained) return all;
+  std::unordered_set<std::size_t> in_conflict;
+  for (const auto& [key, data] : by_version_and_format) {
+    if (data.size() > 1) in_conflict.insert(data.begin(), data.end());
+  }
+  return in_conflict;
 }
 
 // Keeps what has more than one part.
@@ -122,9 +164,22 @@ std::vector<Copy> Copies(const Library& library) {
 std::vector<Group> Conflicts(const Library& library) {
   std::vector<Group> groups;
   for (const Faces& faces : NamedAlike(library, NameWhereDataIsKnown)) {
-    Buckets by_data;
-    for (const LibraryFace* face : faces) by_data.Add(std::to_string(face->data), face);
-    Collect(groups, by_data.Take());
+    const std::unordered_set<std::size_t> in_conflict = DataInConflict(faces);
+    Group parts = ByData(faces);
+    std::erase_if(parts, [&](const Faces& part) { return !in_conflict.contains(part.front()->data); });
+    Collect(groups, std::move(parts));
+  }
+  SortByName(groups);
+  return groups;
+}
+
+std::vector<Group> Formats(const Library& library) {
+  std::vector<Group> groups;
+  for (const Faces& faces : NamedAlike(library, NameFoundryAndVersion)) {
+    if (ByData(faces).size() < 2) continue;  // copies, however they are carried
+    Buckets by_format;
+    for (const LibraryFace* face : faces) by_format.Add(FormatOf(*face), face);
+    Collect(groups, by_format.Take());
   }
   SortByName(groups);
   return groups;

@@ -24,8 +24,13 @@ using Group = std::vector<Faces>;
 // By the path of the first file, whole files first.
 std::vector<Copy> Copies(const Library& library);
 
-// The lists by name leave out faces without one. They come by the bytes of the name.
-std::vector<Group> Conflicts(const Library& library);  // one PostScript name, parted by data
+// The lists by name leave out faces without one, and those whose name holds neither letter nor digit. They
+// come by the bytes of the name.
+
+// One PostScript name, parted by data. Data that are versions or formats of one font are in no conflict with
+// each other, and data in conflict with none are left out.
+std::vector<Group> Conflicts(const Library& library);
+std::vector<Group> Formats(const Library& library);    // one name, foundry and version, parted by format
 std::vector<Group> Versions(const Library& library);   // one name and foundry, newest version first
 std::vector<Group> NearNames(const Library& library);  // names alike by the loose comparison, parted by name
 

@@ -1,6 +1,11 @@
-// The lists over a library as tables: a row a face or file, the path last, an empty line between groups.
+// The lists over a library as tables: first what is wrong, then what may be meant. Above each group stand its
+// name and what all its faces share, so that its rows tell where they differ, the path last.
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
 #include <string>
 
+#include "display_width.h"
 #include "library_forms.h"
 #include "table_form.h"
 #include "terminal.h"
@@ -8,62 +13,201 @@
 namespace quillmark::tool {
 namespace {
 
-using Row = std::vector<std::string>;
+constexpr std::size_t kIndentation = 2;
 
-void WriteSection(std::ostream& out, const std::string& title, const std::vector<Column>& columns,
-                  const std::vector<Row>& rows) {
-  out << title << (rows.empty() ? ": none\n" : "\n");
-  if (!rows.empty()) WriteTable(out, columns, rows, OutputLook());
-  out << '\n';
+// What rows of a list can tell of a face besides its path, in the order of the columns.
+enum Cell { kName, kChecksum, kVersion, kKind, kFoundry, kFace, kSize, kCellCount };
+constexpr const char* kTitles[kCellCount] = {"POSTSCRIPT NAME", "CHECKSUM", "VERSION", "KIND",
+                                             "FOUNDRY",         "FACE",     "SIZE"};
+using Cells = std::vector<std::string>;
+
+// "757 kB"
+std::string HumanSize(std::uint64_t bytes) {
+  if (bytes < 1000) return std::to_string(bytes) + " B";
+  auto size = static_cast<double>(bytes) / 1000;
+  const char* const units[] = {"kB", "MB", "GB", "TB"};
+  std::size_t unit = 0;
+  for (; size >= 999.5 && unit + 1 < std::size(units); ++unit) size /= 1000;
+  char text[32];
+  std::snprintf(text, sizeof text, size < 9.95 ? "%.1f %s" : "%.0f %s", size, units[unit]);
+  return text;
 }
 
-void WriteCopies(std::ostream& out, const Library& library, const std::vector<Copy>& copies) {
-  std::vector<Row> rows;
-  for (const Copy& copy : copies) {
-    if (!rows.empty()) rows.emplace_back(5);
-    for (const LibraryFace* face : copy.faces) {
-      const LibraryFile& file = library.files()[face->file];
-      std::string name = face->post_script_name;
-      if (copy.whole_files && file.faces.size() > 1) {
-        name += " and " + std::to_string(file.faces.size() - 1) + " more";
+struct TableGroup {
+  std::string name;
+  std::vector<Cells> rows;
+  Cells paths;  // of the rows
+};
+
+class TableWriter {
+ public:
+  TableWriter(std::ostream& out, const Library& library, LibraryDetails& details)
+      : out_(out), library_(library), details_(details), look_(OutputLook()) {}
+
+  void Write(const std::string& name, const std::string& meaning,
+             const std::optional<std::vector<Group>>& groups, const std::vector<Cell>& cells) {
+    if (!groups) return;
+    std::vector<TableGroup> shown;
+    for (const Group& group : *groups) {
+      TableGroup& last = shown.emplace_back();
+      last.name = group.front().front()->post_script_name;
+      for (const Faces& part : group) {
+        for (const LibraryFace* face : part) AddRow(last, *face, cells);
       }
-      rows.push_back({name, Hex(face->checksum), copy.whole_files ? "file" : "face",
-                      copy.whole_files ? "" : std::to_string(face->index), file.path});
     }
+    WriteSection(name, meaning, std::move(shown));
   }
-  WriteSection(out, "Copies: the same data in several files",
-               {{"POSTSCRIPT NAME"}, {"CHECKSUM"}, {"COPIED"}, {"FACE"}, {"FILE", true}}, rows);
-}
 
-void WriteGroups(std::ostream& out, const std::string& title, const Library& library,
-                 const std::vector<Group>& groups) {
-  std::vector<Row> rows;
-  for (const Group& group : groups) {
-    if (!rows.empty()) rows.emplace_back(7);
-    for (const Faces& part : group) {
-      for (const LibraryFace* face : part) {
-        rows.push_back({face->post_script_name, Hex(face->checksum), face->kind, face->version, face->foundry,
-                        std::to_string(face->index), library.files()[face->file].path});
+  void Write(const std::vector<Copy>& copies) {
+    std::vector<TableGroup> shown;
+    std::uint64_t spare_bytes = 0;
+    for (const Copy& copy : copies) {
+      const std::size_t others = library_.files()[copy.faces.front()->file].faces.size() - 1;
+      TableGroup& last = shown.emplace_back();
+      last.name = copy.faces.front()->post_script_name;
+      if (copy.whole_files && others > 0) last.name += " and " + std::to_string(others) + " more";
+      if (!copy.whole_files) last.name += ", in files that differ otherwise";
+      for (const LibraryFace* face : copy.faces) {
+        AddRow(last, *face,
+               copy.whole_files ? std::vector{kVersion, kKind, kSize}
+                                : std::vector{kVersion, kKind, kFace, kSize});
+        if (copy.whole_files && face != copy.faces.front()) spare_bytes += details_.FileSize(*face);
       }
     }
+    const std::string spare =
+        spare_bytes == 0 ? "" : ", " + HumanSize(spare_bytes) + " besides the first of each";
+    WriteSection("Copies", "the same data in several files" + spare, std::move(shown));
   }
-  WriteSection(
-      out, title,
-      {{"POSTSCRIPT NAME"}, {"CHECKSUM"}, {"KIND"}, {"VERSION"}, {"FOUNDRY"}, {"FACE"}, {"FILE", true}},
-      rows);
-}
+
+  void WriteCounts(const LibraryLists& lists) {
+    std::string counts;
+    const auto add = [&counts](const char* name, const auto& list) {
+      if (list) counts += (counts.empty() ? "" : ", ") + std::string(name) + std::to_string(list->size());
+    };
+    add("conflicts ", lists.conflicts);
+    add("formats ", lists.formats);
+    add("versions ", lists.versions);
+    add("copies ", lists.copies);
+    add("near names ", lists.near);
+    if (!counts.empty()) out_ << counts << '\n';
+  }
+
+ private:
+  std::string Text(const LibraryFace& face, Cell cell) {
+    switch (cell) {
+      case kName:
+        return face.post_script_name;
+      case kChecksum:
+        return Hex(face.checksum);
+      case kVersion:
+        return face.version;
+      case kKind:
+        return face.kind + (details_.IsVariable(face) ? ", variable" : "");
+      case kFoundry:
+        return face.foundry;
+      case kFace:
+        return library_.files()[face.file].faces.size() > 1 ? std::to_string(face.index) : "";
+      case kSize:
+        return HumanSize(details_.FileSize(face));
+      case kCellCount:
+        break;
+    }
+    return {};
+  }
+
+  void AddRow(TableGroup& group, const LibraryFace& face, const std::vector<Cell>& cells) {
+    Cells row(kCellCount);
+    for (const Cell cell : cells) row[cell] = Text(face, cell);
+    group.rows.push_back(std::move(row));
+    group.paths.push_back(library_.files()[face.file].path);
+  }
+
+  // The group's name and what all its rows share, which is taken out of them.
+  static std::string TakeHeading(TableGroup& group) {
+    std::string shared;
+    for (const Cell cell : {kVersion, kKind, kFoundry}) {
+      const std::string text = group.rows.front()[cell];
+      const bool is_shared = std::all_of(group.rows.begin(), group.rows.end(),
+                                         [&](const Cells& row) { return row[cell] == text; });
+      if (!is_shared) continue;
+      for (Cells& row : group.rows) row[cell].clear();
+      if (!text.empty() && text != "--") shared += (shared.empty() ? "" : ", ") + text;
+    }
+    const std::string name = group.name.empty() ? "(no PostScript name)" : group.name;
+    return shared.empty() ? name : name + "  (" + shared + ')';
+  }
+
+  // The table of all groups line by line, so that its columns are as wide in each of them.
+  std::vector<std::string> Lines(const std::vector<TableGroup>& groups) const {
+    std::vector<Column> columns;
+    std::vector<std::size_t> used;
+    for (std::size_t cell = 0; cell < kCellCount; ++cell) {
+      const bool is_used = std::any_of(groups.begin(), groups.end(), [&](const TableGroup& group) {
+        return std::any_of(group.rows.begin(), group.rows.end(),
+                           [&](const Cells& row) { return !row[cell].empty(); });
+      });
+      if (!is_used) continue;
+      used.push_back(cell);
+      columns.push_back({kTitles[cell]});
+    }
+    columns.push_back({"FILE", true});
+    std::vector<Cells> rows;
+    for (const TableGroup& group : groups) {
+      for (std::size_t i = 0; i < group.rows.size(); ++i) {
+        Cells& row = rows.emplace_back();
+        for (const std::size_t cell : used) row.push_back(group.rows[i][cell]);
+        row.push_back(group.paths[i]);
+      }
+    }
+    TerminalLook look = look_;
+    if (look.columns > kIndentation) look.columns -= kIndentation;
+    std::stringstream table;
+    WriteTable(table, columns, rows, look);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(table, line);) lines.push_back(line);
+    return lines;
+  }
+
+  void WriteSection(const std::string& name, const std::string& meaning, std::vector<TableGroup> groups) {
+    if (groups.empty()) {
+      out_ << name << ": none\n\n";
+      return;
+    }
+    out_ << name << ": " << groups.size() << " (" << meaning << ")\n";
+    std::vector<std::string> headings;
+    for (TableGroup& group : groups) headings.push_back(Printable(TakeHeading(group)));
+    const std::vector<std::string> lines = Lines(groups);
+    const std::string indentation(kIndentation, ' ');
+    auto line = lines.begin();
+    out_ << indentation << *line++ << '\n';
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+      out_ << (look_.columns == 0 ? headings[i] : FitEnd(headings[i], look_.columns)) << '\n';
+      for (std::size_t row = 0; row < groups[i].rows.size(); ++row) out_ << indentation << *line++ << '\n';
+    }
+    out_ << '\n';
+  }
+
+  std::ostream& out_;
+  const Library& library_;
+  LibraryDetails& details_;
+  const TerminalLook look_;
+};
 
 }  // namespace
 
-void WriteLibraryTables(std::ostream& out, const Library& library, const LibraryLists& lists) {
-  WriteCopies(out, library, lists.copies);
-  WriteGroups(out, "Conflicts: one PostScript name, different data", library, lists.conflicts);
-  WriteGroups(out, "Versions: one PostScript name and foundry, newest first", library, lists.versions);
-  if (lists.near) WriteGroups(out, "Near names: alike but for punctuation", library, *lists.near);
-  out << "copies " << lists.copies.size() << ", conflicts " << lists.conflicts.size() << ", versions "
-      << lists.versions.size();
-  if (lists.near) out << ", near names " << lists.near->size();
-  out << '\n';
+void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
+                        const LibraryLists& lists) {
+  TableWriter writer(out, library, details);
+  writer.Write("Conflicts", "one PostScript name, different data", lists.conflicts,
+               {kChecksum, kVersion, kKind, kFoundry, kFace, kSize});
+  writer.Write("Formats", "one font in several formats", lists.formats,
+               {kVersion, kKind, kFoundry, kFace, kSize});
+  writer.Write("Versions", "one font in several versions, newest first", lists.versions,
+               {kVersion, kKind, kFoundry, kFace, kSize});
+  if (lists.copies) writer.Write(*lists.copies);
+  writer.Write("Near names", "alike but for punctuation", lists.near,
+               {kName, kVersion, kKind, kFoundry, kFace, kSize});
+  writer.WriteCounts(lists);
 }
 
 }  // namespace quillmark::tool

@@ -1,10 +1,11 @@
-// quillmark same: what a library of fonts holds twice, which names are in conflict, and which versions there
-// are.
+// quillmark same: what a library of fonts holds twice, which names are in conflict, and which formats and
+// versions of a font there are.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "identify_files.h"
@@ -22,6 +23,7 @@ constexpr int kConflictsFound = 3;
 struct SameOptions {
   std::string format = "table";
   bool near = false;
+  std::vector<std::string> without;  // names of lists
   FilesOptions files;
 };
 
@@ -30,10 +32,26 @@ void WriteSummary(std::ostream& out, const Library& library, std::size_t passed_
     if (count > 0) out << "; " << count << (count == 1 ? one : many);
   };
   const LibraryCounts counts = library.Count();
+  constexpr const char* kNoLetter = " whose PostScript name holds neither letter nor digit";
   out << FacesInFiles(counts.faces, library.files().size());
   part(counts.nameless, " face without a PostScript name", " faces without a PostScript name");
+  part(counts.names_without_letters, (" face" + std::string(kNoLetter)).c_str(),
+       (" faces" + std::string(kNoLetter)).c_str());
   part(library.link_count(), " other path of the same file", " other paths of the same files");
   out << PassedOver(passed_over) << '\n';
+}
+
+LibraryLists ListsOf(const Library& library, const SameOptions& options) {
+  const auto wanted = [&](const char* list) {
+    return std::find(options.without.begin(), options.without.end(), list) == options.without.end();
+  };
+  LibraryLists lists;
+  if (wanted("copies")) lists.copies = Copies(library);
+  if (wanted("conflicts")) lists.conflicts = Conflicts(library);
+  if (wanted("formats")) lists.formats = Formats(library);
+  if (wanted("versions")) lists.versions = Versions(library);
+  if (options.near && wanted("near")) lists.near = NearNames(library);
+  return lists;
 }
 
 int Same(const SameOptions& options) {
@@ -49,30 +67,34 @@ int Same(const SameOptions& options) {
   }
 
   library.Finish();
-  LibraryLists lists{Copies(library), Conflicts(library), Versions(library), std::nullopt};
-  if (options.near) lists.near = NearNames(library);
-  if (options.format == "json") {
-    WriteLibraryJson(std::cout, library, lists);
-  } else {
-    WriteLibraryTables(std::cout, library, lists);
-  }
+  const LibraryLists lists = ListsOf(library, options);
+  LibraryDetails details(library);
+  const auto write = options.format == "json"  ? WriteLibraryJson
+                     : options.format == "tsv" ? WriteLibraryTsv
+                                               : WriteLibraryTables;
+  write(std::cout, library, details, lists);
   FlushOutput();
   if (!options.files.quiet) WriteSummary(std::cerr, library, outcome.passed_over);
   if (!outcome.complete || library.files().empty()) return 1;
-  return lists.conflicts.empty() ? 0 : kConflictsFound;
+  return lists.conflicts && !lists.conflicts->empty() ? kConflictsFound : 0;
 }
 
 }  // namespace
 
 void AddSame(CLI::App& app, int& status) {
   CLI::App* command =
-      app.add_subcommand("same", "List copies, names in conflict and versions among many fonts");
+      app.add_subcommand("same", "List copies, names in conflict, formats and versions among many fonts");
   const auto options = std::make_shared<SameOptions>();
   command->add_option("--format", options->format, "How the lists are written")
-      ->check(CLI::IsMember({"table", "json"}))
+      ->check(CLI::IsMember({"table", "json", "tsv"}))
       ->capture_default_str();
   AddFiles(*command, options->files);
   command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
+  command->add_option("--without", options->without, "Lists to leave out, separated by commas")
+      ->check(CLI::IsMember({"copies", "conflicts", "formats", "versions", "near"}))
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("LIST");
   command->footer("Exit status: 0 no conflict, 3 conflicts, 1 a named path gave no face, 2 wrong usage");
   command->callback([&status, options] { status = Same(*options); });
 }

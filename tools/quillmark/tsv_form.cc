@@ -1,9 +1,8 @@
 #include "tsv_form.h"
 
 namespace quillmark::tool {
-namespace {
 
-std::string Escaped(const std::string& text) {
+std::string TsvText(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
     switch (c) {
@@ -26,8 +25,6 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
-}  // namespace
-
 std::string TsvHeader(const std::vector<const Field*>& fields) {
   std::string line;
   for (const Field* field : fields) line += (line.empty() ? "" : "\t") + std::string(field->name);
@@ -36,7 +33,7 @@ std::string TsvHeader(const std::vector<const Field*>& fields) {
 
 std::string TsvLine(const Face& face, const std::vector<const Field*>& fields) {
   std::string line;
-  for (const Field* field : fields) line += Escaped(FieldText(*field, face)) + '\t';
+  for (const Field* field : fields) line += TsvText(FieldText(*field, face)) + '\t';
   line.back() = '\n';
   return line;
 }

@@ -10,8 +10,10 @@
 
 namespace quillmark::tool {
 
-// Line end included. Bytes are written as they are, but for tab, line feed, carriage
-// return and backslash, which become \t, \n, \r and \\.
+// Bytes as they are, but for tab, line feed, carriage return and backslash, which become \t, \n, \r and \\.
+std::string TsvText(const std::string& text);
+
+// Line end included.
 std::string TsvHeader(const std::vector<const Field*>& fields);
 std::string TsvLine(const Face& face, const std::vector<const Field*>& fields);
 

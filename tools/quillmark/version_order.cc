@@ -34,4 +34,11 @@ std::strong_ordering CompareVersions(std::string_view a, std::string_view b) {
   return std::strong_ordering::equal;
 }
 
+std::string VersionKey(std::string_view version) {
+  std::string key;
+  while (!version.empty()) key.append(TakeNumber(version)).append(1, '.');
+  key.resize(key.find_last_not_of('.') + 1);
+  return key;
+}
+
 }  // namespace quillmark::tool

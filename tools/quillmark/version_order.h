@@ -3,6 +3,7 @@
 #define QUILLMARK_TOOL_VERSION_ORDER_H_
 
 #include <compare>
+#include <string>
 #include <string_view>
 
 namespace quillmark::tool {
@@ -13,6 +14,9 @@ bool HasVersionNumber(std::string_view version);
 // Compares the runs of digits one by one as numbers, of any length; a missing one is 0. So 2.10 is newer than
 // 2.9, and 001.005 is 1.5.
 std::strong_ordering CompareVersions(std::string_view a, std::string_view b);
+
+// Equal texts for versions that compare equal, and for no others.
+std::string VersionKey(std::string_view version);
 
 }  // namespace quillmark::tool
 
