@@ -30,6 +30,7 @@ _quillmark() {
         identify | read) _quillmark_words "table json jsonl tsv xml plist" "$current" ;;
         same) _quillmark_words "table json tsv" "$current" ;;
         compare) _quillmark_words "table json" "$current" ;;
+        why) _quillmark_words "text json" "$current" ;;
       esac
       return ;;
     --fields | --without)
@@ -52,9 +53,10 @@ _quillmark() {
 
   local options=--help
   case $command in
-    identify) options+=" --format --fields --jobs --files-from --null --progress --quiet" ;;
+    identify) options+=" --format --fields --jobs --files-from --null --progress --quiet --why" ;;
     same) options+=" --format --near --without --jobs --files-from --null --progress --quiet" ;;
     compare) options+=" --format" ;;
+    why) options+=" --format --jobs --files-from --null --progress --quiet" ;;
     read) options+=" --format --fields" ;;
     split) options+=" --output" ;;
   esac

@@ -128,6 +128,18 @@ class MannersTest(ToolCase):
         self.assertEqual(int(stopped[1]), out.count(b"\n") + 1)
         self.assertLess(int(stopped[1]), 200)
 
+    def test_a_folder_that_is_renamed_meanwhile_loses_no_file_silently(self):
+        folder = self.links(200, made_font("Made", LONG))
+        process = start("identify", "--format", "jsonl", "-j", 1, folder)
+        process.stdout.readline()
+        wait_until_full(process.stdout)
+        folder.rename(self.folder / "renamed")
+        out, err = process.communicate(timeout=100)
+        *faults, _ = err.decode().splitlines()
+        self.assertTrue(all(fault.endswith(".ttf: no such file") for fault in faults), err)
+        self.assertEqual(1 + out.count(b"\n") + len(faults), 200)
+        self.assertEqual((process.returncode, faults != []), (1, True))
+
     def test_a_second_interrupt_ends_at_once(self):
         process = start("identify", "--format", "jsonl", self.links(200, made_font("Made", LONG)))
         wait_until_full(process.stdout)

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/forks.h"
 #include "reason.h"
 
 namespace quillmark::tool {
@@ -18,15 +19,17 @@ constexpr std::size_t kFilesAheadPerThread = 64;
 
 IdentifiedFile Identify(FontPath source) {
   IdentifiedFile file{std::move(source), nullptr, {}, {}};
-  file.reason = file.source.fault;
-  if (!file.reason.empty()) return file;
+  if (!file.source.fault.empty()) {
+    file.explanation = {Outcome::kUnreadable, file.source.fault};
+    return file;
+  }
+  const ForkLookupScope look_ups;  // shared by what reads the file and what explains it
   QM_FontArray* array = nullptr;
   if (QM_CreateSpecifier(file.source.path.c_str(), 0, kEveryAttribute, &array) == 0) {
     file.array.reset(array);
     file.faces = FacesOf(array, file.source.path);
-  } else if (file.source.named) {
-    file.reason = WhyNoFace(file.source.path);
   }
+  file.explanation = Explain(file.source.path, file.faces);
   return file;
 }
 

@@ -8,6 +8,7 @@
 
 #include "face.h"
 #include "font_paths.h"
+#include "outcome.h"
 
 namespace quillmark::tool {
 
@@ -15,7 +16,7 @@ struct IdentifiedFile {
   FontPath source;
   FontArray array;  // null when the file gave no face
   std::vector<Face> faces;
-  std::string reason;  // why something that was named, or a folder, gave none; empty for other files
+  Explanation explanation;
 };
 
 // Calls `consume` on the calling thread, once a path, in order. At most a few files a thread are held at a

@@ -50,10 +50,13 @@ class FaceWalk {
   FaceWalk(const std::string& path, const TrueTypeCollectionFont& collection)
       : path_(path), collection_(collection) {}
 
+  // Whether a face was lost for another cause than that one before it is the same.
+  bool found_fault() const { return found_fault_; }
+
   // Why the face gives none of its own; empty when it does.
   std::string Explain(std::uint32_t face) {
     const auto offset = collection_.directoryOffset(face);
-    if (!offset) return CutFault(path_, collection_, face);
+    if (!offset) return Fault(CutFault(path_, collection_, face));
     const auto known = by_offset_.find(*offset);
     if (known != by_offset_.end()) {
       return known->second.second.empty() ? SameAs(known->second.first) : known->second.second;
@@ -62,13 +65,18 @@ class FaceWalk {
   }
 
  private:
+  std::string Fault(std::string reason) {
+    found_fault_ = true;
+    return reason;
+  }
+
   static std::string SameAs(std::uint32_t face) { return "the same font as face " + std::to_string(face); }
 
   std::string ExplainNew(std::uint32_t face) {
     const auto found = collection_.FindFace(face);
-    if (!found) return CutFault(path_, collection_, face);
+    if (!found) return Fault(CutFault(path_, collection_, face));
     const SfntData font = collection_.FontOf(*found);
-    if (auto fault = NameFault(font, "the face")) return *fault;
+    if (auto fault = NameFault(font, "the face")) return Fault(*fault);
     std::string name;
     getPostScriptNameFromNamesTable(font, name);
     const auto [first, is_new] = by_name_.try_emplace(name, face);
@@ -82,6 +90,7 @@ class FaceWalk {
   const TrueTypeCollectionFont& collection_;
   std::map<std::uint32_t, std::pair<std::uint32_t, std::string>> by_offset_;  // first face, its reason
   std::map<std::string, std::uint32_t> by_name_;
+  bool found_fault_ = false;
 };
 
 std::string Numbers(const std::vector<std::uint32_t>& faces) {
@@ -98,6 +107,11 @@ std::string Numbers(const std::vector<std::uint32_t>& faces) {
 bool IsCollection(const std::string& path) {
   const auto file = RegularFile::Open(path);
   return file && StartsWith(Read(*file, 0, 4), "ttcf");
+}
+
+std::optional<std::uint32_t> StatedFaces(const std::string& path) {
+  const auto file = RegularFile::Open(path);
+  return file ? U32At(Read(*file, 0, kHeaderSize), 8) : std::nullopt;
 }
 
 std::string WhyNoList(const std::string& path, TrueTypeCollectionFont& collection) {
@@ -152,7 +166,7 @@ std::string CutFault(const std::string& path, const TrueTypeCollectionFont& coll
   return "cut out it would be no smaller than the whole collection, as only damaged ones are";
 }
 
-std::string LostFaces(const std::string& path, const TrueTypeCollectionFont& collection) {
+Explanation LostFaces(const std::string& path, const TrueTypeCollectionFont& collection) {
   // In the order in which they first come.
   std::vector<std::pair<std::string, std::vector<std::uint32_t>>> reasons;
   FaceWalk walk(path, collection);
@@ -179,7 +193,9 @@ std::string LostFaces(const std::string& path, const TrueTypeCollectionFont& col
     text += (text.empty() ? "" : "; ") + std::string("only the first ") +
             std::to_string(kMostFacesExplained) + " faces were looked at for this";
   }
-  return text;
+  // No real collection has so many faces: what was not looked at counts as lost.
+  const bool is_complete = !walk.found_fault() && stated <= kMostFacesExplained;
+  return {is_complete ? Outcome::kFaces : Outcome::kIncomplete, text, stated};
 }
 
 }  // namespace quillmark::tool

@@ -42,7 +42,7 @@ bool Load(Side& side) {
     side.array = std::move(stored->array);
     side.form = stored->form;
   } else {
-    std::cerr << ShownPath(side.path) << ": " << WhyNoFace(side.path) << '\n';
+    std::cerr << ShownPath(side.path) << ": " << ExplainNoFace(side.path).reason << '\n';
     return false;
   }
   return true;

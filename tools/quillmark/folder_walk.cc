@@ -13,6 +13,14 @@ bool HoldsOtherFilesForks(const std::string& name) {
   return name == "__MACOSX" || name == ".AppleDouble" || name == "resource.frk";
 }
 
+// Whether it is a regular file, or nothing is known of it: a file that vanished, a link that leads nowhere or
+// that may not be followed comes too, so that whoever opens it tells what is wrong.
+bool MayBeFile(const fs::directory_entry& entry) {
+  std::error_code error;
+  if (entry.is_regular_file(error)) return true;
+  return error || !entry.exists(error);
+}
+
 }  // namespace
 
 FolderWalk::FolderWalk(const std::string& folder, std::function<bool()> stopped)
@@ -31,7 +39,7 @@ void FolderWalk::List() {
     std::error_code ignored;
     if (!it->is_symlink(ignored) && it->is_directory(ignored)) {
       if (!HoldsOtherFilesForks(name)) folders.push_back(std::move(name));
-    } else if (!name.starts_with("._") && it->is_regular_file(ignored)) {
+    } else if (!name.starts_with("._") && MayBeFile(*it)) {
       names_.push_back(std::move(name));
     }
   }

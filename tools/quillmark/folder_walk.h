@@ -1,4 +1,5 @@
-// The regular files of a folder and of the folders in it, to the bottom, one after another in a stable order.
+// The regular files of a folder and of the folders in it, to the bottom, one after another in a stable order;
+// and what is there but cannot be examined.
 // Only the names in one folder, and the folders still to be entered, are held at a time.
 #ifndef QUILLMARK_TOOL_FOLDER_WALK_H_
 #define QUILLMARK_TOOL_FOLDER_WALK_H_

@@ -35,7 +35,7 @@ int Identify(const IdentifyOptions& options) {
 
   if (!outcome.stopped.empty()) std::cerr << outcome.stopped + '\n';
   if (!options.files.quiet) {
-    std::cerr << FacesInFiles(faces, files) + PassedOver(outcome.passed_over) + '\n';
+    std::cerr << FacesInFiles(faces, files) + Losses(outcome.losses, options.files) + '\n';
   }
   if (!outcome.stopped.empty()) return InterruptedStatus();
   return outcome.complete && files > 0 ? 0 : 1;
@@ -49,6 +49,7 @@ void AddIdentify(CLI::App& app, int& status) {
   const auto options = std::make_shared<IdentifyOptions>();
   AddOutputForm(*command, options->form);
   AddFiles(*command, options->files);
+  command->add_flag("--why", options->files.why, "Also tell why files give no face, or fewer than they list");
   command->callback([&status, options] { status = Identify(*options); });
 }
 

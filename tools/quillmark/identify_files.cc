@@ -6,15 +6,22 @@
 #include <optional>
 
 #include "interrupt.h"
-#include "progress.h"
+#include "open_files.h"
 #include "reason.h"
 #include "terminal.h"
 
 namespace quillmark::tool {
 namespace {
 
+// "12,345".
+std::string Grouped(std::size_t count) {
+  std::string digits = std::to_string(count);
+  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
+}
+
 std::string Counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+  return Grouped(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
 bool ShowsProgress(const FilesOptions& options) {
@@ -23,35 +30,70 @@ bool ShowsProgress(const FilesOptions& options) {
 }
 
 std::string Stopped(std::size_t done, std::optional<std::size_t> total) {
-  return "stopped after " + (total ? std::to_string(done) + " of " : "") +
-         Counted(total.value_or(done), "file");
+  return "stopped after " + (total ? Grouped(done) + " of " : "") + Counted(total.value_or(done), "file");
+}
+
+void Count(Outcome outcome, LossCounts& counts) {
+  switch (outcome) {
+    case Outcome::kDamaged:
+      ++counts.damaged;
+      break;
+    case Outcome::kIncomplete:
+      ++counts.incomplete;
+      break;
+    case Outcome::kLonePrinterFont:
+      ++counts.lone_printer_fonts;
+      break;
+    case Outcome::kOther:
+      ++counts.other;
+      break;
+    case Outcome::kFaces:
+    case Outcome::kUnreadable:
+      break;
+  }
+}
+
+// A file that was only found in a folder may be anything, but it must be possible to look at it.
+bool IsFault(const IdentifiedFile& file) {
+  const Outcome outcome = file.explanation.outcome;
+  return outcome == Outcome::kUnreadable || (file.source.named && outcome != Outcome::kFaces);
 }
 
 }  // namespace
 
-FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
-                           const std::function<void(const IdentifiedFile&)>& consume) {
+std::string VisitFiles(const FilesOptions& options,
+                       const std::function<void(const IdentifiedFile&, Progress&)>& visit) {
   NoteInterrupts();
   FontPaths paths(options.sources);
   const PathCount count(options.sources);
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
+  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), [&](const IdentifiedFile& file) {
+    visit(file, progress);
+    progress.Advance();
+  });
+  return paths.cut_short() ? Stopped(progress.done(), count.total()) : "";
+}
+
+FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
+                           const std::function<void(const IdentifiedFile&)>& consume) {
   const bool shares_terminal = writes_at_once && IsTerminal(STDOUT_FILENO);
   FilesOutcome outcome;
-
-  IdentifyAll(paths, options.jobs, [&](const IdentifiedFile& file) {
+  outcome.stopped = VisitFiles(options, [&](const IdentifiedFile& file, Progress& progress) {
     if (file.array) {
       if (shares_terminal) progress.Clear();
       consume(file);
-    } else if (!file.reason.empty()) {
-      progress.Clear();
-      outcome.complete = false;
-      std::cerr << ShownPath(file.source.path) + ": " + file.reason + '\n';
-    } else {
-      ++outcome.passed_over;
     }
-    progress.Advance();
+    const Explanation& found = file.explanation;
+    if (IsFault(file) || (options.why && !found.reason.empty())) {
+      progress.Clear();
+      std::cerr << ShownPath(file.source.path) + ": " + Told(file.faces.size(), found) + '\n';
+    }
+    if (IsFault(file)) {
+      outcome.complete = false;
+    } else {
+      Count(found.outcome, outcome.losses);
+    }
   });
-  if (paths.cut_short()) outcome.stopped = Stopped(progress.done(), count.total());
   return outcome;
 }
 
@@ -59,8 +101,18 @@ std::string FacesInFiles(std::size_t faces, std::size_t files) {
   return Counted(faces, "face") + " in " + Counted(files, "file");
 }
 
-std::string PassedOver(std::size_t files) {
-  return files == 0 ? "" : "; " + Counted(files, "other file") + " passed over";
+std::string Losses(const LossCounts& counts, const FilesOptions& options) {
+  std::string text;
+  const auto add = [&text](std::size_t count, const std::string& part) {
+    if (count > 0) text += (text.empty() ? "; " : ", ") + part;
+  };
+  add(counts.damaged, Grouped(counts.damaged) + " damaged");
+  add(counts.incomplete, Grouped(counts.incomplete) + " incomplete");
+  add(counts.lone_printer_fonts, Grouped(counts.lone_printer_fonts) + " Type 1 without a family file");
+  add(counts.other, Counted(counts.other, "other file") + " passed over");
+  const bool are_fonts = counts.damaged + counts.incomplete + counts.lone_printer_fonts > 0;
+  if (are_fonts && !options.why) text += "; quillmark why FOLDER says more";
+  return text;
 }
 
 }  // namespace quillmark::tool

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <mutex>
 #include <optional>
 
 #include "reason.h"
@@ -32,6 +33,8 @@ Families FamiliesIn(const fs::path& folder) {
 // The family file in the same folder whose FOND names this printer font. A folder can hold thousands of
 // printer fonts, so it is searched once for all of them that come in a row.
 std::optional<std::string> FamilyOf(const fs::path& printer_font) {
+  static std::mutex& mutex = *new std::mutex;
+  const std::lock_guard lock(mutex);
   static fs::path& folder = *new fs::path;
   static Families& families = *new Families;
   const fs::path parent = printer_font.has_parent_path() ? printer_font.parent_path() : fs::path(".");
@@ -46,10 +49,11 @@ std::optional<std::string> FamilyOf(const fs::path& printer_font) {
 
 }  // namespace
 
-std::string LonePrinterFont(const std::string& path, const std::string& what) {
+Explanation ExplainPrinterFont(const std::string& path, const std::string& what) {
   const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
-  if (const auto family = FamilyOf(path)) return reason + "give " + ShownPath(*family);
-  return reason + "none in this folder does; put the two together and give the family file";
+  if (const auto family = FamilyOf(path)) return {Outcome::kOther, reason + "give " + ShownPath(*family)};
+  return {Outcome::kLonePrinterFont,
+          reason + "none in this folder does; put the two together and give the family file"};
 }
 
 }  // namespace quillmark::tool

@@ -5,11 +5,13 @@
 
 #include <string>
 
+#include "outcome.h"
+
 namespace quillmark::tool {
 
 // Why the printer font at `path` gives no face by itself, and which family file beside it to give instead.
 // `what` says what it is, as "a printer font".
-std::string LonePrinterFont(const std::string& path, const std::string& what);
+Explanation ExplainPrinterFont(const std::string& path, const std::string& what);
 
 }  // namespace quillmark::tool
 

@@ -1,6 +1,8 @@
 #include "reason.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -31,18 +33,40 @@ std::string KnownExtension(const std::string& path) {
   return Printable(path.substr(path.rfind('.')));
 }
 
-// For a file whose name promises a font that is read.
-std::string InSpiteOfExtension(const std::string& path) {
+// Whether the name promises a font that is read.
+bool IsNamedAsFont(const std::string& path) {
   switch (fontTypeFromExtension(path.c_str())) {
     case kExtensionTtf:
     case kExtensionOtf:
     case kExtensionTtc:
     case kExtensionDfont:
-      return " in spite of its extension " + KnownExtension(path);
+      return true;
     default:
-      return {};
+      return false;
   }
 }
+
+std::string InSpiteOfExtension(const std::string& path) {
+  return IsNamedAsFont(path) ? " in spite of its extension " + KnownExtension(path) : "";
+}
+
+// Of a file that holds no font: its name alone makes it a damaged one.
+Explanation NoFont(const std::string& path, std::string reason) {
+  return {IsNamedAsFont(path) ? Outcome::kDamaged : Outcome::kOther, std::move(reason)};
+}
+
+// Nothing stands against the faces when they are looked for again.
+Explanation ReadAnew() {
+  return {Outcome::kUnreadable,
+          "could not be read whole: memory or open files ran short, or it changed meanwhile"};
+}
+
+bool IsReadAsSfnt(const std::string& path) {
+  const FontExtension extension = fontTypeFromExtension(path.c_str());
+  return extension == kExtensionTtf || extension == kExtensionOtf;
+}
+
+std::string Faces(std::size_t count) { return std::to_string(count) + (count == 1 ? " face" : " faces"); }
 
 std::string WithAdvice(const std::string& reason, std::string_view advice) {
   return advice.empty() ? reason : reason + ": " + std::string(advice);
@@ -61,16 +85,16 @@ class OpenedFile {
   std::size_t read_ = 0;
 };
 
-std::string Describe(const std::string& path, const KnownFormat& format, const std::string& name) {
-  if (format.use == FormatUse::kPrinterFont) return LonePrinterFont(path, name);
+Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name) {
+  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(path, name);
   const std::string whole = name + InSpiteOfExtension(path);
-  return format.use == FormatUse::kNoFont
-             ? WithAdvice(whole + ", not a font", format.advice)
-             : WithAdvice(whole + ", which Quillmark does not read", format.advice);
+  if (format.use == FormatUse::kNoFont)
+    return NoFont(path, WithAdvice(whole + ", not a font", format.advice));
+  return {Outcome::kOther, WithAdvice(whole + ", which Quillmark does not read", format.advice)};
 }
 
 // What the file is when its first bytes tell a format that is not read.
-std::optional<std::string> WhyOtherFormat(const std::string& path, const FileStart& start) {
+std::optional<Explanation> ExplainOtherFormat(const std::string& path, const FileStart& start) {
   const KnownFormat* format = RecogniseFormat(start);
   if (format == nullptr) return std::nullopt;
   std::string name(format->name);
@@ -84,31 +108,41 @@ std::optional<std::string> WhyOtherFormat(const std::string& path, const FileSta
   return Describe(path, *format, name);
 }
 
-std::string WhyNoCollectionFace(const std::string& path) {
+Explanation ExplainCollection(const std::string& path) {
   TrueTypeCollectionFont collection(path);
-  std::string fault = WhyNoList(path, collection);
-  if (fault.empty()) return "a collection of which no face can be read; " + LostFaces(path, collection);
+  const std::string fault = WhyNoList(path, collection);
+  if (fault.empty()) {
+    const Explanation lost = LostFaces(path, collection);
+    if (lost.outcome == Outcome::kFaces) return ReadAnew();
+    return {Outcome::kDamaged, "a collection of which no face can be read; " + lost.reason, lost.listed};
+  }
   const auto file = RegularFile::Open(path);
-  if (!file || file->size() == 0 || IsCollection(path)) return fault;
+  if (!file) return {Outcome::kUnreadable, kUnreadable};
+  if (file->size() == 0 || IsCollection(path)) return {Outcome::kDamaged, fault};
   const OpenedFile opened(*file);
   if (const auto kind = SfntKind(opened.start().bytes)) {
-    return std::string(*kind) + InSpiteOfExtension(path) + ": rename it so that it ends in " +
-           (*kind == "an OpenType font" ? ".otf" : ".ttf");
+    return {Outcome::kOther, std::string(*kind) + InSpiteOfExtension(path) +
+                                 ": rename it so that it ends in " +
+                                 (*kind == "an OpenType font" ? ".otf" : ".ttf")};
   }
-  return WhyOtherFormat(path, opened.start())
-      .value_or(fault + ", which its extension .ttc makes Quillmark expect");
+  return ExplainOtherFormat(path, opened.start())
+      .value_or(Explanation{Outcome::kDamaged, fault + ", which its extension .ttc makes Quillmark expect"});
 }
 
 // The extension is all that keeps this font from being read, or it is damaged.
-std::string WhyNoSfntFace(const std::string& path, const RegularFile& file, std::string_view kind) {
+Explanation ExplainSfnt(const std::string& path, const RegularFile& file, std::string_view kind) {
   const SfntData font(file, static_cast<std::uint32_t>(file.size()));
   const std::string name(kind);
-  if (const auto fault = NameFault(font, "the file")) return name + " that is damaged: " + *fault;
+  if (const auto fault = NameFault(font, "the file")) {
+    return {Outcome::kDamaged, name + " that is damaged: " + *fault};
+  }
+  if (IsReadAsSfnt(path)) return ReadAnew();
   const std::string extension = KnownExtension(path);
-  return name +
-         (extension.empty() ? ", which is not read without its extension"
-                            : ", which is not read under the extension " + extension) +
-         ": rename it so that it ends in " + (kind == "an OpenType font" ? ".otf" : ".ttf");
+  return {Outcome::kOther, name +
+                               (extension.empty() ? ", which is not read without its extension"
+                                                  : ", which is not read under the extension " + extension) +
+                               ": rename it so that it ends in " +
+                               (kind == "an OpenType font" ? ".otf" : ".ttf")};
 }
 
 bool IsText(Bytes start) {
@@ -116,56 +150,76 @@ bool IsText(Bytes start) {
                      [](std::uint8_t c) { return c >= 0x20 || (c >= '\t' && c <= '\r'); });
 }
 
-std::string WhyUnknown(const std::string& path, const FileStart& start) {
+// Texts and other data begin with the marks of sfnt fonts, too: "true", a version 1.0. Without the name of a
+// font they are one only with as many tables as fonts have.
+std::optional<std::string_view> SfntKindOf(const std::string& path, Bytes start) {
+  const std::uint16_t tables = U16At(start, 4).value_or(0);
+  const bool is_plausible = tables > 0 && tables <= 0xFF;
+  return is_plausible || IsNamedAsFont(path) ? SfntKind(start) : std::nullopt;
+}
+
+// Whether the file begins as resource files mostly do: their data lie behind 256 bytes, the map behind the
+// data.
+bool BeginsAsResourceFile(Bytes start) {
+  constexpr std::uint32_t kUsualDataStart = 256;
+  const std::uint64_t map_start = U32At(start, 4).value_or(0);
+  return U32At(start, 0) == kUsualDataStart &&
+         map_start == std::uint64_t{kUsualDataStart} + U32At(start, 8).value_or(0);
+}
+
+Explanation ExplainUnknown(const std::string& path, const FileStart& start) {
   switch (fontTypeFromExtension(path.c_str())) {
     case kExtensionPs:
     case kExtensionPfm:
     case kExtensionPfb:
     case kExtensionMmm:
-      return LonePrinterFont(path, "a printer font by its extension " + KnownExtension(path));
+      return ExplainPrinterFont(path, "a printer font by its extension " + KnownExtension(path));
     case kExtensionFot:
     case kExtensionFnt:
     case kExtensionFon:
     case kExtensionInf:
-      return "not read, as no file with the extension " + KnownExtension(path) + " is";
+      return {Outcome::kOther, "not read, as no file with the extension " + KnownExtension(path) + " is"};
     default:
-      return std::string(IsText(start.bytes) ? "a text file" : "unknown data") + InSpiteOfExtension(path) +
-             ", not a font that Quillmark reads";
+      return NoFont(path, std::string(IsText(start.bytes) ? "a text file" : "unknown data") +
+                              InSpiteOfExtension(path) + ", not a font that Quillmark reads");
   }
 }
 
 // Of a file whose fonts are looked for in its data fork, which is not empty.
-std::string WhyNoDataForkFace(const std::string& path, const RegularFile& file,
-                              QuillmarkResourceFile* resources) {
+Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
+                            QuillmarkResourceFile* resources) {
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
-    return "4 GiB or larger, more than a font can be";
+    return NoFont(path, "4 GiB or larger, more than a font can be");
   const OpenedFile opened(file);
   const FileStart start = opened.start();
-  if (start.bytes.empty()) return kUnreadable;
+  if (start.bytes.empty()) return {Outcome::kUnreadable, kUnreadable};
   if (StartsWith(start.bytes, "ttcf")) {
-    return "a TrueType collection" + InSpiteOfExtension(path) +
-           ", and collections are read by the extension .ttc only: rename it so that it ends in .ttc";
+    return {Outcome::kOther,
+            "a TrueType collection" + InSpiteOfExtension(path) +
+                ", and collections are read by the extension .ttc only: rename it so that it ends in .ttc"};
   }
-  if (const auto kind = SfntKind(start.bytes)) return WhyNoSfntFace(path, file, *kind);
+  if (const auto kind = SfntKindOf(path, start.bytes)) return ExplainSfnt(path, file, *kind);
   if (resources != nullptr && resources->isDataFork()) return WhyNoFonts(*resources);
-  if (auto reason = WhyOtherFormat(path, start)) return *std::move(reason);
-  // A map's data mostly begin behind 256 bytes.
-  constexpr std::uint32_t kUsualDataStart = 256;
+  if (auto other = ExplainOtherFormat(path, start)) return *std::move(other);
   const bool is_map =
-      fontTypeFromExtension(path.c_str()) == kExtensionDfont || U32At(start.bytes, 0) == kUsualDataStart;
+      fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(start.bytes);
   if (is_map && resources == nullptr) {
-    if (const auto fault = MapFault(Fork(file, 0, file.size()))) return "a damaged resource file: " + *fault;
+    if (const auto fault = MapFault(Fork(file, 0, file.size()))) {
+      return {Outcome::kDamaged, "a damaged resource file: " + *fault};
+    }
   }
-  return WhyUnknown(path, start);
+  return ExplainUnknown(path, start);
 }
 
-std::string WhyNoForkFace(const std::string& path, QuillmarkResourceFile* resources) {
+Explanation ExplainEmptyDataFork(const std::string& path, QuillmarkResourceFile* resources) {
   if (resources != nullptr) return WhyNoFonts(*resources);
   const auto found = FindResourceFork(path);
   const auto fault = found ? MapFault(found->fork) : std::nullopt;
-  if (fault)
-    return "a font file whose resource fork, in " + ShownPath(found->where) + ", is damaged: " + *fault;
-  return NoForkAnywhere(path);
+  if (fault) {
+    return {Outcome::kDamaged,
+            "a font file whose resource fork, in " + ShownPath(found->where) + ", is damaged: " + *fault};
+  }
+  return NoFont(path, NoForkAnywhere(path));
 }
 
 // Resource files are opened by paths that are UTF-8 only.
@@ -176,55 +230,101 @@ bool HidesResources(const std::string& path) {
   return data && !MapFault(*data);
 }
 
+// Opens and reads, which permissions, descriptors and media that fail are shown by alone: 0 or the errno.
+int TryToRead(const std::string& path) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (file < 0) return errno;
+  char byte = 0;
+  const int error = ::read(file, &byte, 1) < 0 ? errno : 0;
+  ::close(file);
+  return error;
+}
+
+Explanation ExplainNoStatus(const std::string& path, int error) {
+  struct stat link {};
+  const bool is_nowhere = error == ENOENT || error == ENOTDIR || error == ELOOP;
+  if (is_nowhere && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
+    return NoFont(path, "a link that leads nowhere");
+  }
+  switch (error) {
+    case ENOENT:
+      return {Outcome::kUnreadable, "no such file"};
+    case ENOTDIR:
+      return {Outcome::kUnreadable, "no such file, for a part of its path is no folder"};
+    case EACCES:
+      return {Outcome::kUnreadable, "no permission to look into its folder"};
+    default:
+      return {Outcome::kUnreadable, std::strerror(error)};
+  }
+}
+
+// What keeps the path from being read as a file; nothing when it can be.
+std::optional<Explanation> ExplainPath(const std::string& path) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0) return ExplainNoStatus(path, errno);
+  if (S_ISDIR(info.st_mode)) return Explanation{Outcome::kOther, "a folder, not a file"};
+  if (S_ISFIFO(info.st_mode)) return Explanation{Outcome::kOther, "a named pipe, not a file"};
+  if (S_ISSOCK(info.st_mode)) return Explanation{Outcome::kOther, "a socket, not a file"};
+  if (!S_ISREG(info.st_mode)) return Explanation{Outcome::kOther, "a device, not a file"};
+  const int error = TryToRead(path);
+  if (error == 0) return std::nullopt;
+  return Explanation{Outcome::kUnreadable, error == EACCES
+                                               ? "no permission to read it"
+                                               : std::string(kUnreadable) + ": " + std::strerror(error)};
+}
+
 }  // namespace
 
 std::string ShownPath(const std::string& path) { return Printable(path); }
 
 std::optional<std::string> WhyNotReadable(const std::string& path) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) {
-    switch (errno) {
-      case ENOENT:
-        return "no such file";
-      case ENOTDIR:
-        return "no such file, for a part of its path is no folder";
-      case EACCES:
-        return "no permission to look into its folder";
-      default:
-        return std::strerror(errno);
-    }
-  }
-  if (S_ISDIR(info.st_mode)) return "a folder, not a file";
-  if (S_ISFIFO(info.st_mode)) return "a named pipe, not a file";
-  if (S_ISSOCK(info.st_mode)) return "a socket, not a file";
-  if (!S_ISREG(info.st_mode)) return "a device, not a file";
-  if (OpenDataFork(path)) return std::nullopt;
-  return errno == EACCES ? "no permission to read it"
-                         : std::string(kUnreadable) + ": " + std::strerror(errno);
+  auto found = ExplainPath(path);
+  if (!found) return std::nullopt;
+  return std::move(found->reason);
 }
 
-bool CanBeLookedAt(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0 && (!S_ISREG(info.st_mode) || OpenDataFork(path));
-}
-
-std::string WhyNoFace(const std::string& path) {
-  if (const auto reason = WhyNotReadable(path)) return *reason;
-  if (const auto reason = WhySidecar(path)) return *reason;
-  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return WhyNoCollectionFace(path);
+Explanation ExplainNoFace(const std::string& path) {
+  if (auto found = ExplainPath(path)) return *std::move(found);
+  if (auto reason = WhySidecar(path)) return {Outcome::kOther, *std::move(reason)};
+  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(path);
   const ResourceFileHolder resources = OpenResources(path);
   if (FileHasFONDsInResourceFork(resources.get())) return WhyNoFamilyFace(*resources.get());
-  if (FileHasPOSTsInResourceFork(resources.get())) return LonePrinterFont(path, "a printer font");
-  if (HidesResources(path))
-    return "its fonts are resources, and these are read by paths in UTF-8 only: rename it";
+  if (FileHasPOSTsInResourceFork(resources.get())) return ExplainPrinterFont(path, "a printer font");
+  if (HidesResources(path)) {
+    return {Outcome::kUnreadable,
+            "its fonts are resources, and these are read by paths in UTF-8 only: rename it"};
+  }
   if (path.size() >= sizeof TFontData::pathBytes) {
-    return "its path is too long: only " + std::to_string(sizeof TFontData::pathBytes - 1) +
-           " bytes of a path are looked at";
+    return {IsNamedAsFont(path) ? Outcome::kUnreadable : Outcome::kOther,
+            "its path is too long: only " + std::to_string(sizeof TFontData::pathBytes - 1) +
+                " bytes of a path are looked at"};
   }
   const auto file = RegularFile::Open(path);
-  if (!file) return kUnreadable;
-  return file->size() == 0 ? WhyNoForkFace(path, resources.get())
-                           : WhyNoDataForkFace(path, *file, resources.get());
+  if (!file) return {Outcome::kUnreadable, kUnreadable};
+  return file->size() == 0 ? ExplainEmptyDataFork(path, resources.get())
+                           : ExplainDataFork(path, *file, resources.get());
+}
+
+Explanation Explain(const std::string& path, const std::vector<Face>& faces) {
+  if (faces.empty()) return ExplainNoFace(path);
+  if (faces.front().fond_id) {
+    const ResourceFileHolder resources = OpenResources(path);
+    return resources.get() != nullptr ? LostOutlines(*resources.get()) : Explanation{};
+  }
+  if (fontTypeFromExtension(path.c_str()) != kExtensionTtc) return {};
+  const std::optional<std::uint32_t> listed = StatedFaces(path);
+  if (listed == faces.size()) return {Outcome::kFaces, {}, listed};
+  Explanation lost = LostFaces(path, TrueTypeCollectionFont(path));
+  if (lost.reason.empty()) lost = {Outcome::kIncomplete, ReadAnew().reason, listed};
+  return lost;
+}
+
+std::string Told(std::size_t faces, const Explanation& explanation) {
+  if (faces == 0) return explanation.reason;
+  if (explanation.reason.empty()) return "gives " + Faces(faces);
+  if (!explanation.listed) return "gives " + Faces(faces) + "; " + explanation.reason;
+  return "gives " + std::to_string(faces) + " of the " + Faces(*explanation.listed) + " it lists; " +
+         explanation.reason;
 }
 
 }  // namespace quillmark::tool

@@ -1,22 +1,30 @@
-// Why a file gave no face, in a sentence that a person can act on. Each reason follows the library's own
-// steps: what it says is what kept the library from reading a face. Only beginnings and tables of files are
-// read. Tests: tests/cli/why_test.py.
+// Why a file gave no face, or fewer than it lists: of what kind the fault is, and a sentence that a person
+// can act on. Each reason follows the library's own steps: what it says is what kept the library from reading
+// a face. Of files that are no collections only beginnings and tables are read. Tests: tests/cli/why_test.py,
+// tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASON_H_
 #define QUILLMARK_TOOL_REASON_H_
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "face.h"
+#include "outcome.h"
 
 namespace quillmark::tool {
 
-// `path` gave no face. No line end, no path in front.
-std::string WhyNoFace(const std::string& path);
+// What became of `path`, which gave these faces.
+Explanation Explain(const std::string& path, const std::vector<Face>& faces);
+// The same, when it gave none.
+Explanation ExplainNoFace(const std::string& path);
+
+// The explanation as it stands behind the path: "gives 3 of the 4 faces it lists; face 3: ...".
+std::string Told(std::size_t faces, const Explanation& explanation);
 
 // Why `path` is no regular file that can be read; nothing when it is one.
 std::optional<std::string> WhyNotReadable(const std::string& path);
-
-// Whether anything can be said of what is at `path`: it is there, and its bytes, if it has any, can be read.
-bool CanBeLookedAt(const std::string& path);
 
 // A path as it may be shown on a terminal.
 std::string ShownPath(const std::string& path);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "outcome.h"
 #include "platform/forks.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
@@ -19,10 +20,14 @@ ResourceFileHolder OpenResources(const std::string& path);
 std::optional<std::string> MapFault(const Fork& fork);
 
 // Of a file without a FOND and without a POST resource: "a resource file without fonts: ...".
-std::string WhyNoFonts(QuillmarkResourceFile& file);
+Explanation WhyNoFonts(QuillmarkResourceFile& file);
+
+// Of a file that gave faces: which outlines that its FONDs name cannot be read. Incomplete when there are
+// any.
+Explanation LostOutlines(QuillmarkResourceFile& file);
 
 // Of a file with FONDs: why none of them gives a face.
-std::string WhyNoFamilyFace(QuillmarkResourceFile& file);
+Explanation WhyNoFamilyFace(QuillmarkResourceFile& file);
 
 }  // namespace quillmark::tool
 

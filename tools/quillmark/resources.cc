@@ -99,7 +99,8 @@ int Resources(const std::string& path) {
   const ResourceFileHolder file(name ? AllocateResourceFile(name.get(), true) : nullptr);
   if (file.get() == nullptr) {
     std::cerr << ShownPath(path) << ": "
-              << (IsRegularFile(path) ? "no resource map in either fork" : WhyNoFace(path)) << '\n';
+              << (IsRegularFile(path) ? "no resource map in either fork" : ExplainNoFace(path).reason)
+              << '\n';
     return 1;
   }
   ListResources(*file.get());

@@ -27,7 +27,7 @@ struct SameOptions {
   FilesOptions files;
 };
 
-void WriteSummary(std::ostream& out, const Library& library, std::size_t passed_over) {
+void WriteSummary(std::ostream& out, const Library& library, const std::string& losses) {
   const auto part = [&out](std::size_t count, const char* one, const char* many) {
     if (count > 0) out << "; " << count << (count == 1 ? one : many);
   };
@@ -38,7 +38,7 @@ void WriteSummary(std::ostream& out, const Library& library, std::size_t passed_
   part(counts.names_without_letters, (" face" + std::string(kNoLetter)).c_str(),
        (" faces" + std::string(kNoLetter)).c_str());
   part(library.link_count(), " other path of the same file", " other paths of the same files");
-  out << PassedOver(passed_over) << '\n';
+  out << losses << '\n';
 }
 
 LibraryLists ListsOf(const Library& library, const SameOptions& options) {
@@ -74,7 +74,9 @@ int Same(const SameOptions& options) {
                                                : WriteLibraryTables;
   write(std::cout, library, details, lists);
   FlushOutput();
-  if (!options.files.quiet) WriteSummary(std::cerr, library, outcome.passed_over);
+  if (!options.files.quiet) {
+    WriteSummary(std::cerr, library, Losses(outcome.losses, options.files));
+  }
   if (!outcome.complete || library.files().empty()) return 1;
   return lists.conflicts && !lists.conflicts->empty() ? kConflictsFound : 0;
 }

@@ -1,56 +1,78 @@
-// quillmark why: what each file gives, and why it gives no face or fewer than it lists.
+// quillmark why: what each named file gives, and why files give no face or fewer than they list.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
 
-#include "analysis/collection.h"
-#include "analysis/font_extension.h"
-#include "collection_faults.h"
 #include "commands.h"
-#include "face.h"
+#include "identify_files.h"
+#include "interrupt.h"
+#include "json_form.h"
+#include "output.h"
 #include "reason.h"
+#include "shared_options.h"
+#include "tables_check.h"
 
 namespace quillmark::tool {
 namespace {
 
-std::string Faces(std::uint32_t count) { return std::to_string(count) + (count == 1 ? " face" : " faces"); }
+struct WhyOptions {
+  std::string format = "text";
+  FilesOptions files;
+};
 
-std::string WhatItGives(const std::string& path, std::uint32_t count) {
-  if (fontTypeFromExtension(path.c_str()) != kExtensionTtc) return "gives " + Faces(count);
-  const TrueTypeCollectionFont collection(path);
-  const std::string lost = LostFaces(path, collection);
-  if (lost.empty()) return "gives " + Faces(count);
-  return "gives " + std::to_string(count) + " of the " + Faces(collection.faceCount()) + " it lists; " + lost;
+std::string JsonExplanation(const IdentifiedFile& file) {
+  const Explanation& found = file.explanation;
+  auto object = nlohmann::ordered_json::object();
+  object["path"] = file.source.path;
+  object["faces"] = file.faces.size();
+  object["listed"] = nullptr;
+  if (found.listed) object["listed"] = *found.listed;
+  object["reason"] = nullptr;
+  if (!found.reason.empty()) object["reason"] = found.reason;
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
-std::string Explain(const std::string& path) {
-  QM_FontArray* made = nullptr;
-  if (QM_CreateSpecifier(path.c_str(), 0, QM_ATTRIBUTES_ALL, &made) != 0) return WhyNoFace(path);
-  const FontArray array(made);
-  std::uint32_t count = 0;
-  (void)QM_GetFontCount(array.get(), &count);
-  return WhatItGives(path, count);
-}
-
-int Why(const std::vector<std::string>& paths) {
-  int status = 0;
-  for (const std::string& path : paths) {
-    const bool can_be_looked_at = CanBeLookedAt(path);
-    if (!can_be_looked_at) status = 1;
-    std::ostream& out = can_be_looked_at ? std::cout : std::cerr;
-    out << ShownPath(path) << ": " << Explain(path)
-        << std::endl;  // the two streams in the order of the paths
+int Why(const WhyOptions& options) {
+  LoadTables();
+  std::optional<JsonArray> array;
+  if (options.format == "json") array.emplace(std::cout);
+  bool complete = true;
+  const std::string stopped = VisitFiles(options.files, [&](const IdentifiedFile& file, Progress& progress) {
+    const Explanation& found = file.explanation;
+    // Of the files in folders only those are told that lose something.
+    if (found.reason.empty() && !file.source.named) return;
+    const bool is_unreadable = found.outcome == Outcome::kUnreadable;
+    if (is_unreadable) complete = false;
+    progress.Clear();
+    if (array) array->Add(JsonExplanation(file));
+    if (!array || is_unreadable) {
+      // At once, as the two streams come in the order of the paths.
+      (is_unreadable ? std::cerr : std::cout)
+          << ShownPath(file.source.path) + ": " + Told(file.faces.size(), found) << std::endl;
+    }
+    if (!std::cout) FlushOutput();
+  });
+  if (array) array->Finish();
+  FlushOutput();
+  if (!stopped.empty()) {
+    std::cerr << stopped + '\n';
+    return InterruptedStatus();
   }
-  return status;
+  return complete ? 0 : 1;
 }
 
 }  // namespace
 
 void AddWhy(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("why", "Tell why files give no face, or fewer than they list");
-  const auto paths = std::make_shared<std::vector<std::string>>();
-  command->add_option("paths", *paths, "Files to explain")->required();
-  command->callback([&status, paths] { status = Why(*paths); });
+  const auto options = std::make_shared<WhyOptions>();
+  command->add_option("--format", options->format, "How the reasons are written")
+      ->check(CLI::IsMember({"text", "json"}))
+      ->capture_default_str();
+  AddFiles(*command, options->files);
+  command->callback([&status, options] { status = Why(*options); });
 }
 
 }  // namespace quillmark::tool
