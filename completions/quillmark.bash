@@ -53,11 +53,11 @@ _quillmark() {
 
   local options=--help
   case $command in
-    identify) options+=" --format --fields --jobs --files-from --null --progress --quiet --why" ;;
+    identify) options+=" --format --fields --wide --jobs --files-from --null --progress --quiet --why" ;;
     same) options+=" --format --near --without --jobs --files-from --null --progress --quiet" ;;
     compare) options+=" --format" ;;
     why) options+=" --format --jobs --files-from --null --progress --quiet" ;;
-    read) options+=" --format --fields" ;;
+    read) options+=" --format --fields --wide" ;;
     split) options+=" --output" ;;
   esac
   case $current in

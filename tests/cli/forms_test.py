@@ -67,7 +67,7 @@ class FormsTest(ToolCase):
         path = os.fsencode(self.folder) + b"/a\xff.ttf"
         with open(path, "wb") as file:
             file.write(made_font("Made"))
-        self.assertIn("a\ufffd.ttf ", self.identify(self.folder).decode())
+        self.assertIn("a\\xFF.ttf\n", self.identify(self.folder).decode())
         (face,) = json.loads(self.identify("--format", "json", self.folder))
         self.assertEqual(face["path"], os.fsdecode(path).replace("\udcff", "\ufffd"))
         self.assertEqual(self.identify("--format", "tsv", "--fields", "path", self.folder), b"path\n" + path + b"\n")

@@ -16,6 +16,7 @@ import time
 import xml.etree.ElementTree
 
 import tool_case
+from font_builders import directory, name_table
 from tool_case import ToolCase, made_font, run
 
 LONG = "M" * 3000  # a line of JSON that soon fills a pipe
@@ -75,10 +76,18 @@ def screen(written):
 
 
 class MannersTest(ToolCase):
-    def terminal(self):
+    def terminal(self, columns=0):
         outside, inside = pty.openpty()
         self.addCleanup(os.close, outside)
+        fcntl.ioctl(inside, termios.TIOCSWINSZ, struct.pack("4H", 0, columns, 0, 0))
         return outside, inside
+
+    def shown(self, columns, *arguments):
+        """The lines that go to a terminal, standard error included."""
+        outside, inside = self.terminal(columns)
+        process = start(*arguments, stdout=inside, stderr=inside, env={**os.environ, "TERM": "dumb"})
+        os.close(inside)
+        return on_terminal(process, outside).split("\r\n")[:-1]
 
     def test_an_interrupt_leaves_a_whole_document(self):
         font = self.write("a.ttf", made_font("Made"))
@@ -88,7 +97,7 @@ class MannersTest(ToolCase):
             "jsonl": lambda text: [json.loads(line)["postScriptName"] for line in text.splitlines()],
             "plist": lambda text: [font["PostScriptName"] for font in plistlib.loads(text)],
             "xml": lambda text: [n.text for n in xml.etree.ElementTree.fromstring(text).iter("PostScriptName")],
-            "table": lambda text: [line.split()[2] for line in text.decode().splitlines()[1:]],
+            "table": lambda text: [line.split()[0] for line in text.decode().splitlines()[1:]],
         }
         for form, names in readers.items():
             for number, status in ((signal.SIGINT, 130), (signal.SIGTERM, 143)):
@@ -248,9 +257,60 @@ class MannersTest(ToolCase):
                 os.close(inside)
                 written = on_terminal(process, outside)
                 process.communicate()
-                self.assertEqual("\x1b[1mFILE" in written, bold, written)
+                self.assertEqual("\x1b[1mPOSTSCRIPT NAME" in written, bold, written)
                 self.assertEqual("\x1b" in written, bold, written)
         self.assertNotIn(b"\x1b", run("identify", font, env={**kept, "TERM": "xterm"}).stdout)
+
+    def test_the_table_shows_every_path_whole_at_every_width(self):
+        long = "b/" + "long-" * 20
+        places = ["a/One-Regular.ttf", "b/One-Regular.ttf", f"{long}A-Regular.ttf", f"{long}B-Regular.ttf"]
+        paths = {str(self.write(place, made_font("One", data=place.encode()))) for place in places}
+        titles = ["POSTSCRIPT NAME", "FAMILY", "STYLES", "VERSION", "FOUNDRY", "CHECKSUM", "CLASS", "KIND", "PLATFORM"]
+        for columns, expected in ((30, titles[:1]), (80, [titles[0], *titles[3:6]]), (300, titles)):
+            for command in ("identify", "same"):
+                with self.subTest(command=command, columns=columns):
+                    lines = self.shown(columns, command, "-q", self.folder)
+                    folder, found = "", set()
+                    for line in lines:
+                        if line.endswith("/"):
+                            folder = line
+                        elif line.endswith(".ttf"):
+                            name = line.split()[-1]
+                            found.add(name if "/" in name else folder + name)
+                        elif command == "identify":
+                            self.assertLessEqual(len(line), columns)
+                    self.assertEqual(found, paths)
+                    if command == "identify":
+                        self.assertEqual([title for title in re.split("  +", lines[0].strip()) if title != "FILE"], expected)
+
+    def test_a_table_in_a_pipe_is_not_padded_to_its_longest_cell(self):
+        long = "a" * 50 + ".ttf"
+        for name in (long, "b.ttf"):
+            self.write(name, made_font("Made"))
+        table = run("identify", "-q", "--fields", "path,version,postScriptName", ".", cwd=self.folder).stdout.decode()
+        rows = [("FILE", "VERSION  POSTSCRIPT NAME"), (f"./{long}", "1.5      Made"), ("./b.ttf", "1.5      Made")]
+        self.assertEqual(table.splitlines(), [f"{first:40}  {rest}" for first, rest in rows])
+        self.assertEqual(self.shown(40, "identify", "-q", "--wide", self.folder), run("identify", self.folder).stdout.decode().splitlines())
+
+    def test_what_fonts_hold_does_not_steer_a_terminal(self):
+        name = "Qu\x1bill\x9b\u202e\u2066\u200b\U000e0001"
+        path = os.fsdecode(os.fsencode(self.folder) + "/\x1b]0;\x07\r\u202e\x9b\t".encode() + b"\x9b\xe2\x80.ttf")
+        with open(path, "wb") as file:
+            file.write(directory({"name": name_table((1, name), (4, name)), "zero": bytes(8)}, b"\0\1\0\0"))
+        for arguments in (
+            *(["identify", "--format", form, path] for form in ("table", "json", "jsonl", "tsv", "xml", "plist")),
+            *([command, path + end] for command in ("identify", "why", "read", "resources", "split") for end in ("", "none")),
+            ["same", "--format", "json", path], ["compare", path, path], ["identify", "--" + name], [name],
+        ):  # fmt: skip
+            with self.subTest(arguments):
+                text = "\n".join(self.shown(80, *arguments))
+                self.assertNotRegex(text, "[\x00-\x08\x0b-\x1f\x7f-\x9f\u200b-\u200f\u202a-\u202e\u2066-\u2069\U000e0001]")
+        fields = ["identify", "-q", "--fields", "family,path", "--format"]
+        piped = run(*fields, "json", path).stdout
+        self.assertEqual(json.loads(piped)[0]["family"], name)
+        self.assertEqual(json.loads("\n".join(self.shown(80, *fields, "json", path))), json.loads(piped))
+        exact = os.fsencode(path).replace(b"\t", b"\\t").replace(b"\r", b"\\r")
+        self.assertEqual(run(*fields, "tsv", path).stdout, b"family\tpath\n" + name.encode() + b"\t" + exact + b"\n")
 
     def test_version_tells_where_the_tables_are(self):
         result = run("version")

@@ -7,7 +7,7 @@ import pathlib
 import resource
 
 import tool_case
-from font_builders import collection, fond, resource_fork, sfnt
+from font_builders import collection, directory, fond, name_table, resource_fork, sfnt
 from tool_case import ToolCase, faces, run
 
 ZENHEI = pathlib.Path("/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc")
@@ -45,8 +45,9 @@ class SplitTest(ToolCase):
 
     def test_names_are_safe_and_never_the_same(self):
         names = [".hidden", "-rf", "a/../b", "", "Twin", "twin", "TWIN-2", "x" * 400]
-        self.split(self.write("odd.ttc", collection(*names)))
-        expected = ["_hidden", "_rf", "a-..-b", "face-3", "Twin", "twin-2", "TWIN-2-2", "x" * 200]
+        hidden = directory({"zero": bytes(7), "name": name_table((4, "a\x1bb\x9b\u202ec\u2066"))}, b"\0\1\0\0")
+        self.split(self.write("odd.ttc", collection(*names, hidden)))
+        expected = ["_hidden", "_rf", "a-..-b", "face-3", "Twin", "twin-2", "TWIN-2-2", "x" * 200, "a_b__c_"]
         self.assertEqual(self.names(), sorted(name + ".ttf" for name in expected))
 
     def test_fonts_of_a_resource_file(self):

@@ -27,8 +27,8 @@ def faces(*arguments):
     return json.loads(run("identify", "--format", "json", *arguments).stdout)
 
 
-def made_font(post_script_name, family="Made"):
-    return mac_font(post_script_name, "1.5", family, foundry="", full_name=family + " Regular")
+def made_font(post_script_name, family="Made", data=b"data"):
+    return mac_font(post_script_name, "1.5", family, foundry="", data=data, full_name=family + " Regular")
 
 
 class ToolCase(unittest.TestCase):

@@ -3,6 +3,7 @@
 Usage: tool_test.py TOOL [unittest arguments]
 """
 
+import itertools
 import json
 import os
 import pathlib
@@ -148,6 +149,25 @@ class ToolTest(unittest.TestCase):
         self.assertNotIn("fondID", face)
         self.assertEqual(run("read", self.folder).stderr.decode(), f"{self.folder}: a folder, not a file\n")
 
+    def test_what_reading_loses_is_told(self):
+        block = "<FontData><PostScriptName>{}</PostScriptName><Checksum>{}</Checksum></FontData>"
+        entry = "<dict><key>PostScriptName</key><string>{}</string><key>KerningChecksum</key><string>{}</string></dict>"
+        forms = [(block, "", ""), (entry, "<array>", "</array>")]
+        fewer = "gives 2 of the 3 faces it lists: a PostScript name that comes again is left out"
+        large = "of 7FFFFFFF, which stands for itself and every larger one"
+        rows = [
+            ([("A", "FFFFFFFF"), ("B", "0"), ("A", "0")], f": {fewer}; 1 face has a checksum {large}\n"),
+            ([("A", "80000000"), ("B", "7FFFFFFF")], f": 2 faces have a checksum {large}\n"),
+            ([("A", "7FFFFFFE"), ("B", "0")], ""),
+        ]
+        for (face, head, end), (values, told) in itertools.product(forms, rows):
+            stored = self.folder / "stored"
+            stored.write_text(head + "".join(face.format(*value) for value in values) + end)
+            result = run("read", stored)
+            with self.subTest(head=head, values=values):
+                self.assertEqual((result.returncode, result.stderr.decode()), (0, told and f"{stored}{told}"))
+
+    def test_what_cannot_be_read_is_1(self):
         bad = self.folder / "bad"
         bad.write_text("<plist><array/></plist>")
         result = run("read", bad)

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "analysis/name_table.h"
-#include "display_width.h"
 #include "platform/forks.h"
+#include "printable.h"
 #include "sfnt_faults.h"
 #include "type_text.h"
 

@@ -4,16 +4,14 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace quillmark::tool {
 
-// `text` as it may be shown: control characters, and bytes that are not UTF-8, become U+FFFD.
-std::string Printable(const std::string& text);
 // Columns of printable text.
-std::size_t DisplayWidth(const std::string& text);
-// Cuts printable text to `width` columns, ending in an ellipsis; a path keeps its end instead.
-std::string FitEnd(const std::string& text, std::size_t width);
-std::string FitStart(const std::string& text, std::size_t width);
+std::size_t DisplayWidth(std::string_view text);
+// Cuts printable text to `width` columns. An ellipsis stands for its middle: names differ in their ends, too.
+std::string FitMiddle(const std::string& text, std::size_t width);
 
 }  // namespace quillmark::tool
 

@@ -14,7 +14,7 @@ struct Field {
   const char* name;                              // in JSON, tab-separated text and --fields
   const char* title;                             // in the table
   nlohmann::ordered_json (*value)(const Face&);  // null when the face has none
-  bool keep_end = false;                         // in a narrow table: see table_form.h
+  bool is_path = false;                          // the table never cuts it
 };
 
 // All of them, in the order of the JSON form.

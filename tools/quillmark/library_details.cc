@@ -16,7 +16,8 @@ namespace {
 
 constexpr ResType kFond = FourCharCode("FOND");
 constexpr ResType kSfnt = FourCharCode("sfnt");
-// A small file can list millions of faces, each with a long list of tables. Real collections hold some dozens.
+// A small file can list millions of faces, each with a long list of tables. Real collections hold some
+// dozens.
 constexpr std::size_t kMostCollectionFonts = 4096;
 
 bool HasAxes(const SfntData& font) { return FindSpecifiedTable(font, "fvar").has_value(); }
@@ -29,8 +30,8 @@ bool HasAxes(const RegularFile& file) {
 // As the library finds the outlines of a face of a FOND.
 bool HasAxes(QuillmarkResourceFile& resources, const LibraryFace& face) {
   const ResourceHandle fond(getHandleOfTypeAndResID(&resources, kFond, static_cast<ResID>(face.fond_id)));
-  const std::int16_t id = getFirstResourceIDFromHandleAndStyle(
-      &resources, fond.get(), static_cast<std::int16_t>(face.style));
+  const std::int16_t id =
+      getFirstResourceIDFromHandleAndStyle(&resources, fond.get(), static_cast<std::int16_t>(face.style));
   const ResourceHandle font(getHandleOfTypeAndResID(&resources, kSfnt, id));
   return HasAxes(SfntData(HandleBytes(font.get())));
 }

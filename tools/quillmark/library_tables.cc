@@ -2,18 +2,14 @@
 // name and what all its faces share, so that its rows tell where they differ, the path last.
 #include <algorithm>
 #include <cstdio>
-#include <sstream>
 #include <string>
 
-#include "display_width.h"
 #include "library_forms.h"
-#include "table_form.h"
+#include "table.h"
 #include "terminal.h"
 
 namespace quillmark::tool {
 namespace {
-
-constexpr std::size_t kIndentation = 2;
 
 // What rows of a list can tell of a face besides its path, in the order of the columns.
 enum Cell { kName, kChecksum, kVersion, kKind, kFoundry, kFace, kSize, kCellCount };
@@ -137,53 +133,24 @@ class TableWriter {
     return shared.empty() ? name : name + "  (" + shared + ')';
   }
 
-  // The table of all groups line by line, so that its columns are as wide in each of them.
-  std::vector<std::string> Lines(const std::vector<TableGroup>& groups) const {
-    std::vector<Column> columns;
-    std::vector<std::size_t> used;
-    for (std::size_t cell = 0; cell < kCellCount; ++cell) {
-      const bool is_used = std::any_of(groups.begin(), groups.end(), [&](const TableGroup& group) {
-        return std::any_of(group.rows.begin(), group.rows.end(),
-                           [&](const Cells& row) { return !row[cell].empty(); });
-      });
-      if (!is_used) continue;
-      used.push_back(cell);
-      columns.push_back({kTitles[cell]});
-    }
-    columns.push_back({"FILE", true});
-    std::vector<Cells> rows;
-    for (const TableGroup& group : groups) {
-      for (std::size_t i = 0; i < group.rows.size(); ++i) {
-        Cells& row = rows.emplace_back();
-        for (const std::size_t cell : used) row.push_back(group.rows[i][cell]);
-        row.push_back(group.paths[i]);
-      }
-    }
-    TerminalLook look = look_;
-    if (look.columns > kIndentation) look.columns -= kIndentation;
-    std::stringstream table;
-    WriteTable(table, columns, rows, look);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(table, line);) lines.push_back(line);
-    return lines;
-  }
-
   void WriteSection(const std::string& name, const std::string& meaning, std::vector<TableGroup> groups) {
     if (groups.empty()) {
       out_ << name << ": none\n\n";
       return;
     }
-    out_ << name << ": " << groups.size() << " (" << meaning << ")\n";
-    std::vector<std::string> headings;
-    for (TableGroup& group : groups) headings.push_back(Printable(TakeHeading(group)));
-    const std::vector<std::string> lines = Lines(groups);
-    const std::string indentation(kIndentation, ' ');
-    auto line = lines.begin();
-    out_ << indentation << *line++ << '\n';
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-      out_ << (look_.columns == 0 ? headings[i] : FitEnd(headings[i], look_.columns)) << '\n';
-      for (std::size_t row = 0; row < groups[i].rows.size(); ++row) out_ << indentation << *line++ << '\n';
+    std::vector<Column> columns;
+    for (const char* title : kTitles) columns.push_back({title, false, 1});
+    columns.push_back({"FILE", true});
+    Table table(columns);
+    for (TableGroup& group : groups) {
+      table.AddHeading(TakeHeading(group));
+      for (std::size_t i = 0; i < group.rows.size(); ++i) {
+        group.rows[i].push_back(group.paths[i]);
+        table.Add(group.rows[i]);
+      }
     }
+    out_ << name << ": " << groups.size() << " (" << meaning << ")\n";
+    table.Write(out_, look_);
     out_ << '\n';
   }
 

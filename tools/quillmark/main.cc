@@ -1,5 +1,6 @@
 // quillmark: identifies fonts. Parses the command line, which runs one command; the library does the rest.
 #include <signal.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <clocale>
@@ -8,6 +9,7 @@
 
 #include "commands.h"
 #include "output.h"
+#include "terminal_guard.h"
 #include "version.h"
 
 namespace {
@@ -53,6 +55,8 @@ int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
   // Only for the widths of characters; numbers and messages stay as they are in every locale.
   std::setlocale(LC_CTYPE, "C.UTF-8");
+  const tool::TerminalGuard output(std::cout, STDOUT_FILENO);
+  const tool::TerminalGuard errors(std::cerr, STDERR_FILENO);
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {

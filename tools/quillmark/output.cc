@@ -18,19 +18,22 @@ using Fields = std::vector<const Field*>;
 
 class TableWriter : public FaceWriter {
  public:
-  TableWriter(std::ostream& out, Fields fields) : out_(out), fields_(std::move(fields)) {}
+  TableWriter(std::ostream& out, Fields fields, bool wide)
+      : out_(out), table_(std::move(fields)), wide_(wide) {}
   void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
-    faces_.insert(faces_.end(), faces.begin(), faces.end());
+    for (const Face& face : faces) table_.Add(face);
   }
   void Finish() override {
-    if (!faces_.empty()) WriteFaceTable(out_, faces_, fields_, OutputLook());
+    TerminalLook look = OutputLook();
+    if (wide_) look.columns = 0;
+    table_.Write(out_, look);
   }
   bool WritesAtOnce() const override { return false; }
 
  private:
   std::ostream& out_;
-  Fields fields_;
-  std::vector<Face> faces_;
+  FaceTable table_;
+  bool wide_;
 };
 
 class JsonWriter : public FaceWriter {
@@ -124,7 +127,7 @@ std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out
   }
   if (form.format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
   if (form.format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
-  return std::make_unique<TableWriter>(out, std::move(fields));
+  return std::make_unique<TableWriter>(out, std::move(fields), form.wide);
 }
 
 void FlushOutput() {

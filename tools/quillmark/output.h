@@ -18,6 +18,7 @@ extern const std::vector<std::string> kFormats;
 struct OutputForm {
   std::string format = "table";     // one of kFormats
   std::vector<std::string> fields;  // chosen ones, in their order; empty for the form's own
+  bool wide = false;                // a table of every column, uncut, whatever the terminal
 };
 
 // Writes faces as they come (json, jsonl, tsv) or holds them to the end (table, xml, plist).

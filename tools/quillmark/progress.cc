@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "terminal.h"
+#include "terminal_guard.h"
 
 namespace quillmark::tool {
 namespace {
@@ -56,13 +57,13 @@ void Progress::Advance() {
   }
   const std::size_t width = text.size();
   if (width < width_) text.append(width_ - width, ' ');
-  std::cerr << '\r' + text;
+  WriteControls(std::cerr, '\r' + text);
   width_ = width;
 }
 
 void Progress::Clear() {
   if (width_ == 0) return;
-  std::cerr << '\r' + std::string(width_, ' ') + '\r';
+  WriteControls(std::cerr, '\r' + std::string(width_, ' ') + '\r');
   width_ = 0;
 }
 

@@ -29,6 +29,10 @@ int Read(const std::string& file, const OutputForm& form) {
   for (Face& face : faces) face.fond_id = face.style = std::nullopt;  // stored forms do not carry them
   writer->Add(faces, *stored->array);
   writer->Finish();
+  FlushOutput();
+  if (const std::string told = NotRead(*stored); !told.empty()) {
+    std::cerr << ShownPath(file) << ": " << told << '\n';
+  }
   return 0;
 }
 

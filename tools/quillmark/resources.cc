@@ -7,16 +7,16 @@
 #include <vector>
 
 #include "commands.h"
-#include "display_width.h"
 #include "face.h"
 #include "platform/cf_ref.h"
 #include "platform/forks.h"
 #include "platform/text_encoding.h"
+#include "printable.h"
 #include "reason.h"
 #include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
-#include "table_form.h"
+#include "table.h"
 #include "terminal.h"
 #include "type_text.h"
 

@@ -39,6 +39,7 @@ void AddOutputForm(CLI::App& command, OutputForm& form) {
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name("LIST");
+  command.add_flag("--wide", form.wide, "A table with every column, uncut, also on a narrow terminal");
 }
 
 void AddFiles(CLI::App& command, FilesOptions& options) {

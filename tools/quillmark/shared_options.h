@@ -11,7 +11,7 @@ class App;
 
 namespace quillmark::tool {
 
-// --format and --fields: how faces are written.
+// --format, --fields and --wide: how faces are written.
 void AddOutputForm(CLI::App& command, OutputForm& form);
 
 // PATH..., --files-from, -0, -j, --progress and -q: which files are identified, and what is told meanwhile.

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "platform/text_encoding.h"
+#include "printable.h"
 
 namespace quillmark::tool {
 namespace {
@@ -12,10 +13,9 @@ namespace {
 constexpr std::size_t kLongestName = 200;
 
 std::string SafeName(const std::string& name) {
-  std::string safe(ValidUtf8Prefix(name.substr(0, kLongestName)));
+  std::string safe = WithoutHidden(ValidUtf8Prefix(name.substr(0, kLongestName)));
   std::replace_if(
-      safe.begin(), safe.end(),
-      [](unsigned char c) { return c == '/' || c == '\\' || c < 0x20 || c == 0x7F; }, '_');
+      safe.begin(), safe.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
   // A leading dot would hide the file, a leading hyphen make it an option of other commands.
   if (!safe.empty() && (safe[0] == '.' || safe[0] == '-')) safe[0] = '_';
   return safe;

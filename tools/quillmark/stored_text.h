@@ -14,6 +14,7 @@ enum class StoredForm { kPropertyList, kXml };
 struct StoredFaces {
   FontArray array;
   StoredForm form;
+  std::size_t listed = 0;  // blocks or dictionaries in the text
 };
 
 // Nothing when the text is neither form of stored faces.
@@ -21,6 +22,10 @@ std::optional<StoredFaces> ParseStored(const std::string& text);
 
 // The same of a file's text; nothing either when it is no regular file that can be read.
 std::optional<StoredFaces> ReadStored(const std::string& path);
+
+// What of a text is not in its faces, in sentences: faces left out, checksums that are not told from others.
+// Empty when all is.
+std::string NotRead(const StoredFaces& stored);
 
 }  // namespace quillmark::tool
 

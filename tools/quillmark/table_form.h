@@ -1,30 +1,33 @@
-// Faces as a table for people: one row a face, columns aligned, narrowed to the terminal when there is one.
+// Faces as a table for people, one row a face.
 #ifndef QUILLMARK_TOOL_TABLE_FORM_H_
 #define QUILLMARK_TOOL_TABLE_FORM_H_
 
 #include <ostream>
-#include <string>
 #include <vector>
 
 #include "face.h"
 #include "fields.h"
+#include "table.h"
 #include "terminal.h"
 
 namespace quillmark::tool {
 
-struct Column {
-  std::string title;
-  bool keep_end = false;  // when narrowed: a path is recognised by its end, a name by its beginning
+// The named fields, or, without any, the usual ones: as many of those as there is room for. Keeps the cells
+// of a face, not the face.
+class FaceTable {
+ public:
+  explicit FaceTable(std::vector<const Field*> fields);
+
+  void Add(const Face& face);
+  // Nothing without faces.
+  void Write(std::ostream& out, TerminalLook look);
+
+ private:
+  bool are_usual_;
+  std::vector<const Field*> fields_;
+  Table table_;
+  bool has_several_ = false;  // faces in one file
 };
-
-// Writes rows of as many cells as columns.
-void WriteTable(std::ostream& out, const std::vector<Column>& columns,
-                const std::vector<std::vector<std::string>>& rows, TerminalLook look);
-
-// The table of faces, of the named fields or of the usual ones. Of those, columns that only faces of resource
-// files fill are left out when none does.
-void WriteFaceTable(std::ostream& out, const std::vector<Face>& faces, std::vector<const Field*> fields,
-                    TerminalLook look);
 
 }  // namespace quillmark::tool
 

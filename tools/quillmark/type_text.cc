@@ -1,7 +1,7 @@
 #include "type_text.h"
 
-#include "display_width.h"
 #include "platform/text_encoding.h"
+#include "printable.h"
 
 namespace quillmark::tool {
 

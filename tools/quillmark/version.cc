@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "commands.h"
-#include "display_width.h"
 #include "platform/cf_bundle.h"
 #include "platform/cf_ref.h"
+#include "printable.h"
 #include "quillmark/quillmark.h"
 #include "tables_check.h"
 
