@@ -9,7 +9,7 @@ _quillmark_files() {
 
 _quillmark() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
-  local commands="identify same compare why split styles classify read resources version"
+  local commands="identify same compare why split styles classify read resources version help"
   local fields="path face postScriptName family fullName displayName windowsFullName styles class foundry kind version
     platform checksum legacyChecksum kerningChecksum outlineFileSize printerFont printerFontExists fondID style"
   COMPREPLY=()
@@ -29,8 +29,8 @@ _quillmark() {
       case $command in
         identify | read) _quillmark_words "table json jsonl tsv xml plist" "$current" ;;
         same) _quillmark_words "table json tsv" "$current" ;;
-        compare) _quillmark_words "table json" "$current" ;;
-        why) _quillmark_words "text json" "$current" ;;
+        compare | resources) _quillmark_words "table json" "$current" ;;
+        styles | classify | version | why) _quillmark_words "text json" "$current" ;;
       esac
       return ;;
     --fields | --without)
@@ -42,27 +42,33 @@ _quillmark() {
       compopt -o nospace
       mapfile -t COMPREPLY < <(compgen -P "$before" -W "$names" -- "${current##*,}")
       return ;;
+    --sort) _quillmark_words "$fields" "$current"; return ;;
     --progress) _quillmark_words "auto always never" "$current"; return ;;
     -o | --output)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
       return ;;
-    --files-from) _quillmark_files "$current"; return ;;
+    --files-from | --name) _quillmark_files "$current"; return ;;
     -j | --jobs) return ;;
   esac
 
-  local options=--help
+  local options=--help walk=" --no-recurse --follow --files-from --null --jobs --progress --quiet"
   case $command in
-    identify) options+=" --format --fields --wide --jobs --files-from --null --progress --quiet --why" ;;
-    same) options+=" --format --near --without --jobs --files-from --null --progress --quiet" ;;
-    compare) options+=" --format" ;;
-    why) options+=" --format --jobs --files-from --null --progress --quiet" ;;
+    identify) options+=" --format --fields --wide --sort --name --why$walk" ;;
+    same) options+=" --format --near --without$walk" ;;
+    why) options+=" --format$walk" ;;
+    compare | resources | styles | classify | version) options+=" --format" ;;
     read) options+=" --format --fields --wide" ;;
     split) options+=" --output" ;;
   esac
   case $current in
     -*) _quillmark_words "$options" "$current" ;;
-    *) case $command in styles | classify | version) ;; *) _quillmark_files "$current" ;; esac ;;
+    *)
+      case $command in
+        help) _quillmark_words "$commands" "$current" ;;
+        styles | classify | version) ;;
+        *) _quillmark_files "$current" ;;
+      esac ;;
   esac
 }
 

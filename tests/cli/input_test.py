@@ -33,6 +33,24 @@ class InputTest(ToolCase):
                         file.seek(0)
                         self.assertEqual(self.names("-j", jobs, *arguments, **options), expected)
 
+    def test_how_folders_are_walked(self):
+        for name in ("a.ttf", "in/b.ttf", "in/deep/c.ttf", "__MACOSX/x.ttf", "../other/d.ttf"):
+            self.write("top/" + name, made_font(name[-5]))
+        top = self.folder / "top"
+        for link, target in {"in/a-deep": "deep", "in/deep/up": "../..", "links": "../other", "none": "gone"}.items():
+            os.symlink(target, top / link)
+        rows = [
+            ([top], "abc"),
+            (["--no-recurse", top], "a"),
+            (["--follow", top], "abcd"),
+            (["--follow", "--no-recurse", top, top / "links"], "ad"),
+            (["--follow", top, top], "abcdabcd"),  # named twice
+            ([top / "links"], "d"),
+        ]
+        for arguments, expected in rows:
+            with self.subTest(arguments):
+                self.assertEqual(self.names("-j", 3, *arguments), list(expected))
+
     def test_a_path_of_a_list_counts_as_named(self):
         missing = self.folder / "missing.ttf"
         result = run("identify", "--files-from", "-", input=os.fsencode(missing) + b"\n")

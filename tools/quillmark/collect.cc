@@ -10,6 +10,7 @@
 
 #include "platform/forks.h"
 #include "reason.h"
+#include "standard_input.h"
 
 namespace quillmark::tool {
 namespace {
@@ -23,13 +24,22 @@ IdentifiedFile Identify(FontPath source) {
     file.explanation = {Outcome::kUnreadable, file.source.fault};
     return file;
   }
+  std::optional<StandardInputFile> input;
+  if (file.source.standard_input_name) {
+    input.emplace(*file.source.standard_input_name);
+    if (!input->fault().empty()) {
+      file.explanation = {Outcome::kUnreadable, input->fault()};
+      return file;
+    }
+  }
+  const std::string& path = input ? input->path() : file.source.path;
   const ForkLookupScope look_ups;  // shared by what reads the file and what explains it
   QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(file.source.path.c_str(), 0, kEveryAttribute, &array) == 0) {
+  if (QM_CreateSpecifier(path.c_str(), 0, kEveryAttribute, &array) == 0) {
     file.array.reset(array);
     file.faces = FacesOf(array, file.source.path);
   }
-  file.explanation = Explain(file.source.path, file.faces);
+  file.explanation = Explain(path, file.faces);
   return file;
 }
 

@@ -12,9 +12,11 @@
 #include "array_forms.h"
 #include "commands.h"
 #include "face_comparison.h"
+#include "json_form.h"
 #include "output.h"
 #include "printable.h"
 #include "reason.h"
+#include "shared_options.h"
 #include "stored_text.h"
 #include "table.h"
 #include "tables_check.h"
@@ -91,7 +93,7 @@ void WriteJson(std::ostream& out, const Side& a, const Side& b, const std::vecto
                     {"attributes", std::move(attributes)}});
   }
   const Json whole = {{"a", a.path}, {"b", b.path}, {"pairs", std::move(list)}};
-  out << whole.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  WriteJsonDocument(out, whole);
 }
 
 void WriteTables(std::ostream& out, const Side& a, const Side& b, const std::vector<ComparedPair>& pairs) {
@@ -155,17 +157,14 @@ int Compare(Side a, Side b, const std::string& format) {
 void AddCompare(CLI::App& app, int& status) {
   struct Options {
     std::string a, b;
-    std::string format = "table";
+    std::string format;
   };
   CLI::App* command =
       app.add_subcommand("compare", "Compare the faces that two files share, attribute by attribute");
   const auto options = std::make_shared<Options>();
-  command->add_option("--format", options->format, "How the comparison is written")
-      ->check(CLI::IsMember({"table", "json"}))
-      ->capture_default_str();
+  AddResultForm(*command, options->format, "table");
   command->add_option("A", options->a, "Font file, or stored XML or property list")->required();
   command->add_option("B", options->b, "The other one")->required();
-  command->footer("Exit status: 0 all agrees, 3 something conflicts, 1 nothing to compare, 2 wrong usage");
   command->callback([&status, options] {
     status = Compare({options->a, nullptr, {}}, {options->b, nullptr, {}}, options->format);
   });

@@ -1,5 +1,7 @@
 #include "folder_walk.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -23,22 +25,35 @@ bool MayBeFile(const fs::directory_entry& entry) {
 
 }  // namespace
 
-FolderWalk::FolderWalk(const std::string& folder, std::function<bool()> stopped)
-    : stopped_(std::move(stopped)), pending_{fs::path(folder)} {}
+FolderWalk::FolderWalk(const std::string& folder, WalkOptions options, std::function<bool()> stopped)
+    : options_(options), stopped_(std::move(stopped)), pending_{fs::path(folder)} {}
+
+bool FolderWalk::IsEntered(const fs::directory_entry& entry) const {
+  std::error_code ignored;
+  return (options_.follow || !entry.is_symlink(ignored)) && entry.is_directory(ignored);
+}
+
+// Of folder_, by what tells one folder from all others. What cannot be told is left to the listing.
+bool FolderWalk::IsFirstVisit() {
+  struct stat status {};
+  if (!options_.follow || ::stat(folder_.c_str(), &status) != 0) return true;
+  return visited_.emplace(status.st_dev, status.st_ino).second;
+}
 
 // Their depth is bounded only by the paths that the system takes: folders are kept on a list, not on the
 // stack.
 void FolderWalk::List() {
   folder_ = std::move(pending_.back());
   pending_.pop_back();
+  if (!IsFirstVisit()) return;
   std::vector<std::string> folders;
   std::error_code error;
   for (fs::directory_iterator it(folder_, error), end; !error && it != end && !stopped_();
        it.increment(error)) {
     std::string name = it->path().filename().native();
     std::error_code ignored;
-    if (!it->is_symlink(ignored) && it->is_directory(ignored)) {
-      if (!HoldsOtherFilesForks(name)) folders.push_back(std::move(name));
+    if (IsEntered(*it)) {
+      if (options_.recurse && !HoldsOtherFilesForks(name)) folders.push_back(std::move(name));
     } else if (!name.starts_with("._") && MayBeFile(*it)) {
       names_.push_back(std::move(name));
     }

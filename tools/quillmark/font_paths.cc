@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "interrupt.h"
+#include "standard_input.h"
 
 namespace quillmark::tool {
 
 namespace fs = std::filesystem;
 
-FontPaths::FontPaths(const PathSources& sources) : paths_(sources.paths) {
+FontPaths::FontPaths(const PathSources& sources)
+    : paths_(sources.paths), standard_input_name_(sources.standard_input_name), walk_options_(sources.walk) {
   if (sources.list.empty()) return;
   list_.emplace(sources.list, sources.list_is_nul_separated ? '\0' : '\n', [this] { return Stopped(); });
 }
@@ -37,14 +39,21 @@ std::optional<FontPath> FontPaths::Found() {
     }
     std::optional<FontPath> named = Named();
     std::error_code ignored;
-    if (!named || !named->fault.empty() || !fs::is_directory(named->path, ignored)) return named;
-    walk_.emplace(named->path, [this] { return Stopped(); });
+    if (!named || !named->fault.empty() || named->standard_input_name ||
+        !fs::is_directory(named->path, ignored)) {
+      return named;
+    }
+    walk_.emplace(named->path, walk_options_, [this] { return Stopped(); });
   }
   return std::nullopt;
 }
 
 std::optional<FontPath> FontPaths::Named() {
-  if (next_ < paths_.size()) return FontPath{paths_[next_++], true, {}};
+  if (next_ < paths_.size()) {
+    FontPath named{paths_[next_++], true, {}};
+    if (named.path == kStandardInputPath) named.standard_input_name = standard_input_name_;
+    return named;
+  }
   if (!list_) return std::nullopt;
   if (std::optional<std::string> path = list_->Next()) return FontPath{std::move(*path), true, {}};
   FontPath list{list_->name(), true, list_->fault()};
@@ -55,7 +64,8 @@ std::optional<FontPath> FontPaths::Named() {
 
 PathCount::PathCount(const PathSources& sources) {
   std::error_code ignored;
-  if (!sources.list.empty() && !fs::is_regular_file(sources.list, ignored)) return;
+  const bool is_read_once = sources.list == kStandardInputPath || !fs::is_regular_file(sources.list, ignored);
+  if (!sources.list.empty() && is_read_once) return;
   thread_ = std::jthread([this, sources](const std::stop_token& stop) {
     FontPaths paths(sources);
     const std::stop_callback on_stop(stop, [&] { paths.Stop(); });

@@ -18,14 +18,20 @@ namespace quillmark::tool {
 // What the command line gave.
 struct PathSources {
   std::vector<std::string> paths;
+  // Set where the path "-" stands for standard input: the file name that goes with it, or empty to let its
+  // first bytes choose one.
+  std::optional<std::string> standard_input_name;
   std::string list;  // file of further paths, "-" for standard input; empty without one
   bool list_is_nul_separated = false;
+  WalkOptions walk;
 };
 
 struct FontPath {
   std::string path;
   bool named = false;  // given on the command line or in the list, not found in a folder
   std::string fault;   // why a folder or the list cannot be read; empty for a file
+  // As in PathSources, of standard input; nothing for a file.
+  std::optional<std::string> standard_input_name = std::nullopt;
 };
 
 // Paths are found as they are asked for, so that any number of them takes bounded memory. A named path comes
@@ -48,6 +54,8 @@ class FontPaths {
   bool Stopped() const;
 
   const std::vector<std::string> paths_;
+  const std::optional<std::string> standard_input_name_;
+  const WalkOptions walk_options_;
   std::size_t next_ = 0;
   std::optional<PathList> list_;
   std::optional<FolderWalk> walk_;

@@ -2,12 +2,16 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "commands.h"
+#include "fields.h"
 #include "identify_files.h"
 #include "interrupt.h"
 #include "output.h"
 #include "shared_options.h"
+#include "sorted_writer.h"
 #include "tables_check.h"
 
 namespace quillmark::tool {
@@ -16,10 +20,12 @@ namespace {
 struct IdentifyOptions {
   OutputForm form;
   FilesOptions files;
+  std::string sort;  // name of a field; empty for the order of the paths
 };
 
 int Identify(const IdentifyOptions& options) {
-  const std::unique_ptr<FaceWriter> writer = MakeWriter(options.form, std::cout);
+  std::unique_ptr<FaceWriter> writer = MakeWriter(options.form, std::cout);
+  if (!options.sort.empty()) writer = Sorted(std::move(writer), *FindField(options.sort));
   LoadTables();
   std::size_t faces = 0;
   std::size_t files = 0;
@@ -48,8 +54,12 @@ void AddIdentify(CLI::App& app, int& status) {
       app.add_subcommand("identify", "Identify every face of files and of the files in folders");
   const auto options = std::make_shared<IdentifyOptions>();
   AddOutputForm(*command, options->form);
+  command->add_option("--sort", options->sort, "Field to order the faces by, instead of the paths")
+      ->check(AnyField())
+      ->type_name("FIELD");
   AddFiles(*command, options->files);
   command->add_flag("--why", options->files.why, "Also tell why files give no face, or fewer than they list");
+  AddStandardInput(*command, options->files.sources);
   command->callback([&status, options] { status = Identify(*options); });
 }
 

@@ -8,6 +8,7 @@
 #include "interrupt.h"
 #include "open_files.h"
 #include "reason.h"
+#include "standard_input.h"
 #include "terminal.h"
 
 namespace quillmark::tool {
@@ -67,11 +68,13 @@ std::string VisitFiles(const FilesOptions& options,
   FontPaths paths(options.sources);
   const PathCount count(options.sources);
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
+  bool input_cut_short = false;
   IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), [&](const IdentifiedFile& file) {
     visit(file, progress);
+    input_cut_short |= file.source.standard_input_name && !file.array && Interrupted() != 0;
     progress.Advance();
   });
-  return paths.cut_short() ? Stopped(progress.done(), count.total()) : "";
+  return paths.cut_short() || input_cut_short ? Stopped(progress.done(), count.total()) : "";
 }
 
 FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
@@ -86,7 +89,9 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
     const Explanation& found = file.explanation;
     if (IsFault(file) || (options.why && !found.reason.empty())) {
       progress.Clear();
-      std::cerr << ShownPath(file.source.path) + ": " + Told(file.faces.size(), found) + '\n';
+      const std::string shown =
+          file.source.standard_input_name ? kStandardInputName : ShownPath(file.source.path);
+      std::cerr << shown + ": " + Told(file.faces.size(), found) + '\n';
     }
     if (IsFault(file)) {
       outcome.complete = false;

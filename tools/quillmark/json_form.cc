@@ -16,6 +16,10 @@ std::string JsonObject(const Face& face, const std::vector<const Field*>& named)
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document) {
+  out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
 void JsonArray::Add(const std::string& object) {
   out_ << (empty_ ? "[\n  " : ",\n  ") << object;
   empty_ = false;

@@ -1,7 +1,8 @@
-// Faces as JSON for programs: one object a face. Bytes that are not UTF-8 become U+FFFD.
+// Results as JSON for programs, faces as one object each. Bytes that are not UTF-8 become U+FFFD.
 #ifndef QUILLMARK_TOOL_JSON_FORM_H_
 #define QUILLMARK_TOOL_JSON_FORM_H_
 
+#include <nlohmann/json_fwd.hpp>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ namespace quillmark::tool {
 // On one line, without a line end. Every field that the face has; or, where some are named, those in their
 // order, null where the face has none.
 std::string JsonObject(const Face& face, const std::vector<const Field*>& named);
+
+// A whole document for people and programs: indented, with a line end.
+void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document);
 
 // Writes one array piece by piece, so that faces need not be held.
 class JsonArray {

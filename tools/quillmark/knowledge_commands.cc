@@ -2,31 +2,44 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "face.h"
+#include "json_form.h"
+#include "shared_options.h"
 #include "tables_check.h"
 
 namespace quillmark::tool {
 namespace {
 
-struct Names {
-  std::string first, second;
+struct Question {
+  std::string first, second;  // names
+  std::string format;         // text or json
 };
 
-int Styles(const Names& names) {
+int Styles(const Question& question) {
   LoadTables();
-  const std::vector<std::string> styles = StylesOf(names.first, names.second);
-  for (const std::string& style : styles) std::cout << style << '\n';
+  const std::vector<std::string> styles = StylesOf(question.first, question.second);
+  if (question.format == "json") {
+    WriteJsonDocument(std::cout, {{"styles", styles}});
+  } else {
+    for (const std::string& style : styles) std::cout << style << '\n';
+  }
   return styles.empty() ? 1 : 0;
 }
 
-int Classify(const Names& names) {
+int Classify(const Question& question) {
   LoadTables();
-  const std::string name = ClassOf(names.first, names.second.empty() ? nullptr : names.second.c_str());
-  std::cout << name << '\n';
+  const std::string name =
+      ClassOf(question.first, question.second.empty() ? nullptr : question.second.c_str());
+  if (question.format == "json") {
+    WriteJsonDocument(std::cout, {{"class", name}});
+  } else {
+    std::cout << name << '\n';
+  }
   return name == "--" ? 1 : 0;
 }
 
@@ -34,18 +47,20 @@ int Classify(const Names& names) {
 
 void AddStyles(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("styles", "Tell the styles that a font's names tell");
-  const auto names = std::make_shared<Names>();
-  command->add_option("name", names->first, "PostScript name")->required();
-  command->add_option("second", names->second, "Another name of the font");
-  command->callback([&status, names] { status = Styles(*names); });
+  const auto question = std::make_shared<Question>();
+  command->add_option("name", question->first, "PostScript name")->required();
+  command->add_option("second", question->second, "Another name of the font");
+  AddResultForm(*command, question->format, "text");
+  command->callback([&status, question] { status = Styles(*question); });
 }
 
 void AddClassify(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("classify", "Tell the class of a font family");
-  const auto names = std::make_shared<Names>();
-  command->add_option("family", names->first, "Family name")->required();
-  command->add_option("alternate", names->second, "Name to try when the first has no class");
-  command->callback([&status, names] { status = Classify(*names); });
+  const auto question = std::make_shared<Question>();
+  command->add_option("family", question->first, "Family name")->required();
+  command->add_option("alternate", question->second, "Name to try when the first has no class");
+  AddResultForm(*command, question->format, "text");
+  command->callback([&status, question] { status = Classify(*question); });
 }
 
 }  // namespace quillmark::tool

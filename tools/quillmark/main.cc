@@ -6,7 +6,11 @@
 #include <clocale>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
+#include "command_help.h"
+#include "command_line.h"
 #include "commands.h"
 #include "output.h"
 #include "terminal_guard.h"
@@ -19,9 +23,10 @@ namespace tool = quillmark::tool;
 constexpr int kWrongUsage = 2;
 
 int Run(int argc, char** argv) {
-  CLI::App app("Identifies fonts: which fonts are these, exactly, and which of them are the same?");
-  app.set_version_flag("--version", tool::VersionLine());
-  app.require_subcommand(0, 1);  // none is told of below, a word that is none by the parser
+  CLI::App app("Identifies fonts: which fonts are these, exactly, and which of them are the same?",
+               "quillmark");
+  app.set_version_flag("-V,--version", tool::VersionLine());
+  app.require_subcommand(0, 1);
 
   int status = 0;
   tool::AddIdentify(app, status);
@@ -34,13 +39,11 @@ int Run(int argc, char** argv) {
   tool::AddStyles(app, status);
   tool::AddClassify(app, status);
   tool::AddVersion(app, status);
+  tool::AddHelp(app);
 
-  try {
-    app.parse(argc, argv);
-    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
-  } catch (const CLI::ParseError& error) {
-    if (app.exit(error) != 0) return kWrongUsage;
-  }
+  std::vector<std::string> words;
+  for (int i = 1; i < argc; ++i) words.emplace_back(argv[i]);
+  if (!tool::RunCommandLine(app, words)) return kWrongUsage;
   tool::FlushOutput();
   return status;
 }

@@ -17,7 +17,7 @@ extern const std::vector<std::string> kFormats;
 
 struct OutputForm {
   std::string format = "table";     // one of kFormats
-  std::vector<std::string> fields;  // chosen ones, in their order; empty for the form's own
+  std::vector<std::string> fields;  // names of chosen ones, in their order; empty for the form's own
   bool wide = false;                // a table of every column, uncut, whatever the terminal
 };
 
@@ -30,7 +30,7 @@ class FaceWriter {
   virtual bool WritesAtOnce() const = 0;
 };
 
-// Throws CLI::ValidationError for unknown fields, and for fields of a form whose content is fixed.
+// Throws CLI::ValidationError for fields of a form whose content is fixed. The names are those of fields.
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out);
 
 // Hands what was written to the system. Throws when standard output does not take it.

@@ -13,6 +13,7 @@
 #include "library_forms.h"
 #include "output.h"
 #include "shared_options.h"
+#include "suggestion.h"
 #include "tables_check.h"
 
 namespace quillmark::tool {
@@ -88,16 +89,15 @@ void AddSame(CLI::App& app, int& status) {
       app.add_subcommand("same", "List copies, names in conflict, formats and versions among many fonts");
   const auto options = std::make_shared<SameOptions>();
   command->add_option("--format", options->format, "How the lists are written")
-      ->check(CLI::IsMember({"table", "json", "tsv"}))
+      ->check(OneOf("form", {"table", "json", "tsv"}))
       ->capture_default_str();
   AddFiles(*command, options->files);
   command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
   command->add_option("--without", options->without, "Lists to leave out, separated by commas")
-      ->check(CLI::IsMember({"copies", "conflicts", "formats", "versions", "near"}))
+      ->check(OneOf("list", {"copies", "conflicts", "formats", "versions", "near"}))
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name("LIST");
-  command->footer("Exit status: 0 no conflict, 3 conflicts, 1 a named path gave no face, 2 wrong usage");
   command->callback([&status, options] { status = Same(*options); });
 }
 

@@ -49,7 +49,7 @@ std::optional<StoredFaces> ParseStored(const std::string& text) {
   return std::nullopt;
 }
 
-std::optional<StoredFaces> ReadStored(const std::string& path) {
+std::optional<std::string> ReadText(const std::string& path) {
   const std::optional<RegularFile> file = RegularFile::Open(path);
   if (!file) return std::nullopt;
   std::string text;
@@ -60,7 +60,12 @@ std::optional<StoredFaces> ReadStored(const std::string& path) {
     if (std::find(read.begin(), read.end(), 0) != read.end()) return std::nullopt;
     text.append(read.begin(), read.end());
   }
-  return ParseStored(text);
+  return text;
+}
+
+std::optional<StoredFaces> ReadStored(const std::string& path) {
+  const std::optional<std::string> text = ReadText(path);
+  return text ? ParseStored(*text) : std::nullopt;
 }
 
 std::string NotRead(const StoredFaces& stored) {

@@ -17,10 +17,13 @@ struct StoredFaces {
   std::size_t listed = 0;  // blocks or dictionaries in the text
 };
 
+// The text of a file; nothing when it is no regular file that can be read, or holds a NUL, as no text does.
+std::optional<std::string> ReadText(const std::string& path);
+
 // Nothing when the text is neither form of stored faces.
 std::optional<StoredFaces> ParseStored(const std::string& text);
 
-// The same of a file's text; nothing either when it is no regular file that can be read.
+// The same of a file's text.
 std::optional<StoredFaces> ReadStored(const std::string& path);
 
 // What of a text is not in its faces, in sentences: faces left out, checksums that are not told from others.

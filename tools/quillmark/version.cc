@@ -3,13 +3,17 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "commands.h"
+#include "json_form.h"
 #include "platform/cf_bundle.h"
 #include "platform/cf_ref.h"
 #include "printable.h"
 #include "quillmark/quillmark.h"
+#include "shared_options.h"
 #include "tables_check.h"
 
 namespace quillmark::tool {
@@ -30,9 +34,17 @@ std::string TablesFolder() {
   return bundle == nullptr ? "" : bundle->folder + "/Resources";
 }
 
-int PrintVersion() {
+int PrintVersion(const std::string& format) {
   const std::string folder = TablesFolder();
   const std::vector<std::string> missing = MissingTables();
+  if (format == "json") {
+    using Json = nlohmann::ordered_json;
+    WriteJsonDocument(std::cout, {{"quillmark", LibraryVersion()},
+                                  {"library", LibraryVersion()},
+                                  {"tables", folder.empty() ? Json() : Json(folder)},
+                                  {"missingTables", missing}});
+    return missing.empty() ? 0 : 1;
+  }
   std::cout << VersionLine() << "\nlibrary " << LibraryVersion() << "\ntables "
             << (folder.empty() ? "not found" : "in " + Printable(folder)) << '\n';
   for (const std::string& table : missing) std::cout << table << " is missing or cannot be read\n";
@@ -45,9 +57,10 @@ int PrintVersion() {
 std::string VersionLine() { return "quillmark " + LibraryVersion(); }
 
 void AddVersion(CLI::App& app, int& status) {
-  app.add_subcommand("version", "Tell the versions, and whether the tables were found")->callback([&status] {
-    status = PrintVersion();
-  });
+  CLI::App* command = app.add_subcommand("version", "Tell the versions, and whether the tables were found");
+  const auto format = std::make_shared<std::string>();
+  AddResultForm(*command, *format, "text");
+  command->callback([&status, format] { status = PrintVersion(*format); });
 }
 
 }  // namespace quillmark::tool
