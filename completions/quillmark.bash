@@ -49,7 +49,7 @@ _quillmark() {
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
       return ;;
     --files-from | --name) _quillmark_files "$current"; return ;;
-    -j | --jobs) return ;;
+    -j | --jobs | --max-bytes) return ;;
   esac
 
   local options=--help walk=" --no-recurse --follow --files-from --null --jobs --progress --quiet"
@@ -59,7 +59,7 @@ _quillmark() {
     why) options+=" --format$walk" ;;
     compare | resources | styles | classify | version) options+=" --format" ;;
     read) options+=" --format --fields --wide" ;;
-    split) options+=" --output" ;;
+    split) options+=" --output --max-bytes" ;;
   esac
   case $current in
     -*) _quillmark_words "$options" "$current" ;;

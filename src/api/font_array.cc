@@ -24,12 +24,19 @@ void QM_FontArray::RemoveDups() {
     if (face.firstResourceID > 0 && !later_wins) best_later.insert_or_assign(group.str(), i);
   }
 
-  std::vector<QM_FontSpecifier> kept;
+  std::vector<std::size_t> kept;
+  bool all_stay = true;
   std::unordered_set<std::string_view> seen;
   for (std::size_t i = 0; i < faces_.size(); ++i) {
-    if (seen.insert(faces_[i].postScriptName.str()).second) kept.push_back(faces_[best_from[i]]);
+    const bool is_first = seen.insert(faces_[i].postScriptName.str()).second;
+    if (is_first) kept.push_back(best_from[i]);
+    all_stay = all_stay && is_first && best_from[i] == i;
   }
-  faces_ = std::move(kept);
+  if (all_stay) return;  // as in most files: copies would double the memory that the faces take
+  std::vector<QM_FontSpecifier> faces;
+  faces.reserve(kept.size());
+  for (const std::size_t index : kept) faces.push_back(faces_[index]);
+  faces_ = std::move(faces);
 }
 
 bool QM_FontArray::FindIndexForFondResourceID(std::int16_t fondID, std::int16_t style,

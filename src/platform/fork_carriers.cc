@@ -11,6 +11,7 @@
 
 #include "platform/apple_double.h"
 #include "platform/extended_attributes.h"
+#include "platform/folders_above.h"
 
 namespace quillmark {
 namespace {
@@ -19,6 +20,7 @@ constexpr std::array kResourceForkAttributes = {"user.com.apple.ResourceFork",
                                                 "user.org.netatalk.ResourceFork"};
 constexpr char kFinderInfoAttribute[] = "user.com.apple.FinderInfo";
 constexpr char kNetatalkMetadataAttribute[] = "user.org.netatalk.Metadata";
+constexpr std::string_view kUnzippedForks = "__MACOSX";
 
 // The folder part of a path with its slash, empty for a bare name; and the last component.
 std::pair<std::string, std::string> SplitPath(const std::string& whole) {
@@ -51,10 +53,8 @@ std::vector<std::string> FindSidecars(const std::string& file) {
   look_at({folder, "._", name});
   const std::string normal = NormalPath(file);
   const std::string_view folders = std::string_view(normal).substr(0, normal.rfind('/') + 1);
-  // Up to and with each "/", from the last to that of the root.
-  for (std::size_t end = folders.size(); end > 0; end = folders.rfind('/', end - 2) + 1) {
-    look_at({folders.substr(0, end), "__MACOSX/", folders.substr(end), "._", name});
-    if (end == 1) break;
+  for (const std::size_t end : FoldersAboveWith(kUnzippedForks, folders)) {
+    look_at({folders.substr(0, end), kUnzippedForks, "/", folders.substr(end), "._", name});
   }
   look_at({folder, ".AppleDouble/", name});
   return found;

@@ -4,6 +4,7 @@ import os
 import subprocess
 
 import tool_case
+from font_builders import collection
 from tool_case import ToolCase, made_font, run
 
 
@@ -107,6 +108,11 @@ class InputTest(ToolCase):
         many_peak, many_lines = self.peak_and_lines(str(many))
         self.assertEqual((few_lines, many_lines), (300, 10000))
         self.assertLess(many_peak - few_peak, 60000)
+
+    def test_a_face_takes_little_memory(self):
+        few, many = (self.write(f"{n}.ttc", collection(*(f"N{i}" for i in range(n)))) for n in (1, 2001))
+        few_peak, many_peak = (self.peak_and_lines(str(path))[0] for path in (few, many))
+        self.assertLess(many_peak - few_peak, 2000 * 8)  # 1.5 KB without a sanitizer
 
     def peak_and_lines(self, *arguments):
         # The address sanitizer keeps freed memory for a while, which is not what is looked at here.

@@ -5,9 +5,10 @@ Usage: split_test.py TOOL [unittest arguments]
 
 import pathlib
 import resource
+import struct
 
 import tool_case
-from font_builders import collection, directory, fond, name_table, resource_fork, sfnt
+from font_builders import collection, directory, fond, mac_font, name_table, resource_fork, sfnt
 from tool_case import ToolCase, faces, run
 
 ZENHEI = pathlib.Path("/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc")
@@ -98,8 +99,58 @@ class SplitTest(ToolCase):
         for path, reason in rows:
             with self.subTest(reason):
                 self.assertEqual(self.split(path, 1), ([], [f"{path}: {reason}"]))
-        self.out.rmdir()
-        self.assertEqual(self.split(ZENHEI, 1)[1], [f"{self.out}: not a folder to write to"])
+        self.assertEqual(self.names(), [])
+
+    def test_the_folder_is_made_when_something_is_written(self):
+        top, self.out = self.out, self.out / "new/deep"
+        self.split(self.write("junk.dfont", resource_fork(("sfnt", 3, b"junk"))), 1)
+        self.assertEqual(list(top.iterdir()), [])
+        self.split(ZENHEI)
+        self.assertEqual(len(self.names()), 3)
+        self.out = self.write("file", b"")
+        self.assertEqual(self.split(ZENHEI, 1), ([], [f"{self.out}: not a folder to write to"]))
+        self.out /= "below"
+        self.assertEqual(self.split(ZENHEI, 1), ([], [f"{self.out}: the folder cannot be made: Not a directory"]))
+
+    def test_the_same_bytes_are_written_once(self):
+        one, two = sfnt("One"), sfnt("Two")
+        suitcase = resource_fork(*(("sfnt", i, two if i == 5 else one) for i in range(1, 9)), ("sfnt", 9, b"junk"))
+        # The last resources share the bytes of the first: what lies elsewhere in the file is not written either.
+        shared = bytearray(suitcase)
+        (data_at,) = struct.unpack_from(">L", suitcase, len(suitcase) - 9 * 12 + 4)
+        for i in (5, 6, 7):
+            struct.pack_into(">L", shared, len(suitcase) - (9 - i) * 12 + 4, data_at)
+        for data in (suitcase, shared):
+            written, errors = self.split(self.write("a.dfont", data), 1)
+            self.assertEqual(written, [f"{self.out}/One.ttf", f"{self.out}/Two.ttf"])
+            self.assertIn(f"{self.out}/One.ttf: sfnts 1 to 4, 6 to 8 are the same bytes, written once", errors)
+            for path, font in zip(written, (one, two)):
+                self.assertEqual(pathlib.Path(path).read_bytes(), font)
+                pathlib.Path(path).unlink()
+        faces = collection("A", "B", "A")
+        written, errors = self.split(self.write("a.ttc", faces))
+        self.assertEqual(errors, [f"{self.out}/A.ttf: faces 0, 2 are the same bytes, written once"])
+
+    def test_the_bytes_are_bounded(self):
+        path = self.write("a.ttc", collection(*(mac_font(name, data=bytes(40000)) for name in "AB")))
+        size = len(mac_font("A", data=bytes(40000)))
+        for bound, status in [(2 * size, 0), (f"{2 * size - 1}", 1), ("1k", 1), ("1M", 0)]:
+            with self.subTest(bound):
+                result = run("split", "--max-bytes", bound, path, "-o", self.out)
+                self.assertEqual((result.returncode, len(self.names())), (status, 0 if status else 2), result.stderr)
+                self.assertEqual(b"bytes that --max-bytes allows; nothing was written" in result.stderr, status == 1)
+            for name in self.names():
+                (self.out / name).unlink()
+        for bound in ("-5", "5X", ""):
+            self.assertEqual(run("split", "--max-bytes", bound, path).returncode, 2, bound)
+        # Each eighth byte begins a font of 4 KiB, all of the same bytes.
+        overlapping = resource_fork(*[("sfnt", i, b"") for i in range(200)], ("long", 1, b"\0\0\x10\0\0\1\0\0" * 2000))
+        places = bytearray(overlapping)
+        for i in range(200):
+            struct.pack_into(">L", places, overlapping.index(struct.pack(">hHL", i, 0xFFFF, 4 * i)) + 4, 4 * 200 + 4 + 8 * i)
+        result = run("split", "--max-bytes", "5k", self.write("a.dfont", places), "-o", self.out)
+        self.assertEqual((result.returncode, self.names()), (1, []))
+        self.assertIn(b"its fonts overlap, as only those of damaged files do; nothing was written", result.stderr)
 
 
 if __name__ == "__main__":

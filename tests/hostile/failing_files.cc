@@ -50,6 +50,7 @@ extern "C" {
 int __real_open(const char* path, int flags, ...);
 int __real_stat(const char* path, struct stat* status);
 int __real_fstat(int descriptor, struct stat* status);
+int __real_fstatat(int folder, const char* path, struct stat* status, int flags);
 ssize_t __real_pread(int descriptor, void* buffer, size_t size, off_t offset);
 ssize_t __real_listxattr(const char* path, char* list, size_t size);
 ssize_t __real_getxattr(const char* path, const char* name, void* value, size_t size);
@@ -74,6 +75,11 @@ int __wrap_stat(const char* path, struct stat* status) {
 int __wrap_fstat(int descriptor, struct stat* status);
 int __wrap_fstat(int descriptor, struct stat* status) {
   return Fails(false) ? -1 : __real_fstat(descriptor, status);
+}
+
+int __wrap_fstatat(int folder, const char* path, struct stat* status, int flags);
+int __wrap_fstatat(int folder, const char* path, struct stat* status, int flags) {
+  return Fails(false) ? -1 : __real_fstatat(folder, path, status, flags);
 }
 
 ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset);

@@ -1,8 +1,10 @@
 #include "platform/forks.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <iterator>
@@ -47,6 +49,36 @@ TEST(ForksTest, EachCarrierFileServesAndTheFirstInOrderWins) {
   folder.Write(files[0], Sidecar(""));
   folder.Write(files[1], "");
   EXPECT_EQ(Contents(OpenResourceFork(font)), files[2]);
+}
+
+// Also with too few descriptors to go from folder to folder, and however the path is written.
+TEST(ForksTest, UnzippedForksAreFoundInEveryFolderAbove) {
+  constexpr int kDepth = 70;
+  const TempFolder folder;
+  std::string below;
+  for (int i = 0; i < kDepth; ++i) below += "d/";
+  folder.Write(below + "font", "");
+  std::filesystem::create_symlink(folder.path(), folder.Path("link"));
+  const std::string spelled = folder.Path("d/../link/.//") + below + "font";
+  struct rlimit limit = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+  for (const int level : {0, 1, 27, 28, 29, 30, 31, 60, 61, 62, 63, kDepth}) {
+    SCOPED_TRACE(level);
+    const std::size_t split = 2 * static_cast<std::size_t>(level);
+    const std::string above = below.substr(0, split);
+    const std::string name = above + "__MACOSX/" + below.substr(split) + "._font";
+    folder.Write(name, Sidecar(name));
+    EXPECT_EQ(Contents(OpenResourceFork(folder.Path(below + "font"))), name);
+    EXPECT_EQ(Contents(OpenResourceFork(spelled)), name);
+    const int lowest = ::dup(0);
+    ::close(lowest);
+    const struct rlimit one_more = {static_cast<rlim_t>(lowest) + 1, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &one_more), 0);
+    const std::string found = Contents(OpenResourceFork(folder.Path(below + "font")));
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_EQ(found, name);
+    std::filesystem::remove_all(folder.Path(above + "__MACOSX"));
+  }
 }
 
 TEST(ForksTest, AttributesComeBeforeSidecars) {

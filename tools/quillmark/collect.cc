@@ -2,13 +2,17 @@
 
 #include <condition_variable>
 #include <exception>
-#include <map>
 #include <mutex>
+#include <new>
 #include <optional>
+#include <shared_mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
+#include "collection_faults.h"
 #include "platform/forks.h"
+#include "printer_fonts.h"
 #include "reason.h"
 #include "standard_input.h"
 
@@ -18,42 +22,67 @@ namespace {
 constexpr std::uint32_t kEveryAttribute = QM_ATTRIBUTES_ALL;
 constexpr std::size_t kFilesAheadPerThread = 64;
 
-IdentifiedFile Identify(FontPath source) {
-  IdentifiedFile file{std::move(source), nullptr, {}, {}};
-  if (!file.source.fault.empty()) {
-    file.explanation = {Outcome::kUnreadable, file.source.fault};
-    return file;
-  }
-  std::optional<StandardInputFile> input;
-  if (file.source.standard_input_name) {
-    input.emplace(*file.source.standard_input_name);
-    if (!input->fault().empty()) {
-      file.explanation = {Outcome::kUnreadable, input->fault()};
-      return file;
+constexpr const char* kTooLittleMemory = "there is too little memory for it";
+
+IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
+  return {std::move(source), nullptr, {}, std::move(explanation)};
+}
+
+// Makes files into faces, on any number of threads.
+class Identifier {
+ public:
+  IdentifiedFile Identify(const FontPath& source) {
+    if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
+    try {
+      const std::shared_lock among_others(memory_);
+      IdentifiedFile file = Try(source);
+      if (file.array || !IsUnreadCollection(source.path)) return file;
+    } catch (const std::bad_alloc&) {
+    }
+    // What others hold at the moment may be what was missing.
+    try {
+      const std::lock_guard alone(memory_);
+      return Try(source);
+    } catch (const std::bad_alloc&) {
+      return WithoutFaces(source, {Outcome::kUnreadable, kTooLittleMemory, {}});
     }
   }
-  const std::string& path = input ? input->path() : file.source.path;
-  const ForkLookupScope look_ups;  // shared by what reads the file and what explains it
-  QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(path.c_str(), 0, kEveryAttribute, &array) == 0) {
-    file.array.reset(array);
-    file.faces = FacesOf(array, file.source.path);
+
+ private:
+  IdentifiedFile Try(const FontPath& source) {
+    std::optional<StandardInputFile> input;
+    if (source.standard_input_name) {
+      input.emplace(*source.standard_input_name);
+      if (!input->fault().empty()) return WithoutFaces(source, {Outcome::kUnreadable, input->fault(), {}});
+    }
+    const std::string& path = input ? input->path() : source.path;
+    const ForkLookupScope look_ups;  // shared by what reads the file and what explains it
+    IdentifiedFile file = WithoutFaces(source, {});
+    QM_FontArray* array = nullptr;
+    if (QM_CreateSpecifier(path.c_str(), 0, kEveryAttribute, &array) == 0) {
+      file.array.reset(array);
+      file.faces = FacesOf(array, source.path);
+    }
+    file.explanation = Explain(path, file.faces, families_);
+    return file;
   }
-  file.explanation = Explain(path, file.faces);
-  return file;
-}
+
+  PrinterFontFamilies families_;
+  std::shared_mutex memory_;  // held alone by a file that met too little of it
+};
 
 // Results that are ready but not yet due, with room for a bounded number of them.
 class Queue {
  public:
-  Queue(FontPaths& paths, std::size_t ahead) : paths_(paths), ahead_(ahead) {}
+  Queue(FontPaths& paths, Identifier& identifier, std::size_t ahead)
+      : paths_(paths), identifier_(identifier), ready_(ahead) {}
 
   void Work() {
     try {
       while (TakeRoom()) {
         auto path = NextPath();
         if (!path) return GiveRoomBack();
-        Deliver(path->first, Identify(std::move(path->second)));
+        Deliver(path->first, identifier_.Identify(path->second));
       }
     } catch (...) {
       const std::lock_guard lock(mutex_);
@@ -66,12 +95,10 @@ class Queue {
   // The result that is due, or nothing after the last.
   std::optional<IdentifiedFile> Next() {
     std::unique_lock lock(mutex_);
-    ready_changed_.wait(lock,
-                        [&] { return failed_ || ready_.contains(due_) || (ended_ && due_ == places_); });
+    ready_changed_.wait(lock, [&] { return failed_ || Slot(due_) || (ended_ && due_ == places_); });
     if (failed_) std::rethrow_exception(failed_);
-    if (!ready_.contains(due_)) return std::nullopt;
-    IdentifiedFile file = std::move(ready_.extract(due_).mapped());
-    ++due_;
+    std::optional<IdentifiedFile> file = std::exchange(Slot(due_), std::nullopt);
+    if (file) ++due_;
     room_.notify_all();
     return file;
   }
@@ -87,7 +114,7 @@ class Queue {
   // Waits for a place among the results. False when no more paths come.
   bool TakeRoom() {
     std::unique_lock lock(mutex_);
-    room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ahead_; });
+    room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ready_.size(); });
     if (ended_ || failed_) return false;
     ++places_;
     return true;
@@ -112,28 +139,36 @@ class Queue {
 
   void Deliver(std::size_t place, IdentifiedFile file) {
     const std::lock_guard lock(mutex_);
-    ready_.emplace(place, std::move(file));
+    Slot(place) = std::move(file);
     ready_changed_.notify_one();
   }
 
+  std::optional<IdentifiedFile>& Slot(std::size_t place) { return ready_[place % ready_.size()]; }
+
   std::mutex paths_mutex_;
   FontPaths& paths_;
+  Identifier& identifier_;
   std::size_t next_ = 0;
 
   std::mutex mutex_;
-  const std::size_t ahead_;
   std::condition_variable room_, ready_changed_;
   std::size_t places_ = 0, due_ = 0;  // taken by workers, to be handed over next
   bool ended_ = false;
-  std::map<std::size_t, IdentifiedFile> ready_;
+  std::vector<std::optional<IdentifiedFile>> ready_;  // a ring by place: a delivery takes no memory
   std::exception_ptr failed_;
 };
 
 // Joins the workers however the consumer leaves.
 class Workers {
  public:
+  // As many as the system lets start: limits on threads and on memory keep some or all of them from it.
   Workers(Queue& queue, unsigned threads) : queue_(queue) {
-    for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([&queue] { queue.Work(); });
+    threads_.reserve(threads);
+    try {
+      while (threads_.size() < threads) threads_.emplace_back([&queue] { queue.Work(); });
+    } catch (const std::system_error&) {
+    } catch (const std::bad_alloc&) {
+    }
   }
   ~Workers() {
     queue_.Abandon();
@@ -142,21 +177,36 @@ class Workers {
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
+  bool empty() const { return threads_.empty(); }
+
  private:
   Queue& queue_;
   std::vector<std::thread> threads_;
 };
 
+using Consumer = std::function<void(IdentifiedFile)>;
+
+void HandOver(IdentifiedFile file, const Consumer& consume) {
+  FontPath source = file.source;
+  try {
+    return consume(std::move(file));
+  } catch (const std::bad_alloc&) {
+  }
+  consume(WithoutFaces(std::move(source), {Outcome::kUnreadable, kTooLittleMemory, {}}));
+}
+
 }  // namespace
 
-void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume) {
-  if (threads <= 1) {
-    while (auto path = paths.Next()) consume(Identify(std::move(*path)));
-    return;
-  }
-  Queue queue(paths, kFilesAheadPerThread * threads);
+void IdentifyAll(FontPaths& paths, unsigned threads, const Consumer& consume) {
+  Identifier identifier;
+  const auto one_by_one = [&] {
+    while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), consume);
+  };
+  if (threads <= 1) return one_by_one();
+  Queue queue(paths, identifier, kFilesAheadPerThread * threads);
   const Workers workers(queue, threads);
-  while (auto file = queue.Next()) consume(std::move(*file));
+  if (workers.empty()) return one_by_one();
+  while (auto file = queue.Next()) HandOver(std::move(*file), consume);
 }
 
 }  // namespace quillmark::tool

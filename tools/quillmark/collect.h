@@ -20,7 +20,9 @@ struct IdentifiedFile {
 };
 
 // Calls `consume` on the calling thread, once a path, in order. At most a few files a thread are held at a
-// time. When `consume` throws, the work ends and the exception goes on.
+// time; fewer threads do when no more can be started. A file for which there is too little memory has that as
+// its reason; one for which `consume` throws std::bad_alloc is handed over again so, without its faces. When
+// `consume` throws anything else, the work ends and the exception goes on.
 void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume);
 
 }  // namespace quillmark::tool

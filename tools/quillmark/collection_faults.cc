@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/font_extension.h"
 #include "analysis/name_table.h"
 #include "platform/forks.h"
 #include "printable.h"
@@ -112,6 +113,11 @@ bool IsCollection(const std::string& path) {
 std::optional<std::uint32_t> StatedFaces(const std::string& path) {
   const auto file = RegularFile::Open(path);
   return file ? U32At(Read(*file, 0, kHeaderSize), 8) : std::nullopt;
+}
+
+bool IsUnreadCollection(const std::string& path) {
+  if (fontTypeFromExtension(path.c_str()) != kExtensionTtc || !IsCollection(path)) return false;
+  return TrueTypeCollectionFont(path).ReadIntoMemory() == kCollectionFileError;
 }
 
 std::string WhyNoList(const std::string& path, TrueTypeCollectionFont& collection) {

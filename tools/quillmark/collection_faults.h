@@ -17,6 +17,9 @@ bool IsCollection(const std::string& path);
 // How many faces the header of the collection at `path` states.
 std::optional<std::uint32_t> StatedFaces(const std::string& path);
 
+// Whether the file is named as a collection and cannot be read whole, mostly for want of memory.
+bool IsUnreadCollection(const std::string& path);
+
 // Why the file at `path`, which `collection` was read from, has no face at all: it was not read, or lists
 // none. Empty when it lists faces.
 std::string WhyNoList(const std::string& path, TrueTypeCollectionFont& collection);

@@ -22,8 +22,8 @@ std::string Text(TextGetter get, const QM_FontArray* array, std::uint32_t index)
   for (std::int32_t size = kTextBytes; size > 0; size = size > INT32_MAX / 2 ? 0 : size * 2) {
     std::string buffer(static_cast<std::size_t>(size), '\0');
     if (get(array, index, buffer.data(), size) != 0) return {};
-    buffer.resize(std::strlen(buffer.c_str()));
-    if (buffer.size() + 1 < static_cast<std::size_t>(size)) return buffer;
+    const std::size_t length = std::strlen(buffer.c_str());
+    if (length + 1 < static_cast<std::size_t>(size)) return {buffer.data(), length};  // takes no spare memory
   }
   return {};
 }

@@ -1,5 +1,6 @@
 #include "font_paths.h"
 
+#include <exception>
 #include <filesystem>
 #include <utility>
 
@@ -66,12 +67,24 @@ PathCount::PathCount(const PathSources& sources) {
   std::error_code ignored;
   const bool is_read_once = sources.list == kStandardInputPath || !fs::is_regular_file(sources.list, ignored);
   if (!sources.list.empty() && is_read_once) return;
-  thread_ = std::jthread([this, sources](const std::stop_token& stop) {
-    FontPaths paths(sources);
-    const std::stop_callback on_stop(stop, [&] { paths.Stop(); });
-    while (paths.Next()) ++counted_;
-    complete_ = !stop.stop_requested() && !paths.cut_short();
-  });
+  try {
+    thread_ = std::jthread([this, sources](const std::stop_token& stop) {
+      try {
+        Count(sources, stop);
+      } catch (const std::exception&) {
+        // The work itself meets what is wrong and tells it.
+      }
+    });
+  } catch (const std::exception&) {
+    // No thread or no memory to spare: the total stays unknown.
+  }
+}
+
+void PathCount::Count(const PathSources& sources, const std::stop_token& stop) {
+  FontPaths paths(sources);
+  const std::stop_callback on_stop(stop, [&] { paths.Stop(); });
+  while (paths.Next()) ++counted_;
+  complete_ = !stop.stop_requested() && !paths.cut_short();
 }
 
 std::optional<std::size_t> PathCount::total() const {

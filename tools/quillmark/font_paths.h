@@ -64,7 +64,7 @@ class FontPaths {
   bool cut_short_ = false;
 };
 
-// Counts the same paths on a thread of its own.
+// Counts the same paths on a thread of its own, where one can be had.
 class PathCount {
  public:
   explicit PathCount(const PathSources& sources);
@@ -72,6 +72,8 @@ class PathCount {
   std::optional<std::size_t> total() const;
 
  private:
+  void Count(const PathSources& sources, const std::stop_token& stop);
+
   std::atomic<std::size_t> counted_ = 0;
   std::atomic<bool> complete_ = false;
   std::jthread thread_;

@@ -18,7 +18,7 @@ std::vector<std::uint8_t> ReadGzipStart(Bytes start) {
   stream.avail_out = static_cast<uInt>(plain.size());
   // However it ends, what came out before is what the file begins with.
   static_cast<void>(::inflate(&stream, Z_SYNC_FLUSH));
-  plain.resize(plain.size() - stream.avail_out);
+  plain.erase(plain.end() - stream.avail_out, plain.end());
   ::inflateEnd(&stream);
   return plain;
 }

@@ -31,9 +31,9 @@ int Identify(const IdentifyOptions& options) {
   std::size_t files = 0;
   const FilesOutcome outcome =
       IdentifyFiles(options.files, writer->WritesAtOnce(), [&](const IdentifiedFile& file) {
+        writer->Add(file.faces, *file.array);
         faces += file.faces.size();
         ++files;
-        writer->Add(file.faces, *file.array);
         if (!std::cout) FlushOutput();
       });
   writer->Finish();

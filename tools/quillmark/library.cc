@@ -57,17 +57,15 @@ void Library::Add(const std::string& path, const std::vector<Face>& faces, const
                           .checksum = face.checksum,
                           .bytes = CheckedBytes(face, array)});
   }
-  if (IsLink(file)) {
-    ++link_count_;
-  } else {
-    files_.push_back(std::move(file));
-  }
-}
-
-bool Library::IsLink(const LibraryFile& file) {
-  const auto [known, is_new] = files_by_identity_.emplace(Identity(file.path), files_.size());
+  std::string identity = Identity(path);
+  const auto known = files_by_identity_.find(identity);
   // The forks that lie beside a path can give one file other faces under another path.
-  return !is_new && HaveEqualFaces(files_[known->second], file);
+  if (known != files_by_identity_.end() && HaveEqualFaces(files_[known->second], file)) {
+    ++link_count_;
+    return;
+  }
+  files_.push_back(std::move(file));
+  files_by_identity_.emplace(std::move(identity), files_.size() - 1);
 }
 
 void Library::Finish() {

@@ -47,7 +47,6 @@ class Library {
   std::size_t link_count() const { return link_count_; }
 
  private:
-  bool IsLink(const LibraryFile& file);
   void TellDataApart();
 
   std::vector<LibraryFile> files_;

@@ -57,8 +57,10 @@ class LineWriter : public FaceWriter {
   LineWriter(std::ostream& out, std::string header, Line line, Fields fields)
       : out_(out), lines_(std::move(header)), line_(line), fields_(std::move(fields)) {}
   void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
-    for (const Face& face : faces) lines_ += line_(face, fields_);
+    std::string lines;
+    for (const Face& face : faces) lines += line_(face, fields_);
     Finish();
+    out_ << lines << std::flush;
   }
   void Finish() override {
     out_ << lines_ << std::flush;

@@ -1,8 +1,6 @@
 #include "printer_fonts.h"
 
 #include <filesystem>
-#include <map>
-#include <mutex>
 #include <optional>
 
 #include "reason.h"
@@ -13,10 +11,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Families = std::map<std::string, std::string>;  // from the name of a printer font to a family file
+// More than any number of threads work in at a time.
+constexpr std::size_t kMostFolders = 1024;
 
-Families FamiliesIn(const fs::path& folder) {
-  Families families;
+PrinterFontFamilies::Families FamiliesIn(const fs::path& folder) {
+  PrinterFontFamilies::Families families;
   std::error_code error;
   for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
     const std::string candidate = it->path().native();
@@ -30,28 +29,32 @@ Families FamiliesIn(const fs::path& folder) {
   return families;
 }
 
-// The family file in the same folder whose FOND names this printer font. A folder can hold thousands of
-// printer fonts, so it is searched once for all of them that come in a row.
-std::optional<std::string> FamilyOf(const fs::path& printer_font) {
-  static std::mutex& mutex = *new std::mutex;
-  const std::lock_guard lock(mutex);
-  static fs::path& folder = *new fs::path;
-  static Families& families = *new Families;
-  const fs::path parent = printer_font.has_parent_path() ? printer_font.parent_path() : fs::path(".");
-  if (parent != folder) {
-    families = FamiliesIn(parent);
-    folder = parent;
-  }
-  const auto found = families.find(printer_font.filename());
-  if (found == families.end()) return std::nullopt;
-  return printer_font.has_parent_path() ? found->second : fs::path(found->second).filename().native();
+// The family file in the same folder whose FOND names this printer font.
+std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFamilies& families) {
+  const bool has_folder = printer_font.has_parent_path();
+  const auto here = families.In(has_folder ? printer_font.parent_path().native() : ".");
+  const auto found = here->find(printer_font.filename());
+  if (found == here->end()) return std::nullopt;
+  return has_folder ? found->second : fs::path(found->second).filename().native();
 }
 
 }  // namespace
 
-Explanation ExplainPrinterFont(const std::string& path, const std::string& what) {
+std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::In(const std::string& folder) {
+  // Held while the folder is searched: those that wait mostly ask for the same one.
+  const std::lock_guard lock(mutex_);
+  if (const auto known = known_.find(folder); known != known_.end()) return known->second;
+  auto families = std::make_shared<const Families>(FamiliesIn(folder));
+  if (known_.size() >= kMostFolders) known_.clear();
+  known_.emplace(folder, families);
+  return families;
+}
+
+Explanation ExplainPrinterFont(const std::string& path, const std::string& what,
+                               PrinterFontFamilies& families) {
   const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
-  if (const auto family = FamilyOf(path)) return {Outcome::kOther, reason + "give " + ShownPath(*family)};
+  if (const auto family = FamilyOf(path, families))
+    return {Outcome::kOther, reason + "give " + ShownPath(*family)};
   return {Outcome::kLonePrinterFont,
           reason + "none in this folder does; put the two together and give the family file"};
 }

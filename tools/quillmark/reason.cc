@@ -85,8 +85,9 @@ class OpenedFile {
   std::size_t read_ = 0;
 };
 
-Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name) {
-  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(path, name);
+Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name,
+                     PrinterFontFamilies& families) {
+  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(path, name, families);
   const std::string whole = name + InSpiteOfExtension(path);
   if (format.use == FormatUse::kNoFont)
     return NoFont(path, WithAdvice(whole + ", not a font", format.advice));
@@ -94,7 +95,8 @@ Explanation Describe(const std::string& path, const KnownFormat& format, const s
 }
 
 // What the file is when its first bytes tell a format that is not read.
-std::optional<Explanation> ExplainOtherFormat(const std::string& path, const FileStart& start) {
+std::optional<Explanation> ExplainOtherFormat(const std::string& path, const FileStart& start,
+                                              PrinterFontFamilies& families) {
   const KnownFormat* format = RecogniseFormat(start);
   if (format == nullptr) return std::nullopt;
   std::string name(format->name);
@@ -102,13 +104,13 @@ std::optional<Explanation> ExplainOtherFormat(const std::string& path, const Fil
     const std::vector<std::uint8_t> plain = ReadGzipStart(start.bytes);
     const KnownFormat* inside = RecogniseFormat({plain, 0});
     if (inside != nullptr && inside->use == FormatUse::kFont) {
-      return Describe(path, *inside, std::string(inside->name) + ", compressed with gzip");
+      return Describe(path, *inside, std::string(inside->name) + ", compressed with gzip", families);
     }
   }
-  return Describe(path, *format, name);
+  return Describe(path, *format, name, families);
 }
 
-Explanation ExplainCollection(const std::string& path) {
+Explanation ExplainCollection(const std::string& path, PrinterFontFamilies& families) {
   TrueTypeCollectionFont collection(path);
   const std::string fault = WhyNoList(path, collection);
   if (fault.empty()) {
@@ -125,7 +127,7 @@ Explanation ExplainCollection(const std::string& path) {
                                  ": rename it so that it ends in " +
                                  (*kind == "an OpenType font" ? ".otf" : ".ttf")};
   }
-  return ExplainOtherFormat(path, opened.start())
+  return ExplainOtherFormat(path, opened.start(), families)
       .value_or(Explanation{Outcome::kDamaged, fault + ", which its extension .ttc makes Quillmark expect"});
 }
 
@@ -167,13 +169,13 @@ bool BeginsAsResourceFile(Bytes start) {
          map_start == std::uint64_t{kUsualDataStart} + U32At(start, 8).value_or(0);
 }
 
-Explanation ExplainUnknown(const std::string& path, const FileStart& start) {
+Explanation ExplainUnknown(const std::string& path, const FileStart& start, PrinterFontFamilies& families) {
   switch (fontTypeFromExtension(path.c_str())) {
     case kExtensionPs:
     case kExtensionPfm:
     case kExtensionPfb:
     case kExtensionMmm:
-      return ExplainPrinterFont(path, "a printer font by its extension " + KnownExtension(path));
+      return ExplainPrinterFont(path, "a printer font by its extension " + KnownExtension(path), families);
     case kExtensionFot:
     case kExtensionFnt:
     case kExtensionFon:
@@ -187,7 +189,7 @@ Explanation ExplainUnknown(const std::string& path, const FileStart& start) {
 
 // Of a file whose fonts are looked for in its data fork, which is not empty.
 Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
-                            QuillmarkResourceFile* resources) {
+                            QuillmarkResourceFile* resources, PrinterFontFamilies& families) {
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
     return NoFont(path, "4 GiB or larger, more than a font can be");
   const OpenedFile opened(file);
@@ -200,7 +202,7 @@ Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
   }
   if (const auto kind = SfntKindOf(path, start.bytes)) return ExplainSfnt(path, file, *kind);
   if (resources != nullptr && resources->isDataFork()) return WhyNoFonts(*resources);
-  if (auto other = ExplainOtherFormat(path, start)) return *std::move(other);
+  if (auto other = ExplainOtherFormat(path, start, families)) return *std::move(other);
   const bool is_map =
       fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(start.bytes);
   if (is_map && resources == nullptr) {
@@ -208,7 +210,7 @@ Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
       return {Outcome::kDamaged, "a damaged resource file: " + *fault};
     }
   }
-  return ExplainUnknown(path, start);
+  return ExplainUnknown(path, start, families);
 }
 
 Explanation ExplainEmptyDataFork(const std::string& path, QuillmarkResourceFile* resources) {
@@ -284,12 +286,18 @@ std::optional<std::string> WhyNotReadable(const std::string& path) {
 }
 
 Explanation ExplainNoFace(const std::string& path) {
+  PrinterFontFamilies families;
+  return ExplainNoFace(path, families);
+}
+
+Explanation ExplainNoFace(const std::string& path, PrinterFontFamilies& families) {
   if (auto found = ExplainPath(path)) return *std::move(found);
   if (auto reason = WhySidecar(path)) return {Outcome::kOther, *std::move(reason)};
-  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(path);
+  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(path, families);
   const ResourceFileHolder resources = OpenResources(path);
   if (FileHasFONDsInResourceFork(resources.get())) return WhyNoFamilyFace(*resources.get());
-  if (FileHasPOSTsInResourceFork(resources.get())) return ExplainPrinterFont(path, "a printer font");
+  if (FileHasPOSTsInResourceFork(resources.get()))
+    return ExplainPrinterFont(path, "a printer font", families);
   if (HidesResources(path)) {
     return {Outcome::kUnreadable,
             "its fonts are resources, and these are read by paths in UTF-8 only: rename it"};
@@ -302,11 +310,11 @@ Explanation ExplainNoFace(const std::string& path) {
   const auto file = RegularFile::Open(path);
   if (!file) return {Outcome::kUnreadable, kUnreadable};
   return file->size() == 0 ? ExplainEmptyDataFork(path, resources.get())
-                           : ExplainDataFork(path, *file, resources.get());
+                           : ExplainDataFork(path, *file, resources.get(), families);
 }
 
-Explanation Explain(const std::string& path, const std::vector<Face>& faces) {
-  if (faces.empty()) return ExplainNoFace(path);
+Explanation Explain(const std::string& path, const std::vector<Face>& faces, PrinterFontFamilies& families) {
+  if (faces.empty()) return ExplainNoFace(path, families);
   if (faces.front().fond_id) {
     const ResourceFileHolder resources = OpenResources(path);
     return resources.get() != nullptr ? LostOutlines(*resources.get()) : Explanation{};

@@ -15,9 +15,13 @@
 
 namespace quillmark::tool {
 
-// What became of `path`, which gave these faces.
-Explanation Explain(const std::string& path, const std::vector<Face>& faces);
+class PrinterFontFamilies;
+
+// What became of `path`, which gave these faces. Many files share what is known of their folders' printer
+// fonts.
+Explanation Explain(const std::string& path, const std::vector<Face>& faces, PrinterFontFamilies& families);
 // The same, when it gave none.
+Explanation ExplainNoFace(const std::string& path, PrinterFontFamilies& families);
 Explanation ExplainNoFace(const std::string& path);
 
 // The explanation as it stands behind the path: "gives 3 of the 4 faces it lists; face 3: ...".

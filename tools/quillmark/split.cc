@@ -2,10 +2,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iostream>
+#include <limits>
+#include <map>
 #include <memory>
+#include <numeric>
 #include <optional>
-#include <set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,6 +18,7 @@
 #include "collection_faults.h"
 #include "commands.h"
 #include "new_file.h"
+#include "platform/resource_map.h"
 #include "reason.h"
 #include "resource_faults.h"
 #include "sfnt_faults.h"
@@ -28,19 +33,28 @@ namespace fs = std::filesystem;
 constexpr std::uint32_t kMostFaces = 4096;
 constexpr ResType kSfnt = FourCharCode("sfnt");
 
+constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
+
 struct Options {
   std::string file;
   std::string folder = ".";
+  std::uint64_t max_bytes = kGiB;
 };
+
+// A number and bytes of the source, which must outlive it.
+using Place = std::pair<std::uint64_t, std::string_view>;
+constexpr std::uint64_t kNowhere = std::numeric_limits<std::uint64_t>::max();
 
 // Where the fonts of one file come from.
 class FontSource {
  public:
   virtual ~FontSource() = default;
-  // Which fonts there are to be written: face or resource numbers.
+  // What its fonts are called: "face", "sfnt".
+  virtual std::string Kind() const = 0;
+  // Face or resource numbers, ascending.
   virtual std::vector<int> Numbers() = 0;
-  // "face 3", "sfnt 128".
-  virtual std::string Name(int number) const = 0;
+  // Fonts of one place have the same bytes, or cannot be had for the same reason.
+  virtual Place PlaceOfFont(int number) = 0;
   // The whole font; none when it cannot be had, and why.
   virtual std::vector<char> Font(int number, std::string& reason) = 0;
 };
@@ -52,18 +66,20 @@ class CollectionSource : public FontSource {
   std::string WhyNone() { return WhyNoList(path_, collection_); }
   std::uint32_t FaceCount() const { return collection_.faceCount(); }
 
-  // Faces that share a list of tables are one font.
+  std::string Kind() const override { return "face"; }
+
   std::vector<int> Numbers() override {
-    std::vector<int> numbers;
-    std::set<std::uint32_t> offsets;
-    for (std::uint32_t face = 0; face < collection_.faceCount(); ++face) {
-      const auto offset = collection_.directoryOffset(face);
-      if (!offset || offsets.insert(*offset).second) numbers.push_back(static_cast<int>(face));
-    }
+    std::vector<int> numbers(collection_.faceCount());
+    std::iota(numbers.begin(), numbers.end(), 0);
     return numbers;
   }
 
-  std::string Name(int number) const override { return "face " + std::to_string(number); }
+  // The same list of tables makes the same font, wherever it stands.
+  Place PlaceOfFont(int number) override {
+    const auto face = static_cast<std::uint32_t>(number);
+    if (const auto found = collection_.FindFace(face)) return {kNowhere, AsText(found->directory)};
+    return {collection_.directoryOffset(face).value_or(kNowhere), {}};
+  }
 
   std::vector<char> Font(int number, std::string& reason) override {
     std::vector<char> font;
@@ -80,14 +96,23 @@ class CollectionSource : public FontSource {
 
 class ResourceSource : public FontSource {
  public:
-  explicit ResourceSource(QuillmarkResourceFile& file) : file_(file) {}
+  explicit ResourceSource(QuillmarkResourceFile& file) : file_(file) {
+    auto fork = file.isDataFork() ? OpenDataFork(file.file()) : OpenResourceFork(file.file());
+    if (fork) map_ = ResourceMap::Open(*std::move(fork));
+  }
+
+  std::string Kind() const override { return "sfnt"; }
 
   std::vector<int> Numbers() override {
     const std::vector<std::int16_t> ids = file_.getSortedResIDsForType(kSfnt);
     return {ids.begin(), ids.end()};
   }
 
-  std::string Name(int number) const override { return "sfnt " + std::to_string(number); }
+  Place PlaceOfFont(int number) override {
+    const auto key = map_ ? map_->Find(kSfnt, static_cast<std::int16_t>(number)) : std::nullopt;
+    const auto data = key ? map_->Data(*key) : std::nullopt;
+    return {data ? data->start : kNowhere, {}};
+  }
 
   std::vector<char> Font(int number, std::string& reason) override {
     const ResourceHandle resource(file_.getResourceHandleForType(kSfnt, number));
@@ -102,29 +127,52 @@ class ResourceSource : public FontSource {
 
  private:
   QuillmarkResourceFile& file_;
+  std::optional<ResourceMap> map_;  // tells places without reading what lies there
 };
 
 Bytes BytesOf(const std::vector<char>& font) { return AsBytes(std::string_view(font.data(), font.size())); }
 
+// Fonts of the same bytes, or that cannot be had for the same reason.
 struct Target {
-  int number;
-  std::string path;
+  std::vector<int> numbers;
+  std::string reason;  // why they cannot be had; empty when they can
+  std::string path;    // of the file to be written
 };
+
+// "face 3", "faces 0, 2 to 5".
+std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
+  std::string text = kind + (numbers.size() == 1 ? " " : "s ");
+  for (std::size_t i = 0, last = 0; i < numbers.size(); i = ++last) {
+    for (last = i; last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1;) ++last;
+    text += (i == 0 ? "" : ", ") + std::to_string(numbers[i]);
+    if (last > i) text += (last > i + 1 ? " to " : ", ") + std::to_string(numbers[last]);
+  }
+  return text;
+}
 
 class Splitter {
  public:
   Splitter(const Options& options, FontSource& source) : options_(options), source_(source) {}
 
   int Run() {
-    const std::vector<Target> targets = ChooseTargets();
-    const bool any_exists = std::any_of(targets.begin(), targets.end(), [&](const Target& target) {
+    if (const std::string reason = ChooseTargets(); !reason.empty()) {
+      Complain(options_.file, reason + "; nothing was written");
+      return 1;
+    }
+    std::erase_if(targets_, [&](const Target& target) {
+      if (target.reason.empty()) return false;
+      Complain(options_.file,
+               NamesOf(source_.Kind(), target.numbers) + " cannot be written: " + target.reason);
+      return true;
+    });
+    const bool any_exists = std::any_of(targets_.begin(), targets_.end(), [&](const Target& target) {
       std::error_code error;
       const bool exists = fs::exists(fs::symlink_status(target.path, error));
       if (exists) Complain(target.path, "exists already; nothing was written");
       return exists;
     });
-    if (any_exists) return 1;
-    for (const Target& target : targets) {
+    if (any_exists || !MakeFolder()) return 1;
+    for (const Target& target : targets_) {
       if (!Write(target)) return 1;
     }
     return complete_ ? 0 : 1;
@@ -136,46 +184,85 @@ class Splitter {
     complete_ = false;
   }
 
-  // Every font is looked at before the first is written, so that a target that exists stops all.
-  std::vector<Target> ChooseTargets() {
-    std::vector<Target> targets;
-    SplitNames names;
+  // Every font is looked at before the first is written, so that a target that exists stops all. Tells why
+  // there are too many bytes to write, or to read in vain: thousands of fonts in a small hostile file can
+  // overlap and have the same bytes.
+  std::string ChooseTargets() {
+    const std::uint64_t most_in_vain = std::max(TotalForkLength(options_.file), options_.max_bytes);
+    std::map<Place, std::size_t> targets;  // indexes of targets_
     for (const int number : source_.Numbers()) {
-      if (auto target = ChooseTarget(number, names)) targets.push_back(*std::move(target));
+      const auto [known, is_new] = targets.try_emplace(source_.PlaceOfFont(number), targets_.size());
+      if (is_new) {
+        std::string reason;
+        const std::vector<char> font = source_.Font(number, reason);
+        read_ += font.size();
+        known->second = TargetOf(number, font, reason);
+        if (to_write_ > options_.max_bytes) {
+          return "its fonts take more than the " + std::to_string(options_.max_bytes) +
+                 " bytes that --max-bytes allows";
+        }
+        if (read_ - to_write_ > most_in_vain) return "its fonts overlap, as only those of damaged files do";
+      }
+      targets_[known->second].numbers.push_back(number);
     }
-    return targets;
+    return {};
   }
 
-  std::optional<Target> ChooseTarget(int number, SplitNames& names) {
-    std::string reason;
-    const std::vector<char> font = source_.Font(number, reason);
-    std::string name = source_.Name(number);
+  // The index of the target of the same bytes or of a new one.
+  std::size_t TargetOf(int number, const std::vector<char>& font, const std::string& reason) {
     if (!reason.empty()) {
-      Complain(options_.file, name + " cannot be written: " + reason);
-      return std::nullopt;
+      targets_.push_back({{}, reason, {}});
+      return targets_.size() - 1;
     }
+    const std::size_t hash = std::hash<std::string_view>()(AsText(BytesOf(font)));
+    const auto [same, is_new] = by_content_.try_emplace({font.size(), hash}, targets_.size());
+    if (!is_new) {
+      std::string ignored;
+      if (source_.Font(targets_[same->second].numbers.front(), ignored) == font) return same->second;
+    }
+    to_write_ += font.size();
+    targets_.push_back({{}, {}, PathFor(number, BytesOf(font))});
+    return targets_.size() - 1;
+  }
+
+  std::string PathFor(int number, Bytes font) {
     std::string post_script_name;
-    getPostScriptNameFromNamesTable(SfntData(BytesOf(font)), post_script_name);
-    std::replace(name.begin(), name.end(), ' ', '-');
-    const std::string extension = StartsWith(BytesOf(font), "OTTO") ? ".otf" : ".ttf";
-    const std::string file_name = names.NameFor(post_script_name, name, extension);
-    return Target{number, (fs::path(options_.folder) / file_name).native()};
+    getPostScriptNameFromNamesTable(SfntData(font), post_script_name);
+    const std::string extension = StartsWith(font, "OTTO") ? ".otf" : ".ttf";
+    const std::string name =
+        names_.NameFor(post_script_name, source_.Kind() + '-' + std::to_string(number), extension);
+    return (fs::path(options_.folder) / name).native();
+  }
+
+  bool MakeFolder() {
+    std::error_code error;
+    if (!targets_.empty()) fs::create_directories(options_.folder, error);
+    if (error) Complain(options_.folder, "the folder cannot be made: " + error.message());
+    return !error;
   }
 
   bool Write(const Target& target) {
     std::string reason;
-    const std::vector<char> font = source_.Font(target.number, reason);
+    const std::vector<char> font = source_.Font(target.numbers.front(), reason);
     if (reason.empty()) reason = WriteNewFile(target.path, BytesOf(font)).value_or("");
-    if (reason.empty()) {
-      std::cout << ShownPath(target.path) << '\n';
-    } else {
+    if (!reason.empty()) {
       Complain(target.path, "cannot be written: " + reason);
+      return false;
     }
-    return reason.empty();
+    std::cout << ShownPath(target.path) << '\n';
+    if (target.numbers.size() > 1) {
+      std::cerr << ShownPath(target.path) << ": " << NamesOf(source_.Kind(), target.numbers)
+                << " are the same bytes, written once\n";
+    }
+    return true;
   }
 
   const Options& options_;
   FontSource& source_;
+  SplitNames names_;
+  std::vector<Target> targets_;
+  std::map<std::pair<std::size_t, std::size_t>, std::size_t> by_content_;  // by size and hash
+  std::uint64_t read_ = 0, to_write_ = 0;                                  // bytes of fonts
   bool complete_ = true;
 };
 
@@ -208,8 +295,15 @@ int SplitResources(const Options& options) {
 int Split(const Options& options) {
   if (const auto reason = WhyNotReadable(options.file)) return Fail(options.file, *reason);
   std::error_code error;
-  if (!fs::is_directory(options.folder, error)) return Fail(options.folder, "not a folder to write to");
+  if (fs::exists(options.folder, error) && !fs::is_directory(options.folder, error)) {
+    return Fail(options.folder, "not a folder to write to");
+  }
   return IsCollection(options.file) ? SplitCollection(options) : SplitResources(options);
+}
+
+// A number with or without K, M, G and so on becomes one of bytes. The parser's own would wrap negative ones.
+std::string Size(std::string& text) {
+  return text.starts_with('-') ? "a size is not negative" : CLI::AsSizeValue(false)(text);
 }
 
 }  // namespace
@@ -219,8 +313,12 @@ void AddSplit(CLI::App& app, int& status) {
   CLI::App* command =
       app.add_subcommand("split", "Write each font of a collection or resource file to a file of its own");
   command->add_option("collection", options->file, "Collection (.ttc), .dfont or font suitcase")->required();
-  command->add_option("-o,--output", options->folder, "Folder to write to, which must be there")
+  command->add_option("-o,--output", options->folder, "Folder to write to, made when it is missing")
       ->capture_default_str();
+  command->add_option("--max-bytes", options->max_bytes, "Most bytes to write in all, as 500M or 2G")
+      ->transform(CLI::Validator(Size, ""))
+      ->type_name("SIZE")
+      ->default_str("1G");
   command->callback([&status, options] { status = Split(*options); });
 }
 

@@ -34,9 +34,8 @@ std::string SplitNames::NameFor(const std::string& post_script_name, const std::
   std::string stem = SafeName(post_script_name);
   if (stem.empty()) stem = fallback;
   std::string name = stem;
-  for (int number = 2; !taken_.insert(LowerCased(name)).second; ++number) {
-    name = stem + "-" + std::to_string(number);
-  }
+  int& number = next_numbers_.try_emplace(LowerCased(stem), 2).first->second;
+  while (!taken_.insert(LowerCased(name)).second) name = stem + "-" + std::to_string(number++);
   return name + extension;
 }
 

@@ -2,6 +2,7 @@
 #ifndef QUILLMARK_TOOL_SPLIT_NAMES_H_
 #define QUILLMARK_TOOL_SPLIT_NAMES_H_
 
+#include <map>
 #include <set>
 #include <string>
 
@@ -15,7 +16,8 @@ class SplitNames {
                       const std::string& extension);
 
  private:
-  std::set<std::string> taken_;  // in lower case, without extensions
+  std::set<std::string> taken_;              // in lower case, without extensions
+  std::map<std::string, int> next_numbers_;  // of a stem in lower case: all below it are taken
 };
 
 }  // namespace quillmark::tool
