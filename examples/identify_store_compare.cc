@@ -1,4 +1,4 @@
-// A host in C++20: keeps what it learns of a font file as a property list and tells at the next run whether
+// A host in C++17: keeps what it learns of a font file as a property list and tells at the next run whether
 // the file still holds the same fonts.
 //
 // Usage: identify_store_compare FONT STORE
@@ -12,6 +12,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -63,7 +64,7 @@ void Store(const QM_FontArray* array, const char* path) {
   const bool written = QM_GetPropertyListRepresentation(array, text.data(), &size) == QM_STATUS_OK;
   text.pop_back();
   std::ofstream file(path, std::ios::binary);
-  if (!written || !file.write(text.data(), std::ssize(text)).flush()) {
+  if (!written || !file.write(text.data(), static_cast<std::streamsize>(text.size())).flush()) {
     throw std::runtime_error(std::string(path) + ": cannot be written");
   }
 }

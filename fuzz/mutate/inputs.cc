@@ -45,7 +45,7 @@ std::string PostFork(const std::string& type1_program) {
 SampleOutlines RealOutlines() {
   const std::string truetype = kTrueType;
   const std::string type1 = ReadFile("/usr/share/fonts/type1/urw-base35/StandardSymbolsPS.t1");
-  return {.regular = ReadFile(truetype + "dejavu/DejaVuSansMono-Oblique.ttf"),
+  return {.regular = ReadFile(truetype + "dejavu/DejaVuSansMono.ttf"),
           .bold = ReadFile(std::string(kOpenType) + "StandardSymbolsPS.otf"),
           .cff = ReadFile(std::string(kOpenType) + "D050000L.otf"),
           .collection = SmallTablesOf(ReadFile(truetype + "wqy/wqy-zenhei.ttc")),

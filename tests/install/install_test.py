@@ -75,12 +75,30 @@ class InstallTest(InstalledTree, unittest.TestCase):
         env = environment(PKG_CONFIG_PATH=self.prefix / LIBDIR / "pkgconfig")
         self.assertEqual(run("pkg-config", "--modversion", "quillmark", env=env).strip(), VERSION)
         flags = shlex.split(run("pkg-config", "--cflags", "--libs", "quillmark", env=env))
-        for compiler in [[os.environ["CC"], "-std=c99"], [os.environ["CXX"], "-x", "c++"]]:
+        c, cc = os.environ["CC"], os.environ["CXX"]
+        examples = self.prefix / "share/doc/quillmark/examples"
+        env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR)
+        for command, arguments in [([c, "-std=c99", CONSUMER / "consumer.c"], []),
+                                   ([cc, "-x", "c++", CONSUMER / "consumer.c"], []),
+                                   ([c, examples / "identify_store_compare.c"], [self.folder / "stored.xml"]),
+                                   ([cc, examples / "identify_store_compare.cc"], [self.folder / "stored.plist"])]:  # fmt: skip
             program = self.folder / "by pkg-config"
-            command = [*compiler, "-Wall", "-Wextra", "-Wpedantic", "-Werror", *FLAGS, CONSUMER / "consumer.c", *flags]
-            run(*command, "-o", program)
-            env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR)
-            self.assertEqual(run(program, DEJAVU, env=env).strip(), FOUNDRY, compiler)
+            run(*command, "-Wall", "-Wextra", "-Wpedantic", "-Werror", *FLAGS, *flags, "-o", program)
+            self.assertIn(FOUNDRY, run(program, DEJAVU, *arguments, env=env), command)
+
+    def test_pip_leaves_nothing_in_the_folder(self):
+        for python in [os.environ["QM_PYTHON"], "/usr/bin/python3"]:
+            if subprocess.run([python, "-c", "import setuptools, wheel, pip"], capture_output=True).returncode == 0:
+                break
+        else:
+            self.skipTest("no pip with setuptools and wheel")
+        folder, target = self.folder / "python", self.folder / "by pip"
+        shutil.copytree(SOURCE / "bindings/python", folder, ignore=shutil.ignore_patterns("__pycache__"))
+        before = sorted(folder.rglob("*"))
+        run(python, "-m", "pip", "install", "--no-build-isolation", "--no-index", "--target", target, folder)
+        self.assertEqual(sorted(folder.rglob("*")), before)
+        env = environment(PYTHONPATH=target)
+        self.assertEqual(run(python, "-c", "import quillmark; print(quillmark.__version__)", env=env).strip(), VERSION)
 
     def test_links_between_pages_hold(self):
         pages = list((self.prefix / "share/doc/quillmark").rglob("*.md"))
@@ -89,11 +107,11 @@ class InstallTest(InstalledTree, unittest.TestCase):
         self.assertEqual([(page.name, link) for page, link in links if not (page.parent / link).is_file()], [])
 
     def test_texts_tell_the_version(self):
-        for path, line in [("bindings/python/pyproject.toml", rf'version = "{VERSION}"'),
+        for path, line in [("bindings/python/quillmark/__init__.py", rf'__version__ = "{VERSION}"'),
                            ("CHANGELOG.md", rf"## \[{VERSION}\] - "),
                            ("cmake/debian/changelog", rf"quillmark \({VERSION}-")]:  # fmt: skip
             lines = (SOURCE / path).read_text().splitlines()
-            first = next(text for text in lines if re.match(r"version|## |quillmark", text))
+            first = next(text for text in lines if re.match(r"__version__|## |quillmark \(", text))
             self.assertRegex(first, line, path)
 
 

@@ -5,9 +5,11 @@ usage: python_test.py MODULE_FOLDER   with QUILLMARK_LIBRARY set
 
 import concurrent.futures
 import doctest
+import os
 import pathlib
 import pickle
 import sys
+import tempfile
 import unittest
 import unittest.mock
 
@@ -16,6 +18,8 @@ import quillmark  # noqa: E402
 import quillmark._library  # noqa: E402
 
 DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
+WQY = "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc"
+TOOL = pathlib.Path(os.environ["QUILLMARK_LIBRARY"]).parent.parent / "bin/quillmark"
 BLOCK = """<?xml version="1.0" encoding="utf-8" ?>
 <QuillmarkData>
 \t<FontData>
@@ -81,7 +85,7 @@ class Arrays(unittest.TestCase):
             self.assertEqual((array.index_of(-1, 0), array.index_of(128, 0)), (0, None))
 
     def test_refusals_carry_the_status(self):
-        for call, argument, status in [(quillmark.identify, "/nonexistent", 1), (quillmark.from_xml, "<FontData>", 4),
+        for call, argument, status in [(quillmark.identify, "/dev/null", 1), (quillmark.from_xml, "<FontData>", 4),
                                        (quillmark.from_property_list, "", 1)]:  # fmt: skip
             with self.subTest(call=call.__name__), self.assertRaises(quillmark.QuillmarkError) as caught:
                 call(argument)
@@ -91,8 +95,19 @@ class Arrays(unittest.TestCase):
         array = quillmark.FontArray.from_file(DEJAVU)
         array.close()
         array.close()
-        for call in [array.faces, array.to_xml, array.to_property_list, lambda: array.index_of(-1, 0)]:
+        for call in [array.faces, array.to_xml, array.to_property_list, lambda: array.index_of(-1, 0),
+                     lambda: array[0], lambda: next(iter(array))]:  # fmt: skip
             self.assertRaisesRegex(ValueError, "closed", call)
+
+    def test_array_is_a_sequence_of_faces(self):
+        with quillmark.FontArray.from_file(WQY) as array:
+            faces = array.faces()
+            self.assertEqual([face.index for face in faces], [0, 1, 2])
+            self.assertEqual((list(array), array[-1], array[1:]), (faces, faces[2], faces[1:]))
+            self.assertIn(faces[1], array)
+            self.assertNotIn(quillmark.identify(DEJAVU)[0], array)
+            self.assertEqual(set(array), set(faces))
+            self.assertRaises(IndexError, lambda: array[3])
 
     def test_faces_pickle_and_threads_agree(self):
         expected = quillmark.identify(DEJAVU)
@@ -100,6 +115,31 @@ class Arrays(unittest.TestCase):
         with concurrent.futures.ThreadPoolExecutor(4) as pool:
             for faces in pool.map(quillmark.identify, [DEJAVU] * 16):
                 self.assertEqual(faces, expected)
+
+
+class Files(unittest.TestCase):
+    def test_file_that_is_not_there(self):
+        for call in [quillmark.identify, quillmark.FontArray.from_file, quillmark.why]:
+            for path, error in [("/nonexistent/a.ttf", FileNotFoundError), (DEJAVU + "/a.ttf", NotADirectoryError)]:
+                with self.subTest(call=call.__name__, path=path), self.assertRaises(error) as caught:
+                    call(path)
+                self.assertEqual(os.fsdecode(caught.exception.filename), path)
+
+    @unittest.skipUnless(TOOL.exists(), "built without the tool")
+    def test_why(self):
+        self.assertIsNone(quillmark.why(DEJAVU))
+        self.addCleanup(os.chdir, os.getcwd())
+        with tempfile.TemporaryDirectory() as folder:
+            os.chdir(folder)
+            for name in ["-a.ttf", b"\xff.ttf"]:
+                with open(name, "wb") as file:
+                    file.write(b"\x89PNG\r\n\x1a\n")
+                self.assertIn("a PNG image in spite of its extension .ttf", quillmark.why(name))
+
+    def test_why_without_an_answer(self):
+        for tool, fault in [("/nonexistent/quillmark", "cannot be run"), ("/bin/false", "no answer, status 1")]:
+            with unittest.mock.patch.dict(os.environ, QUILLMARK_TOOL=tool):
+                self.assertRaisesRegex(OSError, fault, quillmark.why, DEJAVU)
 
 
 if __name__ == "__main__":

@@ -3,7 +3,7 @@
 >>> import quillmark
 >>> for face in quillmark.identify("/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"):
 ...     print(face.postscript_name, face.foundry, face.font_class, face.styles, f"{face.checksum:08X}")
-DejaVuSans-Bold DejaVu Fonts Humanist Sans Serif ['Bold'] FD8FF11C
+DejaVuSans-Bold DejaVu Fonts Humanist Sans Serif ('Bold',) FD8FF11C
 
 What is stored is compared as text, not as faces: the stored forms keep less than a face holds.
 
@@ -26,15 +26,17 @@ called from several threads at once, and let other threads run.
 import ctypes
 import os
 from dataclasses import dataclass
-from typing import Callable, List, Optional, Tuple, Type, TypeVar, Union
+from typing import Callable, List, Optional, Sequence, Tuple, Type, TypeVar, Union, overload
 
-from . import _library
+from . import _library, _tool
 from ._library import QuillmarkError
 
 __all__ = [
-    "ATTRIBUTES_ALL", "Face", "FontArray", "QuillmarkError", "classify", "from_property_list", "from_xml",
-    "identify", "library_version", "styles",
+    "ATTRIBUTES_ALL", "Face", "FontArray", "QuillmarkError", "__version__", "classify", "from_property_list",
+    "from_xml", "identify", "library_version", "styles", "why",
 ]  # fmt: skip
+
+__version__ = "1.4.0"
 
 Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
 
@@ -66,7 +68,7 @@ class Face:
     legacy_foundry: Optional[str]
     font_class: Optional[str]
     """Typographic class of the family; "--" when the library knows none."""
-    styles: List[str]
+    styles: Tuple[str, ...]
     """What the PostScript name, and next the full name, tell."""
     printer_font: Optional[str]
     """Path of the file that holds the outlines; empty when they are in the font file itself."""
@@ -79,8 +81,11 @@ class Face:
     """Bytes, modulo 2**32."""
 
 
-class FontArray:
-    """The faces of a file or of a stored text, held by the library until ``close`` or the end of a ``with``."""
+class FontArray(Sequence[Face]):
+    """The faces of a file or of a stored text, held by the library until ``close`` or the end of a ``with``.
+
+    A sequence of ``Face``: each is read when it is asked for, and stays when the array is closed.
+    """
 
     def __init__(self, handle: ctypes.c_void_p) -> None:
         self._handle: Optional[ctypes.c_void_p] = handle
@@ -89,7 +94,11 @@ class FontArray:
     def from_file(cls, path: Path, request: int = ATTRIBUTES_ALL) -> "FontArray":
         """Reads a font file. ``request`` is a sum of QM_Attribute bits, as quillmark.h lists them."""
         name = _library.path_bytes(path)
-        return cls._made("no face was read: " + os.fsdecode(name), "CreateSpecifier", name, 0, request)
+        try:
+            return cls._made("no face was read: " + os.fsdecode(name), "CreateSpecifier", name, 0, request)
+        except QuillmarkError:
+            _library.check_readable(name)
+            raise
 
     @classmethod
     def from_xml(cls, text: str) -> "FontArray":
@@ -133,8 +142,18 @@ class FontArray:
     def __len__(self) -> int:
         return _library.number_of(_library.load().QM_GetFontCount, self._open())[1]
 
+    @overload
+    def __getitem__(self, index: int) -> Face: ...
+
+    @overload
+    def __getitem__(self, index: slice) -> List[Face]: ...
+
+    def __getitem__(self, index: Union[int, slice]) -> Union[Face, List[Face]]:
+        chosen = range(len(self))[index]
+        return self._face(chosen) if isinstance(chosen, int) else [self._face(place) for place in chosen]
+
     def faces(self) -> List[Face]:
-        return [self._face(index) for index in range(len(self))]
+        return self[:]
 
     def index_of(self, fond_id: int, style: int) -> Optional[int]:
         """Index of the first face of a FOND resource and classic style code; None without one."""
@@ -175,7 +194,7 @@ class FontArray:
             foundry=text("FoundryName"),
             legacy_foundry=text("LegacyFoundryName"),
             font_class=None if family is None else classify(family),
-            styles=styles(name or "", full_name or ""),
+            styles=tuple(styles(name or "", full_name or "")),
             printer_font=text("PrinterFont"),
             windows_mm_file=text("WindowsMMFile"),
             checksum=number("QuillmarkChecksum"),
@@ -186,9 +205,22 @@ class FontArray:
 
 
 def identify(path: Path, request: int = ATTRIBUTES_ALL) -> List[Face]:
-    """Every face of a font file; QuillmarkError when none can be read, a missing file included."""
+    """Every face of a font file.
+
+    QuillmarkError when it gives none; FileNotFoundError or another OSError when there is no file or it may not be read.
+    """
     with FontArray.from_file(path, request) as array:
         return array.faces()
+
+
+def why(path: Path) -> Optional[str]:
+    """Why a file gives no face, or fewer than it lists; None when it gives all. Asks the command-line tool.
+
+    FileNotFoundError or another OSError when there is no file or it may not be read, and when the tool is not there.
+    """
+    name = _library.path_bytes(path)
+    _library.check_readable(name)
+    return _tool.reason_of(name)
 
 
 def from_xml(text: str) -> List[Face]:

@@ -4,6 +4,7 @@ import ctypes
 import functools
 import os
 import pathlib
+import stat
 from ctypes import POINTER, c_char_p, c_int16, c_int32, c_uint32, c_void_p
 from typing import Iterator, List, Tuple, Union
 
@@ -99,6 +100,12 @@ def to_text(data: bytes) -> str:
 
 def path_bytes(path: Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]) -> bytes:
     return without_nul(os.fsencode(path))
+
+
+def check_readable(name: bytes) -> None:
+    """Raises the system's error, FileNotFoundError above all, when there is no such file or it may not be read."""
+    if stat.S_ISREG(os.stat(name).st_mode):
+        open(name, "rb").close()
 
 
 def without_nul(data: bytes) -> bytes:
