@@ -13,6 +13,7 @@
 #include "bench/growth.h"
 #include "bench/identify_file.h"
 #include "builders/collection_builder.h"
+#include "builders/exported_calls.h"
 #include "builders/sfnt_builder.h"
 #include "builders/temp_folder.h"
 #include "quillmark/quillmark.h"
@@ -66,37 +67,17 @@ void GrowFile(GrowthTable& table, const std::string& what, const std::string& fi
 // A stored form: its two functions, and the marks between which one face stands in the text.
 struct Form {
   const char* name;
-  std::int32_t (*write)(const QM_FontArray*, char*, std::uint32_t*);
+  FormWriter write;
   std::int32_t (*read)(const char*, QM_FontArray**);
   std::string face_start, face_end;
 };
 
-std::uint32_t FacesOf(const QM_FontArray* array) {
-  std::uint32_t count = 0;
-  (void)QM_GetFontCount(array, &count);
-  return count;
-}
-
-std::string Stored(const Form& form, const QM_FontArray* array) {
-  std::uint32_t length = 0;
-  char none = 0;
-  (void)form.write(array, &none, &length);
-  std::string text(length, '\0');
-  (void)form.write(array, text.data(), &length);
-  text.pop_back();  // the NUL
-  return text;
-}
-
 // The text of one stored face, with that face again and again under other names.
 std::string TextOfFaces(const Form& form, int faces) {
   const TempFolder folder;
-  QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(folder.Write("font.ttf", NamedFont(FaceName(0)).Build()).c_str(), 0,
-                         QM_ATTRIBUTES_ALL, &array) != QM_STATUS_OK) {
-    std::abort();
-  }
-  const std::string one = Stored(form, array);
-  (void)QM_SpecifierFree(array);
+  const OwnedArray array = Create(folder.Write("font.ttf", NamedFont(FaceName(0)).Build()));
+  if (!array) std::abort();
+  const std::string one = Stored(form.write, array.get());
   const std::size_t start = one.find(form.face_start);
   const std::size_t end = one.rfind(form.face_end) + form.face_end.size();
   std::string text = one.substr(0, start);
@@ -116,7 +97,7 @@ void GrowText(GrowthTable& table, const Form& form, std::span<const int> sizes) 
     table.Row(std::string("faces read from ") + form.name, faces, "faces", [&] {
       QM_FontArray* array = nullptr;
       if (form.read(text.c_str(), &array) != QM_STATUS_OK) return 0U;
-      const std::uint32_t count = FacesOf(array);
+      const std::uint32_t count = CountOf(array);
       (void)QM_SpecifierFree(array);
       return count;
     });
@@ -124,10 +105,10 @@ void GrowText(GrowthTable& table, const Form& form, std::span<const int> sizes) 
   for (const int faces : sizes) {
     QM_FontArray* array = nullptr;
     if (form.read(TextOfFaces(form, faces).c_str(), &array) != QM_STATUS_OK) std::abort();
-    std::string buffer = Stored(form, array) + '\0';
+    std::string buffer = Stored(form.write, array) + '\0';
     table.Row(std::string("faces written to ") + form.name, faces, "faces", [&] {
       auto length = static_cast<std::uint32_t>(buffer.size());
-      return form.write(array, buffer.data(), &length) == QM_STATUS_OK ? FacesOf(array) : 0U;
+      return form.write(array, buffer.data(), &length) == QM_STATUS_OK ? CountOf(array) : 0U;
     });
     (void)QM_SpecifierFree(array);
   }

@@ -43,7 +43,8 @@ void CountFile(const std::string& candidate) {
   if (::stat(candidate.c_str(), &found) == 0 && S_ISREG(found.st_mode)) ++carriers;
 }
 
-// The places of platform/forks.h. A path inside a file fails alike for all names, so one is asked for.
+// The places of platform/files/font_file.h. A path inside a file fails alike for all names, so one is asked
+// for.
 void LookForForks(const std::string& file) {
   CountFile(file);
   CountFile(file + "/..namedfork/rsrc");

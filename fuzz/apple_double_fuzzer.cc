@@ -12,8 +12,9 @@
 #include <string>
 #include <system_error>
 
-#include "platform/apple_double.h"
-#include "platform/resource_map.h"
+#include "platform/files/apple_double.h"
+#include "platform/files/font_file.h"
+#include "platform/resource_manager/resource_map.h"
 
 namespace {
 
@@ -86,12 +87,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Fork sidecar(bytes);
   const auto entry = quillmark::FindAppleDoubleEntry(sidecar, quillmark::kAppleDoubleResourceFork);
   font.WriteSidecar(*bytes);
-  const quillmark::ForkLookupScope one_search;
-  const auto found = quillmark::FindResourceFork(font.path());
+  quillmark::FileAccess access;
+  quillmark::FontFile file(access, font.path());
+  const auto& found = file.ResourceFork();
   Check(found.has_value() == (entry && entry->length > 0));
-  Check(quillmark::TotalForkLength(font.path()) == (found ? entry->length : 0));
+  Check(file.TotalLength() == (found ? entry->length : 0));
   const auto info = quillmark::FindAppleDoubleEntry(sidecar, quillmark::kAppleDoubleFinderInfo);
-  const quillmark::FinderInfo codes = quillmark::ReadFinderInfo(font.path());
+  const quillmark::FinderInfo codes = file.Finder();
   Check((info && info->length >= 8) || (codes.type == 0 && codes.creator == 0));
   if (found) ReadAndRewrite(sidecar.Part(entry->start, entry->length).value());
   return 0;

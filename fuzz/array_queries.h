@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "quillmark/quillmark.h"
+#include "builders/exported_calls.h"
 
 namespace quillmark {
 
@@ -17,18 +17,14 @@ inline void AskEverything(const QM_FontArray* array) {
   std::uint32_t count = 0;
   if (QM_GetFontCount(array, &count) != QM_STATUS_OK || count == 0) std::abort();
   for (std::uint32_t face = 0; face < count && face < kMaxFaces; ++face) {
-    for (const auto getter :
-         {QM_GetKindName, QM_GetFamilyName, QM_GetPostScriptName, QM_GetFullName, QM_GetDisplayName,
-          QM_GetPlatform, QM_GetPrinterFont, QM_GetWindowsFullName, QM_GetVersion, QM_GetFoundryName,
-          QM_GetLegacyFoundryName, QM_GetWindowsMMFile}) {
+    for (const auto getter : kTextGetters) {
       char large[4096];
       char small[5];
       if (getter(array, face, large, sizeof(large)) != QM_STATUS_OK) continue;
       if (getter(array, face, small, sizeof(small)) != QM_STATUS_OK) std::abort();
       if (std::strncmp(large, small, sizeof(small) - 1) != 0) std::abort();
     }
-    for (const auto getter : {QM_GetKerningChecksum, QM_GetQuillmarkChecksum, QM_GetLegacyQuillmarkChecksum,
-                              QM_GetOutlineFileSize}) {
+    for (const auto getter : kNumberGetters) {
       std::uint32_t value = 0;
       (void)getter(array, face, &value);
     }
@@ -36,8 +32,7 @@ inline void AskEverything(const QM_FontArray* array) {
 }
 
 // The whole text of a representation, after a look whether a short buffer gets its beginning.
-inline std::string Represent(std::int32_t (*writer)(const QM_FontArray*, char*, std::uint32_t*),
-                             const QM_FontArray* array) {
+inline std::string Represent(FormWriter writer, const QM_FontArray* array) {
   char beginning[64];
   std::uint32_t length = sizeof(beginning);
   if (writer(array, beginning, &length) != QM_STATUS_OUT_OF_RANGE) std::abort();

@@ -21,15 +21,15 @@ void CheckFace(Bytes face) {
     const auto length = U32At(face, entry + 12);
     if (!offset || !length || !Slice(face, *offset, *length)) std::abort();
   }
-  std::string name;
-  getPostScriptNameFromNamesTable(SfntData(face), name);
+  getPostScriptNameFromNamesTable(SfntData(face));
 }
 
 void Check(const std::uint8_t* data, std::size_t size) {
   static const ScratchFile scratch("ttc");
   scratch.Fill(data, size);
-  const std::string path = scratch.path();
-  const TrueTypeCollectionFont collection(path);
+  FileAccess access;
+  FontFile file(access, scratch.path());
+  const TrueTypeCollectionFont collection(file);
   std::vector<char> face;
   const std::uint32_t listed = collection.listedFaceCount();
   for (std::uint32_t i = 0; i < std::min(listed, kMaxFaces); ++i) {

@@ -11,15 +11,14 @@ namespace {
 
 void Check(const ScratchFile& file, const std::uint8_t* data, std::size_t size) {
   file.Fill(data, size);
-  QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(file.path().c_str(), 0, QM_ATTRIBUTES_ALL, &array) != QM_STATUS_OK) return;
-  AskEverything(array);
-  (void)Represent(QM_GetXMLRepresentation, array);
-  const std::string stored = Represent(QM_GetPropertyListRepresentation, array);
+  const OwnedArray array = Create(file.path());
+  if (!array) return;
+  AskEverything(array.get());
+  (void)Represent(QM_GetXMLRepresentation, array.get());
+  const std::string stored = Represent(QM_GetPropertyListRepresentation, array.get());
   QM_FontArray* again = nullptr;
   if (QM_CreateSpecifierFromPropertyList(stored.c_str(), &again) != QM_STATUS_OK) std::abort();
   QM_SpecifierFree(again);
-  QM_SpecifierFree(array);
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "platform/byte_reader.h"
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/core_foundation/core_foundation.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/cf_ref.h"
-#include "platform/resource_manager.h"
+#include "platform/resource_manager/resource_manager.h"
+#include "resources/family.h"
 #include "resources/printer_font_name.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
@@ -32,6 +32,8 @@ void ReadResources(QuillmarkResourceFile* file) {
     const int count = std::min(countResType(file, type), kFewResources);
     for (int i = 0; i <= count + 1; ++i) {
       const ResourceHandle resource(getHandleOfTypeAndIndex(file, type, static_cast<std::int16_t>(i)));
+      has_OTTO_Flag_inResource(HandleBytes(resource.get()));
+      has_ttc_true_Flag(HandleBytes(resource.get()), "A-CID");
     }
   }
   FileHasPOSTsInResourceFork(file);
@@ -41,36 +43,37 @@ void ReadResources(QuillmarkResourceFile* file) {
   hasValidResourcePSHeader(file);
 }
 
-void ReadStyle(QuillmarkResourceFile* file, Handle fond, std::int16_t style) {
-  getFirstResourceIDFromHandleAndStyle(file, fond, style);
-  has_OTTO_Flag_inResource(file, fond, style);
-  has_ttc_true_Flag(file, fond, style);
-  getSortedResIDsForStyle(file, fond, style);
-  file->styleExists(style, fond);
-  file->shouldHavePrinterFile(fond, style);
-  const std::string name = file->getPostScriptNameForFOND(fond, style);
-  const std::string file_name = file->getPSPrinterNameForFOND(fond, style);
+void ReadStyle(Family& family, Bytes record, std::int16_t style) {
+  family.getFirstResourceID(style);
+  family.FirstOutlineOfStyle(style);
+  family.getSortedNFNTsForFOND(style);
+  family.styleExists(style);
+  family.shouldHavePrinterFile(style);
+  family.kerning().SumOfBytes(style);
+  family.kerning().CrcOfPairs(style);
+  const std::string name = family.getPostScriptNameForFOND(style);
+  const std::string file_name = family.getPSPrinterNameForFOND(style);
   if (name.size() > 255 || file_name.size() > 255) std::abort();
   bool is_mm = (style & 1) != 0;
-  file->normalizePostScriptName(name, fond, &is_mm);
-  Adopt(CreatePrinterPath(file, fond, style));
+  family.normalizePostScriptName(name, &is_mm);
   for (const std::int32_t limit : {1, 2, 33, 256}) {
-    std::vector<unsigned char> out(
-        static_cast<std::size_t>(limit));  // exact, so that a sanitizer sees its end
-    GetPrinterFontNameFromResource(fond, static_cast<unsigned char>(style), out.data(), limit);
-    if (out[0] >= limit) std::abort();
+    const StyleMapping mapping(record);
+    const auto size = mapping.GetPrinterFontName(static_cast<unsigned char>(style), limit).size();
+    if (size >= static_cast<std::size_t>(limit)) std::abort();
   }
 }
 
+// Takes the FOND over.
 void ReadFond(QuillmarkResourceFile* file, Handle fond) {
-  file->getStyleOffsetFromFOND(fond);
-  file->isDoubleByteFOND(fond);
-  file->getResourceNameFromFOND(fond);
-  for (const int index : {-1, 0, 1, 32767}) file->getResIDForFOND(fond, index);
-  getSortedResIDsForStyle(file, fond, -1);
-  const int count = getCountOfUniqueStyles(file, fond);
-  for (int i = -1; i <= std::min(count, static_cast<int>(kFewStyles)); ++i) {
-    ReadStyle(file, fond, getStyleFromStyleIndex(file, fond, static_cast<std::int16_t>(i)));
+  Family family(file, fond);
+  family.getStyleOffsetFromFOND();
+  family.isDoubleByteFOND();
+  family.getResourceNameFromFOND();
+  for (const int index : {-1, 0, 1, 32767}) family.getResIDForFOND(index);
+  ReadStyle(family, HandleBytes(fond), -1);
+  const auto& styles = family.styles().codes();
+  for (std::size_t i = 0; i < std::min(styles.size(), kFewStyles); ++i) {
+    ReadStyle(family, HandleBytes(fond), styles[i]);
   }
 }
 
@@ -78,8 +81,7 @@ void ReadAll(QuillmarkResourceFile* file) {
   ReadResources(file);
   const std::vector<std::int16_t> ids = file->getSortedResIDsForType(kFond);
   for (std::size_t i = 0; i < std::min(ids.size(), kFewFonds); ++i) {
-    const ResourceHandle fond(file->getResourceHandleForType(kFond, ids[i]));
-    ReadFond(file, fond.get());
+    ReadFond(file, file->getResourceHandleForType(kFond, ids[i]));
   }
   ReadFond(file, nullptr);
   if (ids.size() <= kFewFonds) {

@@ -2,10 +2,13 @@
 // All must agree.
 #include <cstdlib>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include "analysis/face_collector.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
+#include "quillmark/quillmark.h"
 #include "scratch_file.h"
 
 namespace quillmark {
@@ -14,49 +17,48 @@ namespace {
 struct Answers {
   bool named = false;
   OmString platform = "mac";
-  OmString foundry, family, version, post_script, display, full, windows_full;
-  std::uint32_t kerning = 0;
+  FaceNames names;
 
-  FaceOutputs Outputs() {
-    return {nullptr,
-            nullptr,
-            &platform,
-            {&foundry, &family, &version, &post_script, &display, &full, &windows_full},
-            &kerning};
-  }
   std::string Line() const {
-    std::string line = std::to_string(named) + "|" + std::to_string(kerning);
+    std::string line = std::to_string(named);
     for (const OmString* text :
-         {&platform, &foundry, &family, &version, &post_script, &display, &full, &windows_full}) {
+         {&platform, &names.foundry, &names.family, &names.version, &names.post_script_name,
+          &names.display_name, &names.full_name, &names.windows_full_name}) {
       line += "|" + text->str();
     }
     return line;
   }
 };
 
-Answers Read(const SfntData& font) {
+Answers Read(const SfntData& font, std::uint32_t& kerning) {
   Answers answers;
-  const FaceOutputs outputs = answers.Outputs();
-  answers.named = getMetaDataFromNamesTable(font, outputs.names);
-  if (answers.named) static_cast<void>(GetPlatformTTF(font, outputs.platform));
-  static_cast<void>(GetTrueTypeKerningTableChecksum(font, outputs.kerning_checksum));
+  auto names = getMetaDataFromNamesTable(font);
+  if (auto* found = std::get_if<FaceNames>(&names)) {
+    answers.named = true;
+    answers.names = std::move(*found);
+    static_cast<void>(GetPlatformTTF(font, &answers.platform));
+  }
+  static_cast<void>(GetTrueTypeKerningTableChecksum(font, &kerning));
   return answers;
 }
 
 void Check(const std::uint8_t* data, std::size_t size) {
   static const ScratchFile scratch("ttf");
   scratch.Fill(data, size);
-  const auto file = RegularFile::Open(scratch.path());
-  if (!file) std::abort();
-  Answers in_memory = Read(SfntData(Bytes(data, size)));
-  const Answers in_file = Read(SfntData(*file, static_cast<std::uint32_t>(size)));
-  if (in_memory.Line() != in_file.Line()) std::abort();
+  FileAccess access;
+  FontFile file(access, scratch.path());
+  if (!file.Data()) std::abort();
+  std::uint32_t kerning[2] = {};
+  Answers in_memory = Read(SfntData(Bytes(data, size)), kerning[0]);
+  const Answers in_file = Read(SfntData(*file.Data(), static_cast<std::uint32_t>(size)), kerning[1]);
+  if (in_memory.Line() != in_file.Line() || kerning[0] != kerning[1]) std::abort();
 
-  Answers collected;
-  collected.named = CollectMetaData(nullptr, scratch.path(), nullptr, 0, collected.Outputs()) == kCollected;
-  const std::string family = in_memory.family.str();
-  in_memory.family = family.substr(0, family.find_last_not_of(' ') + 1);
-  if (collected.Line() != in_memory.Line()) std::abort();
+  CollectedFace face;
+  const bool named = CollectMetaData(file, nullptr, QM_ATTRIBUTES_ALL, face) == kCollected;
+  const Answers collected{named, face.platform, face.names};
+  const std::string family = in_memory.names.family.str();
+  in_memory.names.family = family.substr(0, family.find_last_not_of(' ') + 1);
+  if (collected.Line() != in_memory.Line() || named == face.fault.has_value()) std::abort();
 }
 
 }  // namespace

@@ -10,7 +10,8 @@
 namespace quillmark {
 namespace {
 
-constexpr std::size_t kMaxText = 8192;  // the plain walk takes quadratic time
+constexpr std::size_t kMaxText = 8192;      // the plain walk takes quadratic time
+constexpr std::size_t kAllFacesFit = 3500;  // no text of this size can spend the reader's budget
 
 bool Extract(const std::string& text, std::size_t block, const std::string& tag, std::string* value) {
   const std::size_t opening = text.find("<" + tag + ">", block);
@@ -90,8 +91,9 @@ void Check(const std::string& text) {
   const std::int32_t status = QM_CreateSpecifierFromXML(text.c_str(), &array);
   if (status != (readable ? QM_STATUS_OK : QM_STATUS_OUT_OF_RANGE)) std::abort();
   if (!array) return;
-  if (array->size() != expected.size()) std::abort();
-  for (std::size_t i = 0; i < expected.size(); ++i) ExpectSame(array->view(i), expected.view(i));
+  const bool may_be_cut = text.size() > kAllFacesFit && array->size() < expected.size();
+  if (array->size() != expected.size() && !may_be_cut) std::abort();
+  for (std::size_t i = 0; i < array->size(); ++i) ExpectSame(array->view(i), expected.view(i));
 
   AskEverything(array);
   QM_FontArray* again = nullptr;

@@ -190,8 +190,9 @@ QM_EXPORT int32_t QM_GetXMLRepresentation(const QM_FontArray* array, char* buffe
  *
  * Tags are searched for, not parsed: a block without a tag takes the value of the next one in the text. A
  * checksum above 7FFFFFFF reads as 7FFFFFFF. Compare stored texts, not arrays made from them. A tag that is
- * not closed in its block takes all text up to the next closing tag, so that an array made from hostile text
- * can need as much memory as the number of faces times the text's length: bound the texts that you pass.
+ * not closed in its block takes all text up to the next closing tag. A text whose faces share its bytes in
+ * this way again and again is read only as far as time and memory stay within a multiple of its length;
+ * values of their own never reach that bound.
  *
  * @param      text      the document; null gives 1
  * @param[out] outArray  receives the array on status 0, which the caller frees; null gives 1
@@ -220,7 +221,7 @@ QM_EXPORT int32_t QM_CreateSpecifierFromXML(const char* text, QM_FontArray** out
  * @retval 1  null argument, with nothing written; or an array without faces: its empty list was written
  * @retval 4  the text does not fit; its beginning was written, *length says what is needed
  * @par Exceptions
- * std::bad_alloc; nothing leaks.
+ * std::bad_alloc; buffer may then hold the text's beginning.
  * @par Threads
  * Any number on one array that nobody frees.
  */

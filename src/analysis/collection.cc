@@ -8,8 +8,7 @@
 #include <span>
 #include <string_view>
 #include <utility>
-
-#include "platform/forks.h"
+#include <variant>
 
 namespace quillmark {
 namespace {
@@ -20,6 +19,8 @@ constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
 constexpr std::uint32_t kMaxNamesTried = 100;
 constexpr std::size_t kReadSize = 64 * TableSums::kStep;  // stays in the processor's cache
+
+constexpr std::uint64_t kTableSteps = 1024;  // the sums of one table, of which most bytes were summed before
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -52,44 +53,50 @@ std::uint64_t FontSize(std::size_t file_size, Bytes directory) {
 
 // The tables when the stand-alone font can be made. Ends at the first that stands against it, as thousands of
 // overlapping directories may list thousands of tables each.
-std::optional<std::vector<TableRange>> FindTables(std::size_t file_size, Bytes directory) {
+std::variant<std::vector<TableRange>, CollectionFault> FindTables(std::size_t file_size, Bytes directory) {
   std::vector<TableRange> tables;
   std::uint64_t size = directory.size();
   for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size(); entry += kDirectoryEntrySize) {
     const TableRange table = TableAt(directory, entry);
+    const std::uint32_t tag = U32At(directory, entry).value_or(0);
+    const std::uint64_t end = std::uint64_t{table.offset} + table.length;
+    const std::uint64_t padded_end = table.offset + Padded(table.length);
+    if (end > file_size) return CollectionFault{CollectionFault::kTablePastEnd, end, file_size, tag};
+    if (padded_end > file_size)
+      return CollectionFault{CollectionFault::kCutPadding, padded_end, file_size, tag};
     size += Padded(table.length);
-    const std::uint64_t end = table.offset + Padded(table.length);
-    if (size >= file_size || end > file_size) return std::nullopt;
+    if (size >= file_size) break;
     tables.push_back(table);
   }
-  return size < file_size ? std::optional(std::move(tables)) : std::nullopt;
+  if (size >= file_size) return CollectionFault{CollectionFault::kNotSmaller, size, file_size};
+  return tables;
 }
 
 }  // namespace
 
-TrueTypeCollectionFont::TrueTypeCollectionFont(const std::string& path) : path_(path) {
+TrueTypeCollectionFont::TrueTypeCollectionFont(FontFile& file) : source_(file) {
   static_cast<void>(ReadIntoMemory());
 }
 
 TrueTypeCollectionFont::~TrueTypeCollectionFont() = default;
 
 CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
-  CollectionStatus status = kCollectionFileError;
+  status_ = kCollectionFileError;
   try {
-    status = ReadWhole();
+    status_ = ReadWhole();
   } catch (const std::bad_alloc&) {
     // Too large to hold, as a sparse file can be.
   }
-  if (status != kCollectionOk) {
+  if (status_ != kCollectionOk) {
     sums_ = {};
     file_.reset();
   }
-  return status;
+  return status_;
 }
 
 CollectionStatus TrueTypeCollectionFont::ReadWhole() {
   sums_ = {};
-  const auto file = RegularFile::Open(path_);
+  const auto& file = source_.Data();
   if (!file) return kCollectionFileError;
   if (file->size() == 0) return kCollectionWrongVersion;
   if (file->size() > std::numeric_limits<std::uint32_t>::max()) return kCollectionFileError;
@@ -102,6 +109,7 @@ CollectionStatus TrueTypeCollectionFont::ReadWhole() {
       if (const CollectionStatus status = CheckHeader(block); status != kCollectionOk) return status;
     }
     if (read < block.size()) return kCollectionFileError;
+    ChargeBytes(source_.budget(), block.size());
     sums_.Add(block);
   }
   file_.emplace(*file, size);
@@ -129,26 +137,42 @@ std::optional<std::uint32_t> TrueTypeCollectionFont::directoryOffset(std::uint32
   return NumberAt(kHeaderSize + std::size_t{kListEntrySize} * face);
 }
 
-CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes& directory) const {
+CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes& directory,
+                                                       CollectionFault& fault) const {
+  fault = {CollectionFault::kCutList};
   if (face >= faceCount()) return kCollectionNothing;
   const auto offset = directoryOffset(face);
-  if (!offset || std::uint64_t{*offset} + kDirectoryHeaderSize >= size()) {
+  if (!offset) return kCollectionOutOfBounds;
+  if (std::uint64_t{*offset} + kDirectoryHeaderSize >= size()) {
+    fault = {CollectionFault::kDirectoryPastEnd, *offset, size()};
     return kCollectionOutOfBounds;
   }
   const Bytes header = file_->Range(*offset, kDirectoryHeaderSize).value_or(Bytes{});
   const std::size_t table_count = U16At(header, 4).value_or(0);
   const auto found = file_->Range(*offset, kDirectoryHeaderSize + kDirectoryEntrySize * table_count);
-  if (!found) return kCollectionOutOfBounds;
+  if (!found) {
+    fault = {CollectionFault::kCutDirectory};
+    return kCollectionOutOfBounds;
+  }
   directory = *found;
   return kCollectionOk;
 }
 
-std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t face) const {
+std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t face,
+                                                               CollectionFault* fault) const {
   Bytes directory;
-  if (FindDirectory(face, directory) != kCollectionOk) return std::nullopt;
-  auto tables = FindTables(size(), directory);
-  if (!tables) return std::nullopt;
-  return CollectionFace{directory, std::move(*tables)};
+  CollectionFault found;
+  if (FindDirectory(face, directory, found) == kCollectionOk) {
+    ChargeRecords(source_.budget(), directory.size() / kDirectoryEntrySize);
+    auto tables = FindTables(size(), directory);
+    if (auto* ranges = std::get_if<std::vector<TableRange>>(&tables)) {
+      Charge(source_.budget(), ranges->size() * kTableSteps);
+      return CollectionFace{directory, std::move(*ranges)};
+    }
+    found = std::get<CollectionFault>(tables);
+  }
+  if (fault != nullptr) *fault = found;
+  return std::nullopt;
 }
 
 // The tables stand one behind the other. Their checksums are made anew over the tables as they stand, `head`
@@ -167,7 +191,7 @@ SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
     entry += kDirectoryEntrySize;
     offset += Padded(table.length);
   }
-  return {std::move(directory), *file_, tables};
+  return {std::move(directory), *file_, tables, source_.budget()};
 }
 
 std::uint32_t TrueTypeCollectionFont::ChecksumOf(const CollectionFace& face, const SfntData& font) const {
@@ -180,12 +204,15 @@ std::uint32_t TrueTypeCollectionFont::ChecksumOf(const CollectionFace& face, con
 CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const {
   out.clear();
   Bytes directory;
-  if (const CollectionStatus status = FindDirectory(face, directory); status != kCollectionOk) return status;
+  CollectionFault ignored;
+  const CollectionStatus status = FindDirectory(face, directory, ignored);
+  if (status != kCollectionOk) return status;
   // Entries that repeat or overlap could make a face larger than its collection.
   const std::uint64_t font_size = FontSize(size(), directory);
   if (font_size >= size()) return kCollectionNothing;
-  auto tables = FindTables(size(), directory);
-  if (!tables) return kCollectionOutOfBounds;
+  const auto found = FindTables(size(), directory);
+  const auto* tables = std::get_if<std::vector<TableRange>>(&found);
+  if (tables == nullptr) return kCollectionOutOfBounds;
   try {
     out.reserve(font_size);
   } catch (const std::bad_alloc&) {
@@ -229,7 +256,9 @@ CollectionStatus TrueTypeCollectionFont::WriteTTF(const std::vector<char>& faceD
 CollectionStatus TrueTypeCollectionFont::SeparateTTCFonts(const std::string& collectionPath,
                                                           const std::string& folder,
                                                           std::vector<std::string>& writtenPaths) {
-  const TrueTypeCollectionFont collection(collectionPath);
+  FileAccess access;
+  FontFile file(access, collectionPath);
+  const TrueTypeCollectionFont collection(file);
   CollectionStatus result = kCollectionOk;
   const std::uint32_t listed = collection.listedFaceCount();
   std::vector<char> face_data;

@@ -13,7 +13,8 @@
 #include "analysis/sfnt_data.h"
 #include "analysis/table_sums.h"
 #include "platform/byte_reader.h"
-#include "platform/paged_file.h"
+#include "platform/files/font_file.h"
+#include "platform/files/paged_file.h"
 
 namespace quillmark {
 
@@ -26,6 +27,22 @@ enum CollectionStatus : std::uint32_t {
   kCollectionOutOfBounds = 5,   // too short, or a face or table lies outside
 };
 
+// Why a face cannot be cut out.
+struct CollectionFault {
+  enum Kind {
+    kCutList,           // the file ends inside the list of faces
+    kDirectoryPastEnd,  // the face's table directory lies at byte `end`, and the file has `size`
+    kCutDirectory,      // the file ends inside the directory
+    kTablePastEnd,      // the table `tag` runs to byte `end`, and the file has `size`
+    kCutPadding,        // with its padding it runs to byte `end`
+    kNotSmaller         // cut out, the face would be no smaller than the file
+  };
+  Kind kind = kCutList;
+  std::uint64_t end = 0;
+  std::uint64_t size = 0;
+  std::uint32_t tag = 0;
+};
+
 // A face that can be cut out, as it lies in the collection, which must outlive it.
 struct CollectionFace {
   Bytes directory;
@@ -35,15 +52,15 @@ struct CollectionFace {
 
 class TrueTypeCollectionFont {
  public:
-  // Reads the file; a failed read leaves no faces. `path` must outlive the object.
-  explicit TrueTypeCollectionFont(const std::string& path);
+  // Reads the file, which outlives the object and whose budget is charged; a failed read leaves no faces.
+  explicit TrueTypeCollectionFont(FontFile& file);
   virtual ~TrueTypeCollectionFont();
   TrueTypeCollectionFont(const TrueTypeCollectionFont&) = delete;
   TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
 
   CollectionStatus ReadIntoMemory();
-  // As PagedFile::addresses; nothing after any failure.
-  Bytes addresses() const { return file_ ? file_->addresses() : Bytes{}; }
+  // Of the last reading.
+  CollectionStatus status() const { return status_; }
   std::uint32_t faceCount() const;
   // Faces below this index have an entry of the offset list inside the file; all others fail alike, however
   // many the header claims.
@@ -51,9 +68,9 @@ class TrueTypeCollectionFont {
   // Where the face's table directory begins; faces that share it are one font. Nothing outside the list.
   std::optional<std::uint32_t> directoryOffset(std::uint32_t face) const;
 
-  // The face, or nothing when GetDataPtrForFace would fail. Its directory is not yet that of the stand-alone
-  // font.
-  std::optional<CollectionFace> FindFace(std::uint32_t face) const;
+  // The face, or nothing when GetDataPtrForFace would fail; `fault` (may be null) is told why. Its directory
+  // is not yet that of the stand-alone font.
+  std::optional<CollectionFace> FindFace(std::uint32_t face, CollectionFault* fault = nullptr) const;
   // The stand-alone font of a face, of which only the directory is copied. It must not outlive the
   // collection.
   SfntData FontOf(const CollectionFace& face) const;
@@ -73,13 +90,14 @@ class TrueTypeCollectionFont {
                                                          std::vector<std::string>& writtenPaths);
 
  private:
-  CollectionStatus FindDirectory(std::uint32_t face, Bytes& directory) const;
+  CollectionStatus FindDirectory(std::uint32_t face, Bytes& directory, CollectionFault& fault) const;
 
   CollectionStatus ReadWhole();
   std::size_t size() const { return file_ ? file_->size() : 0; }
   std::optional<std::uint32_t> NumberAt(std::size_t offset) const;
 
-  const std::string& path_;
+  FontFile& source_;
+  CollectionStatus status_ = kCollectionFileError;
   std::optional<PagedFile> file_;  // none after any failure
   mutable TableSums sums_;
 };

@@ -5,41 +5,29 @@
 #define QUILLMARK_ANALYSIS_FACE_CHECKSUMS_H_
 
 #include <cstdint>
+#include <string>
 
-#include "analysis/fond_kerning.h"
-#include "platform/resource_manager.h"
-#include "support/om_string.h"
+#include "analysis/printer_font.h"
+#include "platform/files/font_file.h"
+#include "resources/family.h"
 
 namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// Continues `crc` over the POST resources of the style's printer font file, or answers that file's own
-// checksum.
-std::uint32_t ChecksumPrinterFile(QuillmarkResourceFile* resourceFile, Handle fond, std::int16_t style,
-                                  std::uint32_t crc);
-// Continues `crc` over the style's `sfnt` resources, or else over its bitmaps.
-std::uint32_t ChecksumNFNTsfntFONT(QuillmarkResourceFile* resourceFile, Handle fond, std::int16_t style,
-                                   std::uint32_t crc);
-// Byte sum over the style's part of the FOND's kerning table.
-std::uint32_t GetKestineChecksum(Handle fond, std::int16_t style);
-// The current checksum; the one of the earlier scheme goes to `fileChecksum`.
-std::uint32_t GetOmbreluxChecksum(const OmString& path, QuillmarkResourceFile* resourceFile, Handle fond,
-                                  std::int16_t style, bool wantDataForkChecksum, std::uint32_t& fileChecksum);
-
-// While one of these lives on a thread, the kerning table of its FOND is walked once for all styles. The FOND
-// must keep its data as long. They may nest; the innermost one serves.
-class FondKerningScope {
- public:
-  explicit FondKerningScope(Handle fond);
-  ~FondKerningScope();
-  FondKerningScope(const FondKerningScope&) = delete;
-  FondKerningScope& operator=(const FondKerningScope&) = delete;
-
- private:
-  FondKerning kerning_;
-  FondKerning* const outer_;
+struct FaceChecksums {
+  std::uint32_t current = 0;
+  std::uint32_t legacy = 0;  // of the earlier scheme
 };
+
+// Byte sum over the style's part of the FOND's kerning table.
+std::uint32_t GetKestineChecksum(Family& family, std::int16_t style);
+// Of a style of a family, whose data are resources and printer fonts; where there are none, the whole file
+// stands for the face.
+FaceChecksums GetOmbreluxChecksum(FontFile& file, QuillmarkResourceFile& resources, Family& family,
+                                  std::int16_t style, PrinterFonts& printer_fonts);
+// Of the one face of a file without a family. The data fork alone identifies a font of both platforms.
+FaceChecksums GetOmbreluxChecksum(FontFile& file, bool want_data_fork_checksum);
 
 }  // namespace quillmark
 

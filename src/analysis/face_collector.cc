@@ -1,44 +1,29 @@
 #include "analysis/face_collector.h"
 
-#include "analysis/font_data.h"
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <utility>
+#include <variant>
+
 #include "analysis/font_kind.h"
 #include "analysis/name_table.h"
 #include "analysis/postscript_metadata.h"
 #include "analysis/sfnt_directory.h"
+#include "quillmark/quillmark.h"
+#include "resources/quillmark_resource_file.h"
+#include "resources/resource_access.h"
 
 namespace quillmark {
 namespace {
 
-// The names, platform and kerning checksum of the face's sfnt data.
-CollectStatus CollectSfntMetaData(TFontData& font, Handle fond, std::int16_t style,
-                                  const FaceOutputs& outputs, OmString& kind_name) {
-  static_cast<void>(loadFontDataIntoMemory(font, fond, style));
-  if (!font.data) return kNoFontData;
-  if (font.fontKind == kKindOpenTypeTT) kind_name = KindName(kKindOpenTypeTT);
-  const bool named = getMetaDataFromNamesTable(*font.data, font.resourcePlace, outputs.names);
-  CollectStatus result = named ? kCollected : kNoFontData;
-  // A font from a resource fork is always the Mac's.
-  if (result == kCollected && outputs.platform != nullptr && !font.hasResourceFonts &&
-      !GetPlatformTTF(*font.data, outputs.platform)) {
-    result = kUndecided;
-  }
-  if (outputs.kerning_checksum != nullptr) {
-    static_cast<void>(GetTrueTypeKerningTableChecksum(*font.data, outputs.kerning_checksum));
-  }
-  return result;
-}
+constexpr const char* kLayoutTables[] = {"DSIG", "GDEF", "GSUB", "GPOS", "JSTF", "BASE"};
 
-CollectStatus CollectByKind(TFontData& font, QuillmarkResourceFile* resourceFile, const OmString& path,
-                            Handle fond, std::int16_t style, const FaceOutputs& outputs,
-                            OmString& kind_name) {
-  if (font.fontKind == kKindPostScript) {
-    FaceOutputs post_script_outputs = outputs;
-    post_script_outputs.kind_name = &kind_name;
-    const CollectStatus result = CollectPSMetaData(resourceFile, path, fond, style, post_script_outputs);
-    if (result == kCollected || result == kPrinterFontMissing) return result;
-    font.fontKind = kKindTrueType;  // the name of the kind stays
-  }
-  return CollectSfntMetaData(font, fond, style, outputs, kind_name);
+constexpr bool IsSfntKind(FontKind kind) { return kind <= kKindOpenTypePS; }
+
+bool HasLayoutTable(const SfntData& font) {
+  return std::any_of(std::begin(kLayoutTables), std::end(kLayoutTables),
+                     [&](const char* tag) { return FindSpecifiedTable(font, tag).has_value(); });
 }
 
 void RemoveTrailingBlanks(OmString& text) {
@@ -47,19 +32,72 @@ void RemoveTrailingBlanks(OmString& text) {
   text = whole.substr(0, last == std::string::npos ? 0 : last + 1);
 }
 
+// The names of the font; a display name that is there already stays.
+CollectStatus CollectSfntNames(const SfntData& font, CollectedFace& face) {
+  auto read = getMetaDataFromNamesTable(font);
+  if (const auto* fault = std::get_if<NameFault>(&read)) {
+    face.fault = *fault;
+    return kNoFontData;
+  }
+  OmString display_name = std::move(face.names.display_name);
+  face.names = std::get<FaceNames>(std::move(read));
+  if (!display_name.empty()) face.names.display_name = std::move(display_name);
+  RemoveTrailingBlanks(face.names.family);
+  return kCollected;
+}
+
+CollectStatus CollectOutlineNames(QuillmarkResourceFile& resources, std::int16_t id, CollectedFace& face) {
+  const ResourceHandle outline(resources.getResourceHandleForType(kSfnt, id));
+  if (outline.get() == nullptr) return kNoFontData;
+  return CollectSfntNames(SfntData(HandleBytes(outline.get()), resources.budget()), face);
+}
+
 }  // namespace
 
-CollectStatus CollectMetaData(QuillmarkResourceFile* resourceFile, const OmString& path, Handle fond,
-                              std::int16_t style, const FaceOutputs& outputs) {
-  TFontData font;
-  OmString kind_name;
-  initializeAndConstructFontInfo(font, resourceFile, path);
-  getMetaData_FontType(font, fond, style, &kind_name);
-  if (outputs.platform != nullptr) *outputs.platform = "mac";
-  const CollectStatus result = CollectByKind(font, resourceFile, path, fond, style, outputs, kind_name);
-  if (outputs.names.family_name != nullptr) RemoveTrailingBlanks(*outputs.names.family_name);
-  if (outputs.kind_name != nullptr) *outputs.kind_name = kind_name;
-  return result;
+CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources, std::uint32_t request,
+                              CollectedFace& face) {
+  const auto& data = file.Data();
+  FontKind kind = getMetaData_FontType(file.path(), data, resources);
+  face.kind_name = KindName(kind);
+  face.platform = "mac";
+  if (kind == kKindPostScript) kind = kKindTrueType;  // its name stays
+  const std::uint64_t size = data ? data->size() : 0;
+  if (!IsSfntKind(kind) || size == 0 || size >= std::numeric_limits<std::uint32_t>::max()) return kNoFontData;
+  const SfntData font(*data, static_cast<std::uint32_t>(size), file.budget());
+  if (kind == kKindTrueType && HasLayoutTable(font)) kind = kKindOpenTypeTT;
+  if (kind == kKindOpenTypeTT) face.kind_name = KindName(kKindOpenTypeTT);
+  const CollectStatus status = CollectSfntNames(font, face);
+  if (status == kCollected && (request & QM_ATTRIBUTE_PLATFORM) && !GetPlatformTTF(font, &face.platform)) {
+    return kUndecided;
+  }
+  return status;
+}
+
+CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& resources, Family& family,
+                              std::int16_t style, std::uint32_t request, PrinterFonts& printer_fonts,
+                              CollectedFace& face) {
+  face.platform = "mac";  // as every font from resources
+  const std::int16_t id = family.getFirstResourceID(style);
+  FontKind kind = kKindUnknown;
+  {
+    const ResourceHandle outline(resources.getResourceHandleForType(kSfnt, id));
+    kind = KindOfStyle(resources, family, HandleBytes(outline.get()));
+  }
+  if (kind == kKindUnknown) kind = getMetaData_FontType(path, std::nullopt, &resources);
+  face.kind_name = KindName(kind);
+  if (kind == kKindPostScript) {
+    PostScriptFace found{{}, face.kind_name, {}};
+    const CollectStatus status = CollectPSMetaData(&resources, family, style, request, printer_fonts, found);
+    face.names = std::move(found.names);
+    face.kind_name = std::move(found.kind_name);
+    face.printer_font_path = std::move(found.printer_font_path);
+    RemoveTrailingBlanks(face.names.family);
+    if (status == kCollected || status == kPrinterFontMissing) return status;
+    kind = kKindTrueType;  // its name stays
+  }
+  if (!IsSfntKind(kind)) return kNoFontData;
+  if (kind == kKindOpenTypeTT) face.kind_name = KindName(kKindOpenTypeTT);
+  return CollectOutlineNames(resources, id, face);
 }
 
 }  // namespace quillmark

@@ -1,29 +1,39 @@
-// CollectMetaData: everything that one face's own data say about it. Called once a face by creation.
-// Tests: tests/api/creation_test.cc; fuzz/sfnt_fuzzer.cc.
+// CollectMetaData: everything that one face's own data say about it. Tests: tests/api/creation_test.cc;
+// fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 #define QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
-#include "analysis/face_outputs.h"
-#include "platform/resource_manager.h"
-#include "support/om_string.h"
+#include "analysis/collect_status.h"
+#include "analysis/face_names.h"
+#include "analysis/name_record.h"
+#include "analysis/printer_font.h"
+#include "platform/files/font_file.h"
+#include "resources/family.h"
 
 namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// What the collectors answer.
-enum CollectStatus : int {
-  kCollected = 0,
-  kNoFontData = 3,          // no sfnt bytes, or no usable name table
-  kPrinterFontMissing = 6,  // the outlines of a PostScript face are not where its family names them
-  kUndecided = -1,          // no platform can be told, or no PostScript header read
+struct CollectedFace {
+  FaceNames names;
+  OmString kind_name;
+  OmString platform;               // "mac" or "crossplatform"
+  std::string printer_font_path;   // of PostScript faces only
+  std::optional<NameFault> fault;  // why the name table gives no names
 };
 
-// `resourceFile` and `fond` may be null: the face is then read from the path's data fork.
-[[nodiscard]] CollectStatus CollectMetaData(QuillmarkResourceFile* resourceFile, const OmString& path,
-                                            Handle fond, std::int16_t style, const FaceOutputs& outputs);
+// Of the one face of a file without FOND and POST resources, read from its data fork. `request`: QM_Attribute
+// bits.
+[[nodiscard]] CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources,
+                                            std::uint32_t request, CollectedFace& face);
+// Of a style of a family, read from resources and printer fonts.
+[[nodiscard]] CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& resources,
+                                            Family& family, std::int16_t style, std::uint32_t request,
+                                            PrinterFonts& printer_fonts, CollectedFace& face);
 
 }  // namespace quillmark
 

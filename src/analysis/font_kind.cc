@@ -3,7 +3,9 @@
 #include <array>
 #include <string>
 
+#include "analysis/font_extension.h"
 #include "resources/resource_access.h"
+#include "support/om_string.h"
 
 namespace quillmark {
 namespace {
@@ -14,59 +16,19 @@ constexpr std::size_t kPfmSizeOffset = 2;
 constexpr std::size_t kPfmCopyrightOffset = 6;
 constexpr std::size_t kPfmCopyrightSize = 60;
 
-bool FirstBytesAre(const TFontData& font, std::uint32_t flag) {
-  if (FileHasFONDsInResourceFork(font.resourceFile) || !font.stream) return false;
+bool FirstBytesAre(const std::optional<RegularFile>& data, std::uint32_t flag) {
+  if (!data) return false;
   std::array<std::uint8_t, 4> bytes{};
-  if (font.stream->ReadAt(0, bytes) < bytes.size()) return false;
+  if (data->ReadAt(0, bytes) < bytes.size()) return false;
   return HostU32At(bytes, 0) == flag;
 }
 
-void Decide(TFontData& font, FontKind kind, OmString* kindName) {
-  font.fontKind = kind;
-  if (kindName != nullptr) *kindName = KindName(kind);
-}
-
-void DecideByResources(TFontData& font, Handle fond, std::int16_t style, OmString* kindName) {
-  if (has_ttc_true_Flag(font.resourceFile, fond, style)) {
-    Decide(font, kKindTrueType, kindName);
-  } else if (has_OTTO_Flag_inResource(font.resourceFile, fond, style)) {
-    Decide(font, kKindOpenTypePS, kindName);
-  } else if (is_psfont(font.resourceFile)) {
-    Decide(font, kKindPostScript, kindName);
-  }
-}
-
 // Each test that succeeds overrides those before it.
-void DecideByFirstBytes(TFontData& font, OmString* kindName) {
-  if (hasValidPSHeader(font)) Decide(font, kKindPostScript, kindName);
+FontKind KindOfFirstBytes(const std::optional<RegularFile>& data, QuillmarkResourceFile* resources) {
+  if (has_otf_OTTO_Flag(data)) return kKindOpenTypePS;
   // A collection without its extension is treated as a single font.
-  if (has_ttc_ttcf_Flag(font)) Decide(font, kKindTrueType, kindName);
-  if (has_otf_OTTO_Flag(font)) Decide(font, kKindOpenTypePS, kindName);
-}
-
-void DecideByExtension(TFontData& font, OmString* kindName) {
-  switch (font.extensionType) {
-    case kExtensionTtf:
-    case kExtensionDfont:
-      return Decide(font, kKindTrueType, kindName);
-    case kExtensionOtf:
-      return Decide(font, has_otf_OTTO_Flag(font) ? kKindOpenTypePS : kKindOpenTypeTT, kindName);
-    case kExtensionPs:
-    case kExtensionPfm:
-      return Decide(font, kKindPostScript, kindName);
-    case kExtensionTtc:
-      return Decide(font, kKindCollection, kindName);
-    case kExtensionMmm:
-      return Decide(font, kKindPostScriptMM, kindName);
-    case kExtensionFot:
-    case kExtensionFnt:
-    case kExtensionFon:
-    case kExtensionPfb:
-    case kExtensionInf:
-      return;  // not fonts that are read by themselves
-    case kExtensionOther:
-      return DecideByFirstBytes(font, kindName);
-  }
+  if (has_ttc_ttcf_Flag(data)) return kKindTrueType;
+  return hasValidPSHeader(data, resources) ? kKindPostScript : kKindUnknown;
 }
 
 }  // namespace
@@ -78,25 +40,55 @@ const char* KindName(FontKind kind) {
   return kNames[kind];
 }
 
-void getMetaData_FontType(TFontData& font, Handle fond, std::int16_t style, OmString* kindName) {
-  if (font.hasResourceFonts) DecideByResources(font, fond, style, kindName);
-  if (font.fontKind != kKindUnknown) return;
-  font.extensionType = fontTypeFromExtension(font.pathBytes);
-  DecideByExtension(font, kindName);
+FontKind getMetaData_FontType(const std::string& path, const std::optional<RegularFile>& data,
+                              QuillmarkResourceFile* resources) {
+  switch (fontTypeFromExtension(path.substr(0, kLongestFontPath).c_str())) {
+    case kExtensionTtf:
+    case kExtensionDfont:
+      return kKindTrueType;
+    case kExtensionOtf:
+      return has_otf_OTTO_Flag(data) ? kKindOpenTypePS : kKindOpenTypeTT;
+    case kExtensionPs:
+    case kExtensionPfm:
+      return kKindPostScript;
+    case kExtensionTtc:
+      return kKindCollection;
+    case kExtensionMmm:
+      return kKindPostScriptMM;
+    case kExtensionFot:
+    case kExtensionFnt:
+    case kExtensionFon:
+    case kExtensionPfb:
+    case kExtensionInf:
+      return kKindUnknown;  // not fonts that are read by themselves
+    case kExtensionOther:
+      return KindOfFirstBytes(data, resources);
+  }
+  return kKindUnknown;
 }
 
-bool has_ttc_ttcf_Flag(const TFontData& font) { return FirstBytesAre(font, FourCharCode("ttcf")); }
+FontKind KindOfStyle(QuillmarkResourceFile& resources, const Family& family, Bytes outline) {
+  if (has_ttc_true_Flag(outline, family.stored_name())) return kKindTrueType;
+  if (has_OTTO_Flag_inResource(outline)) return kKindOpenTypePS;
+  return is_psfont(&resources) ? kKindPostScript : kKindUnknown;
+}
 
-bool has_otf_TrueType_Flag(const TFontData& font) { return FirstBytesAre(font, 0x00010000); }
+bool has_ttc_ttcf_Flag(const std::optional<RegularFile>& data) {
+  return FirstBytesAre(data, FourCharCode("ttcf"));
+}
 
-bool has_otf_OTTO_Flag(const TFontData& font) { return FirstBytesAre(font, FourCharCode("OTTO")); }
+bool has_otf_TrueType_Flag(const std::optional<RegularFile>& data) { return FirstBytesAre(data, 0x00010000); }
 
-bool hasValidPSHeader(const TFontData& font) {
-  if (hasValidResourcePSHeader(font.resourceFile)) return true;
-  if (!font.stream) return false;
+bool has_otf_OTTO_Flag(const std::optional<RegularFile>& data) {
+  return FirstBytesAre(data, FourCharCode("OTTO"));
+}
+
+bool hasValidPSHeader(const std::optional<RegularFile>& data, QuillmarkResourceFile* resources) {
+  if (hasValidResourcePSHeader(resources)) return true;
+  if (!data) return false;
   std::array<std::uint8_t, kPfmHeaderSize> header{};
-  if (font.stream->ReadAt(0, header) < header.size()) return false;
-  if (LittleU32At(header, kPfmSizeOffset) != font.stream->size()) return false;
+  if (data->ReadAt(0, header) < header.size()) return false;
+  if (LittleU32At(header, kPfmSizeOffset) != data->size()) return false;
   OmString notice(std::string(AsText(header).substr(kPfmCopyrightOffset, kPfmCopyrightSize)));
   return notice.ToLower().str().find("copyright") != std::string::npos;
 }

@@ -1,29 +1,51 @@
 // The decision what kind of font a file holds: by its resources, its extension, and last its first bytes.
-// Tests: tests/analysis/font_data_test.cc.
+// Tests: tests/analysis/font_kind_test.cc.
 #ifndef QUILLMARK_ANALYSIS_FONT_KIND_H_
 #define QUILLMARK_ANALYSIS_FONT_KIND_H_
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
-#include "analysis/font_data.h"
-#include "platform/resource_manager.h"
-#include "support/om_string.h"
+#include "platform/files/font_file.h"
+#include "resources/family.h"
 
 namespace quillmark {
+
+class QuillmarkResourceFile;
+
+// Not what fontTypeFromExtension answers.
+enum FontKind : std::int16_t {
+  kKindTrueType = 0,
+  kKindOpenTypeTT = 1,
+  kKindOpenTypePS = 2,
+  kKindPostScript = 3,
+  kKindPostScriptMM = 4,
+  kKindCollection = 5,
+  kKindUnknown = 6,
+};
 
 // What hosts see of a kind; empty for an unknown one.
 const char* KindName(FontKind kind);
 
-// Decides `fontKind`; `kindName` (may be null) receives its name, and is left alone for an unknown kind.
-void getMetaData_FontType(TFontData& font, Handle fond, std::int16_t style, OmString* kindName);
+// The system looks at no more of a path than this, to tell the extension and to open the data fork.
+inline constexpr std::size_t kLongestFontPath = 1023;  // bytes
+
+// Of a file whose fonts are in its data fork. `data` is that fork, if it could be opened; `resources` (may be
+// null) its resource file, which holds no fonts.
+FontKind getMetaData_FontType(const std::string& path, const std::optional<RegularFile>& data,
+                              QuillmarkResourceFile* resources);
+// Of a style whose first resource is `outline`, an `sfnt`; empty when there is none. kKindUnknown when the
+// resources do not tell.
+FontKind KindOfStyle(QuillmarkResourceFile& resources, const Family& family, Bytes outline);
 
 // Tests on the first bytes of the data fork, as a 32-bit number in the host's order: on a little-endian
 // machine only OTTO, which reads the same both ways, can match a real font. Stored results rely on it.
-bool has_ttc_ttcf_Flag(const TFontData& font);
-bool has_otf_TrueType_Flag(const TFontData& font);
-bool has_otf_OTTO_Flag(const TFontData& font);
+bool has_ttc_ttcf_Flag(const std::optional<RegularFile>& data);
+bool has_otf_TrueType_Flag(const std::optional<RegularFile>& data);
+bool has_otf_OTTO_Flag(const std::optional<RegularFile>& data);
 // A Windows PFM file by its size field and copyright text, or a resource file whose first `sfnt` is "typ1".
-bool hasValidPSHeader(const TFontData& font);
+bool hasValidPSHeader(const std::optional<RegularFile>& data, QuillmarkResourceFile* resources);
 
 }  // namespace quillmark
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "analysis/sfnt_directory.h"
-#include "platform/text_encoding.h"
+#include "platform/text/text_encoding.h"
 
 namespace quillmark {
 namespace {
@@ -65,19 +65,35 @@ std::string DecodeUtf16(Bytes text) {
   return Utf16ToUtf8(units).value_or(std::string());
 }
 
+NameFault WhyNoEntry(const SfntData& font) {
+  const SfntTableCount tables = CountTables(font);
+  if (!tables.stated) return {.kind = NameFault::kNoDirectory, .size = font.size()};
+  const auto stated = static_cast<std::uint16_t>(*tables.stated);
+  if (stated == 0) return {.kind = NameFault::kNoTables};
+  if (*tables.stated < 0) return {.kind = NameFault::kTooManyTables, .stated = stated};
+  if (tables.listed < stated) {
+    return {.kind = NameFault::kCutDirectory, .stated = stated, .found = tables.listed};
+  }
+  return {.kind = NameFault::kNoTable};
+}
+
 }  // namespace
 
-std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font) {
+std::variant<NameRecords, NameFault> ReadNameRecords(const SfntData& font) {
   const auto entry = FindSpecifiedTable(font, "name");
-  if (!ValidateDirectoryEntry(entry, font) || entry->offset == 0 || entry->offset >= font.size()) {
-    return std::nullopt;
+  if (!entry) return WhyNoEntry(font);
+  const std::uint64_t end = std::uint64_t{entry->offset} + entry->length;
+  if (entry->offset == 0) return NameFault{.kind = NameFault::kOffsetZero};
+  if (!ValidateDirectoryEntry(entry, font) || entry->offset >= font.size()) {
+    return NameFault{.kind = NameFault::kPastEnd, .end = end, .size = font.size()};
   }
   TableBytes table(font, *entry);
-  std::vector<NameRecord> records;
   const auto header = table.Part(0, kHeaderSize);
-  if (!header) return records;
+  if (!header) return NameFault{.kind = NameFault::kCutHeader};
   const auto count = static_cast<std::uint32_t>(std::max<std::int16_t>(I16At(*header, 2).value_or(0), 0));
+  if (count == 0) return NameFault{.kind = NameFault::kNoNames};
   const std::uint16_t string_offset = U16At(*header, 4).value_or(0);
+  NameRecords records;
   ByteReader reader(table.Records(count));
   bool japanese = false;
   records.reserve(reader.remaining() / kRecordSize);
@@ -98,6 +114,7 @@ std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font) {
       record.text = text.value_or(Bytes{});
     }
   }
+  if (records.empty()) return NameFault{.kind = NameFault::kCutRecords};
   return records;
 }
 

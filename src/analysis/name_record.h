@@ -4,8 +4,8 @@
 #define QUILLMARK_ANALYSIS_NAME_RECORD_H_
 
 #include <cstdint>
-#include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "analysis/sfnt_data.h"
@@ -22,9 +22,32 @@ struct NameRecord {
   Bytes text;  // at most 1023 bytes of the font; empty when they do not lie inside it
 };
 
-// Every record that lies inside the font, in table order. Nothing without a valid `name` table. The texts
-// point into `font`.
-std::optional<std::vector<NameRecord>> ReadNameRecords(const SfntData& font);
+// Why a font gives no names.
+struct NameFault {
+  enum Kind {
+    kNoDirectory,    // the font, of `size` bytes, ends before its list of tables
+    kNoTables,       // the header states none
+    kTooManyTables,  // it states `stated`, more than a signed number holds
+    kCutDirectory,   // of the `stated` tables `found` are listed, and no name table is among them
+    kNoTable,        // none is listed
+    kOffsetZero,
+    kPastEnd,       // the table runs to byte `end`, and the font has `size`
+    kCutHeader,     // the table ends inside its header
+    kNoNames,       // it states none
+    kCutRecords,    // it ends before its first name
+    kNoTextInside,  // every text is empty or lies outside the font
+    kNoValidText,   // no text is valid
+  };
+  Kind kind;
+  std::uint32_t stated = 0;
+  std::uint32_t found = 0;
+  std::uint64_t end = 0;
+  std::uint64_t size = 0;
+};
+
+// Every record that lies inside the font, in table order. The texts point into `font`.
+using NameRecords = std::vector<NameRecord>;
+std::variant<NameRecords, NameFault> ReadNameRecords(const SfntData& font);
 
 // Whether a record's bytes are read as 16-bit units. True for Macintosh Japanese too, whose bytes are not:
 // stored results rely on it.

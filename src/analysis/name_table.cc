@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "analysis/name_content.h"
-#include "analysis/name_record.h"
+#include "platform/text/text_encoding.h"
 
 namespace quillmark {
 namespace {
@@ -26,14 +25,18 @@ enum NameId : std::int16_t {
   kTypographicFamily = 16,
 };
 
+enum class NameContent : std::uint8_t { kNone, kAscii, kOther };  // kNone: empty, or invalid
+
+constexpr std::uint64_t kPasses = 8;  // over the records of a table, to choose every name
+
 // Chooses among the records of one table. Of the records of a name, the last with a text that may overwrite
 // gives it, failing that the first of the others. Only what the choice depends on is decoded: a table may
 // hold 32,767 records of a kilobyte each, of which all but a few are never read.
 class NameChoice {
  public:
-  // `memory` may be null.
-  NameChoice(std::vector<NameRecord> records, NameContentMemory* memory)
-      : records_(std::move(records)), memory_(memory) {
+  NameChoice(std::vector<NameRecord> records, Budget* budget)
+      : records_(std::move(records)), budget_(budget) {
+    ChargeRecords(budget_, kPasses * records_.size());
     const auto holds_text = [this](const NameRecord& record) {
       return ContentOf(record) != NameContent::kNone;
     };
@@ -47,7 +50,12 @@ class NameChoice {
   }
 
   bool holds_text() const { return holds_text_; }
-  std::string Of(NameId id) const {
+  NameFault WhyNoText() const {
+    const bool any_bytes =
+        std::ranges::any_of(records_, [](const auto& record) { return !record.text.empty(); });
+    return {any_bytes ? NameFault::kNoValidText : NameFault::kNoTextInside};
+  }
+  std::string NameOf(NameId id) const {
     return Choose([this, id](std::size_t i) { return Is(i, id) && Overwrites(i); },
                   [this, id](std::size_t i) { return Is(i, id) && !Overwrites(i); });
   }
@@ -82,10 +90,15 @@ class NameChoice {
   }
 
   NameContent ContentOf(const NameRecord& record) const {
-    return memory_ != nullptr ? memory_->ContentOf(record) : quillmark::ContentOf(record);
+    if (EncodingOf(record) == NameEncoding::kSingleByte) {  // every byte becomes an ASCII one
+      return U8At(record.text, 0).value_or(0) != 0 ? NameContent::kAscii : NameContent::kNone;
+    }
+    const std::string text = TextOf(record);
+    if (text.empty()) return NameContent::kNone;
+    return IsAscii(text) ? NameContent::kAscii : NameContent::kOther;
   }
   std::string TextOf(const NameRecord& record) const {
-    if (memory_ != nullptr && memory_->ContentOf(record) == NameContent::kNone) return {};
+    Charge(budget_, Budget::kDecode + record.text.size() * Budget::kCharacter);
     return DecodeNameText(record);
   }
 
@@ -103,104 +116,39 @@ class NameChoice {
   }
 
   std::vector<NameRecord> records_;
-  NameContentMemory* memory_;
+  Budget* budget_;
   std::size_t overwriting_ = 0;  // records from here on overwrite nothing
   bool holds_text_ = false;
 };
 
-// The outputs as one table gives them.
-struct FontNames {
-  OmString foundry;
-  OmString family;
-  OmString version;
-  OmString post_script_name;
-  OmString display_name;
-  OmString full_name;
-  OmString windows_full_name;
-  bool any = false;
-};
-
 const std::string& FirstNonEmpty(const std::string& a, const std::string& b) { return a.empty() ? b : a; }
 
-// Nothing without a valid table.
-std::optional<FontNames> NamesOf(const SfntData& font, NameContentMemory* memory = nullptr) {
+}  // namespace
+
+std::variant<FaceNames, NameFault> getMetaDataFromNamesTable(const SfntData& font) {
   auto records = ReadNameRecords(font);
-  if (!records) return std::nullopt;
-  const NameChoice choice(*std::move(records), memory);
+  if (const auto* fault = std::get_if<NameFault>(&records)) return *fault;
+  const NameChoice choice(std::get<NameRecords>(std::move(records)), font.budget());
+  if (!choice.holds_text()) return choice.WhyNoText();
   const std::string stated_name = choice.PostScriptName();
-  const std::string stated_full_name = choice.Of(kFullName);
+  const std::string stated_full_name = choice.NameOf(kFullName);
   const std::string& full_name = FirstNonEmpty(stated_full_name, stated_name);
-  FontNames names;
-  names.foundry = FirstNonEmpty(choice.Of(kManufacturer), choice.Of(kCopyright));
-  names.family = FirstNonEmpty(choice.TypographicFamily(), choice.Of(kFamily));
-  names.version = choice.Of(kVersion);
+  FaceNames names;
+  names.foundry = FirstNonEmpty(choice.NameOf(kManufacturer), choice.NameOf(kCopyright));
+  names.family = FirstNonEmpty(choice.TypographicFamily(), choice.NameOf(kFamily));
+  names.version = choice.NameOf(kVersion);
   names.display_name = FirstNonEmpty(stated_name, stated_full_name);
   names.post_script_name = names.display_name;
   ReplaceIllegalCharsInPostScriptName(names.post_script_name);
   names.full_name = full_name;
   names.windows_full_name = FirstNonEmpty(choice.WindowsFullName(), full_name);
-  names.any = choice.holds_text();
   return names;
 }
 
-void Write(OmString* output, const OmString& text) {
-  if (output != nullptr) *output = text;
-}
-
-bool WriteNames(const std::optional<FontNames>& names, const NameOutputs& outputs) {
-  if (!names) return false;
-  Write(outputs.foundry, names->foundry);
-  Write(outputs.family_name, names->family);
-  Write(outputs.version, names->version);
-  Write(outputs.post_script_name, names->post_script_name);
-  if (outputs.display_name != nullptr && outputs.display_name->empty()) {
-    *outputs.display_name = names->display_name;
-  }
-  Write(outputs.full_name, names->full_name);
-  Write(outputs.windows_full_name, names->windows_full_name);
-  return names->any;
-}
-
-thread_local NameMemory* current_memory = nullptr;
-
-}  // namespace
-
-struct NameMemory {
-  static constexpr std::size_t kMostFonts = 256;  // of up to some kilobytes each
-
-  std::map<ResourcePlace, std::optional<FontNames>> names;
-};
-
-bool getMetaDataFromNamesTable(const SfntData& font, const NameOutputs& outputs) {
-  return WriteNames(NamesOf(font), outputs);
-}
-
-bool getMetaDataFromNamesTable(const SfntData& font, NameContentMemory& memory, const NameOutputs& outputs) {
-  return WriteNames(NamesOf(font, &memory), outputs);
-}
-
-bool getMetaDataFromNamesTable(const SfntData& font, const std::optional<ResourcePlace>& place,
-                               const NameOutputs& outputs) {
-  if (current_memory == nullptr || !place) return getMetaDataFromNamesTable(font, outputs);
-  auto& known = current_memory->names;
-  auto found = known.find(*place);
-  if (found == known.end()) {
-    if (known.size() == NameMemory::kMostFonts) known.clear();
-    found = known.emplace(*place, NamesOf(font)).first;
-  }
-  return WriteNames(found->second, outputs);
-}
-
-NameMemoryScope::NameMemoryScope()
-    : memory_(std::make_unique<NameMemory>()), outer_(std::exchange(current_memory, memory_.get())) {}
-
-NameMemoryScope::~NameMemoryScope() { current_memory = outer_; }
-
-void getPostScriptNameFromNamesTable(const SfntData& font, std::string& name) {
-  name.clear();
-  OmString found;
-  getMetaDataFromNamesTable(font, {.post_script_name = &found});
-  name = found.str();
+std::string getPostScriptNameFromNamesTable(const SfntData& font) {
+  const auto names = getMetaDataFromNamesTable(font);
+  const auto* found = std::get_if<FaceNames>(&names);
+  return found == nullptr ? std::string() : found->post_script_name.str();
 }
 
 void ReplaceIllegalCharsInPostScriptName(std::string& name) {

@@ -1,8 +1,10 @@
 #include "analysis/postscript_header.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "knowledge/foundry_name_table.h"
+#include "quillmark/quillmark.h"
 
 namespace quillmark {
 namespace {
@@ -33,42 +35,20 @@ ValueBounds BoundsFor(char first) {
   }
 }
 
-bool FindHeaderComment(std::string_view data, std::string_view delimiters, OmString* value) {
-  if (data.size() < kPostTypeSize) return false;
-  return GetDelimitedKeyValue(data.substr(kPostTypeSize), kHeaderComment, delimiters, value);
+std::optional<std::string> FindHeaderComment(std::string_view data, std::string_view delimiters) {
+  if (data.size() < kPostTypeSize) return std::nullopt;
+  return GetDelimitedKeyValue(data.substr(kPostTypeSize), kHeaderComment, delimiters);
 }
 
-void GatherVersion(std::string_view lowered, std::string_view data, OmString& version) {
-  if (findBlobForToken(lowered, data, "/cidfontversion", &version)) return;
-  if (version.empty()) findBlobForToken(lowered, data, "/version", &version);
+bool NamesKnownFoundry(const std::string& text) {
+  return CFoundryNameTable::GetSharedFoundryNameTable()->ContainsKnownFoundryName(text, nullptr);
 }
 
-void GatherFamilyName(std::string_view lowered, std::string_view data, OmString& family_name) {
-  findBlobForToken(lowered, data, "/familyname", &family_name);
-  // The part of the font's name before a hyphen.
-  if (family_name.empty()) FindHeaderComment(data, ":- \r\n%", &family_name);
-  if (family_name.empty()) findBlobForToken(lowered, data, "/fullname", &family_name);
+void Assign(OmString& text, const std::optional<std::string>& value) {
+  if (value) text = *value;
 }
-
-void GatherPostScriptName(std::string_view lowered, std::string_view data, OmString& name) {
-  if (!findBlobForToken(lowered, data, "/cidfontname", &name) &&
-      !findBlobForToken(lowered, data, "/fontname", &name) && name.empty()) {
-    findBlobForToken(lowered, data, "/fullname", &name);
-  }
-  if (name.empty()) FindHeaderComment(data, ": \r\n%", &name);
-}
-
-// Stores the maker's own words, and only where a known maker is named, in them or anywhere in the header.
-void GatherFoundry(std::string_view lowered, std::string_view data, OmString& foundry) {
-  OmString text;
-  if (!findBlobForToken(lowered, data, "/notice", &text)) {
-    if (!foundry.empty() || !findBlobForToken(lowered, data, "/copyright", &text)) return;
-  }
-  const CFoundryNameTable* known = CFoundryNameTable::GetSharedFoundryNameTable();
-  if (known->ContainsKnownFoundryName(text, nullptr) ||
-      known->ContainsKnownFoundryName(std::string(lowered), nullptr)) {
-    foundry = text;
-  }
+void AssignIfEmpty(OmString& text, const std::optional<std::string>& value) {
+  if (text.empty()) Assign(text, value);
 }
 
 }  // namespace
@@ -82,10 +62,10 @@ std::string LowerCasedHeader(std::string_view data) {
   return lowered;
 }
 
-bool findBlobForToken(std::string_view lowered, std::string_view data, std::string_view key,
-                      OmString* value) {
+std::optional<std::string> findBlobForToken(std::string_view lowered, std::string_view data,
+                                            std::string_view key) {
   const std::size_t found = lowered.find(key);
-  if (found == std::string_view::npos) return false;
+  if (found == std::string_view::npos) return std::nullopt;
   std::size_t start = data.find_first_not_of(" \n", found + key.size());
   start = std::min(start, data.size());
   const ValueBounds bounds = BoundsFor(start < data.size() ? data[start] : '\0');
@@ -101,45 +81,72 @@ bool findBlobForToken(std::string_view lowered, std::string_view data, std::stri
       --open;
     }
   }
-  *value = std::string(data.substr(start, end - start));
-  return true;
+  return std::string(data.substr(start, end - start));
 }
 
-bool GetDelimitedKeyValue(std::string_view data, std::string_view key, std::string_view delimiters,
-                          OmString* value) {
+std::optional<std::string> GetDelimitedKeyValue(std::string_view data, std::string_view key,
+                                                std::string_view delimiters) {
   const std::size_t found = data.find(key);
-  if (found == std::string_view::npos) return false;
+  if (found == std::string_view::npos) return std::nullopt;
   std::string_view text = data.substr(found + key.size());
   text.remove_prefix(std::min(text.find_first_of(delimiters), text.size()));
   if (!text.empty()) text.remove_prefix(1);
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  *value = std::string(text.substr(0, text.find_first_of(delimiters)));
-  return true;
+  return std::string(text.substr(0, text.find_first_of(delimiters)));
 }
 
-void GatherPostScriptMetaDataFromData(std::string_view lowered, std::string_view data,
-                                      const FaceOutputs& outputs) {
-  const NameOutputs& names = outputs.names;
-  if (outputs.kind_name && lowered.find("/weightvector") != std::string_view::npos) {
-    *outputs.kind_name = "PostScript - MM";
+PostScriptHeader ReadPostScriptHeader(std::string_view data, bool wants_foundry) {
+  const std::string lowered = LowerCasedHeader(data);
+  const auto find = [&](std::string_view key) { return findBlobForToken(lowered, data, key); };
+  PostScriptHeader header;
+  header.is_multiple_master = lowered.find("/weightvector") != std::string::npos;
+  header.cid_version = find("/cidfontversion");
+  header.version = find("/version");
+  header.family_name = find("/familyname");
+  header.comment_family_name = FindHeaderComment(data, ":- \r\n%");  // the font's name before a hyphen
+  header.cid_font_name = find("/cidfontname");
+  header.font_name = find("/fontname");
+  header.comment_font_name = FindHeaderComment(data, ": \r\n%");
+  header.full_name = find("/fullname");
+  if (wants_foundry) {
+    auto text = find("/notice");
+    header.has_notice = text.has_value();
+    if (!text) text = find("/copyright");
+    if (text && (NamesKnownFoundry(*text) || NamesKnownFoundry(lowered))) header.foundry = std::move(text);
   }
-  if (names.version) GatherVersion(lowered, data, *names.version);
-  if (names.family_name) GatherFamilyName(lowered, data, *names.family_name);
-  if (names.post_script_name) {
-    GatherPostScriptName(lowered, data, *names.post_script_name);
-    // The /FullName value is not used as the full name, which it looks made for: stored results rely on it.
-    if (names.display_name) *names.display_name = *names.post_script_name;
-    if (names.full_name) *names.full_name = *names.post_script_name;
-  }
-  if (names.foundry) GatherFoundry(lowered, data, *names.foundry);
-  if (outputs.kind_name && outputs.kind_name->empty()) *outputs.kind_name = "PostScript";
+  return header;
 }
 
-void GatherMetaDataFromHandle(Handle handle, const FaceOutputs& outputs) {
-  if (handle == nullptr || *handle == nullptr) return;
-  std::string data(AsText(HandleBytes(handle)));
+PostScriptHeader ReadPostHeader(Bytes resource, bool wants_foundry) {
+  std::string data(AsText(resource));
   std::ranges::replace(data, '\0', '_');
-  GatherPostScriptMetaDataFromData(LowerCasedHeader(data), data, outputs);
+  return ReadPostScriptHeader(data, wants_foundry);
+}
+
+void GatherPostScriptMetaData(const PostScriptHeader& header, std::uint32_t request, FaceNames& names,
+                              OmString& kind_name) {
+  if (header.is_multiple_master) kind_name = "PostScript - MM";
+  if (header.cid_version) {
+    names.version = *header.cid_version;
+  } else {
+    AssignIfEmpty(names.version, header.version);
+  }
+  Assign(names.family, header.family_name);
+  AssignIfEmpty(names.family, header.comment_family_name);
+  AssignIfEmpty(names.family, header.full_name);
+  if (request & QM_ATTRIBUTE_POSTSCRIPT_NAME) {
+    if (header.cid_font_name || header.font_name) {
+      Assign(names.post_script_name, header.cid_font_name ? header.cid_font_name : header.font_name);
+    } else {
+      AssignIfEmpty(names.post_script_name, header.full_name);
+    }
+    AssignIfEmpty(names.post_script_name, header.comment_font_name);
+    // The /FullName value is not used as the full name, which it looks made for: stored results rely on it.
+    names.display_name = names.post_script_name;
+    names.full_name = names.post_script_name;
+  }
+  if (header.has_notice || names.foundry.empty()) Assign(names.foundry, header.foundry);
+  AssignIfEmpty(kind_name, "PostScript");
 }
 
 }  // namespace quillmark

@@ -2,13 +2,11 @@
 
 #include <filesystem>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "analysis/name_table.h"
-#include "analysis/postscript_header.h"
-#include "analysis/printer_font.h"
-#include "resources/fond_record.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "quillmark/quillmark.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -22,99 +20,99 @@ bool IsMultipleMasterName(std::string_view name) {
   return mark != std::string_view::npos && name.find('_', mark + 2) != std::string_view::npos;
 }
 
-// Only families of double-byte scripts are either kind. `name` is the one that is stored.
-CidKind CidKindOf(QuillmarkResourceFile& file, Handle fond, std::int16_t style, std::string_view name) {
-  if (!file.isDoubleByteFOND(fond)) return CidKind::kNone;
-  const auto id = file.FirstOutlineOfStyle(fond, style);
+// Only families of double-byte scripts are either kind.
+CidKind CidKindOf(QuillmarkResourceFile& file, const Family& family, std::int16_t style) {
+  if (!family.isDoubleByteFOND()) return CidKind::kNone;
+  const auto id = family.FirstOutlineOfStyle(style);
   if (!id) return CidKind::kOcf;
-  const ResourceHandle outline(file.getResourceHandleForType(FourCharCode("sfnt"), *id));
+  const ResourceHandle outline(file.getResourceHandleForType(kSfnt, *id));
   if (outline.get() == nullptr) return CidKind::kOcf;
-  const bool is_cid = StartsWith(HandleBytes(outline.get()), "typ1") || IsCidFamilyName(name);
+  const bool is_cid = StartsWith(HandleBytes(outline.get()), "typ1") || IsCidFamilyName(family.stored_name());
   return is_cid ? CidKind::kCid : CidKind::kNone;
 }
 
-// Gathers from the printer font file that the family names.
-CollectStatus ReadPrinterFont(QuillmarkResourceFile& family_file, const OmString& path, Handle fond,
-                              std::int16_t style, const FaceOutputs& outputs) {
-  const std::string name = family_file.getPSPrinterNameForFOND(fond, style);
-  // The name comes out of the font: it must not lead out of the font's folder.
-  if (name.empty() || name.find('/') != std::string::npos) return kPrinterFontMissing;
-  const std::string printer_path = (std::filesystem::path(path.str()).parent_path() / name).string();
-  if (outputs.printer_font_path) *outputs.printer_font_path = printer_path;
+// Through the platform's UTF-8 string and back: text that is no UTF-8 comes out empty.
+void PassThroughPlatformString(OmString& text) {
+  const CFRef<CFStringRef> string =
+      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));
+  text.Set(string.get());
+}
 
-  return GatherFromPrinterFont(printer_path, outputs);
+CollectStatus GatherFromSegments(const PrinterFont& font, std::uint32_t request, PostScriptFace& face) {
+  if (!font.has_map) return kPrinterFontMissing;
+  for (const PostScriptHeader& header : font.segments) {
+    GatherPostScriptMetaData(header, request, face.names, face.kind_name);
+    for (OmString* text : {&face.names.display_name, &face.names.full_name, &face.names.post_script_name}) {
+      PassThroughPlatformString(*text);
+    }
+  }
+  return font.segments.empty() ? kUndecided : kCollected;
+}
+
+CollectStatus GatherFromDataFork(const PrinterFont& font, std::uint32_t request, PostScriptFace& face) {
+  if (!font.data_fork) return kPrinterFontMissing;
+  if (*font.data_fork) GatherPostScriptMetaData(**font.data_fork, request, face.names, face.kind_name);
+  return kCollected;
 }
 
 // The family's resource name as a face shows it: %MMyriadMM_400_600_ is MyriadMM.
-void GatherDisplayName(QuillmarkResourceFile& file, Handle fond, std::string_view raw_name,
-                       bool is_multiple_master, OmString& display_name) {
-  std::string name = file.getResourceNameFromFOND(fond).value_or("");
+void GatherDisplayName(Family& family, bool is_multiple_master, OmString& display_name) {
+  std::string name = family.getResourceNameFromFOND().value_or("");
   if (name.empty()) return;
-  if (is_multiple_master && raw_name.starts_with("%M")) {
+  if (is_multiple_master && family.stored_name().starts_with("%M")) {
     name.erase(0, 2);
     name = name.substr(0, name.find('_'));
   }
   display_name = name;
 }
 
-}  // namespace
-
-CollectStatus CollectPSMetaData(QuillmarkResourceFile* resourceFile, const OmString& path, Handle fond,
-                                std::int16_t style, const FaceOutputs& outputs) {
-  const CollectStatus status = CollectPSMetaDataMac(resourceFile, path, fond, style, outputs);
-  return status == kCollected ? status : CollectPSMetaDataFromFile(path, outputs);
-}
-
-CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, const OmString& path, Handle fond,
-                                   std::int16_t style, const FaceOutputs& outputs) {
-  if (resourceFile == nullptr || HandleBytes(fond).empty()) return kUndecided;
-  const NameOutputs& names = outputs.names;
-  // Its marks are tested before any decoding.
-  const std::string family = StoredResourceName(fond).value_or("");
-  bool is_multiple_master = IsMultipleMasterName(family);
-  const CidKind cid_kind =
-      is_multiple_master ? CidKind::kNone : CidKindOf(*resourceFile, fond, style, family);
+CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, Family& family, std::int16_t style,
+                                   std::uint32_t request, PrinterFonts& printer_fonts, PostScriptFace& face) {
+  if (resourceFile == nullptr || !family.has_data()) return kUndecided;
+  bool is_multiple_master = IsMultipleMasterName(family.stored_name());
+  const CidKind cid_kind = is_multiple_master ? CidKind::kNone : CidKindOf(*resourceFile, family, style);
 
   CollectStatus status = kUndecided;
-  if (resourceFile->shouldHavePrinterFile(fond, style)) {
-    status = ReadPrinterFont(*resourceFile, path, fond, style, outputs);
-    if (names.post_script_name && names.post_script_name->empty()) {
-      *names.post_script_name = resourceFile->normalizePostScriptName(
-          resourceFile->getPostScriptNameForFOND(fond, style), fond, &is_multiple_master);
+  if (family.shouldHavePrinterFile(style)) {
+    face.printer_font_path = PrinterFontPath(resourceFile->file(), family.getPSPrinterNameForFOND(style));
+    status = face.printer_font_path.empty()
+                 ? kPrinterFontMissing
+                 : GatherFromSegments(printer_fonts.At(face.printer_font_path), request, face);
+    if ((request & QM_ATTRIBUTE_POSTSCRIPT_NAME) && face.names.post_script_name.empty()) {
+      face.names.post_script_name =
+          family.normalizePostScriptName(family.getPostScriptNameForFOND(style), &is_multiple_master);
     }
   }
 
-  if (names.display_name) {
-    GatherDisplayName(*resourceFile, fond, family, is_multiple_master, *names.display_name);
-  }
+  GatherDisplayName(family, is_multiple_master, face.names.display_name);
   if (status == kCollected) {
-    if (names.family_name && names.family_name->empty()) {
-      *names.family_name = std::filesystem::path(resourceFile->file()).filename().string();
+    if (face.names.family.empty()) {
+      face.names.family = std::filesystem::path(resourceFile->file()).filename().string();
     }
-    if (names.post_script_name) ReplaceIllegalCharsInPostScriptName(*names.post_script_name);
+    ReplaceIllegalCharsInPostScriptName(face.names.post_script_name);
   }
-  if (outputs.kind_name) {
-    if (is_multiple_master) {
-      *outputs.kind_name = "PostScript - MM";
-    } else if (cid_kind != CidKind::kNone) {
-      *outputs.kind_name = cid_kind == CidKind::kCid ? "CID" : "OCF";
-    }
+  if (is_multiple_master) {
+    face.kind_name = "PostScript - MM";
+  } else if (cid_kind != CidKind::kNone) {
+    face.kind_name = cid_kind == CidKind::kCid ? "CID" : "OCF";
   }
   return status;
 }
 
-CollectStatus CollectPSMetaDataFromFile(const OmString& /*path*/, const FaceOutputs& outputs) {
-  if (outputs.printer_font_path == nullptr || outputs.printer_font_path->empty()) return kUndecided;
-  return GatherFromDataFork(outputs.printer_font_path->str(), outputs);
+}  // namespace
+
+CollectStatus CollectPSMetaData(QuillmarkResourceFile* resourceFile, Family& family, std::int16_t style,
+                                std::uint32_t request, PrinterFonts& printer_fonts, PostScriptFace& face) {
+  const CollectStatus status =
+      CollectPSMetaDataMac(resourceFile, family, style, request, printer_fonts, face);
+  if (status == kCollected) return status;
+  if (face.printer_font_path.empty()) return kUndecided;
+  return GatherFromDataFork(printer_fonts.At(face.printer_font_path), request, face);
 }
 
-void Collect_sfnt_MetaDataFromPrinterInfo(QuillmarkResourceFile* resourceFile, Handle fond,
-                                          std::int16_t style, const FaceOutputs& outputs) {
-  for (const std::int16_t id : getSortedResIDsForStyle(resourceFile, fond, style)) {
-    const ResourceHandle outline(getHandleOfTypeAndResID(resourceFile, FourCharCode("sfnt"), id));
-    if (HandleBytes(outline.get()).empty()) return;
-    GatherMetaDataFromHandle(outline.get(), outputs);
-  }
+std::string PrinterFontPath(const std::string& font_path, const std::string& name) {
+  if (name.empty() || name.find('/') != std::string::npos) return {};
+  return (std::filesystem::path(font_path).parent_path() / name).string();
 }
 
 }  // namespace quillmark

@@ -1,35 +1,47 @@
-// The names in a printer font file, whose program lies in POST resources or in the data fork. Tests:
-// tests/analysis/postscript_metadata_test.cc, tests/analysis/face_checksums_test.cc.
+// PrinterFont: a printer font file, which holds the outlines of PostScript faces in POST resources or in its
+// data fork. Read once for all faces that name it. Tests: tests/analysis/postscript_metadata_test.cc,
+// tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 #define QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 
-#include <memory>
+#include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
+#include <vector>
 
-#include "analysis/face_collector.h"
-#include "analysis/face_outputs.h"
+#include "analysis/postscript_header.h"
+#include "platform/crc32.h"
+#include "platform/files/font_file.h"
 
 namespace quillmark {
 
-// Gathers from the header in the first two POST resources, where names are. kPrinterFontMissing: neither fork
-// holds a resource map; kUndecided: there is no first segment.
-[[nodiscard]] CollectStatus GatherFromPrinterFont(const std::string& path, const FaceOutputs& outputs);
-// Gathers from the first bytes of the data fork. kPrinterFontMissing: there is no such file.
-[[nodiscard]] CollectStatus GatherFromDataFork(const std::string& path, const FaceOutputs& outputs);
+struct PrinterFont {
+  bool is_file = false;      // there is a regular file
+  std::uint64_t length = 0;  // bytes of both forks
+  FinderInfo codes;
+  bool has_map = false;                    // a fork holds a resource map
+  std::vector<PostScriptHeader> segments;  // of the first two POST resources, where names are
+  // Of the first bytes of the data fork, which is looked at when there are no segments; nothing when it
+  // cannot be opened, and no header in it when it is empty.
+  std::optional<std::optional<PostScriptHeader>> data_fork;
+  std::optional<SummedBytes> segment_sums;      // of every POST resource, with a map
+  std::optional<std::uint32_t> whole_checksum;  // of the file, without one
+};
 
-struct PrinterFontMemory;
+PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request);
 
-// While one of these lives on a thread, a printer font file is parsed once for all faces that ask the same of
-// it. They may nest; the outermost one forgets.
-class PrinterFontScope {
+// The printer fonts of one request, by path.
+class PrinterFonts {
  public:
-  PrinterFontScope();
-  ~PrinterFontScope();
-  PrinterFontScope(const PrinterFontScope&) = delete;
-  PrinterFontScope& operator=(const PrinterFontScope&) = delete;
+  // `access` outlives the object. `request`: QM_Attribute bits.
+  PrinterFonts(FileAccess& access, std::uint32_t request) : access_(access), request_(request) {}
+  const PrinterFont& At(const std::string& path);
 
  private:
-  std::unique_ptr<PrinterFontMemory> memory_;  // of the outermost one
+  FileAccess& access_;
+  const std::uint32_t request_;
+  std::map<std::string, PrinterFont> known_;
 };
 
 }  // namespace quillmark

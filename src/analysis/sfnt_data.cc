@@ -9,19 +9,22 @@ namespace {
 
 // The first read of a file takes this much, which holds the directory of any usual font.
 constexpr std::uint32_t kHeadSize = 4096;
+constexpr std::uint64_t kRangeSteps = 16;
 constexpr std::uint32_t kBlockSize = 64 * 1024;  // a multiple of the word size
 
 }  // namespace
 
-SfntData::SfntData(Bytes font)
-    : memory_(font.first(std::min<std::size_t>(font.size(), std::numeric_limits<std::uint32_t>::max()))),
+SfntData::SfntData(Bytes font, Budget* budget)
+    : budget_(budget),
+      memory_(font.first(std::min<std::size_t>(font.size(), std::numeric_limits<std::uint32_t>::max()))),
       size_(static_cast<std::uint32_t>(memory_.size())) {}
 
-SfntData::SfntData(RegularFile file, std::uint32_t size) : file_(std::move(file)), size_(size) {}
+SfntData::SfntData(RegularFile file, std::uint32_t size, Budget* budget)
+    : budget_(budget), file_(std::move(file)), size_(size) {}
 
 SfntData::SfntData(std::vector<std::uint8_t> directory, const PagedFile& file,
-                   const std::vector<Table>& tables)
-    : directory_(std::move(directory)), tables_file_(&file) {
+                   const std::vector<Table>& tables, Budget* budget)
+    : budget_(budget), directory_(std::move(directory)), tables_file_(&file) {
   const auto add = [this](std::uint32_t length, std::optional<Table> table) {
     parts_.push_back({size_, length, table});
     size_ += (length + 3) / 4 * 4;
@@ -43,10 +46,10 @@ std::optional<Bytes> SfntData::View(std::uint32_t offset, std::uint32_t length) 
   if (file_) return std::nullopt;
   if (parts_.empty()) return Slice(memory_, offset, length);
   const auto part = PartAt(offset);
-  return Of(*part, offset - part->start, length);
+  return RangeOf(*part, offset - part->start, length);
 }
 
-std::optional<Bytes> SfntData::Of(const Part& part, std::size_t offset, std::size_t length) const {
+std::optional<Bytes> SfntData::RangeOf(const Part& part, std::size_t offset, std::size_t length) const {
   if (!part.table) return Slice(directory_, offset, length);
   if (offset > part.length || length > part.length - offset) return std::nullopt;
   return tables_file_->Range(part.table->offset + offset, length);
@@ -64,13 +67,14 @@ void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
     const std::uint64_t from = std::max(offset, part->start);
     const std::uint64_t to = std::min<std::uint64_t>(end, std::uint64_t{part->start} + part->length);
     if (from >= to) continue;
-    const Bytes bytes = Of(*part, from - part->start, to - from).value_or(Bytes{});
+    const Bytes bytes = RangeOf(*part, from - part->start, to - from).value_or(Bytes{});
     std::ranges::copy(bytes, block.subspan(from - offset).begin());
   }
 }
 
 std::optional<Bytes> SfntData::Range(std::uint32_t offset, std::uint32_t length) const {
   if (!Contains(offset, length)) return std::nullopt;
+  Charge(budget_, kRangeSteps + pieces_.size() * Budget::kRecord);
   if (const auto view = View(offset, length)) return view;
   for (const Piece& piece : pieces_) {
     if (offset < piece.offset) continue;
@@ -78,6 +82,7 @@ std::optional<Bytes> SfntData::Range(std::uint32_t offset, std::uint32_t length)
   }
   const bool in_head = file_ && std::uint64_t{offset} + length <= kHeadSize;
   Piece piece{in_head ? 0 : offset, {}};
+  ChargeBytes(budget_, length);
   piece.bytes.resize(in_head ? std::min(kHeadSize, size_) : length);
   Read(piece.offset, piece.bytes);
   pieces_.push_back(std::move(piece));
@@ -90,6 +95,7 @@ std::optional<std::uint32_t> SfntData::SumOfWords(std::uint32_t offset, std::uin
     const auto part = PartAt(offset);
     if (part->table && offset == part->start && length == part->length) return part->table->word_sum;
   }
+  ChargeBytes(budget_, length);
   if (const auto view = View(offset, length)) return SumBigEndianWords(*view);
   std::vector<std::uint8_t> block(std::min(length, kBlockSize));
   std::uint32_t sum = 0;

@@ -10,28 +10,31 @@
 #include <vector>
 
 #include "platform/byte_reader.h"
-#include "platform/forks.h"
-#include "platform/paged_file.h"
+#include "platform/files/paged_file.h"
+#include "platform/files/regular_file.h"
 
 namespace quillmark {
 
 class SfntData {
  public:
   // A view: the bytes must outlive the object. At most the first 0xFFFFFFFF count.
-  explicit SfntData(Bytes font);
+  explicit SfntData(Bytes font, Budget* budget = nullptr);
   // The first `size` bytes of the file. What cannot be read is zero.
-  SfntData(RegularFile file, std::uint32_t size);
+  SfntData(RegularFile file, std::uint32_t size, Budget* budget = nullptr);
   struct Table {
     std::uint32_t offset, length;  // in the file, inside it
     std::uint32_t word_sum;        // as SumBigEndianWords
   };
   // A directory, then tables of a file, which must outlive the font; each is followed by zeros up to a
   // multiple of 4. Together at most 0xFFFFFFFF bytes.
-  SfntData(std::vector<std::uint8_t> directory, const PagedFile& file, const std::vector<Table>& tables);
+  SfntData(std::vector<std::uint8_t> directory, const PagedFile& file, const std::vector<Table>& tables,
+           Budget* budget = nullptr);
   SfntData(SfntData&&) = default;
   SfntData& operator=(SfntData&&) = default;
 
   std::uint32_t size() const { return size_; }
+  // What is handed out is charged to it; null without a bound.
+  Budget* budget() const { return budget_; }
 
   // The bytes [offset, offset + length), or nothing when they do not all lie inside the font. The span lives
   // as long as this object: what is read of a file, or joined from several tables, is kept and answers later
@@ -42,10 +45,6 @@ class SfntData {
   // The 32-bit wrapping sum of the big-endian words in [offset, offset + length), as SumBigEndianWords, or
   // nothing when they do not all lie inside the font. A file is read in blocks of which none is kept.
   std::optional<std::uint32_t> SumOfWords(std::uint32_t offset, std::uint32_t length) const;
-
-  // Whether Range had to read or join bytes. False for a font of tables as long as each range lay inside the
-  // directory or inside one table.
-  bool HoldsCopies() const { return !pieces_.empty(); }
 
  private:
   struct Piece {
@@ -61,12 +60,13 @@ class SfntData {
   // The last part that begins at or before `offset`.
   std::vector<Part>::const_iterator PartAt(std::uint32_t offset) const;
   // Some bytes of a part, when they lie inside it.
-  std::optional<Bytes> Of(const Part& part, std::size_t offset, std::size_t length) const;
+  std::optional<Bytes> RangeOf(const Part& part, std::size_t offset, std::size_t length) const;
   // The range when it lies in memory as it is.
   std::optional<Bytes> View(std::uint32_t offset, std::uint32_t length) const;
   // Fills `block`, which lies inside the font, from `offset` on.
   void Read(std::uint32_t offset, std::span<std::uint8_t> block) const;
 
+  Budget* budget_ = nullptr;
   Bytes memory_;
   std::optional<RegularFile> file_;
   std::vector<std::uint8_t> directory_;

@@ -15,15 +15,10 @@ constexpr const char* kRequiredTables[] = {"cmap", "name", "post", "maxp", "head
 constexpr const char* kOptionalTables[] = {"OS/2", "kern"};
 constexpr const char* kKerningTables[] = {"kern", "GPOS", "glyf"};
 
-// The entries of the directory that are looked at. The count is a signed number, and an entry counts only
-// when at least one byte of the font follows it.
+// The entries of the directory that are looked at.
 Bytes DirectoryEntries(const SfntData& font) {
-  if (font.size() <= kHeaderSize) return {};
-  const auto header = font.Range(0, kHeaderSize);
-  const std::int16_t count = header ? I16At(*header, 4).value_or(0) : std::int16_t{0};
-  if (count <= 0) return {};
-  const std::uint32_t fitting = (font.size() - kHeaderSize - 1) / kEntrySize;
-  const std::uint32_t listed = std::min<std::uint32_t>(static_cast<std::uint32_t>(count), fitting);
+  const std::uint32_t listed = CountTables(font).listed;
+  ChargeRecords(font.budget(), listed);
   return font.Range(kHeaderSize, kEntrySize * listed).value_or(Bytes{});
 }
 
@@ -33,6 +28,15 @@ TDirectoryEntry ParseEntry(Bytes entry) {
 }
 
 }  // namespace
+
+SfntTableCount CountTables(const SfntData& font) {
+  if (font.size() <= kHeaderSize) return {};
+  const auto header = font.Range(0, kHeaderSize);
+  const std::int16_t stated = header ? I16At(*header, 4).value_or(0) : std::int16_t{0};
+  const std::uint32_t fitting = (font.size() - kHeaderSize - 1) / kEntrySize;
+  return {stated,
+          std::min<std::uint32_t>(static_cast<std::uint32_t>(std::max<std::int16_t>(stated, 0)), fitting)};
+}
 
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag) {
   const std::string_view wanted(tag);

@@ -19,6 +19,14 @@ struct TDirectoryEntry {
   std::uint32_t length = 0;  // bytes
 };
 
+// How many tables the directory states, a signed number, nothing when the font ends before its list; and how
+// many of them are looked at: an entry counts only when at least one byte of the font follows it.
+struct SfntTableCount {
+  std::optional<std::int16_t> stated;
+  std::uint32_t listed = 0;
+};
+SfntTableCount CountTables(const SfntData& font);
+
 // The first entry of that tag. `tag` has four characters. Entries are looked at in file order, since real
 // fonts go unsorted.
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag);

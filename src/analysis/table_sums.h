@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "analysis/crc32.h"
 #include "platform/byte_reader.h"
-#include "platform/paged_file.h"
+#include "platform/crc32.h"
+#include "platform/files/paged_file.h"
 #include "platform/word_sums.h"
 
 namespace quillmark {

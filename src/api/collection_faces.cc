@@ -3,15 +3,13 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <tuple>
-#include <unordered_set>
+#include <utility>
+#include <variant>
 
 #include "analysis/collection.h"
-#include "analysis/name_content.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
-#include "api/requested_outputs.h"
+#include "api/creation_context.h"
 
 namespace quillmark {
 namespace {
@@ -19,79 +17,61 @@ namespace {
 // One walk over the faces of one collection.
 class CollectionReader {
  public:
-  CollectionReader(const TrueTypeCollectionFont& collection, std::uint32_t request, QM_FontArray& faces)
-      : collection_(collection), request_(request), faces_(faces), name_contents_(collection.addresses()) {}
+  explicit CollectionReader(Creation& creation) : creation_(creation), collection_(creation.file) {
+    creation_.result.claimed_faces = collection_.faceCount();
+    creation_.result.collection_status = collection_.status();
+  }
 
   void ReadFaces() {
     // Beyond the listed faces every index fails, however many the header claims.
     const std::uint32_t count = collection_.listedFaceCount();
-    for (std::uint32_t face = 0; face < count; ++face) {
-      // Without PostScript names all faces are duplicates of the first.
-      if (faces_.size() > 0 && !(request_ & QM_ATTRIBUTE_POSTSCRIPT_NAME)) return;
-      const std::optional<std::uint32_t> offset = collection_.directoryOffset(face);
-      if (!offset || !offsets_.insert(*offset).second) continue;
-      const std::optional<CollectionFace> found = collection_.FindFace(face);
-      if (found && directories_.insert(AsText(found->directory)).second) ReadFace(*found);
-    }
+    for (std::uint32_t face = 0; face < count; ++face) ReadFace(face);
+    if (count < collection_.faceCount())
+      creation_.AddFault({count, CollectionFault{CollectionFault::kCutList}});
   }
 
  private:
-  void ReadFace(const CollectionFace& face) {
-    const SfntData font = collection_.FontOf(face);
-    std::optional<QM_FontSpecifier> specifier = ReadNames(font);
-    if (!specifier || post_script_names_.contains(specifier->postScriptName.str())) return;
-    if (request_ & QM_ATTRIBUTE_KERNING_CHECKSUM) {
-      GetTrueTypeKerningTableChecksum(font, &specifier->kerningChecksum);
-    }
-    if (!GetPlatformTTF(font, &specifier->platform)) return;
-    specifier->kind = "TrueType Collection";
-    specifier->checksum = collection_.ChecksumOf(face, font);
-    specifier->attributes = request_;
-    post_script_names_.insert(specifier->postScriptName.str());
-    faces_.push_back(std::move(*specifier));
+  void ReadFace(std::uint32_t face) {
+    creation_.budget.Charge(Budget::kRecord + 2 * Budget::kInsertion);
+    const std::optional<std::uint32_t> offset = collection_.directoryOffset(face);
+    if (!offset) return;
+    const auto [known, is_new] = face_of_offset_.try_emplace(*offset, face);
+    if (!is_new) return creation_.AddFault({face, DuplicateFault{known->second, {}}});
+    CollectionFault fault;
+    const auto found = collection_.FindFace(face, &fault);
+    if (!found) return creation_.AddFault({face, fault});
+    AddFace(face, *found);
   }
 
-  // A specifier with the names of the font, or nothing when they cannot be read. Those of a name table that
-  // comes again are remembered.
-  std::optional<QM_FontSpecifier> ReadNames(const SfntData& font) {
-    const auto entry = FindSpecifiedTable(font, "name");
-    if (!entry) return std::nullopt;
-    const auto table = font.Range(entry->offset, entry->length);
-    if (!table) return std::nullopt;
-    // Reading stops at the end of the font, so what is in a table can depend on whether it is the last.
-    const bool is_last = font.size() - entry->offset - entry->length < 4;
-    const NameTable key{table->data(), table->size(), is_last};
-    if (const auto known = known_names_.find(key); known != known_names_.end()) return known->second;
+  void AddFace(std::uint32_t face, const CollectionFace& tables) {
+    const SfntData font = collection_.FontOf(tables);
+    auto read = getMetaDataFromNamesTable(font);
+    if (const auto* fault = std::get_if<NameFault>(&read)) return creation_.AddFault({face, *fault});
+    auto& names = std::get<FaceNames>(read);
+    // The first face of a name stays; without PostScript names all are duplicates of the first.
+    const bool has_name = (creation_.request & QM_ATTRIBUTE_POSTSCRIPT_NAME) != 0;
+    const std::string name = has_name ? names.post_script_name.str() : std::string();
+    const auto [known, is_new] = face_of_name_.try_emplace(name, face);
+    if (!is_new) return creation_.AddFault({face, DuplicateFault{known->second, name}});
 
-    std::optional<QM_FontSpecifier> specifier(std::in_place);
-    if (!getMetaDataFromNamesTable(font, name_contents_, RequestedNames(request_, *specifier)))
-      specifier.reset();
-    // Texts that run past their table depend on the tables behind it. An empty table has no place of its own.
-    if (!table->empty() && !font.HoldsCopies()) {
-      if (known_names_.size() == kMaxKnownNames) known_names_.clear();
-      known_names_.emplace(key, specifier);
+    QM_FontSpecifier specifier;
+    if (creation_.request & QM_ATTRIBUTE_KERNING_CHECKSUM) {
+      GetTrueTypeKerningTableChecksum(font, &specifier.kerningChecksum);
     }
-    return specifier;
+    GetPlatformTTF(font, &specifier.platform);
+    specifier.kind = "TrueType Collection";
+    specifier.checksum = collection_.ChecksumOf(tables, font);
+    creation_.AddFace(std::move(specifier), std::move(names));
   }
 
-  using NameTable = std::tuple<const std::uint8_t*, std::size_t, bool>;
-  static constexpr std::size_t kMaxKnownNames = 256;  // of up to some kilobytes each
-
-  const TrueTypeCollectionFont& collection_;
-  const std::uint32_t request_;
-  QM_FontArray& faces_;
-  std::unordered_set<std::uint32_t> offsets_;
-  std::unordered_set<std::string_view> directories_;
-  std::unordered_set<std::string> post_script_names_;  // of the faces appended
-  std::map<NameTable, std::optional<QM_FontSpecifier>> known_names_;
-  NameContentMemory name_contents_;
+  Creation& creation_;
+  const TrueTypeCollectionFont collection_;
+  std::map<std::uint32_t, std::uint32_t> face_of_offset_;  // faces of one directory are one font
+  std::map<std::string, std::uint32_t> face_of_name_;
 };
 
 }  // namespace
 
-void AppendCollectionFaces(const std::string& path, std::uint32_t request, QM_FontArray& faces) {
-  const TrueTypeCollectionFont collection(path);
-  CollectionReader(collection, request, faces).ReadFaces();
-}
+void AddCollectionFaces(Creation& creation) { CollectionReader(creation).ReadFaces(); }
 
 }  // namespace quillmark

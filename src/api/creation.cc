@@ -1,32 +1,55 @@
-// QM_CreateSpecifier: from a path to an array of its faces.
-// Tests: tests/api/creation_test.cc; fuzz/creation_fuzzer.cc.
-#include <memory>
+#include "api/creation.h"
 
-#include "analysis/checksum.h"
+#include <memory>
+#include <utility>
+
 #include "analysis/font_extension.h"
-#include "analysis/printer_font.h"
 #include "api/collection_faces.h"
-#include "api/font_array.h"
-#include "api/resource_font_faces.h"
-#include "platform/forks.h"
+#include "api/family_faces.h"
+#include "api/font_file_face.h"
 #include "quillmark/quillmark.h"
+#include "resources/resource_access.h"
+
+namespace quillmark {
+namespace {
+
+// A resource file is told by its FONDs, or by the POST resources of a printer font.
+void AddFileFaces(Creation& creation) {
+  const ResourceFileHolder resources(AllocateResourceFile(creation.file, true));
+  // The number of FONDs is a signed 16-bit one: with a negative one there is no face at all.
+  const int fond_count = countResType(resources.get(), kFond);
+  if (fond_count != 0 || FileHasPOSTsInResourceFork(resources.get())) {
+    AddFamilyFaces(creation, *resources.get(), fond_count);
+  } else {
+    AddFontFileFace(creation, resources.get());
+  }
+}
+
+}  // namespace
+
+CreationResult CreateFaces(const FileSystem& system, const std::string& path, std::uint32_t request) {
+  CreationResult result;
+  try {
+    Creation creation(system, path, request, result);
+    if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) {
+      AddCollectionFaces(creation);
+    } else {
+      AddFileFaces(creation);
+    }
+  } catch (const BudgetSpent&) {
+    result.budget_spent = true;  // the face under way is dropped
+  }
+  result.faces.RemoveDups();
+  return result;
+}
+
+}  // namespace quillmark
 
 std::int32_t QM_CreateSpecifier(const char* path, std::int32_t, std::uint32_t request,
                                 QM_FontArray** outArray) {
   if (!path || !outArray) return QM_STATUS_FAILED;
-  // What the faces share is looked up, summed and parsed once.
-  const quillmark::ForkLookupScope look_ups;
-  const quillmark::ChecksumScope checksums;
-  const quillmark::PrinterFontScope printer_fonts;
-
-  auto faces = std::make_unique<QM_FontArray>();
-  if (quillmark::fontTypeFromExtension(path) == quillmark::kExtensionTtc) {
-    quillmark::AppendCollectionFaces(path, request, *faces);
-  } else {
-    quillmark::AppendResourceFontFaces(path, request, *faces);
-  }
-  if (faces->size() == 0) return QM_STATUS_FAILED;
-  faces->RemoveDups();
-  *outArray = faces.release();
+  quillmark::CreationResult result = quillmark::CreateFaces(quillmark::SystemFiles(), path, request);
+  if (result.faces.size() == 0) return QM_STATUS_FAILED;
+  *outArray = new QM_FontArray(std::move(result.faces));
   return QM_STATUS_OK;
 }

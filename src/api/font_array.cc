@@ -1,9 +1,9 @@
 #include "api/font_array.h"
 
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
@@ -13,7 +13,7 @@ void QM_FontArray::RemoveDups() {
   // best so far, its name is the group's but for case, so the scan of the later specifiers comes down to
   // their first lowest style: a minimum that a walk from the end carries along for each group.
   std::vector<std::size_t> best_from(faces_.size());
-  std::unordered_map<std::string, std::size_t> best_later;
+  std::map<std::string, std::size_t> best_later;  // ordered: no names make it slow
   for (std::size_t i = faces_.size(); i-- > 0;) {
     const QM_FontSpecifier& face = faces_[i];
     OmString group = face.postScriptName;
@@ -26,7 +26,7 @@ void QM_FontArray::RemoveDups() {
 
   std::vector<std::size_t> kept;
   bool all_stay = true;
-  std::unordered_set<std::string_view> seen;
+  std::set<std::string_view> seen;
   for (std::size_t i = 0; i < faces_.size(); ++i) {
     const bool is_first = seen.insert(faces_[i].postScriptName.str()).second;
     if (is_first) kept.push_back(best_from[i]);

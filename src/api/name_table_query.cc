@@ -10,7 +10,12 @@ void QM_GetPostScriptNameFromNamesTable(const char* data, std::uint32_t size, vo
                                         char** fondHandle, std::int32_t, char* buffer,
                                         std::int32_t bufferSize) {
   if (!data || !resourceFile || !fondHandle || !buffer) return;
-  std::string name;
-  quillmark::getPostScriptNameFromNamesTable(quillmark::SfntData(quillmark::AsBytes({data, size})), name);
-  if (!name.empty()) quillmark::CopyOut(name, buffer, bufferSize);
+  quillmark::Budget budget(size);
+  try {
+    const quillmark::SfntData font(quillmark::AsBytes({data, size}), &budget);
+    const std::string name = quillmark::getPostScriptNameFromNamesTable(font);
+    if (!name.empty()) quillmark::CopyOut(name, buffer, bufferSize);
+  } catch (const quillmark::BudgetSpent&) {
+    // The table repeats its bytes too often: no name.
+  }
 }

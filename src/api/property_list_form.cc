@@ -1,81 +1,88 @@
 // The property-list form of an array, written and read: an array of dictionaries in which every value is a
 // string, numbers too. Tests: tests/api/property_list_form_test.cc; fuzz/property_list_form_fuzzer.cc.
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <set>
 #include <string>
-#include <unordered_set>
+#include <string_view>
 #include <utility>
 
 #include "api/buffers.h"
 #include "api/font_array.h"
 #include "api/stored_values.h"
-#include "platform/cf_ref.h"
-#include "platform/text_encoding.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/property_list/property_list_format.h"
+#include "platform/text/text_encoding.h"
 #include "quillmark/quillmark.h"
 #include "support/property_list_values.h"
 
 namespace quillmark {
 namespace {
 
-// The keys of every dictionary, in the order in which their values are asked for.
+// The keys of every dictionary, in the order of their code units, which is that of property-list text.
 enum Key : std::size_t {
-  kFontKind,
-  kPostScriptName,
-  kFoundry,
-  kFamily,
-  kVersion,
-  kKerningChecksum,
   kChecksum,
-  kOutlineFileSize,
+  kFamily,
+  kFontKind,
+  kFoundry,
+  kKerningChecksum,
+  kKeywords,  // written empty, never read; so is kPath
   kOutlineFileName,
-  kKeywords,  // written empty, never read; so is the next
+  kOutlineFileSize,
   kPath,
+  kPostScriptName,
+  kVersion,
   kKeyCount
 };
-constexpr std::array<const char*, kKeyCount> kKeyNames = {
-    "FontKind", "PostScriptName",  "Foundry",         "Family",   "Version", "KerningChecksum",
-    "Checksum", "OutlineFileSize", "OutlineFileName", "Keywords", "Path"};
+constexpr std::array<std::string_view, kKeyCount> kKeyNames = {
+    "Checksum",        "Family",          "FontKind", "Foundry",        "KerningChecksum", "Keywords",
+    "OutlineFileName", "OutlineFileSize", "Path",     "PostScriptName", "Version"};
+static_assert(std::is_sorted(kKeyNames.begin(), kKeyNames.end()));
 
 using Strings = std::array<CFRef<CFStringRef>, kKeyCount>;
 
-CFRef<CFStringRef> MakeString(const std::string& text) {
-  return Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));
-}
-
 Strings MakeKeys() {
   Strings keys;
-  for (std::size_t i = 0; i < kKeyCount; ++i) keys[i] = MakeString(kKeyNames[i]);
+  for (std::size_t i = 0; i < kKeyCount; ++i) {
+    keys[i] =
+        Adopt(CFStringCreateWithCString(kCFAllocatorDefault, kKeyNames[i].data(), kCFStringEncodingUTF8));
+  }
   return keys;
 }
 
-CFRef<CFDictionaryRef> MakeDictionary(const Strings& keys, const QM_FontArray* array, std::uint32_t face) {
-  const std::uint32_t kerning = StoredNumber(QM_GetKerningChecksum, array, face);
-  std::array<std::string, kKeyCount> texts;
-  texts[kFontKind] = StoredText(QM_GetKindName, array, face);
-  texts[kPostScriptName] = StoredText(QM_GetPostScriptName, array, face);
-  texts[kFoundry] = StoredText(QM_GetFoundryName, array, face);
-  texts[kFamily] = StoredText(QM_GetFamilyName, array, face);
-  texts[kVersion] = StoredText(QM_GetVersion, array, face);
-  texts[kKerningChecksum] = Hexadecimal(kerning);
-  // An absent checksum repeats the kerning checksum: hosts compare stored texts.
-  texts[kChecksum] = Hexadecimal(StoredNumber(QM_GetQuillmarkChecksum, array, face, kerning));
-  texts[kOutlineFileSize] = SignedDecimal(StoredNumber(QM_GetOutlineFileSize, array, face));
-  texts[kOutlineFileName] = StoredText(QM_GetPrinterFont, array, face);
+// What of a value is text: a name may hold any bytes, and the getter may have cut it inside a character. One
+// leading byte order mark goes, as from any text that the platform takes.
+std::string_view WrittenPart(std::string_view value) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (value.starts_with(kByteOrderMark)) value.remove_prefix(kByteOrderMark.size());
+  return ValidUtf8Prefix(value);
+}
 
-  Strings values;
-  std::array<const void*, kKeyCount> key_pointers;
-  std::array<const void*, kKeyCount> value_pointers;
+// Written as text at once and not through objects, so that memory does not grow with the faces.
+std::string DictionaryText(const QM_FontArray* array, std::uint32_t face) {
+  const std::uint32_t kerning = StoredNumber(QM_GetKerningChecksum, array, face);
+  std::array<std::string, kKeyCount> values;
+  values[kFontKind] = StoredText(QM_GetKindName, array, face);
+  values[kPostScriptName] = StoredText(QM_GetPostScriptName, array, face);
+  values[kFoundry] = StoredText(QM_GetFoundryName, array, face);
+  values[kFamily] = StoredText(QM_GetFamilyName, array, face);
+  values[kVersion] = StoredText(QM_GetVersion, array, face);
+  values[kKerningChecksum] = Hexadecimal(kerning);
+  // An absent checksum repeats the kerning checksum: hosts compare stored texts.
+  values[kChecksum] = Hexadecimal(StoredNumber(QM_GetQuillmarkChecksum, array, face, kerning));
+  values[kOutlineFileSize] = SignedDecimal(StoredNumber(QM_GetOutlineFileSize, array, face));
+  values[kOutlineFileName] = StoredText(QM_GetPrinterFont, array, face);
+
+  std::string text = "\t<dict>\n";
   for (std::size_t i = 0; i < kKeyCount; ++i) {
-    // A name may hold any bytes, and the getter may have cut it inside a character.
-    values[i] = MakeString(std::string(ValidUtf8Prefix(texts[i])));
-    key_pointers[i] = keys[i].get();
-    value_pointers[i] = values[i].get();
+    text.append("\t\t<key>").append(kKeyNames[i]).append("</key>\n\t\t<string>");
+    cf::AppendEscaped(text, WrittenPart(values[i]));
+    text += "</string>\n";
   }
-  return Adopt(CFDictionaryCreate(kCFAllocatorDefault, key_pointers.data(), value_pointers.data(),
-                                  CFIndex{kKeyCount}, &kCFTypeDictionaryKeyCallBacks,
-                                  &kCFTypeDictionaryValueCallBacks));
+  return text += "\t</dict>\n";
 }
 
 // Takes single values out of one dictionary into one specifier.
@@ -148,15 +155,14 @@ CFRef<CFPropertyListRef> ParseArray(const char* text) {
 std::int32_t QM_GetPropertyListRepresentation(const QM_FontArray* array, char* buffer,
                                               std::uint32_t* length) {
   if (!array || !buffer || !length) return QM_STATUS_FAILED;
-  const auto list = quillmark::Adopt(CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks));
-  const quillmark::Strings keys = quillmark::MakeKeys();
-  for (std::uint32_t face = 0; face < array->size(); ++face) {
-    CFArrayAppendValue(list.get(), quillmark::MakeDictionary(keys, array, face).get());
-  }
-  const auto data = quillmark::Adopt(CFPropertyListCreateXMLData(kCFAllocatorDefault, list.get()));
   quillmark::RepresentationBuffer text(buffer, *length);
-  text.Append(quillmark::AsText(
-      {CFDataGetBytePtr(data.get()), static_cast<std::size_t>(CFDataGetLength(data.get()))}));
+  text.Append(quillmark::cf::kTextHead);
+  text.Append(array->size() == 0 ? "<array/>\n" : "<array>\n");
+  for (std::uint32_t face = 0; face < array->size(); ++face) {
+    text.Append(quillmark::DictionaryText(array, face));
+  }
+  if (array->size() != 0) text.Append("</array>\n");
+  text.Append(quillmark::cf::kTextTail);
   return text.Finish(length, array->size() == 0);
 }
 
@@ -169,8 +175,9 @@ std::int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontArray**
   if (count == 0) return QM_STATUS_FAILED;
   const quillmark::Strings keys = quillmark::MakeKeys();
   auto faces = std::make_unique<QM_FontArray>();
-  // Without resource IDs the removal of duplicates keeps the first of each name: no other costs memory.
-  std::unordered_set<std::string> names;
+  // Without resource IDs the removal of duplicates keeps the first of each name: no other costs memory. No
+  // hash table, so that no choice of names makes reading slow.
+  std::set<std::string> names;
   for (CFIndex i = 0; i < count; ++i) {
     quillmark::QM_FontSpecifier face = quillmark::ReadFace(keys, CFArrayGetValueAtIndex(elements, i));
     if (names.insert(face.postScriptName.str()).second) faces->push_back(std::move(face));

@@ -1,14 +1,17 @@
 // QM_CreateSpecifierFromXML: reads the XML form back by searching for its tags; it is no XML parser and must
 // not become one. A tag is searched from the start of a face's block to the end of the whole text, so a block
-// that lacks it takes the value of a later one. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+// that lacks it takes the value of a later one. Values that overlap or are shared spend a budget: when it is
+// spent, the text ends for the reader. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+#include "api/xml_reader.h"
+
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
-#include "api/font_array.h"
 #include "api/stored_values.h"
+#include "platform/budget.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -64,13 +67,11 @@ class TextTag {
   TextTag(std::string_view text, const char* tag, std::uint32_t attribute, OmString QM_FontSpecifier::*field)
       : values_(text, tag), attribute_(attribute), field_(field) {}
 
-  void Read(std::size_t block, QM_FontSpecifier& face) {
+  void Read(std::size_t block, QM_FontSpecifier& face, Budget& budget) {
     const auto value = values_.ExtractTagValue(block);
     if (!value) return;
-    // Many blocks may take one value of a later block: their faces share its bytes.
-    if (value->data() != last_value_) last_text_ = std::string(*value);
-    last_value_ = value->data();
-    face.*field_ = last_text_;
+    budget.Charge(value->size() * Budget::kKeptByte);
+    face.*field_ = std::string(*value);
     face.attributes |= attribute_;
   }
 
@@ -78,8 +79,6 @@ class TextTag {
   TagValues values_;
   std::uint32_t attribute_;
   OmString QM_FontSpecifier::*field_;
-  const char* last_value_ = nullptr;
-  OmString last_text_;
 };
 
 class NumberTag {
@@ -111,7 +110,8 @@ class NumberTag {
 class XmlReader {
  public:
   explicit XmlReader(std::string_view text)
-      : block_start_(text, "<FontData>"),
+      : budget_(text.size()),
+        block_start_(text, "<FontData>"),
         block_end_(text, "</FontData>"),
         name_(text, "PostScriptName"),
         texts_{{text, "FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
@@ -126,17 +126,22 @@ class XmlReader {
             {text, "OutlineFileSize", 10, QM_ATTRIBUTE_OUTLINE_FILE_SIZE,
              &QM_FontSpecifier::outlineFileSize}} {}
 
-  // True when at least one block is whole. A last block without its end is read too, and not counted.
-  bool ReadFaces(QM_FontArray& faces) {
-    bool any_whole = false;
-    std::size_t position = 0;
-    for (std::size_t block; (block = block_start_.From(position)) != kNone;) {
-      AppendFace(block, faces);
-      position = block_end_.From(block);
-      if (position == kNone) break;
-      any_whole = true;
+  // A last block without its end is read too, and not counted as whole. The block that spends the budget
+  // gives no face and is the last.
+  XmlReading ReadFaces(QM_FontArray& faces) {
+    XmlReading reading;
+    try {
+      std::size_t position = 0;
+      for (std::size_t block; (block = block_start_.From(position)) != kNone;) {
+        AppendFace(block, faces);
+        position = block_end_.From(block);
+        if (position == kNone) break;
+        reading.any_whole = true;
+      }
+    } catch (const BudgetSpent&) {
+      reading.is_cut = true;
     }
-    return any_whole;
+    return reading;
   }
 
  private:
@@ -144,10 +149,14 @@ class XmlReader {
   // duplicates keeps the first of each name, and so no block of a name that is known costs memory.
   void AppendFace(std::size_t block, QM_FontArray& faces) {
     const std::string_view name = name_.ExtractTagValue(block).value_or("");
-    if (name.data() == last_name_.data() || !seen_.insert(name).second) return;
-    last_name_ = name;
+    if (name.data() == last_name_) return;
+    last_name_ = name.data();
+    budget_.Charge(Budget::kInsertion);
+    budget_.ChargeBytes(name.size());
+    if (!seen_.insert(name).second) return;
+    budget_.Charge(Budget::kFace);
     QM_FontSpecifier face;
-    for (TextTag& tag : texts_) tag.Read(block, face);
+    for (TextTag& tag : texts_) tag.Read(block, face, budget_);
     for (NumberTag& tag : numbers_) tag.Read(block, face);
     face.style = 0;
     face.firstResourceID = 0;
@@ -155,22 +164,26 @@ class XmlReader {
     faces.push_back(std::move(face));
   }
 
+  Budget budget_;
   ForwardSearch block_start_;
   ForwardSearch block_end_;
   TagValues name_;
-  std::unordered_set<std::string_view> seen_;
-  std::string_view last_name_;  // a shared name is hashed once
+  std::set<std::string_view> seen_;  // no hash table, so that no choice of names makes reading slow
+  const char* last_name_ = nullptr;  // a shared name is looked up once
   TextTag texts_[6];
   NumberTag numbers_[3];
 };
 
 }  // namespace
+
+XmlReading ReadXml(const char* text, QM_FontArray& faces) { return XmlReader(text).ReadFaces(faces); }
+
 }  // namespace quillmark
 
 std::int32_t QM_CreateSpecifierFromXML(const char* text, QM_FontArray** outArray) {
   if (!text || !outArray) return QM_STATUS_FAILED;
   auto faces = std::make_unique<QM_FontArray>();
-  if (!quillmark::XmlReader(text).ReadFaces(*faces)) return QM_STATUS_OUT_OF_RANGE;
+  if (!quillmark::ReadXml(text, *faces).any_whole) return QM_STATUS_OUT_OF_RANGE;
   *outArray = faces.release();
   return QM_STATUS_OK;
 }

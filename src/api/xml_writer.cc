@@ -1,11 +1,15 @@
 // QM_GetXMLRepresentation: a fixed template, filled by replacing placeholders. Nothing is escaped, since the
 // reader undoes no escapes (xml_reader.cc). Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+#include <array>
+#include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "api/buffers.h"
 #include "api/font_array.h"
 #include "api/stored_values.h"
+#include "platform/budget.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -18,36 +22,69 @@ constexpr const char kHead[] =
     "https://quillmark.example/Eng/FontManagement/Zephrine/spec/Quillmark/QuillmarkSchema.xsd\">\n";
 constexpr const char kTail[] = "</QuillmarkData>\n";
 
-constexpr const char kFaceBlock[] =
-    "\t<FontData>\n"
-    "\t\t<FontKind>PLACEHOLDER_FONTKIND</FontKind>\n"
-    "\t\t<PostScriptName>PLACEHOLDER_POSTSCRIPTNAME</PostScriptName>\n"
-    "\t\t<Foundry>PLACEHOLDER_FOUNDRY</Foundry>\n"
-    "\t\t<Family>PLACEHOLDER_FAMILY</Family>\n"
-    "\t\t<Version>PLACEHOLDER_VERSION</Version>\n"
-    "\t\t<Checksum>PLACEHOLDER_CHECKSUM</Checksum>\n"
-    "\t\t<KerningChecksum>PLACEHOLDER_KERNINGCHECKSUM</KerningChecksum>\n"
-    "\t\t<OutlineFileSize>PLACEHOLDER_OUTLINEFILESIZE</OutlineFileSize>\n"
-    "\t\t<OutlineFileName>PLACEHOLDER_OUTLINEFILENAME</OutlineFileName>\n"
-    "\t</FontData>\n";
+// One line of a face's block.
+struct Value {
+  const char* tag;
+  const char* placeholder;
+  std::string text;
+};
+using Values = std::array<Value, 9>;
 
-// Each value goes into the whole block: a placeholder's text inside an earlier value is replaced like any
-// other.
-std::string FaceBlock(const QM_FontArray* array, std::uint32_t face) {
-  const std::pair<const char*, std::string> values[] = {
-      {"PLACEHOLDER_FONTKIND", StoredText(QM_GetKindName, array, face)},
-      {"PLACEHOLDER_POSTSCRIPTNAME", StoredText(QM_GetPostScriptName, array, face)},
-      {"PLACEHOLDER_FOUNDRY", StoredText(QM_GetFoundryName, array, face)},
-      {"PLACEHOLDER_FAMILY", StoredText(QM_GetFamilyName, array, face)},
-      {"PLACEHOLDER_VERSION", StoredText(QM_GetVersion, array, face)},
-      {"PLACEHOLDER_CHECKSUM", Hexadecimal(StoredNumber(QM_GetQuillmarkChecksum, array, face))},
-      {"PLACEHOLDER_KERNINGCHECKSUM", Hexadecimal(StoredNumber(QM_GetKerningChecksum, array, face))},
-      {"PLACEHOLDER_OUTLINEFILESIZE", SignedDecimal(StoredNumber(QM_GetOutlineFileSize, array, face))},
-      {"PLACEHOLDER_OUTLINEFILENAME", StoredText(QM_GetPrinterFont, array, face)},
-  };
-  OmString block(kFaceBlock);
-  for (const auto& [placeholder, value] : values) OmString::ReplaceAll(&block, placeholder, value.c_str());
-  return block.str();
+Values ValuesOf(const QM_FontArray* array, std::uint32_t face) {
+  return {{
+      {"FontKind", "PLACEHOLDER_FONTKIND", StoredText(QM_GetKindName, array, face)},
+      {"PostScriptName", "PLACEHOLDER_POSTSCRIPTNAME", StoredText(QM_GetPostScriptName, array, face)},
+      {"Foundry", "PLACEHOLDER_FOUNDRY", StoredText(QM_GetFoundryName, array, face)},
+      {"Family", "PLACEHOLDER_FAMILY", StoredText(QM_GetFamilyName, array, face)},
+      {"Version", "PLACEHOLDER_VERSION", StoredText(QM_GetVersion, array, face)},
+      {"Checksum", "PLACEHOLDER_CHECKSUM", Hexadecimal(StoredNumber(QM_GetQuillmarkChecksum, array, face))},
+      {"KerningChecksum", "PLACEHOLDER_KERNINGCHECKSUM",
+       Hexadecimal(StoredNumber(QM_GetKerningChecksum, array, face))},
+      {"OutlineFileSize", "PLACEHOLDER_OUTLINEFILESIZE",
+       SignedDecimal(StoredNumber(QM_GetOutlineFileSize, array, face))},
+      {"OutlineFileName", "PLACEHOLDER_OUTLINEFILENAME", StoredText(QM_GetPrinterFont, array, face)},
+  }};
+}
+
+template <typename Content>
+std::string Block(const Values& values, Content content) {
+  std::string block = "\t<FontData>\n";
+  for (const Value& value : values) {
+    block.append("\t\t<").append(value.tag).append(">").append(content(value));
+    block.append("</").append(value.tag).append(">\n");
+  }
+  return block += "\t</FontData>\n";
+}
+
+// Puts each value into the whole block, in place of its placeholder wherever that stands: inside an earlier
+// value, too.
+std::string FillTemplate(const Values& values, Budget& budget) {
+  std::string block = Block(values, [](const Value& value) { return std::string_view(value.placeholder); });
+  for (const Value& value : values) {
+    std::size_t count = 0;
+    const std::size_t length = std::strlen(value.placeholder);
+    for (std::size_t at = 0; (at = block.find(value.placeholder, at)) != std::string::npos; at += length)
+      ++count;
+    budget.ChargeBytes(block.size());
+    budget.Charge(count * value.text.size() * Budget::kKeptByte);
+    OmString filled(std::move(block));
+    OmString::ReplaceAll(&filled, value.placeholder, value.text.c_str());
+    block = filled.str();
+  }
+  return block;
+}
+
+// Values that name placeholders can multiply one another. Where that spends the budget, the values of the
+// face stand as they are.
+std::string FaceBlock(const Values& values, Budget& budget) {
+  std::string plain = Block(values, [](const Value& value) { return std::string_view(value.text); });
+  budget.Allow(plain.size());
+  if (plain.find("PLACEHOLDER_") == std::string::npos) return plain;
+  try {
+    return FillTemplate(values, budget);
+  } catch (const BudgetSpent&) {
+    return plain;
+  }
 }
 
 }  // namespace
@@ -57,7 +94,10 @@ std::int32_t QM_GetXMLRepresentation(const QM_FontArray* array, char* buffer, st
   if (!array || !buffer || !length) return QM_STATUS_FAILED;
   quillmark::RepresentationBuffer text(buffer, *length);
   text.Append(quillmark::kHead);
-  for (std::uint32_t face = 0; face < array->size(); ++face) text.Append(quillmark::FaceBlock(array, face));
+  quillmark::Budget budget;
+  for (std::uint32_t face = 0; face < array->size(); ++face) {
+    text.Append(quillmark::FaceBlock(quillmark::ValuesOf(array, face), budget));
+  }
   text.Append(quillmark::kTail);
   return text.Finish(length, array->size() == 0);
 }

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 #include "support/om_string.h"
 
 namespace quillmark {

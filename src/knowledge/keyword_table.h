@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "knowledge/font_style_scan.h"
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
 

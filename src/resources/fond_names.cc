@@ -3,11 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text_encoding.h"
-#include "resources/fond_record.h"
-#include "resources/printer_font_name.h"
+#include "platform/text/text_encoding.h"
+#include "resources/family.h"
 #include "resources/quillmark_resource_file.h"
-#include "resources/resource_access.h"
+#include "resources/resource_handle.h"
 #include "support/platform_string.h"
 
 namespace quillmark {
@@ -22,49 +21,42 @@ std::string DecodeDefault(std::string_view text) {
 
 }  // namespace
 
-// Whether an entry's ID is that of a FONT, the form of bitmaps before NFNT. Remembered for the FOND last
-// asked about: a family may have tens of thousands of entries, and each of its styles asks.
-bool QuillmarkResourceFile::NamesOldBitmap(Handle fond) {
-  Recall(fond);
-  if (names_old_bitmap_) return *names_old_bitmap_;
-  const Bytes record = Record(fond);
-  bool found = false;
-  for (int i = 0; !found; ++i) {
-    const auto entry = FondEntryAt(record, i);
-    if (!entry) break;
-    const ResourceHandle font(getResourceHandleForType(FourCharCode("FONT"), entry->id));
-    found = font.get() != nullptr;
+// Whether an entry's ID is that of a FONT, the form of bitmaps before NFNT.
+bool Family::NamesOldBitmap() const {
+  for (int i = 0; const auto entry = FondEntryAt(record_, i); ++i) {
+    const ResourceHandle font(file_->getResourceHandleForType(kFont, entry->id));
+    if (font.get() != nullptr) return true;
   }
-  names_old_bitmap_ = found;
-  return found;
+  return false;
 }
 
-std::optional<std::string> QuillmarkResourceFile::getResourceNameFromFOND(Handle fond) {
-  if (!fond || !*fond) return std::nullopt;
-  const std::string stored = StoredResourceName(fond).value_or(std::string());
-  if (!isDoubleByteFOND(fond)) return MacRomanToUtf8(stored);
-  bool is_japanese = getStyleOffsetFromFOND(fond) != 0;
+const std::optional<std::string>& Family::getResourceNameFromFOND() {
+  if (!resource_name_) resource_name_ = DecodeResourceName();
+  return *resource_name_;
+}
+
+std::optional<std::string> Family::DecodeResourceName() const {
+  if (!exists()) return std::nullopt;
+  if (!isDoubleByteFOND()) return MacRomanToUtf8(stored_name_);
+  bool is_japanese = getStyleOffsetFromFOND() != 0;
   // The size of the first entry decides for all of them; results rely on it. With 0 there, the first entry
   // settles the matter by itself.
-  if (const auto first = FondEntryAt(Record(fond), 0)) {
+  if (const auto first = FondEntryAt(record_, 0)) {
     if (first->size != 0) {
-      if (NamesOldBitmap(fond)) return MacRomanToUtf8(stored);
+      if (NamesOldBitmap()) return MacRomanToUtf8(stored_name_);
     } else {
-      const ResourceHandle outline(getResourceHandleForType(FourCharCode("sfnt"), first->id));
-      if (!outline.get()) return MacRomanToUtf8(stored);
+      const ResourceHandle outline(file_->getResourceHandleForType(kSfnt, first->id));
+      if (!outline.get()) return MacRomanToUtf8(stored_name_);
       const Bytes font = HandleBytes(outline.get());
-      if (font.size() > 4) is_japanese = StartsWith(font, "typ1") || IsCidFamilyName(stored);
+      if (font.size() > 4) is_japanese = StartsWith(font, "typ1") || IsCidFamilyName(stored_name_);
     }
   }
-  return is_japanese ? MacJapaneseToUtf8(stored) : MacRomanToUtf8(stored);
+  return is_japanese ? MacJapaneseToUtf8(stored_name_) : MacRomanToUtf8(stored_name_);
 }
 
-std::string QuillmarkResourceFile::normalizePostScriptName(const std::string& name, Handle fond, bool* isMM) {
-  if (!fond || !*fond || !isMM) return name;
-  UseResFile(ref_num_);
-  const auto stored = StoredResourceName(fond);
-  if (!stored) return name;
-  std::string_view text(stored->c_str());  // C text: a zero byte ends it
+std::string Family::normalizePostScriptName(const std::string& name, bool* isMM) const {
+  if (!exists() || !isMM || !named_) return name;
+  std::string_view text(stored_name_.c_str());  // C text: a zero byte ends it
   if (const auto mark = text.find("%M"); mark != std::string_view::npos) {
     *isMM = true;
     text.remove_prefix(mark + 2);
@@ -80,12 +72,17 @@ std::string QuillmarkResourceFile::normalizePostScriptName(const std::string& na
   return result;
 }
 
-std::string QuillmarkResourceFile::getPostScriptNameForFOND(Handle fond, int style) {
-  if (!fond || !*fond) return {};
-  UseResFile(ref_num_);
-  unsigned char name[257];
-  GetPrinterFontNameFromResource(fond, static_cast<unsigned char>(style), name, sizeof name);
-  return std::string(AsText(Bytes(name).subspan(1, name[0])));
+std::string Family::getPostScriptNameForFOND(int style) const {
+  return style_mapping_.GetPrinterFontName(static_cast<unsigned char>(style));
+}
+
+PrinterFontName Family::ComposePrinterFontName(int style) const {
+  return {getPostScriptNameForFOND(style), isDoubleByteFOND() && getStyleOffsetFromFOND() != 0};
+}
+
+std::string Family::getPSPrinterNameForFOND(int style) const {
+  if (!exists() || file_ == nullptr) return {};
+  return file_->PrinterFileNameOf(ComposePrinterFontName(style));
 }
 
 }  // namespace quillmark

@@ -34,8 +34,9 @@ std::optional<FondEntry> FondEntryAt(Bytes record, int index) {
   return FondEntry{*size, *style, *id};
 }
 
-FondStyles::FondStyles(Bytes record) {
+FondStyles::FondStyles(Bytes record, Budget* budget) {
   const int count = CountFondEntries(record);
+  Charge(budget, static_cast<std::uint64_t>(count) * (Budget::kRecord + Budget::kInsertion));
   entries_.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     if (const auto entry = FondEntryAt(record, i)) entries_.push_back(*entry);
@@ -48,14 +49,14 @@ FondStyles::FondStyles(Bytes record) {
   }
 }
 
-std::span<const FondEntry> FondStyles::Of(std::uint16_t style) const {
+std::span<const FondEntry> FondStyles::EntriesOf(std::uint16_t style) const {
   const auto begin = std::ranges::lower_bound(entries_, style, {}, &FondEntry::style);
   const auto end = std::ranges::upper_bound(entries_, style, {}, &FondEntry::style);
   return {begin, end};
 }
 
 std::optional<std::int16_t> FondStyles::OutlineOf(std::uint16_t style) const {
-  const auto entries = Of(style);
+  const auto entries = EntriesOf(style);
   const auto outline = std::ranges::find(entries, std::int16_t{0}, &FondEntry::size);
   if (outline == entries.end()) return std::nullopt;
   return outline->id;

@@ -1,7 +1,7 @@
 // The shared reading of a FOND resource: its font association table and its resource name.
 // The table is the stored count less one at byte 52 (signed), then records of size, style and resource ID.
 // Records that do not lie wholly inside the resource do not exist for any reader.
-// Source: Inside Macintosh: Text, "The Font Family Resource". Tests: tests/resources/fond_styles_test.cc.
+// Source: Inside Macintosh: Text, "The Font Family Resource". Tests: tests/resources/family_test.cc.
 #ifndef QUILLMARK_RESOURCES_FOND_RECORD_H_
 #define QUILLMARK_RESOURCES_FOND_RECORD_H_
 
@@ -13,8 +13,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/budget.h"
 #include "platform/byte_reader.h"
-#include "platform/resource_manager.h"
+#include "platform/resource_manager/resource_manager.h"
 
 namespace quillmark {
 
@@ -38,13 +39,12 @@ std::optional<FondEntry> FondEntryAt(Bytes record, int index);
 // The entries grouped by style, so that asking for every style of a family in turn stays linear.
 class FondStyles {
  public:
-  FondStyles() = default;  // of a record without entries
-  explicit FondStyles(Bytes record);
+  explicit FondStyles(Bytes record, Budget* budget = nullptr);
 
   // The distinct styles, ascending as unsigned numbers, handed on as signed ones.
   const std::vector<std::int16_t>& codes() const { return codes_; }
   // The entries of one style in the order of the table.
-  std::span<const FondEntry> Of(std::uint16_t style) const;
+  std::span<const FondEntry> EntriesOf(std::uint16_t style) const;
   // Resource ID of the first outline of the style.
   std::optional<std::int16_t> OutlineOf(std::uint16_t style) const;
 

@@ -23,6 +23,7 @@ constexpr std::size_t kFirstString = 60;
 
 // A length byte holds no more, whatever the buffer would.
 constexpr std::int32_t kLargestPascalString = 256;
+constexpr std::size_t kMostStrings = 255;
 
 char PrintableOrMark(char c) { return c >= 0x20 && c <= 0x7E ? c : '?'; }
 
@@ -37,31 +38,6 @@ std::optional<Bytes> TakePascalString(ByteReader& reader) {
   const auto length = ByteReader(reader).U8();
   return length ? reader.Take(std::size_t{*length} + 1) : std::nullopt;
 }
-
-// The strings behind one another in a style mapping table, length bytes included. A suffix list numbers them
-// in one byte, so 255 are all that a name can be made of; those that leave the record are not among them.
-class StyleStrings {
- public:
-  explicit StyleStrings(Bytes strings) {
-    ByteReader reader(strings);
-    while (count_ < strings_.size()) {
-      const auto string = TakePascalString(reader);
-      if (!string) break;
-      strings_[count_++] = *string;
-    }
-  }
-
-  // String `n`, from 1; 0 reads as 1.
-  std::optional<Bytes> Get(std::uint8_t n) const {
-    const std::size_t index = n == 0 ? 0 : n - 1u;
-    if (index >= count_) return std::nullopt;
-    return strings_[index];
-  }
-
- private:
-  std::array<Bytes, 255> strings_;
-  std::size_t count_ = 0;
-};
 
 }  // namespace
 
@@ -86,33 +62,45 @@ std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, 
   return CopyPascalString(string ? string->data() : nullptr, out, limit);
 }
 
-void GetPrinterFontNameFromResource(Handle fond, unsigned char style, unsigned char* out,
-                                    std::int32_t limit) {
-  if (limit < 1) return;
+StyleMapping::StyleMapping(Bytes fond, Budget* budget) : budget_(budget) {
+  const auto offset = StyleMappingOffset(fond);
+  if (!offset || *offset > fond.size() || fond.size() - *offset < kFirstString) return;
+  table_ = fond.subspan(*offset);
+  ByteReader reader(table_.subspan(kFirstString));
+  while (strings_.size() < kMostStrings) {
+    const auto string = TakePascalString(reader);
+    if (!string) break;  // those that leave the FOND are not among them
+    strings_.push_back(*string);
+  }
+  ChargeRecords(budget, strings_.size());
+}
+
+std::optional<Bytes> StyleMapping::String(std::uint8_t n) const {
+  const std::size_t index = n == 0 ? 0 : n - 1u;
+  if (index >= strings_.size()) return std::nullopt;
+  return strings_[index];
+}
+
+std::string StyleMapping::GetPrinterFontName(unsigned char style, std::int32_t limit) const {
+  const auto base = String(1);
+  if (!base || limit < 1) return {};
   limit = std::min(limit, kLargestPascalString);
-  out[0] = 0;
-  if (!fond) return;
-  if (!*fond) LoadResource(fond);
-  const Bytes record = HandleBytes(fond);
-  const auto offset = StyleMappingOffset(record);
-  if (!offset || *offset > record.size()) return;
-  const Bytes table = record.subspan(*offset);
-  if (table.size() < kFirstString) return;
-  const Bytes strings = table.subspan(kFirstString);
-  GetIndStyleName(strings, 1, out, limit);
+  std::array<unsigned char, kLargestPascalString> name;
+  CopyPascalString(base->data(), name.data(), limit);
 
   // The byte is signed: numbers from 128 name no suffix list.
-  const auto suffixes = U8At(table, kStyleIndexTable + static_cast<std::size_t>(GetStyleIndex(style)));
-  if (suffixes > 1 && suffixes < 128 && suffixes <= U16At(table, kStringCount)) {
-    const StyleStrings parts(strings);
-    const auto list = parts.Get(*suffixes);
+  const auto suffixes = U8At(table_, kStyleIndexTable + static_cast<std::size_t>(GetStyleIndex(style)));
+  if (suffixes > 1 && suffixes < 128 && suffixes <= U16At(table_, kStringCount)) {
+    const auto list = String(*suffixes);
     for (const std::uint8_t n : list ? list->subspan(1) : Bytes()) {
-      if (const auto part = parts.Get(n)) AppendPascalString(out, part->data(), limit);
+      if (const auto part = String(n)) AppendPascalString(name.data(), part->data(), limit);
     }
+    ChargeRecords(budget_, list ? list->size() : 0);
   }
-  for (unsigned char& c : std::span(out + 1, out[0])) {
-    c = static_cast<unsigned char>(PrintableOrMark(static_cast<char>(c)));
-  }
+  std::string text(TextOf(name.data()));
+  ChargeBytes(budget_, text.size());
+  std::ranges::transform(text, text.begin(), PrintableOrMark);
+  return text;
 }
 
 void GetPostScriptFontFileName(const unsigned char* psName, unsigned char* out) {

@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "resources/family.h"
 #include "resources/printer_font_name.h"
 #include "resources/quillmark_resource_file.h"
-#include "resources/resource_access.h"
+#include "resources/resource_handle.h"
 #include "support/om_string.h"
 
 namespace quillmark {
@@ -44,13 +45,9 @@ std::optional<std::string> QuillmarkResourceFile::PathOfPrinterFile(const std::s
   return path + name;
 }
 
-QuillmarkResourceFile::PrinterFontName QuillmarkResourceFile::ComposePrinterFontName(Handle fond, int style) {
-  return {getPostScriptNameForFOND(fond, style), isDoubleByteFOND(fond) && getStyleOffsetFromFOND(fond) != 0};
-}
-
 // Both forms of the name are printable ASCII, so neither can fail to be UTF-8. Nor is there a font service
 // that could know the file under another name.
-std::string QuillmarkResourceFile::FileNameOf(const PrinterFontName& name) {
+std::string QuillmarkResourceFile::PrinterFileNameOf(const PrinterFontName& name) {
   const auto known = printer_file_from_post_script_name_.find(name.post_script_name);
   if (known != printer_file_from_post_script_name_.end()) return known->second;
   std::string file_name;
@@ -70,16 +67,27 @@ std::string QuillmarkResourceFile::FileNameOf(const PrinterFontName& name) {
   return file_name;
 }
 
-std::string QuillmarkResourceFile::getPSPrinterNameForFOND(Handle fond, int style) {
-  if (!fond || !*fond) return {};
-  return FileNameOf(ComposePrinterFontName(fond, style));
-}
-
 std::optional<std::string> QuillmarkResourceFile::getPrinterNameFromFontActivation(
     const std::optional<std::string>& postScriptName) {
   if (!postScriptName) return std::nullopt;
   activate();
   return std::nullopt;  // no container, no fonts in it
+}
+
+std::vector<std::int16_t> QuillmarkResourceFile::getSortedStyles() {
+  std::set<std::uint16_t> styles;
+  std::size_t needed = 60;
+  for (const std::int16_t id : getSortedResIDsForType(kFond)) {
+    const ResourceHandle fond(getResourceHandleForType(kFond, id));
+    const Bytes record = HandleBytes(fond.get());
+    // The size asked of a record grows with its place in the file, not with its entries: results rely on it.
+    if (record.size() >= needed) {
+      const FondStyles family(record, budget_);
+      for (const std::int16_t code : family.codes()) styles.insert(static_cast<std::uint16_t>(code));
+    }
+    needed += 6;
+  }
+  return {styles.begin(), styles.end()};
 }
 
 std::vector<std::string> QuillmarkResourceFile::getPrinterFiles() {
@@ -92,14 +100,14 @@ std::vector<std::string> QuillmarkResourceFile::getPrinterFiles() {
   const std::set<std::int16_t> styles(listed.begin(), listed.end());
   std::set<PrinterFontName> names;  // held once, though many styles may share one
   std::vector<Face> faces;
-  for (const std::int16_t id : getSortedResIDsForType(FourCharCode("FOND"))) {
-    const ResourceHandle fond(getResourceHandleForType(FourCharCode("FOND"), id));
-    const FondStyles& family = StylesOf(fond.get());
-    for (const std::int16_t code : family.codes()) {
+  for (const std::int16_t id : getSortedResIDsForType(kFond)) {
+    const Family family(this, getResourceHandleForType(kFond, id));
+    for (const std::int16_t code : family.styles().codes()) {
       if (!styles.contains(code)) continue;
       const auto style = static_cast<std::uint16_t>(code);
-      const auto name = names.insert(ComposePrinterFontName(fond.get(), style)).first;
-      faces.push_back({style, family.OutlineOf(style).has_value(), &*name});
+      const auto name = names.insert(family.ComposePrinterFontName(style)).first;
+      Charge(budget_, Budget::kInsertion * 4 + name->post_script_name.size());
+      faces.push_back({style, !family.shouldHavePrinterFile(style), &*name});
     }
   }
   // By style and then by ID: the file name that a PostScript name meets first stays with it.
@@ -108,7 +116,7 @@ std::vector<std::string> QuillmarkResourceFile::getPrinterFiles() {
   std::set<std::string> seen;
   std::set<std::string> paths;
   for (const Face& face : faces) {
-    const std::string name = FileNameOf(*face.name);
+    const std::string name = PrinterFileNameOf(*face.name);
     const auto path = PathOfPrinterFile(name);
     if (!path) continue;
     const bool is_new = seen.insert(name).second;

@@ -1,15 +1,18 @@
-// Opening and closing, counting, reading and removing resources. The FOND readers are in fond_styles.cc, the
-// names in fond_names.cc and printer_font_search.cc.
+// Opening and closing, counting, reading and removing resources. Which printer fonts a file needs is in
+// printer_font_search.cc.
 #include "resources/quillmark_resource_file.h"
 
 #include <memory>
 #include <utility>
 
-#include "resources/resource_access.h"
+#include "resources/resource_handle.h"
 #include "resources/sorted_ids.h"
 
 namespace quillmark {
 namespace {
+
+constexpr std::uint64_t kLookUp =
+    4 * Budget::kInsertion;  // of a resource in its map, with a handle made for it
 
 // Resources met while one of these lives are not read from the file.
 class ResourceLoadingOff {
@@ -40,14 +43,23 @@ void RemoveAndDispose(Handle resource) {
 }  // namespace
 
 QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(const std::string& path, bool readOnly) {
-  const auto release = [](QuillmarkResourceFile* file) { file->release(); };
-  std::unique_ptr<QuillmarkResourceFile, decltype(release)> file(new QuillmarkResourceFile(path, readOnly));
-  file->ref_num_ = file->openFileForResourceAccess();
-  return file->ref_num_ == -1 ? nullptr : file.release();
+  FileAccess access;
+  FontFile file(access, path);
+  return initWithFile(file, readOnly);
 }
 
-QuillmarkResourceFile::QuillmarkResourceFile(std::string path, bool readOnly)
-    : path_(std::move(path)), read_only_(readOnly) {}
+QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(FontFile& file, bool readOnly) {
+  const auto release = [](QuillmarkResourceFile* opened) { opened->release(); };
+  std::unique_ptr<QuillmarkResourceFile, decltype(release)> opened(
+      new QuillmarkResourceFile(file.path(), readOnly, file.budget()));
+  FSRef ref;
+  if (FSFileMakeRef(file, &ref, nullptr) != noErr) return nullptr;
+  opened->ref_num_ = opened->openFileForResourceAccess(ref);
+  return opened->ref_num_ == -1 ? nullptr : opened.release();
+}
+
+QuillmarkResourceFile::QuillmarkResourceFile(std::string path, bool readOnly, Budget* budget)
+    : path_(std::move(path)), read_only_(readOnly), budget_(budget) {}
 
 QuillmarkResourceFile::~QuillmarkResourceFile() {
   deactivate();
@@ -60,10 +72,8 @@ void QuillmarkResourceFile::release() {
   if (--references_ == 0) delete this;
 }
 
-ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess() {
+ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess(const FSRef& ref) {
   const ResourceLoadingOff no_preload;
-  FSRef ref;
-  if (MakeRef(path_, &ref) != noErr) return -1;
   const SInt8 permission = read_only_ ? fsRdPerm : fsRdWrPerm;
   ResFileRefNum ref_num = FSOpenResFile(&ref, permission);
   if (ref_num == -1) {
@@ -94,11 +104,13 @@ int QuillmarkResourceFile::count1ResTypes() {
 }
 
 Handle QuillmarkResourceFile::getResourceHandleViaGet1IndResource(ResType type, int resIndex) {
+  Charge(budget_, kLookUp);
   UseResFile(ref_num_);
   return NullOnError(Get1IndResource(type, static_cast<std::int16_t>(resIndex)));
 }
 
 Handle QuillmarkResourceFile::getResourceHandleForType(ResType type, int resID) {
+  Charge(budget_, kLookUp);
   UseResFile(ref_num_);
   return NullOnError(Get1Resource(type, static_cast<ResID>(resID)));
 }
@@ -120,13 +132,13 @@ std::vector<std::int16_t> QuillmarkResourceFile::getSortedResIDsForType(ResType 
     GetResInfo(resource.get(), &id, nullptr, nullptr);
     if (ResError() == noErr) ids.push_back(id);
   }
+  Charge(budget_, ids.size() * Budget::kInsertion);
   return SortedIds(std::move(ids));
 }
 
 bool QuillmarkResourceFile::purgeResource(ResType type, int resID) {
   const Handle resource = getResourceHandleForType(type, resID);
   if (!resource || !*resource) return false;
-  names_old_bitmap_.reset();
   RemoveAndDispose(resource);
   return true;
 }
@@ -134,7 +146,6 @@ bool QuillmarkResourceFile::purgeResource(ResType type, int resID) {
 bool QuillmarkResourceFile::purgeAllBut(const std::set<std::int16_t>& ids, ResType type) {
   UseResFile(ref_num_);
   const ResourceLoadingOff not_needed;
-  names_old_bitmap_.reset();
   std::set<std::int16_t> to_keep = ids;
   int count = countResType(type);
   bool changed = false;

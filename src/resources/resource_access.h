@@ -5,17 +5,19 @@
 #define QUILLMARK_RESOURCES_RESOURCE_ACCESS_H_
 
 #include <cstdint>
-#include <vector>
+#include <string_view>
 
-#include "platform/cf_ref.h"
-#include "platform/resource_manager.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/resource_manager/resource_manager.h"
+#include "resources/resource_handle.h"
 
 namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// Null when neither fork holds a resource map. The caller frees it.
+// Null when neither fork holds a resource map, and for a path that is not UTF-8. The caller frees it.
 QuillmarkResourceFile* AllocateResourceFile(CFStringRef path, bool readOnly);
+QuillmarkResourceFile* AllocateResourceFile(FontFile& file, bool readOnly);
 void FreeResourceFile(QuillmarkResourceFile* file);
 
 int countResType(QuillmarkResourceFile* file, ResType type);
@@ -27,21 +29,9 @@ bool FileHasFONDsInResourceFork(QuillmarkResourceFile* file);
 bool is_psfont(QuillmarkResourceFile* file);         // holds bitmaps that accompany PostScript printer fonts
 bool is_psprinterfont(QuillmarkResourceFile* file);  // holds the first segment of a PostScript printer font
 bool hasValidResourcePSHeader(QuillmarkResourceFile* file);  // its first `sfnt` is "typ1"
-bool has_OTTO_Flag_inResource(QuillmarkResourceFile* file, Handle fond, std::int16_t style);
-bool has_ttc_true_Flag(QuillmarkResourceFile* file, Handle fond, std::int16_t style);
-
-// Resource ID of the first association entry of the style, whatever its size; -1 when there is none.
-std::int16_t getFirstResourceIDFromHandleAndStyle(QuillmarkResourceFile* file, Handle fond,
-                                                  std::int16_t style);
-std::int16_t getStyleFromStyleIndex(QuillmarkResourceFile* file, Handle fond,
-                                    std::int16_t index);  // from 0; -1
-int getCountOfUniqueStyles(QuillmarkResourceFile* file, Handle fond);
-// Distinct, ascending; style -1 stands for every style of the FOND.
-std::vector<std::int16_t> getSortedResIDsForStyle(QuillmarkResourceFile* file, Handle fond, int style);
-
-// Path of the printer font file of a style beside the resource file; null when none is there. The caller
-// releases it.
-CFStringRef CreatePrinterPath(QuillmarkResourceFile* file, Handle fond, int style);
+// Of an `sfnt` resource, empty for a missing one, and of the stored name of its family.
+bool has_OTTO_Flag_inResource(Bytes outline);
+bool has_ttc_true_Flag(Bytes outline, std::string_view family_name);
 
 // Owner of one reference to a resource file.
 class ResourceFileHolder {
@@ -54,19 +44,6 @@ class ResourceFileHolder {
 
  private:
   QuillmarkResourceFile* file_;
-};
-
-// Releases a map's resource at the end of its scope.
-class ResourceHandle {
- public:
-  explicit ResourceHandle(Handle handle) : handle_(handle) {}
-  ~ResourceHandle() { ReleaseResource(handle_); }
-  ResourceHandle(const ResourceHandle&) = delete;
-  ResourceHandle& operator=(const ResourceHandle&) = delete;
-  Handle get() const { return handle_; }
-
- private:
-  Handle handle_;
 };
 
 }  // namespace quillmark

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/ascii_case.h"
-#include "platform/cf_ref.h"
-#include "platform/resource_manager.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/resource_manager/resource_manager.h"
+#include "platform/text/ascii_case.h"
 #include "support/wide_string.h"
 
 namespace quillmark {

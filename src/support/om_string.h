@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/core_foundation.h"
 
 namespace quillmark {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "platform/text_encoding.h"
+#include "platform/text/text_encoding.h"
 #include "support/pascal_string.h"
 
 namespace quillmark {

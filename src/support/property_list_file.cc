@@ -10,8 +10,8 @@
 #include <memory>
 #include <new>
 
-#include "platform/cf_ref.h"
-#include "platform/forks.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/files/font_file.h"
 
 namespace quillmark::NCFUtils {
 namespace {

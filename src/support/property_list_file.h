@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/core_foundation.h"
 
 namespace quillmark::NCFUtils {
 

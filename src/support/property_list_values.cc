@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark::NCFUtils {
 namespace {

@@ -3,7 +3,7 @@
 #ifndef QUILLMARK_SUPPORT_RESOURCE_LOCATION_H_
 #define QUILLMARK_SUPPORT_RESOURCE_LOCATION_H_
 
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
 

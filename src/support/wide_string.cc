@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
 namespace {

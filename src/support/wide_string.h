@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/core_foundation.h"
 #include "support/om_string.h"
 
 namespace quillmark {

@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <memory>
 
-#include "analysis/crc32.h"
 #include "builders/big_endian.h"
 #include "builders/collection_builder.h"
 #include "builders/temp_folder.h"
+#include "platform/crc32.h"
 
 namespace quillmark {
 namespace {
@@ -23,8 +23,12 @@ class Collection : public testing::Test {
  protected:
   // The status of reading the file, and its faces.
   CollectionStatus Load(const std::string& bytes) {
-    path_ = folder_.Write(std::to_string(++files_) + ".ttc", bytes);
-    collection_ = std::make_unique<TrueTypeCollectionFont>(path_);
+    return LoadFile(folder_.Write(std::to_string(++files_) + ".ttc", bytes));
+  }
+  CollectionStatus LoadFile(const std::string& path) {
+    collection_.reset();
+    file_ = std::make_unique<FontFile>(access_, path);
+    collection_ = std::make_unique<TrueTypeCollectionFont>(*file_);
     return collection_->ReadIntoMemory();
   }
   // Cuts a face out; read in place it must be the same font.
@@ -51,7 +55,8 @@ class Collection : public testing::Test {
 
   TempFolder folder_;
   int files_ = 0;
-  std::string path_;
+  FileAccess access_;
+  std::unique_ptr<FontFile> file_;
   std::unique_ptr<TrueTypeCollectionFont> collection_;
   std::vector<char> out_;
 };
@@ -72,7 +77,7 @@ TEST_F(Collection, RefusesFilesThatAreNoCollection) {
   }
   const std::string huge = folder_.Write("huge.ttc", good);
   std::filesystem::resize_file(huge, 5ull << 30);
-  EXPECT_EQ(TrueTypeCollectionFont(huge).ReadIntoMemory(), kCollectionFileError);
+  EXPECT_EQ(LoadFile(huge), kCollectionFileError);
 }
 
 TEST_F(Collection, FacesMustFitTheFile) {

@@ -2,20 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <initializer_list>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "analysis/checksum.h"
-#include "analysis/postscript_metadata.h"
-#include "analysis/printer_font.h"
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
-#include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
+#include "quillmark/quillmark.h"
+#include "resources/fond_kerning.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -34,28 +30,9 @@ struct KerningChecksums {
   bool operator==(const KerningChecksums&) const = default;
 };
 
-// Of a FOND that belongs to no file: the second is the CRC of the kerning pairs alone. With its kerning
-// remembered it has the same.
 KerningChecksums Checksums(const std::string& fond, std::int16_t style) {
-  const Handle handle = NewHandle(static_cast<Size>(fond.size()));
-  std::ranges::copy(fond, *handle);
-  const auto ask = [handle, style] {
-    std::uint32_t file_checksum = 1;
-    const KerningChecksums found = {
-        GetKestineChecksum(handle, style),
-        GetOmbreluxChecksum("/nowhere/at/all", nullptr, handle, style, false, file_checksum)};
-    EXPECT_EQ(file_checksum, found.ombrelux);
-    return found;
-  };
-  const KerningChecksums checksums = ask();
-  {
-    const FondKerningScope scope(handle);
-    EXPECT_EQ(ask(), checksums);
-    const FondKerningScope of_none(nullptr);  // must not serve this FOND
-    EXPECT_EQ(ask(), checksums);
-  }
-  DisposeHandle(handle);
-  return checksums;
+  const FondKerning kerning(AsBytes(fond));
+  return {kerning.SumOfBytes(style), kerning.CrcOfPairs(style)};
 }
 
 // The walk as the scheme states it, one byte at a time.
@@ -131,35 +108,31 @@ TEST(FaceChecksums, FollowOverlappingSubTables) {
     builder.SetU32(forward, (i % 3 == 0 ? 0x10000u : 0u) + 600u);
     builder.SetU32(forward + 4 + 600 * 4, 0x10000u - 600u);
   }
-  for (const std::int16_t style : std::initializer_list<std::int16_t>{0, 1}) {
+  for (std::int16_t style = 0; style < 2; ++style) {
     const KerningChecksums checksums = Checksums(builder.Build(), style);
     EXPECT_EQ(checksums, SlowChecksums(builder.Build(), style)) << style;
     EXPECT_GT(checksums.kestine, 1000000u) << "the long sub-tables were not met";
   }
 }
 
-// A resource file with one FOND, beside which a printer font file may lie.
-struct ResourceFont {
-  ResourceFont(const TempFolder& folder, ResourceForkBuilder fork, const std::string& fond_data)
-      : path(folder.Write("Suitcase", fork.Add(FourCharCode("FOND"), 128, fond_data, "Qq").Build())),
-        file(QuillmarkResourceFile::initWithFile(path, true)),
-        fond(getHandleOfTypeAndResID(file.get(), FourCharCode("FOND"), 128)) {}
+// The checksum of style 0 of the one FOND of a resource file, beside which a printer font file may lie.
+std::uint32_t Ombrelux(const std::string& resource_path, const std::string& whole_path) {
+  FileAccess access;
+  const ResourceFileHolder resources(QuillmarkResourceFile::initWithFile(resource_path, true));
+  Family family(resources.get(), getHandleOfTypeAndIndex(resources.get(), FourCharCode("FOND"), 1));
+  FontFile file(access, whole_path);
+  PrinterFonts printer_fonts(access, QM_ATTRIBUTES_ALL);
+  const FaceChecksums checksums = GetOmbreluxChecksum(file, *resources.get(), family, 0, printer_fonts);
+  EXPECT_EQ(checksums.legacy, checksums.current);
+  return checksums.current;
+}
+std::uint32_t Ombrelux(const std::string& path) { return Ombrelux(path, path); }
 
-  std::uint32_t Ombrelux(bool want_data_fork, std::uint32_t& file_checksum) const {
-    return GetOmbreluxChecksum(path, file.get(), fond.get(), 0, want_data_fork, file_checksum);
-  }
-
-  std::string path;
-  ResourceFileHolder file;
-  ResourceHandle fond;
-};
+std::string WriteSuitcase(const TempFolder& folder, ResourceForkBuilder fork, const FondBuilder& fond) {
+  return folder.Write("Suitcase", fork.Add(FourCharCode("FOND"), 128, fond.Build(), "Qq").Build());
+}
 
 TEST(FaceChecksums, TakePrinterFontsSegmentBySegment) {
-  constexpr ResType kPost = FourCharCode("POST");
-  const TempFolder folder;
-  const ResourceFont font(folder, ResourceForkBuilder().Add(FourCharCode("NFNT"), 5, "bitmap"),
-                          FondBuilder(128).Association(9, 0, 5).StyleString("Quill-Bold").Build());
-  EXPECT_EQ(ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 77), 77u);  // none beside it
   const auto first_and = [](std::int16_t id, const char* bytes) {
     return ResourceForkBuilder().Add(kPost, 501, "first").Add(kPost, id, bytes);
   };
@@ -167,26 +140,33 @@ TEST(FaceChecksums, TakePrinterFontsSegmentBySegment) {
     const char* name;
     std::string data_fork;
     std::string resource_fork;
-    std::uint32_t expected;  // from 77
+    const char* summed;
+    bool continues = true;  // what the kerning gave
   } rows[] = {
-      {"gap", "", first_and(503, "third").Build(), Crc("first", 77)},
-      {"empty one", "", first_and(502, "").Add(kPost, 503, "third").Build(), Crc("first", 77)},
-      {"map in the data fork", first_and(502, "second").Build(), "", Crc("firstsecond", 77)},
-      {"no map", "%!PS", "", Crc("%!PS")},  // starts anew
+      {"gap", "", first_and(503, "third").Build(), "first"},
+      {"empty one", "", first_and(502, "").Add(kPost, 503, "third").Build(), "first"},
+      {"map in the data fork", first_and(502, "second").Build(), "", "firstsecond"},
+      {"no map", "%!PS", "", "%!PS", false},
   };
-  for (const auto& row : rows) {
-    folder.Write("QuillBol", row.data_fork);
-    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(row.resource_fork).Build());
-    EXPECT_EQ(ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 77), row.expected) << row.name;
-    const std::uint32_t from_0 = ChecksumPrinterFile(font.file.get(), font.fond.get(), 0, 0);
-    std::uint32_t file_checksum = 1;
-    EXPECT_EQ(font.Ombrelux(false, file_checksum), from_0 != 0 ? from_0 : Crc("bitmap")) << row.name;
+  const FondBuilder plain = FondBuilder(128).Association(9, 0, 5).StyleString("Quill-Bold");
+  for (const bool kerned : {false, true}) {
+    const TempFolder folder;
+    const std::string path =
+        WriteSuitcase(folder, ResourceForkBuilder().Add(FourCharCode("NFNT"), 5, "bitmap"),
+                      kerned ? FondBuilder(plain).Kerning(0, {{1, 2, 3}}) : plain);
+    for (const auto& row : rows) {
+      folder.Write("QuillBol", row.data_fork);
+      folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(row.resource_fork).Build());
+      const std::uint32_t start = kerned && row.continues ? Crc("\1\2\0\3"s) : 0;
+      EXPECT_EQ(Ombrelux(path), Crc(row.summed, start)) << row.name;
+    }
   }
 }
 
 TEST(FaceChecksums, FallBackFromOutlinesToBitmapsToTheFile) {
   const auto fond = FondBuilder(128).Association(0, 0, 7).Association(9, 0, 5).Association(9, 1, 6);
   const auto kerned_fond = FondBuilder(fond).Kerning(0, {{1, 2, 3}});
+  const std::uint32_t kerning = Crc("\1\2\0\3"s);
   const auto bitmaps = ResourceForkBuilder()
                            .Add(FourCharCode("NFNT"), 7, "seven")
                            .Add(FourCharCode("FONT"), 5, "old")
@@ -198,81 +178,22 @@ TEST(FaceChecksums, FallBackFromOutlinesToBitmapsToTheFile) {
     const char* name;
     ResourceForkBuilder fork;
     FondBuilder fond;
-    std::optional<std::uint32_t> expected;  // none: the whole file's
+    std::uint32_t alone;  // when the file itself cannot be read
+    bool is_file_summed = false;
   } rows[] = {
       {"outlines", outlines, fond, Crc("AB")},
-      {"outlines after kerning", outlines, kerned_fond, Crc("AB", Crc("\1\2\0\3"s))},
+      {"outlines after kerning", outlines, kerned_fond, Crc("AB", kerning)},
       {"bitmaps", bitmaps, fond, Crc("newoldseven")},
-      {"bitmaps after kerning", bitmaps, kerned_fond, std::nullopt},
-      {"nothing", ResourceForkBuilder(), fond, std::nullopt},
+      {"bitmaps after kerning", bitmaps, kerned_fond, kerning, true},
+      {"nothing", ResourceForkBuilder(), fond, 0, true},
   };
   for (const auto& row : rows) {
     const TempFolder folder;
-    const ResourceFont font(folder, row.fork, row.fond.Build());
-    // Whole files end with a resource fork beside the one that is open.
+    const std::string path = WriteSuitcase(folder, row.fork, row.fond);
+    EXPECT_EQ(Ombrelux(path, "/nowhere/at/all"), row.alone) << row.name;
+    // Whole files end with a resource fork; the map that is read stands in the data fork.
     folder.Write("._Suitcase", AppleDoubleBuilder().ResourceFork("fork").Build());
-    const std::uint32_t data_fork = Crc(ReadFile(font.path));
-    const std::uint32_t expected = row.expected.value_or(Crc("fork", data_fork));
-    std::uint32_t file_checksum = 1;
-    EXPECT_EQ(font.Ombrelux(false, file_checksum), expected) << row.name;
-    EXPECT_EQ(file_checksum, expected) << row.name;
-    EXPECT_EQ(font.Ombrelux(true, file_checksum), data_fork) << row.name;
-    EXPECT_EQ(file_checksum, Crc("fork", data_fork)) << row.name;
-    if (!row.expected) continue;
-    // A file that cannot be read leaves what the face itself gave.
-    EXPECT_EQ(GetOmbreluxChecksum("", font.file.get(), font.fond.get(), 0, true, file_checksum), expected);
-    EXPECT_EQ(file_checksum, expected) << row.name;
-  }
-}
-
-TEST(FaceChecksums, AndNamesAreTheSameWhenStylesShareWhatTheyName) {
-  // Styles 0 to 3 name one printer font file, 4 to 7 an outline; the odd ones are kerned.
-  FondBuilder fond(128);
-  fond.StyleString("Quill-Bold");
-  for (std::int16_t style = 0; style < 8; ++style) {
-    fond.Association(style < 4 ? 9 : 0, style, style < 4 ? 5 : 7);
-    if (style >= 6) fond.Association(0, style, 8);
-    if (style % 2 == 1) fond.Kerning(style, {{1, 2, style}});
-  }
-  const auto suitcase = ResourceForkBuilder()
-                            .Add(FourCharCode("NFNT"), 5, "bitmap")
-                            .Add(FourCharCode("sfnt"), 7, "seven")
-                            .Add(FourCharCode("sfnt"), 8, "eight");
-  const auto segments = ResourceForkBuilder()
-                            .Add(FourCharCode("POST"), 501, "\1 /FamilyName (Fa) /version (1) /FontName /Na ")
-                            .Add(FourCharCode("POST"), 502, "second");
-  for (const std::string& fork : {segments.Build(), ResourceForkBuilder().Build(), ""s}) {
-    const TempFolder folder;
-    const ResourceFont font(folder, suitcase, fond.Build());
-    folder.Write("QuillBol", "%!PS /version (2)");
-    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork(fork).Build());
-    const auto ask = [&font] {
-      std::vector<std::string> found;
-      for (std::int16_t style = 0; style < 8; ++style) {
-        std::uint32_t file_checksum = 1;
-        found.push_back(std::to_string(GetOmbreluxChecksum(font.path, font.file.get(), font.fond.get(), style,
-                                                           style == 3, file_checksum)));
-        found.push_back(std::to_string(file_checksum));
-        GatheredNames names;
-        if (style >= 2) names.version = "given";  // and so kept
-        FaceOutputs outputs = names.Outputs();
-        if (style % 2 == 1) outputs.names.full_name = nullptr;
-        found.push_back(std::to_string(
-            CollectPSMetaDataMac(font.file.get(), font.path, font.fond.get(), style, outputs)));
-        for (const OmString& name :
-             {names.kind, names.family, names.version, names.post_script, names.full}) {
-          found.push_back(name.str());
-        }
-      }
-      return found;
-    };
-    const auto alone = ask();
-    const ChecksumScope checksums;
-    const PrinterFontScope printer_fonts;
-    EXPECT_EQ(ask(), alone);
-    folder.Write("QuillBol", "changed");
-    folder.Write("._QuillBol", AppleDoubleBuilder().ResourceFork("changed").Build());
-    EXPECT_EQ(ask(), alone) << "read again";
+    EXPECT_EQ(Ombrelux(path), row.is_file_summed ? Crc(ReadFile(path) + "fork") : row.alone) << row.name;
   }
 }
 

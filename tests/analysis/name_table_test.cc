@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <variant>
+
 #include "analysis/name_record.h"
 #include "builders/big_endian.h"
 #include "builders/sfnt_builder.h"
@@ -13,24 +16,19 @@ using big_endian::Set16;
 using big_endian::Set32;
 using big_endian::Utf16;
 
+// No names, and the kind of the fault, where the table gives none.
 struct Read {
-  bool found = false;
-  OmString foundry, family, version, post_script, display, full, windows_full;
+  FaceNames names;
+  std::optional<NameFault::Kind> fault;
 };
 
 Read ReadNames(const std::string& font) {
-  Read read;
-  for (OmString* text :
-       {&read.foundry, &read.family, &read.version, &read.post_script, &read.full, &read.windows_full}) {
-    *text = "preset";
-  }
-  read.found = getMetaDataFromNamesTable(
-      SfntData(AsBytes(font)), {&read.foundry, &read.family, &read.version, &read.post_script, &read.display,
-                                &read.full, &read.windows_full});
-  return read;
+  auto names = getMetaDataFromNamesTable(SfntData(AsBytes(font)));
+  if (const auto* fault = std::get_if<NameFault>(&names)) return {{}, fault->kind};
+  return {std::get<FaceNames>(std::move(names)), std::nullopt};
 }
 
-std::string Family(const SfntBuilder& builder) { return ReadNames(builder.Build()).family.str(); }
+std::string Family(const SfntBuilder& builder) { return ReadNames(builder.Build()).names.family.str(); }
 
 // A font whose only record, of family name, has these IDs and bytes.
 std::string DecodedAs(std::uint16_t platform, std::uint16_t encoding, std::uint16_t language,
@@ -38,19 +36,20 @@ std::string DecodedAs(std::uint16_t platform, std::uint16_t encoding, std::uint1
   return Family(SfntBuilder().Name(platform, encoding, language, 1, bytes));
 }
 
-std::string Line(const Read& read) {
-  return read.foundry.str() + "|" + read.family.str() + "|" + read.version.str() + "|" +
-         read.post_script.str() + "|" + read.display.str() + "|" + read.full.str() + "|" +
-         read.windows_full.str();
+std::string Line(const SfntBuilder& font) {
+  const FaceNames names = ReadNames(font.Build()).names;
+  return names.foundry.str() + "|" + names.family.str() + "|" + names.version.str() + "|" +
+         names.post_script_name.str() + "|" + names.display_name.str() + "|" + names.full_name.str() + "|" +
+         names.windows_full_name.str();
 }
 
-TEST(NameTable, FillsEveryOutputAndFallsBack) {
+TEST(NameTable, FillsEveryNameAndFallsBack) {
   SfntBuilder all;
   all.MacName(0, "Copyright").MacName(1, "Family").MacName(4, "Full (Name)").MacName(5, "Version 1");
   all.MacName(6, "Post{Script}<%>").MacName(8, "Maker").MacName(16, "Typographic");
-  EXPECT_EQ(Line(ReadNames(all.WindowsName(4, u"Windows Name").Build())),
+  EXPECT_EQ(Line(all.WindowsName(4, u"Windows Name")),
             "Maker|Typographic|Version 1|Post-Script-<%>|Post{Script}<%>|Full (Name)|Windows Name");
-  EXPECT_EQ(Line(ReadNames(SfntBuilder().MacName(0, "Copyright").MacName(4, "Full [x]/y").Build())),
+  EXPECT_EQ(Line(SfntBuilder().MacName(0, "Copyright").MacName(4, "Full [x]/y")),
             "Copyright|||Full--x--y|Full [x]/y|Full [x]/y|Full [x]/y");
 }
 
@@ -70,12 +69,10 @@ TEST(NameTable, PrefersRecordsByPlatformAndLanguage) {
   };
   for (const auto& [font, family] : rows) EXPECT_EQ(Family(font), family);
   // The first Windows full name of any language; no PostScript name that is not ASCII.
-  EXPECT_EQ(Line(ReadNames(SfntBuilder()
-                               .WindowsName(6, u"Caf\u00E9")
-                               .WindowsName(4, u"Deutsch", 0x407)
-                               .WindowsName(4, u"US")
-                               .Build())),
-            "|||US|US|US|Deutsch");
+  EXPECT_EQ(
+      Line(
+          SfntBuilder().WindowsName(6, u"Caf\u00E9").WindowsName(4, u"Deutsch", 0x407).WindowsName(4, u"US")),
+      "|||US|US|US|Deutsch");
 }
 
 TEST(NameTable, ChoosesTheFormOfTheTextByItsIds) {
@@ -106,9 +103,7 @@ TEST(NameTable, AJapaneseRecordTurnsTheSingleByteOnesBehindItToShiftJis) {
                                .Name(1, 1, 11, 99, "\x83\x41")  // read as one 16-bit unit
                                .Name(1, 0, 5, 1, "\x83\x41")    // katakana A
                                .Name(1, 0, 0, 8, "\x83");       // cut: skipped
-  const Read read = ReadNames(font.Build());
-  EXPECT_EQ(read.foundry.str(), "?A");
-  EXPECT_EQ(read.family.str(), "\u30A2");
+  EXPECT_EQ(Line(font), "?A|\u30A2|||||");
 }
 
 // The name table's records begin 6 bytes into it.
@@ -130,32 +125,54 @@ TEST(NameTable, FieldsOfARecordAreSigned) {
     Set16(spoiled, table + 4, row.string_offset);
     Set16(spoiled, table + 14, row.length);
     Set16(spoiled, table + 16, row.offset);
-    EXPECT_EQ(ReadNames(spoiled).version.str(), row.expected) << row.what;
+    EXPECT_EQ(ReadNames(spoiled).names.version.str(), row.expected) << row.what;
   }
 }
 
 TEST(NameTable, TheTableMustBeValidAndHoldText) {
   const std::string font = SfntBuilder().MacName(1, "Family").Table("tail", "tail").Build();
   const std::size_t table = TablePosition(font, "name");
-  const auto with_entry = [&](std::uint32_t offset, std::uint32_t length) {
-    std::string spoiled = font;
-    Set32(spoiled, EntryPosition(font, "name") + 8, offset);
-    Set32(spoiled, EntryPosition(font, "name") + 12, length);
-    return ReadNames(spoiled);
-  };
+  const std::size_t entry = EntryPosition(font, "name");
   const auto size = static_cast<std::uint32_t>(font.size());
   const auto at = static_cast<std::uint32_t>(table);
-  EXPECT_TRUE(with_entry(at, 0).found) << "records are bounded by the font, not by the length";
-  EXPECT_TRUE(with_entry(at, 0u - at).found) << "a sum that wraps";
-  for (const Read& read : {with_entry(0, 30), with_entry(size, 0), with_entry(at, size), ReadNames("")}) {
-    EXPECT_FALSE(read.found);
-    EXPECT_EQ(read.family.str(), "preset") << "nothing is written";
-  }
-  // An empty table empties the outputs; the walk of the most records ends with the font.
-  for (const auto& [count, family] : {std::pair{0u, ""}, {0x8000u, ""}, {0xFFFFu, ""}, {0x7FFFu, "Family"}}) {
+  const auto with_entry = [&](std::uint32_t offset, std::uint32_t length) {
     std::string spoiled = font;
-    Set16(spoiled, table + 2, count);
-    EXPECT_EQ(ReadNames(spoiled).family.str(), family) << count;
+    Set32(spoiled, entry + 8, offset);
+    Set32(spoiled, entry + 12, length);
+    return spoiled;
+  };
+  const auto with = [&](std::size_t place, std::uint32_t value) {
+    std::string spoiled = font;
+    Set16(spoiled, place, value);
+    return spoiled;
+  };
+  const struct {
+    const char* what;
+    std::string font;
+    std::optional<NameFault::Kind> fault;
+  } rows[] = {
+      {"records are bounded by the font, not by the length", with_entry(at, 0), std::nullopt},
+      {"a sum that wraps", with_entry(at, 0u - at), std::nullopt},
+      {"the walk of the most records ends with the font", with(table + 2, 0x7FFF), std::nullopt},
+      {"nothing", "", NameFault::kNoDirectory},
+      {"no tables", with(4, 0), NameFault::kNoTables},
+      {"a negative number of tables", with(4, 0x8000), NameFault::kTooManyTables},
+      {"entries cut off", font.substr(0, entry + 8), NameFault::kCutDirectory},
+      {"no name table", SfntBuilder().Table("tail", "tail").Build(), NameFault::kNoTable},
+      {"at offset 0", with_entry(0, 30), NameFault::kOffsetZero},
+      {"past the end", with_entry(at, size), NameFault::kPastEnd},
+      {"at the end", with_entry(size, 0), NameFault::kPastEnd},
+      {"header cut off", with_entry(size - 4, 0), NameFault::kCutHeader},
+      {"no records", with(table + 2, 0), NameFault::kNoNames},
+      {"a negative number of records", with(table + 2, 0x8000), NameFault::kNoNames},
+      {"records cut off", with_entry(at, 0).substr(0, table + 17), NameFault::kCutRecords},
+      {"text outside", with(table + 14, 0x7FFF), NameFault::kNoTextInside},
+      {"text that is none", SfntBuilder().Name(3, 1, 0, 1, "\xD8\x3D").Build(), NameFault::kNoValidText},
+  };
+  for (const auto& row : rows) {
+    const Read read = ReadNames(row.font);
+    EXPECT_EQ(read.fault, row.fault) << row.what;
+    EXPECT_EQ(read.names.family.str(), row.fault ? "" : "Family") << row.what;
   }
 }
 

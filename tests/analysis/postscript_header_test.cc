@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "builders/gathered_names.h"
+#include "quillmark/quillmark.h"
 
 namespace quillmark {
 namespace {
@@ -29,16 +27,22 @@ TEST(PostScriptHeader, FindsTheValueOfAKey) {
       {"/Notice " + std::string(1 << 20, '('), std::string(3999, '(')},
   };
   for (const auto& [header, expected] : rows) {
-    OmString value = "-";
-    EXPECT_TRUE(findBlobForToken(LowerCasedHeader(header), header, "/notice", &value));
-    EXPECT_EQ(value.str(), expected) << header.substr(0, 40);
+    EXPECT_EQ(findBlobForToken(LowerCasedHeader(header), header, "/notice"), expected)
+        << header.substr(0, 40);
   }
 }
 
-std::string Summary(const GatheredNames& names) {
-  return names.kind.str() + "|" + names.version.str() + "|" + names.family.str() + "|" +
-         names.post_script.str() + "|" + names.foundry.str();
-}
+// What headers give, one after the other.
+struct Gathered {
+  FaceNames names;
+  OmString kind;
+
+  std::string Add(const PostScriptHeader& header) {
+    GatherPostScriptMetaData(header, QM_ATTRIBUTES_ALL, names, kind);
+    return kind.str() + "|" + names.version.str() + "|" + names.family.str() + "|" +
+           names.post_script_name.str() + "|" + names.foundry.str();
+  }
+};
 
 TEST(PostScriptHeader, PrefersOneKeyToAnother) {
   const ValueRow rows[] = {
@@ -53,18 +57,20 @@ TEST(PostScriptHeader, PrefersOneKeyToAnother) {
       {"/Notice () /Copyright (URW 1990)", "PostScript||||"},
   };
   for (const auto& [header, expected] : rows) {
-    GatheredNames names;
-    GatherPostScriptMetaDataFromData(LowerCasedHeader(header), header, names.Outputs());
-    EXPECT_EQ(Summary(names), expected) << header;
-    EXPECT_EQ(names.display.str(), names.post_script.str()) << header;
+    Gathered all;
+    EXPECT_EQ(all.Add(ReadPostScriptHeader(header, true)), expected) << header;
+    EXPECT_EQ(all.names.display_name.str(), all.names.post_script_name.str()) << header;
+    FaceNames names;
+    GatherPostScriptMetaData(ReadPostScriptHeader(header, false), 0, names, all.kind);
+    EXPECT_EQ(names.foundry.str() + names.post_script_name.str() + names.full_name.str(), "")
+        << "not asked for";
   }
 }
 
 TEST(PostScriptHeader, ReplacesOnlyWhatAKeyMayReplace) {
-  GatheredNames names;
-  const auto gather = [&names](const std::string& header) {
-    GatherPostScriptMetaDataFromData(LowerCasedHeader(header), header, names.Outputs());
-    return Summary(names);
+  Gathered all;
+  const auto gather = [&all](const std::string& header) {
+    return all.Add(ReadPostScriptHeader(header, true));
   };
   gather("/WeightVector /version 9 /FamilyName (old) /FontName (Old) /Notice (old URW)");
   EXPECT_EQ(gather("/version 1 /FullName (New) /Copyright (URW)"), "PostScript - MM|9|old|Old|old URW");
@@ -76,16 +82,11 @@ TEST(PostScriptHeader, TakesAResourceCutAnywhere) {
   const std::string header =
       "\1\0%!PS-AdobeFont-1.0: A\0B-C\n/CIDFontVersion [1 [2]] /Notice (a\0URW) /FullName {F B}"s;
   for (std::size_t length = 0; length <= header.size(); ++length) {
-    GatheredNames names;
-    const Handle handle = NewHandle(static_cast<Size>(length));
-    std::ranges::copy(std::string_view(header).substr(0, length), *handle);
-    GatherMetaDataFromHandle(handle, names.Outputs());
-    DisposeHandle(handle);
-    EXPECT_EQ(names.kind.str(), "PostScript") << length;
+    const std::string found = Gathered().Add(ReadPostHeader(AsBytes(header).first(length), true));
+    EXPECT_TRUE(found.starts_with("PostScript|")) << length;
     if (length < header.size()) continue;
-    EXPECT_EQ(Summary(names), "PostScript|1 [2]|A_B|F B|a_URW");
+    EXPECT_EQ(found, "PostScript|1 [2]|A_B|F B|a_URW");
   }
-  GatherMetaDataFromHandle(nullptr, FaceOutputs());
 }
 
 }  // namespace

@@ -8,10 +8,10 @@
 
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
-#include "builders/gathered_names.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
 #include "builders/type1_builder.h"
+#include "quillmark/quillmark.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -29,36 +29,34 @@ FondBuilder BitmapFamily(const std::string& post_script_name) {
 }
 
 // An open suitcase with one family, and what its style 0 gathers.
-class Family {
+class Suitcase {
  public:
-  explicit Family(const std::string& resource_name,
-                  const std::string& fond = BitmapFamily("Quill-Bold").Build(),
-                  ResourceForkBuilder fork = ResourceForkBuilder())
-      : path_(folder.Write("Suitcase", fork.Add(FourCharCode("FOND"), 128, fond, resource_name).Build())),
-        file_(QuillmarkResourceFile::initWithFile(path_, true)),
-        fond_(getHandleOfTypeAndResID(file_.get(), FourCharCode("FOND"), 128)) {}
+  explicit Suitcase(const std::string& resource_name,
+                    const std::string& fond = BitmapFamily("Quill-Bold").Build(),
+                    ResourceForkBuilder fork = ResourceForkBuilder())
+      : file_(QuillmarkResourceFile::initWithFile(
+            folder.Write("Suitcase", fork.Add(FourCharCode("FOND"), 128, fond, resource_name).Build()),
+            true)),
+        family_(file_.get(), getHandleOfTypeAndResID(file_.get(), FourCharCode("FOND"), 128)) {}
 
   // A printer font file of a resource fork alone.
   void AddPrinterFile(const std::string& name, const ResourceForkBuilder& fork) const {
     folder.Write(name, "");
     folder.Write("._" + name, AppleDoubleBuilder().ResourceFork(fork.Build()).Build());
   }
-  CollectStatus Collect(const FaceOutputs& outputs) const {
-    return CollectPSMetaData(file_.get(), path_, fond_.get(), 0, outputs);
-  }
-  CollectStatus CollectMac(const FaceOutputs& outputs) const {
-    return CollectPSMetaDataMac(file_.get(), path_, fond_.get(), 0, outputs);
-  }
-  void CollectOutlines(const FaceOutputs& outputs) const {
-    Collect_sfnt_MetaDataFromPrinterInfo(file_.get(), fond_.get(), 0, outputs);
+  PostScriptFace Collect(CollectStatus expected) {
+    FileAccess access;
+    PrinterFonts printer_fonts(access, QM_ATTRIBUTES_ALL);
+    PostScriptFace face;
+    EXPECT_EQ(CollectPSMetaData(file_.get(), family_, 0, QM_ATTRIBUTES_ALL, printer_fonts, face), expected);
+    return face;
   }
 
   const TempFolder folder;
 
  private:
-  std::string path_;
   ResourceFileHolder file_;
-  ResourceHandle fond_;
+  Family family_;
 };
 
 // The value of a key in the font's metrics file, which its maker wrote beside the program.
@@ -78,11 +76,9 @@ TEST(PostScriptMetadata, ReadsRealPrinterFonts) {
     const std::string program = ReadFile(path);
     const std::string metrics = ReadFile(path.replace_extension(".afm"));
     const std::string post_script = MetricsValue(metrics, "FontName");
-    const Family family("Screen Name", BitmapFamily(post_script).Build());
-    GatheredNames without_file;
-    EXPECT_EQ(family.Collect(without_file.Outputs()), kPrinterFontMissing) << path;
+    Suitcase family("Screen Name", BitmapFamily(post_script).Build());
     const std::string printer_file =
-        std::filesystem::path(without_file.printer_font_path.str()).filename().string();
+        std::filesystem::path(family.Collect(kPrinterFontMissing).printer_font_path).filename().string();
 
     ResourceForkBuilder fork;
     AddPostResources(fork, PostSegments(program));
@@ -92,14 +88,13 @@ TEST(PostScriptMetadata, ReadsRealPrinterFonts) {
         std::filesystem::remove(family.folder.Path("._" + printer_file));
         family.folder.Write(printer_file, program);
       }
-      GatheredNames names;
-      EXPECT_EQ(family.Collect(names.Outputs()), kCollected) << path;
+      const FaceNames names = family.Collect(kCollected).names;
       EXPECT_EQ(names.family.str(), MetricsValue(metrics, "FamilyName")) << path;
-      EXPECT_EQ(names.post_script.str(), post_script) << path;
+      EXPECT_EQ(names.post_script_name.str(), post_script) << path;
       EXPECT_EQ(names.version.str(), MetricsValue(metrics, "Version")) << path;
       EXPECT_EQ(names.foundry.str(), MetricsValue(metrics, "Notice")) << path;
       // Resources leave the screen fonts' own name standing; the data fork is read after it was set.
-      EXPECT_EQ(names.display.str(), in_data_fork ? post_script : "Screen Name") << path;
+      EXPECT_EQ(names.display_name.str(), in_data_fork ? post_script : "Screen Name") << path;
     }
   }
   EXPECT_EQ(fonts, 35) << "fonts-urw-base35 is not installed";
@@ -112,26 +107,24 @@ TEST(PostScriptMetadata, ReadsTheFirstTwoSegments) {
     std::string second;
     const char* family;
     const char* post_script;
-    CollectStatus status;
   } rows[] = {
-      {"\1 /FamilyName (First)", "\1 /FamilyName (Second)", "Second", "Quill-Bold", kCollected},
-      {"\1 /FamilyName (First)", full_segment.substr(0, 2048), "First", "Quill-Bold", kCollected},
-      {"\1 /FamilyName (First)", full_segment.substr(0, 2047), "Second", "Quill-Bold", kCollected},
-      {full_segment.substr(0, 2048), "", "Second", "Quill-Bold", kCollected},
-      {"", "\1 /FamilyName (Second)", "", "Quill-Bold", kUndecided},
-      {"\1 /FontName (Quill [Roman]) def", "\1 ", "Suitcase", "Quill--Roman-", kCollected},
-      {"\1 /FontName (Qu\xE9ll) def", "", "Suitcase", "Quill-Bold", kCollected},  // not UTF-8
+      {"\1 /FamilyName (First)", "\1 /FamilyName (Second)", "Second", "Quill-Bold"},
+      {"\1 /FamilyName (First)", full_segment.substr(0, 2048), "First", "Quill-Bold"},
+      {"\1 /FamilyName (First)", full_segment.substr(0, 2047), "Second", "Quill-Bold"},
+      {full_segment.substr(0, 2048), "", "Second", "Quill-Bold"},
+      {"", "\1 /FamilyName (Second)", "", "Quill-Bold"},
+      {"\1 /FontName (Quill [Roman]) def", "\1 ", "Suitcase", "Quill--Roman-"},
+      {"\1 /FontName (Qu\xE9ll) def", "", "Suitcase", "Quill-Bold"},  // not UTF-8
   };
   for (const auto& row : rows) {
-    const Family family("Qq");
+    Suitcase family("Qq");
     family.AddPrinterFile("QuillBol", ResourceForkBuilder()
                                           .Add(kPost, 501, row.first)
                                           .Add(kPost, 502, row.second)
                                           .Add(kPost, 503, "\1 /FamilyName (Third) /FontName /Third "));
-    GatheredNames names;
-    EXPECT_EQ(family.CollectMac(names.Outputs()), row.status) << row.first;
+    const FaceNames names = family.Collect(kCollected).names;
     EXPECT_EQ(names.family.str(), row.family) << row.first;
-    EXPECT_EQ(names.post_script.str(), row.post_script) << row.first;
+    EXPECT_EQ(names.post_script_name.str(), row.post_script) << row.first;
   }
 }
 
@@ -165,69 +158,55 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
       {"Qq", other_family(128, 1), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x41FF, 0), outline("typ1"), "CID", "Qq", kUndecided},
       {"Qq", other_family(0x4200, 0), outline("typ1"), "", "Qq", kUndecided},
-      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kPrinterFontMissing},
-      {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kPrinterFontMissing},
+      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kUndecided},  // no name of a file
+      {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kUndecided},
       {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM", "A-CID MM_", kUndecided},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.resource_name + " " + row.kind);
-    const Family family(row.resource_name, row.fond, row.fork);
-    GatheredNames names;
-    EXPECT_EQ(family.CollectMac(names.Outputs()), row.status);
-    EXPECT_EQ(names.kind.str(), row.kind);
-    EXPECT_EQ(names.display.str(), row.display);
-    EXPECT_EQ(family.CollectMac(FaceOutputs()), row.status);
+    const PostScriptFace face = Suitcase(row.resource_name, row.fond, row.fork).Collect(row.status);
+    EXPECT_EQ(face.kind_name.str(), row.kind);
+    EXPECT_EQ(face.names.display_name.str(), row.display);
   }
 }
 
 TEST(PostScriptMetadata, FallsBackToTheDataFork) {
-  const Family family("Qq");
+  Suitcase family("Qq");
   const std::string path = family.folder.Path("QuillBol");
-  const auto collect = [&family](CollectStatus expected) {
-    GatheredNames names;
-    EXPECT_EQ(family.Collect(names.Outputs()), expected);
-    return names;
-  };
-  EXPECT_EQ(collect(kPrinterFontMissing).printer_font_path.str(), path);
-  EXPECT_EQ(collect(kPrinterFontMissing).post_script.str(), "Quill-Bold");
+  const PostScriptFace missing = family.Collect(kPrinterFontMissing);
+  EXPECT_EQ(missing.printer_font_path, path);
+  EXPECT_EQ(missing.names.post_script_name.str(), "Quill-Bold");
   // Only the beginning is read, and zero bytes end values but not the search.
   family.folder.Write("QuillBol", "\0/FamilyName (Fa\0mily)"s + std::string(5980, ' ') + "/Version (1)");
-  EXPECT_EQ(collect(kCollected).family.str(), "Fa");
-  EXPECT_EQ(collect(kCollected).version.str(), "");
+  const FaceNames names = family.Collect(kCollected).names;
+  EXPECT_EQ(names.family.str() + "|" + names.version.str(), "Fa|");
   // A map without a first segment.
   family.AddPrinterFile("QuillBol", ResourceForkBuilder().Add(kPost, 502, "\1 /FamilyName (Second)"));
-  EXPECT_EQ(collect(kCollected).kind.str(), "");
+  EXPECT_EQ(family.Collect(kCollected).kind_name.str(), "");
   family.folder.Write("QuillBol", "/FamilyName (Data)");
-  EXPECT_EQ(collect(kCollected).family.str(), "Data");
+  EXPECT_EQ(family.Collect(kCollected).names.family.str(), "Data");
   std::filesystem::remove(path);
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-  collect(kPrinterFontMissing);
+  family.Collect(kPrinterFontMissing);
+}
+
+TEST(PostScriptMetadata, APrinterFontIsReadOnceForAllThatNameIt) {
+  const TempFolder folder;
+  const std::string path = folder.Write("QuillBol", "/FamilyName (Data)");
+  FileAccess access;
+  PrinterFonts printer_fonts(access, QM_ATTRIBUTES_ALL);
+  const PrinterFont& first = printer_fonts.At(path);
+  std::filesystem::remove(path);
+  EXPECT_EQ(&printer_fonts.At(path), &first);
+  ASSERT_TRUE(first.is_file && first.data_fork && *first.data_fork);
+  EXPECT_EQ((*first.data_fork)->family_name, "Data");
 }
 
 TEST(PostScriptMetadata, MakesNoPathOfANameThatHoldsASlash) {
   // In a double-byte family the file's name is what stands before the second hyphen.
-  const Family family("Qq",
-                      FondBuilder(0x4000).Association(9, 0, 7).StyleString("sub/secret-Light-H").Build());
+  Suitcase family("Qq", FondBuilder(0x4000).Association(9, 0, 7).StyleString("sub/secret-Light-H").Build());
   family.folder.Write("sub/secret-Light", "/FamilyName (Secret)");
-  GatheredNames names;
-  EXPECT_EQ(family.CollectMac(names.Outputs()), kPrinterFontMissing);
-  EXPECT_EQ(family.Collect(names.Outputs()), kUndecided);
-  EXPECT_EQ(names.printer_font_path.str(), "");
-  // A path that the caller gave is read all the same.
-  names.printer_font_path = family.folder.Write("Given", "/FamilyName (Given)");
-  EXPECT_EQ(family.Collect(names.Outputs()), kCollected);
-  EXPECT_EQ(names.family.str(), "Given");
-}
-
-TEST(PostScriptMetadata, GathersFromOutlineResources) {
-  const Family family(
-      "Qq", FondBuilder(128).Association(0, 0, 7).Association(0, 0, 8).Association(0, 0, 9).Build(),
-      ResourceForkBuilder().Add(kSfnt, 7, "/FamilyName (Seven)").Add(kSfnt, 9, "/version (9)"));
-  GatheredNames names;
-  family.CollectOutlines(names.Outputs());
-  EXPECT_EQ(names.family.str(), "Seven");
-  EXPECT_EQ(names.version.str(), "");
-  EXPECT_EQ(CollectPSMetaDataMac(nullptr, "", nullptr, 0, names.Outputs()), kUndecided);
+  EXPECT_EQ(family.Collect(kUndecided).printer_font_path, "");
 }
 
 }  // namespace

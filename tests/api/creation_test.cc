@@ -1,9 +1,11 @@
+#include "api/creation.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <zlib.h>
 
-#include <filesystem>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -12,6 +14,7 @@
 #include "builders/big_endian.h"
 #include "builders/collection_builder.h"
 #include "builders/fond_builder.h"
+#include "builders/memory_files.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/sfnt_builder.h"
 #include "builders/temp_folder.h"
@@ -22,12 +25,6 @@ namespace quillmark {
 namespace {
 
 using ::testing::ElementsAre;
-
-OwnedArray Create(const std::string& path, std::uint32_t request = QM_ATTRIBUTES_ALL) {
-  QM_FontArray* array = nullptr;
-  QM_CreateSpecifier(path.c_str(), 0, request, &array);
-  return OwnedArray(array);
-}
 
 SfntBuilder Font(std::u16string_view full_name) {
   return SfntBuilder::CrossPlatform().WindowsName(1, u"Quill  ").WindowsName(4, full_name);
@@ -44,11 +41,11 @@ std::vector<std::string> Names(const QM_FontArray& array) {
   return names;
 }
 
-struct Creation : ::testing::Test {
+struct CreationTest : ::testing::Test {
   TempFolder folder_;
 };
 
-TEST_F(Creation, AnswersOneWithoutAFace) {
+TEST_F(CreationTest, AnswersOneWithoutAFace) {
   ASSERT_EQ(mkfifo(folder_.Path("fifo.ttf").c_str(), 0600), 0);
   QM_FontArray untouched;
   QM_FontArray* array = &untouched;
@@ -61,7 +58,7 @@ TEST_F(Creation, AnswersOneWithoutAFace) {
   }
 }
 
-TEST_F(Creation, GivesOnlyWhatWasAskedFor) {
+TEST_F(CreationTest, GivesOnlyWhatWasAskedFor) {
   const std::string path = folder_.Write("a.ttf", Font(u"A").Build());
   const std::pair<std::uint32_t, OmString QM_FontSpecifier::*> rows[] = {
       {0x1, &QM_FontSpecifier::postScriptName},      {0x2, &QM_FontSpecifier::kind},
@@ -76,7 +73,7 @@ TEST_F(Creation, GivesOnlyWhatWasAskedFor) {
 }
 
 // Whether the data fork alone counts is decided by the platform, which is known only when asked for.
-TEST_F(Creation, ChecksumDependsOnThePlatformAskedFor) {
+TEST_F(CreationTest, ChecksumDependsOnThePlatformAskedFor) {
   const std::string font = Font(u"A").Build();
   const std::string fork = ResourceForkBuilder().Add(FourCharCode("vers"), 1, "1.0").Build();
   const std::string path = folder_.Write("a.ttf", font);
@@ -89,7 +86,7 @@ TEST_F(Creation, ChecksumDependsOnThePlatformAskedFor) {
   EXPECT_EQ(Create(path, 0x1)->at(0).checksum, Crc(font + fork));
 }
 
-TEST_F(Creation, ReadsTheFacesOfACollection) {
+TEST_F(CreationTest, ReadsTheFacesOfACollection) {
   const SfntBuilder kerned =
       Font(u"C").Table("kern", big_endian::U32(3) + big_endian::U32(4)).Table("more", "behind it");
   const std::string bytes = CollectionBuilder()
@@ -113,7 +110,7 @@ TEST_F(Creation, ReadsTheFacesOfACollection) {
   EXPECT_EQ(bare->at(0).platform.str(), "crossplatform");
 }
 
-TEST_F(Creation, ReadsEveryStyleOfEveryFond) {
+TEST_F(CreationTest, ReadsEveryStyleOfEveryFond) {
   ResourceForkBuilder fork;
   const auto add_fond = [&fork](std::int16_t id, std::int16_t styles) {
     FondBuilder fond(id);
@@ -140,56 +137,9 @@ TEST_F(Creation, ReadsEveryStyleOfEveryFond) {
   }
 }
 
-// Families that are stored once give what they give when each is stored for itself: names that differ in case
-// or by the family's name, styles in falling order, an outline file's codes, a file name met under another
-// family's rule.
-TEST_F(Creation, FamiliesMayShareTheirData) {
-  const auto named = [](std::int16_t family, const char* name) {
-    FondBuilder fond(family);
-    return fond.StyleString(name).StyleString("\x03").StyleString("-Bold").StyleIndex(1, 2);
-  };
-  const std::string low = named(128, "quill").Association(12, 0, 500).Association(12, 1, 501).Build();
-  const std::string high = named(128, "QUILL").Association(12, 9, -5).Association(12, 4, 502).Build();
-  const std::string outlines =
-      FondBuilder(128).Association(0, 0, 600).Association(0, 2, 601).Association(12, 1, 600).Build();
-  const std::string japanese = named(16400, "quill").International(0, 1).Association(12, 0, 500).Build();
-  const std::pair<const std::string*, const char*> order[] = {
-      {&japanese, "J"}, {&low, "A"},        {&japanese, "J"},     {&high, "B"},
-      {&low, "C"},      {&low, "PenMM_4_"}, {&low, "D"},          {&outlines, "O"},
-      {&low, "E"},      {&high, "B"},       {&outlines, "A-CID"}, {&low, "InkMM_"}};
-  ResourceForkBuilder fork;
-  fork.Add(FourCharCode("NFNT"), 500, "bits");
-  fork.Add(FourCharCode("sfnt"), 600, Font(u"Outline").Build());
-  fork.Add(FourCharCode("sfnt"), 601, Font(u"Outline").Build());
-  std::int16_t id = 128;
-  for (const auto& [fond, name] : order) fork.Add(FourCharCode("FOND"), id++, *fond, name);
-  folder_.Write("quill",
-                ResourceForkBuilder().Add(FourCharCode("POST"), 501, "\x01 /FontName /Nib def").Build());
-  folder_.Write("._quill", AppleDoubleBuilder().FinderInfo("LWFN", "ASPF").Build());
-
-  const OwnedArray apart = Create(folder_.Write("fonts", fork.Build()));
-  const OwnedArray shared = Create(folder_.Write("fonts", fork.ShareEqualData().Build()));
-  ASSERT_TRUE(apart);
-  ASSERT_TRUE(shared);
-  EXPECT_GT(apart->size(), 4u);
-  ASSERT_EQ(Names(*shared), Names(*apart));
-  for (std::size_t i = 0; i < apart->size(); ++i) {
-    const QM_FontSpecifier& a = apart->view(i);
-    const QM_FontSpecifier& b = shared->view(i);
-    SCOPED_TRACE(a.postScriptName.str());
-    EXPECT_EQ(b.displayName.str(), a.displayName.str());
-    EXPECT_EQ(b.outlineFileName.str(), a.outlineFileName.str());
-    EXPECT_EQ(b.style, a.style);
-    EXPECT_EQ(b.firstResourceID, a.firstResourceID);
-    EXPECT_EQ(b.fondResourceID, a.fondResourceID);
-    EXPECT_EQ(b.fileCreator, a.fileCreator);
-    EXPECT_EQ(b.outlineFileCreator, a.outlineFileCreator);
-  }
-}
-
 // The second family's face goes again, as a duplicate. Its PostScript name has a file name from then on,
 // which the third one, of a script whose names are made by another rule, finds.
-TEST_F(Creation, KeepsThePrinterFileNamesOfDuplicates) {
+TEST_F(CreationTest, KeepsThePrinterFileNamesOfDuplicates) {
   const std::string outline = FondBuilder(128).Association(0, 0, 600).Build();
   const std::string bitmap = FondBuilder(129).StyleString("Nib").Association(12, 0, 600).Build();
   const std::string japanese =
@@ -208,7 +158,7 @@ TEST_F(Creation, KeepsThePrinterFileNamesOfDuplicates) {
 }
 
 // A suitcase whose bitmaps go with PostScript printer fonts beside it; the second one is missing.
-TEST_F(Creation, CarriesTheOutlineFilesCodesOnToTheNextFace) {
+TEST_F(CreationTest, CarriesTheOutlineFilesCodesOnToTheNextFace) {
   const FondBuilder fond = FondBuilder(128)
                                .Association(12, 0, 500)
                                .Association(12, 1, 501)
@@ -239,8 +189,32 @@ TEST_F(Creation, CarriesTheOutlineFilesCodesOnToTheNextFace) {
   EXPECT_EQ(bold.outlineFileCreator, 0u);
 }
 
+// It gets one pass, in which the outline of ID -1 stands for the one that no entry names.
+TEST_F(CreationTest, ReadsAFondWithoutStyles) {
+  ResourceForkBuilder fork;
+  fork.Add(FourCharCode("FOND"), 128, FondBuilder(128).Build(), "Quill");
+  fork.Add(FourCharCode("sfnt"), -1, Font(u"A").Build());
+  const OwnedArray array = Create(folder_.Write("a.dfont", fork.Build()));
+  ASSERT_TRUE(array);
+  EXPECT_THAT(Names(*array), ElementsAre("A"));
+  EXPECT_EQ(array->view(0).style, -1);
+  EXPECT_EQ(array->view(0).fondResourceID, 128);
+}
+
+// One name table in every face, whose only text lies in what follows it.
+TEST_F(CreationTest, TextPastASharedNameTableIsThatOfTheFace) {
+  const SfntBuilder plain =
+      SfntBuilder().Table("name", std::string("\0\0\0\1\0\x14\0\1\0\0\0\0\0\6\0\4\0\0\0", 20));
+  const auto with = [&](const char* next) { return SfntBuilder(plain).Table("next", next); };
+  CollectionBuilder collection;
+  collection.Face(with("One ")).Face(with("Two ")).Face(plain).Face(with("Six ")).Trailer("end");
+  const OwnedArray array = Create(folder_.Write("a.ttc", collection.Build()), QM_ATTRIBUTE_POSTSCRIPT_NAME);
+  ASSERT_TRUE(array);
+  EXPECT_THAT(Names(*array), ElementsAre("One-", "Two-", "Six-"));
+}
+
 // Every sound file cut at every length, and with every header byte at its extremes.
-TEST_F(Creation, SurvivesDamagedFiles) {
+TEST_F(CreationTest, SurvivesDamagedFiles) {
   const std::string font = Font(u"A").Build();
   const std::string collection = CollectionBuilder().Face(Font(u"A")).Face(Font(u"B")).Build();
   const std::string fond = FondBuilder(128).Association(0, 0, 200).Build();
@@ -248,11 +222,9 @@ TEST_F(Creation, SurvivesDamagedFiles) {
       ResourceForkBuilder().Add(FourCharCode("sfnt"), 200, font).Add(FourCharCode("FOND"), 128, fond).Build();
   for (const auto& [name, bytes] :
        {std::pair{"a.ttf", font}, {"a.otf", font}, {"a.ttc", collection}, {"a.dfont", resources}}) {
-    // A new file each time: some file systems write a truncated one out at once.
-    const auto create = [this, file = std::string(name)](const std::string& damaged) {
-      const OwnedArray array = Create(folder_.Write(file, damaged));
-      std::filesystem::remove(folder_.Path(file));
-      return array != nullptr;
+    const auto create = [path = "/" + std::string(name)](const std::string& damaged) {
+      const std::map<std::string, std::string> files = {{path, damaged}};
+      return CreateFaces(MemoryFiles(files), path, QM_ATTRIBUTES_ALL).faces.size() > 0;
     };
     ASSERT_TRUE(create(bytes)) << name;
     for (std::size_t at = 0; at < bytes.size(); at += at < 400 ? 1 : 7) {

@@ -5,7 +5,6 @@
 #include <random>
 #include <set>
 
-#include "api/duplicate_filter.h"
 #include "api/face_builder.h"
 
 namespace quillmark {
@@ -42,21 +41,15 @@ TEST(FontArray, RemovesWhatTheRuleRemoves) {
   const char* const names[] = {"", "A", "a", "AB", "aB", "ab", "C"};
   for (int round = 0; round < 10000; ++round) {
     QM_FontArray array;
-    QM_FontArray filtered;
-    DuplicateFilter filter;
-    const DuplicateFilter::Group* group = nullptr;
     for (std::uint32_t i = 0; i < 11 && random() % 12 != 0; ++i) {
       QM_FontSpecifier face = NamedFace(names[random() % 7], static_cast<int>(random() % 4) - 1,
                                         static_cast<int>(random() % 4) - 1);
       face.checksum = i;
       array.push_back(face);
-      if (filter.MayStay(face, &group)) filtered.push_back(face);
     }
     const auto expected = SlowlyKept(array);
     array.RemoveDups();
-    filtered.RemoveDups();
     ASSERT_EQ(Positions(array), expected) << "round " << round;
-    ASSERT_EQ(Positions(filtered), expected) << "round " << round;
   }
 }
 

@@ -53,8 +53,7 @@ TEST(FontSpecifier, ComparesEachAttributeOnItsOwn) {
 }
 
 TEST(Match, ChecksPointersThenClearsThenChecksIndexes) {
-  QM_FontArray a;
-  a.push_back(NamedFace("A"));
+  const QM_FontArray a = ArrayOf(NamedFace("A"));
   std::uint32_t matching = 5;
   std::uint32_t differing = 6;
   EXPECT_EQ(QM_Match(&a, 0, nullptr, 0, &matching, &differing), 1);

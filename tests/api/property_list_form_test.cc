@@ -3,7 +3,7 @@
 #include <string>
 
 #include "api/face_builder.h"
-#include "platform/cf_object.h"
+#include "platform/core_foundation/cf_object.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -39,9 +39,7 @@ TEST_F(PropertyListForm, WritesElevenStringsAFace) {
   face.checksum = 0xFFFFFFFF;
   face.outlineFileSize = 0xFFFFFFFE;
   face.attributes = QM_ATTRIBUTES_ALL & ~std::uint32_t{QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_FOUNDRY};
-  QM_FontArray array;
-  array.push_back(face);
-  const std::string text = PropertyList(array);
+  const std::string text = PropertyList(ArrayOf(face));
   const auto entry = [](const std::string& key, const std::string& value) {
     return "\t\t<key>" + key + "</key>\n\t\t<string>" + value + "</string>\n";
   };
@@ -63,9 +61,7 @@ TEST_F(PropertyListForm, WritesTheLongestValidBeginning) {
       {std::string(510, 'a') + "\xC3\xA9", std::string(510, 'a')},  // cut inside the character
   };
   for (const auto& [name, expected] : rows) {
-    QM_FontArray array;
-    array.push_back(NamedFace(name.c_str()));
-    EXPECT_EQ(Read(PropertyList(array))->at(0).postScriptName.str(), expected);
+    EXPECT_EQ(Read(PropertyList(ArrayOf(NamedFace(name.c_str()))))->at(0).postScriptName.str(), expected);
   }
 }
 

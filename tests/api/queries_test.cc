@@ -28,16 +28,10 @@ QM_FontSpecifier FullFace() {
   return face;
 }
 
-QM_FontArray ArrayOf(const QM_FontSpecifier& face) {
-  QM_FontArray array;
-  array.push_back(face);
-  return array;
-}
-
 // Buffer sizes, null arguments and bad indexes are driven by tests/c.
 TEST(StringGetters, GiveTheirFieldWhenItsBitIsSet) {
   const struct {
-    StringGetter getter;
+    TextGetter getter;
     std::uint32_t attribute;
     const char* expected;
     std::int32_t not_held = 5;

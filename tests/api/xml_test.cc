@@ -40,9 +40,7 @@ QM_FontSpecifier Face() {
 }
 
 TEST(XmlWriter, FillsTheTemplate) {
-  QM_FontArray array;
-  array.push_back(Face());
-  EXPECT_EQ(Xml(array),
+  EXPECT_EQ(Xml(ArrayOf(Face())),
             kHead +
                 "\t<FontData>\n\t\t<FontKind>TrueType</FontKind>\n"
                 "\t\t<PostScriptName>Quill-Sans</PostScriptName>\n\t\t<Foundry>--</Foundry>\n"
@@ -59,10 +57,31 @@ TEST(XmlWriter, ReplacesPlaceholdersInEarlierValuesAndCutsValuesAt511Bytes) {
   QM_FontSpecifier face = Face();
   face.family = "PLACEHOLDER_FONTKIND PLACEHOLDER_VERSION PLACEHOLDER_VERSION";
   face.postScriptName = std::string(510, 'a') + "\xC3\xA9";
-  QM_FontArray array;
-  array.push_back(face);
+  const QM_FontArray array = ArrayOf(face);
   EXPECT_THAT(Xml(array), HasSubstr("<Family>PLACEHOLDER_FONTKIND 1.5 1.5</Family>"));
   EXPECT_THAT(Xml(array), HasSubstr("<PostScriptName>" + std::string(510, 'a') + "\xC3</PostScriptName>"));
+}
+
+TEST(XmlWriter, LeavesPlaceholdersInValuesThatMultiplyOneAnother) {
+  const auto repeated = [](const std::string& text, int times) {
+    std::string all;
+    while (times-- > 0) all += text;
+    return all;
+  };
+  QM_FontSpecifier hostile = NamedFace(repeated("PLACEHOLDER_FAMILY", 28).c_str());
+  hostile.kind = repeated("PLACEHOLDER_POSTSCRIPTNAME", 19);
+  hostile.family = repeated("PLACEHOLDER_OUTLINEFILENAME", 18);
+  hostile.outlineFileName = std::string(511, 'x');
+  QM_FontSpecifier once = Face();
+  once.kind = "PLACEHOLDER_FAMILY";
+  QM_FontArray array;
+  array.push_back(hostile);
+  array.push_back(once);
+  const std::string text = Xml(array);
+  EXPECT_THAT(text, HasSubstr("<FontKind>" + hostile.kind.str() + "</FontKind>"));
+  EXPECT_THAT(text, HasSubstr("<Family>" + hostile.family.str() + "</Family>"));
+  EXPECT_THAT(text, HasSubstr("<FontKind>Quill <&> Sans</FontKind>")) << "the next face is filled as ever";
+  EXPECT_LT(text.size(), 5000u);
 }
 
 TEST(XmlReader, ConvertsNumbersToSigned32Bits) {
@@ -110,6 +129,45 @@ TEST(XmlReader, TakesTagsFromBeyondTheBlock) {
   EXPECT_EQ(read->at(1).family.str(), "");
   EXPECT_EQ(read->at(1).attributes, 0x1009u);
   EXPECT_EQ(read->at(2).attributes, 0x1001u) << "an empty value counts, an earlier one does not";
+}
+
+TEST(XmlReader, EndsBeforeTheFaceWhoseSharedBytesSpendTheBudget) {
+  constexpr std::size_t kFaces = 3000;
+  const std::string filler(600000, 'x');
+  std::string unclosed, named, own;
+  for (std::size_t i = 0; i < kFaces; ++i) {
+    unclosed += "<FontData><PostScriptName></FontData>";
+    named += "<FontData><PostScriptName>" + std::to_string(i) + "</PostScriptName></FontData>";
+    own += "<FontData><PostScriptName>" + std::string(1000, 'n') + std::to_string(i) +
+           "</PostScriptName><Family>" + std::string(1000, 'f') + "</Family></FontData>";
+  }
+  const struct {
+    const char* what;
+    std::string text;
+    std::size_t least, most;  // faces
+  } rows[] = {
+      {"each name runs to the end of the text", unclosed + filler + "</PostScriptName></FontData>", 1, 100},
+      {"each block takes the value of the last",
+       named + "<FontData><Family>" + filler + "</Family></FontData>", 1, 100},
+      {"values of their own, however long", own + "<Family>" + filler + "</Family>", kFaces, kFaces},
+      {"short shared values", named + "<FontData><Family>F</Family></FontData>", kFaces + 1, kFaces + 1},
+      {"no face is complete",
+       "<FontData><FontKind><Family><Version><Foundry><OutlineFileName><PostScriptName>" + filler +
+           "</FontKind></Family></Version></Foundry></OutlineFileName></PostScriptName></FontData>",
+       0, 0},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    const OwnedArray read = Read(row.text, row.most == 0 ? 4 : 0);
+    if (row.most == 0) continue;
+    EXPECT_GE(read->size(), row.least);
+    EXPECT_LE(read->size(), row.most);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < read->size(); ++i) {
+      kept += read->view(i).postScriptName.size() + read->view(i).family.size();
+    }
+    EXPECT_LT(kept, 4 * row.text.size() + 500001);
+  }
 }
 
 TEST(XmlReader, CountsWholeBlocksAndKeepsACutOne) {

@@ -54,6 +54,13 @@ class FormsTest(ToolCase):
         stored.write_bytes(self.identify("--format", "xml", path))
         self.assertEqual(run("read", "--format", "tsv", "--fields", "family", stored).stdout, b"family\nMade\n")
 
+    def test_read_tells_that_a_text_is_cut(self):
+        stored = self.folder / "stored"
+        stored.write_text("<FontData><PostScriptName></FontData>" * 2000 + "x" * 500000 + "</PostScriptName></FontData>")
+        result = run("read", "--format", "tsv", "--fields", "face", stored)
+        self.assertEqual((result.returncode, result.stdout[:7]), (1, b"face\n0\n"))
+        self.assertRegex(result.stderr.decode(), f"^{stored}: .*first.*\n$")
+
     def test_sorted_faces(self):
         versions = {"a": "2.10", "b": "2.9", "c": "2.9", "d": "10.0"}
         sizes = {"a": 1000, "b": 999, "c": 2000, "d": 999}

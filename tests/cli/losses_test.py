@@ -92,7 +92,10 @@ class LossesTest(ToolCase):
         self.assertEqual((named.returncode, named.stdout.count(b"\n")), (1, 4))
         line, half_line, closing = named.stderr.decode().splitlines()
         self.assertTrue(line.startswith(f"{cut}: {CUT_REASON}"), line)
-        outlines = "sfnt 8 is damaged: its name table runs to byte 72, and sfnt 8 has 40 bytes: the rest is missing or the font is damaged; sfnt 9 is not in the file"
+        outlines = (
+            "FOND 9, style 1: sfnt 8 is damaged: its name table runs to byte 72, and sfnt 8 has 40 bytes: the rest is missing "
+            "or the font is damaged; FOND 9, style 2: no readable sfnt resource has the number 9, which the style names first"
+        )
         self.assertEqual((half_line, closing), (f"{half}: gives 1 face; {outlines}", "3 faces in 3 files"))
 
     def test_why_tells_of_each_file_in_a_folder(self):

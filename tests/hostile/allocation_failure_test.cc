@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "builders/exported_calls.h"
 #include "builders/temp_folder.h"
-#include "hostile/everything_of.h"
 #include "hostile/failing_allocations.h"
 #include "hostile/sample_files.h"
 #include "knowledge/small_tables.h"
-#include "platform/cf_object.h"
+#include "platform/core_foundation/cf_object.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -203,35 +203,26 @@ TEST_F(AllocationFailure, LeavesQueriesAndStoredFormsWhole) {
   const SampleOutlines outlines = SmallOutlines();
   for (const Sample& sample : SamplesOf(outlines)) {
     if (sample.kind != "dfont" && sample.kind != "suitcase") continue;
-    QM_FontArray* array = nullptr;
-    ASSERT_EQ(QM_CreateSpecifier(PathOf(sample).c_str(), 0, QM_ATTRIBUTES_ALL, &array), QM_STATUS_OK);
-    for (const auto write : {QM_GetXMLRepresentation, QM_GetPropertyListRepresentation}) {
+    const OwnedArray array = Create(PathOf(sample));
+    ASSERT_TRUE(array);
+    for (const auto write : kStoredForms) {
       FailEachAllocation(TextCall("a stored form written", [&](std::vector<char>& buffer) {
         auto length = static_cast<std::uint32_t>(buffer.size());
-        return write(array, buffer.data(), &length);
+        return write(array.get(), buffer.data(), &length);
       }));
     }
-    const auto stored = [&](auto write) {
-      std::string text(64 * 1024, '\0');
-      auto length = static_cast<std::uint32_t>(text.size());
-      write(array, text.data(), &length);
-      return text;
-    };
-    const std::string xml = stored(QM_GetXMLRepresentation);
+    const std::string xml = Stored(QM_GetXMLRepresentation, array.get());
     FailEachAllocation(CreationCall(
         "XML read", [&](QM_FontArray** again) { return QM_CreateSpecifierFromXML(xml.c_str(), again); }));
-    const std::string list = stored(QM_GetPropertyListRepresentation);
+    const std::string list = Stored(QM_GetPropertyListRepresentation, array.get());
     FailEachAllocation(CreationCall("a property list read", [&](QM_FontArray** again) {
       return QM_CreateSpecifierFromPropertyList(list.c_str(), again);
     }));
-    for (const auto get : {QM_GetKindName, QM_GetFamilyName, QM_GetPostScriptName, QM_GetFullName,
-                           QM_GetDisplayName, QM_GetPlatform, QM_GetPrinterFont, QM_GetWindowsFullName,
-                           QM_GetVersion, QM_GetFoundryName, QM_GetLegacyFoundryName, QM_GetWindowsMMFile}) {
+    for (const auto get : kTextGetters) {
       FailEachAllocation(TextCall("a getter", [&](std::vector<char>& buffer) {
-        return get(array, 0, buffer.data(), static_cast<std::int32_t>(buffer.size()));
+        return get(array.get(), 0, buffer.data(), static_cast<std::int32_t>(buffer.size()));
       }));
     }
-    QM_SpecifierFree(array);
   }
   FailEachAllocation(TextCall("a classification", [](std::vector<char>& buffer) {
     return QM_GetClassificationFromFamily("Nobody's", "Garamond", buffer.data(), 64);

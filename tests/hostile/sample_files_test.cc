@@ -26,9 +26,7 @@ TEST(SampleFiles, HoldWhatTheirKindsHold) {
   for (const Sample& sample : SamplesOf(SmallOutlines())) {
     const TempFolder folder;
     if (!WriteSample(folder.path(), sample)) continue;  // no extended attributes
-    QM_FontArray* made = nullptr;
-    QM_CreateSpecifier(folder.Path(sample.font).c_str(), 0, QM_ATTRIBUTES_ALL, &made);
-    const OwnedArray array(made);
+    const OwnedArray array = Create(folder.Path(sample.font));
     std::string faces;
     for (std::size_t i = 0; array && i < array->size(); ++i) {
       const QM_FontSpecifier& face = array->view(i);

@@ -8,7 +8,7 @@
 #include "knowledge/small_tables.h"
 #include "knowledge/table_values.h"
 #include "platform/byte_reader.h"
-#include "platform/cf_dictionary.h"
+#include "platform/core_foundation/cf_dictionary.h"
 #include "support/property_list_values.h"
 #include "support/resource_location.h"
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/core_foundation/core_foundation.h"
 
 namespace quillmark {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/core_foundation.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/cf_bundle.h"
-#include "platform/cf_number.h"
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_bundle.h"
+#include "platform/core_foundation/cf_number.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
 namespace {

@@ -1,5 +1,3 @@
-#include "platform/forks.h"
-
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -13,6 +11,7 @@
 
 #include "builders/apple_double_builder.h"
 #include "builders/temp_folder.h"
+#include "platform/files/font_file.h"
 
 namespace quillmark {
 namespace {
@@ -158,7 +157,7 @@ TEST(ForksTest, OnlyRegularFilesHaveForksAndNothingBlocks) {
   EXPECT_FALSE(OpenResourceFork(font));  // its sidecar is a FIFO
 }
 
-TEST(ForksTest, ScopeRemembersLookupsAndHoldsOneFileOpen) {
+TEST(ForksTest, AFontFileIsLookedUpAndOpenedOnce) {
   const TempFolder folder;
   const std::string font = folder.Write("font", "data");
   const std::string sidecar = folder.Write("._font", Sidecar("fork"));
@@ -167,24 +166,20 @@ TEST(ForksTest, ScopeRemembersLookupsAndHoldsOneFileOpen) {
   };
   const auto before = open_files();
   {
-    const ForkLookupScope outer;
-    {
-      const ForkLookupScope inner;
-      EXPECT_EQ(Contents(OpenResourceFork(font)), "fork");
-      EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
-      EXPECT_EQ(Contents(OpenDataFork(font)), "data");
+    FileAccess access;
+    FontFile file(access, font);
+    for (int round = 0; round < 2; ++round) {
+      EXPECT_EQ(Contents(file.ResourceFork()->fork), "fork");
+      EXPECT_EQ(file.Finder().type, FourCharCode("FFIL"));
+      EXPECT_EQ(Contents(file.DataFork()), "data");
+      EXPECT_EQ(file.TotalLength(), 8u);
+      EXPECT_TRUE(file.Status().regular && file.Sums().has_resource_fork);
+      std::filesystem::remove(sidecar);
+      std::filesystem::remove(font);
     }
-    EXPECT_EQ(open_files(), before + 1);
-    std::filesystem::remove(sidecar);
-    std::filesystem::remove(font);
-    EXPECT_EQ(ReadFinderInfo(font).type, FourCharCode("FFIL"));
-    EXPECT_EQ(Contents(OpenDataFork(font)), "data");
-    EXPECT_TRUE(IsRegularFile(font));
-    EXPECT_FALSE(OpenResourceFork(font));  // remembered, but gone
+    EXPECT_EQ(open_files(), before + 2);
   }
   EXPECT_EQ(open_files(), before);
-  EXPECT_FALSE(IsRegularFile(font));
-  EXPECT_FALSE(OpenDataFork(font));
 }
 
 // Two forks of one file share its block, and reads in between find it at any place.

@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "platform/byte_reader.h"
-#include "platform/cf_date.h"
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
-#include "platform/core_foundation.h"
+#include "platform/core_foundation/cf_date.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/core_foundation/core_foundation.h"
 
 namespace quillmark {
 namespace {

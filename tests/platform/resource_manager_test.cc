@@ -1,4 +1,4 @@
-#include "platform/resource_manager.h"
+#include "platform/resource_manager/resource_manager.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
-#include "platform/resource_files.h"
+#include "platform/resource_manager/resource_files.h"
 
 namespace quillmark {
 namespace {
@@ -67,33 +67,6 @@ TEST_F(ResourceManagerTest, GetGivesOneHandleUntilItIsReleased) {
   EXPECT_NE(*empty, nullptr);  // length 0 is loaded all the same
   ReleaseResource(fond);
   EXPECT_EQ(Text(Get1Resource(kFond, 128)), "fond");
-}
-
-// However often resources are read, whether or not their bytes overlap, and while others of them are held.
-TEST(ResourceFilesTest, ReadsTheSameOftenAndInPlace) {
-  const TempFolder folder;
-  ResourceForkBuilder fork;
-  fork.Add(kNfnt, 1, "shared").Add(kNfnt, 2, "other").Add(kNfnt, 3, "shared").Add(kNfnt, 4, "");
-  const std::string path = folder.Write("often", fork.ShareEqualData().Build());
-  const ResFileRefNum file = OpenData(path);
-  const Handle held = Get1Resource(kNfnt, 1);
-  const auto place = PlaceOf(held);
-  for (int round = 0; round < 100; ++round) {
-    for (const auto& [id, text] : {std::pair(2, "other"), std::pair(3, "shared"), std::pair(4, "")}) {
-      const Handle handle = Get1Resource(kNfnt, static_cast<ResID>(id));
-      ASSERT_NE(handle, nullptr);
-      ASSERT_NE(*handle, nullptr);
-      ASSERT_EQ(Text(handle), text) << "round " << round;
-      ASSERT_EQ(PlaceOf(handle) == place, id == 3);
-      ReleaseResource(handle);
-    }
-  }
-  const Handle detached = Get1Resource(kNfnt, 2);
-  DetachResource(detached);
-  CloseResFile(file);
-  EXPECT_EQ(Text(detached), "other");
-  EXPECT_EQ(PlaceOf(detached), std::nullopt);
-  DisposeHandle(detached);
 }
 
 TEST_F(ResourceManagerTest, DetachedAndOrdinaryHandlesLiveOn) {

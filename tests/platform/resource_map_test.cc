@@ -1,4 +1,4 @@
-#include "platform/resource_map.h"
+#include "platform/resource_manager/resource_map.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -16,7 +16,7 @@
 #include "builders/apple_double_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
-#include "platform/fork_writer.h"
+#include "platform/resource_manager/fork_writer.h"
 
 namespace quillmark {
 namespace {

@@ -1,9 +1,7 @@
-#include "resources/opened_file.h"
+#include "resources/opened_suitcase.h"
 
 namespace quillmark {
 namespace {
-
-constexpr ResType kFont = FourCharCode("FONT");
 
 TEST(FondNames, AreDecodedAsMacRomanUnlessTheFamilyIsJapanese) {
   const std::string kanji = "\x96\xBE";  // one character in MacJapanese, two in MacRoman
@@ -36,29 +34,11 @@ TEST(FondNames, AreDecodedAsMacRomanUnlessTheFamilyIsJapanese) {
       {"no text", mapped, "cut \x81", kSfnt, "x", "none"},
   };
   for (const Row& row : rows) {
-    const OpenedFile file(
+    const OpenedSuitcase file(
         ResourceForkBuilder().Add(kFond, 128, row.fond.Build(), row.stored).Add(row.type, 5, row.data));
-    const ResourceHandle fond(file.Fond());
-    for (int asked = 0; asked < 2; ++asked) {
-      EXPECT_EQ(file->getResourceNameFromFOND(fond.get()).value_or("none"), row.expected) << row.what;
-    }
-    EXPECT_EQ(file->getResourceNameFromFOND(nullptr), std::nullopt);
+    Family family(file.get(), file.Fond());
+    EXPECT_EQ(family.getResourceNameFromFOND().value_or("none"), row.expected) << row.what;
   }
-}
-
-TEST(FondNames, OldBitmapsAreLookedForAgainAfterRemovalAndForAnotherFamily) {
-  const std::string fond = FondBuilder(16384).StyleString("X").Association(9, 0, 5).Build();
-  const std::string without = FondBuilder(16384).StyleString("X").Association(9, 0, 6).Build();
-  const OpenedFile file(
-      ResourceForkBuilder().Add(kFond, 128, fond, "\xFF").Add(kFond, 129, without, "\xFF").Add(kFont, 5, "x"),
-      false);
-  const ResourceHandle handle(file.Fond());
-  const ResourceHandle other(file.Fond(129));
-  EXPECT_EQ(file->getResourceNameFromFOND(handle.get()), "ˇ");
-  EXPECT_EQ(file->getResourceNameFromFOND(other.get()), "…");
-  EXPECT_EQ(file->getResourceNameFromFOND(handle.get()), "ˇ");
-  EXPECT_TRUE(file->purgeResource(kFont, 5));
-  EXPECT_EQ(file->getResourceNameFromFOND(handle.get()), "…");
 }
 
 TEST(FondNames, CorrectMultipleMasterNames) {
@@ -69,13 +49,12 @@ TEST(FondNames, CorrectMultipleMasterNames) {
       {"MM%MTekton", false, "Tekton", true},   {"%MMTekton", false, "MTekton", true},
       {"\x8EtMM\x8E_", false, "été", true},    {{"Times\0MM", 8}, false, "Given", false}};
   for (const auto& [stored, flag_before, expected, flag_after] : rows) {
-    const OpenedFile file(FondBuilder(128).Build(), stored);
-    const ResourceHandle fond(file.Fond());
+    const OpenedSuitcase file(FondBuilder(128).Build(), stored);
+    const Family family(file.get(), file.Fond());
     bool flag = flag_before;
-    EXPECT_EQ(file->normalizePostScriptName("Given", fond.get(), &flag), expected) << stored;
+    EXPECT_EQ(family.normalizePostScriptName("Given", &flag), expected) << stored;
     EXPECT_EQ(flag, flag_after) << stored;
-    EXPECT_EQ(file->normalizePostScriptName("Given", fond.get(), nullptr), "Given");
-    EXPECT_EQ(file->normalizePostScriptName("Given", nullptr, &flag), "Given");
+    EXPECT_EQ(family.normalizePostScriptName("Given", nullptr), "Given");
   }
 }
 

@@ -1,12 +1,15 @@
 #include "resources/printer_font_name.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "resources/opened_file.h"
+#include "builders/fond_builder.h"
+#include "platform/resource_manager/resource_manager.h"
 
 namespace quillmark {
 namespace {
@@ -18,14 +21,9 @@ std::string FileName(const std::string& name) {
   return {reinterpret_cast<const char*>(out + 1), out[0]};
 }
 
-std::string Name(Handle fond, unsigned char style, std::int32_t limit = 257) {
-  std::vector<unsigned char> out(static_cast<std::size_t>(limit), 0xEE);
-  GetPrinterFontNameFromResource(fond, style, out.data(), limit);
-  return {out.begin() + 1, out.begin() + 1 + out[0]};
-}
 std::string Name(const FondBuilder& fond, unsigned char style, std::int32_t limit = 257) {
-  const OpenedFile file(fond.Build());
-  return Name(ResourceHandle(file.Fond()).get(), style, limit);
+  const std::string bytes = fond.Build();
+  return StyleMapping(AsBytes(bytes)).GetPrinterFontName(style, limit);
 }
 
 TEST(PrinterFontName, StyleIndex) {
@@ -90,7 +88,6 @@ TEST(PrinterFontName, ComposesStringOneAndTheSuffixList) {
     EXPECT_EQ(Name(fond, 1), row.name) << int{row.bold} << ' ' << row.count;
     EXPECT_EQ(Name(fond, 0), "Base");
   }
-  EXPECT_EQ(Name(nullptr, 0), "");
 }
 
 TEST(PrinterFontName, StringsMustLieInsideTheRecord) {

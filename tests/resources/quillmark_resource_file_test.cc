@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "builders/apple_double_builder.h"
-#include "resources/opened_file.h"
+#include "resources/opened_suitcase.h"
 
 namespace quillmark {
 namespace {
@@ -15,7 +15,7 @@ ResourceForkBuilder Bitmaps(const std::vector<std::int16_t>& ids, std::uint8_t a
 }
 
 TEST(QuillmarkResourceFile, TakesTheResourceForkThenTheDataFork) {
-  const OpenedFile dfont(Bitmaps({1}));
+  const OpenedSuitcase dfont(Bitmaps({1}));
   EXPECT_TRUE(dfont->isDataFork());
   EXPECT_EQ(dfont->file(), dfont.path());
   const auto sidecar = [&](std::string fork) {
@@ -33,8 +33,8 @@ TEST(QuillmarkResourceFile, TakesTheResourceForkThenTheDataFork) {
 }
 
 TEST(QuillmarkResourceFile, CountsAndReadsItsOwnMapOnly) {
-  const OpenedFile one(ResourceForkBuilder().Add(kSfnt, 7, "seven").Add(kNfnt, -3, "minus"));
-  const OpenedFile other(Bitmaps({300, -5, 12, 300, 0}));  // current file from here on
+  const OpenedSuitcase one(ResourceForkBuilder().Add(kSfnt, 7, "seven").Add(kNfnt, -3, "minus"));
+  const OpenedSuitcase other(Bitmaps({300, -5, 12, 300, 0}));  // current file from here on
   EXPECT_EQ(one->count1ResTypes(), 2);
   EXPECT_EQ(one->countResType(kNfnt), 1);
   EXPECT_EQ(other->countResType(kNfnt), 5);
@@ -54,7 +54,7 @@ TEST(QuillmarkResourceFile, RemovesResourcesAndWritesThatAtTheEnd) {
   const std::pair<std::set<std::int16_t>, std::vector<std::int16_t>> rows[] = {
       {{2}, {2}}, {{1, 2, 3, 4}, {1, 2, 3}}, {{}, {}}};
   for (const auto& [keep, left] : rows) {
-    OpenedFile file(Bitmaps({1, 2, 3, 2}), false);  // the second 2 goes in any case
+    OpenedSuitcase file(Bitmaps({1, 2, 3, 2}), false);  // the second 2 goes in any case
     EXPECT_TRUE(file->purgeAllBut(keep, kNfnt));
     EXPECT_FALSE(file->purgeAllBut(keep, kNfnt));
     const std::size_t size = HandleBytes(file->getResourceHandleForType(kNfnt, 2)).size();
@@ -69,7 +69,7 @@ TEST(QuillmarkResourceFile, RemovesResourcesAndWritesThatAtTheEnd) {
 }
 
 TEST(QuillmarkResourceFile, ProtectedResourcesStayThoughRemovalIsReported) {
-  OpenedFile file(Bitmaps({1, 2, 3}, ResourceForkBuilder::kProtected), false);
+  OpenedSuitcase file(Bitmaps({1, 2, 3}, ResourceForkBuilder::kProtected), false);
   EXPECT_TRUE(file->purgeResource(kNfnt, 2));
   EXPECT_TRUE(file->purgeAllBut({}, kNfnt));
   EXPECT_EQ(AsText(HandleBytes(file->getResourceHandleForType(kNfnt, 2))), "bitmap");
@@ -78,7 +78,7 @@ TEST(QuillmarkResourceFile, ProtectedResourcesStayThoughRemovalIsReported) {
 }
 
 TEST(QuillmarkResourceFile, ActivationAnswersAnError) {
-  const OpenedFile file(Bitmaps({1}));
+  const OpenedSuitcase file(Bitmaps({1}));
   EXPECT_EQ(file->activate(), kATSInvalidFontContainerAccess);
   EXPECT_EQ(file->deactivate(), noErr);
   std::filesystem::remove(file.path());

@@ -6,8 +6,8 @@
 
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
-#include "platform/cf_ref.h"
-#include "platform/resource_manager.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/resource_manager/resource_manager.h"
 
 namespace quillmark {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "builders/temp_folder.h"
 #include "platform/byte_reader.h"
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark::NCFUtils {
 namespace {

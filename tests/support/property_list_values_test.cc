@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/cf_object.h"
-#include "platform/cf_ref.h"
+#include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
 #include "support/om_string.h"
 
 namespace quillmark::NCFUtils {

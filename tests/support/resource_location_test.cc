@@ -6,7 +6,7 @@
 #include <string>
 
 #include "builders/temp_folder.h"
-#include "platform/cf_object.h"
+#include "platform/core_foundation/cf_object.h"
 
 namespace quillmark {
 namespace {

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "builders/exported_calls.h"
 #include "builders/temp_folder.h"
-#include "hostile/everything_of.h"
 #include "hostile/sample_files.h"
 #include "quillmark/quillmark.h"
 
@@ -37,30 +37,15 @@ void ExpectSameFromAllThreads(Work work) {
   for (const std::string& result : results) EXPECT_EQ(result, alone);
 }
 
-// Everything of the array, which is freed.
-std::string TakeAll(QM_FontArray* array) {
-  std::string all = EverythingOf(array);
-  if (array != nullptr) QM_SpecifierFree(array);
-  return all;
-}
-
 std::string CreatedAndReadBack(const std::string& path) {
-  QM_FontArray* array = nullptr;
-  if (QM_CreateSpecifier(path.c_str(), 0, QM_ATTRIBUTES_ALL, &array) != QM_STATUS_OK) return "no face";
-  std::string all = EverythingOf(array);
-  std::string text(64 * 1024, '\0');
-  auto length = static_cast<std::uint32_t>(text.size());
-  QM_FontArray* again = nullptr;
-  if (QM_GetXMLRepresentation(array, text.data(), &length) == QM_STATUS_OK)
-    QM_CreateSpecifierFromXML(text.c_str(), &again);
-  all += TakeAll(again);
-  again = nullptr;
-  length = static_cast<std::uint32_t>(text.size());
-  if (QM_GetPropertyListRepresentation(array, text.data(), &length) == QM_STATUS_OK) {
-    QM_CreateSpecifierFromPropertyList(text.c_str(), &again);
-  }
-  QM_SpecifierFree(array);
-  return all + TakeAll(again);
+  const OwnedArray array = Create(path);
+  if (!array) return "no face";
+  QM_FontArray* xml = nullptr;
+  QM_CreateSpecifierFromXML(Stored(QM_GetXMLRepresentation, array.get()).c_str(), &xml);
+  QM_FontArray* list = nullptr;
+  QM_CreateSpecifierFromPropertyList(Stored(QM_GetPropertyListRepresentation, array.get()).c_str(), &list);
+  return EverythingOf(array.get()) + EverythingOf(OwnedArray(xml).get()) +
+         EverythingOf(OwnedArray(list).get());
 }
 
 std::string NamesWithoutAnArray() {
@@ -102,10 +87,8 @@ TEST_F(Threads, LoadEachTableOnce) {
 
 TEST_F(Threads, AskOneArray) {
   for (const std::string& path : paths_) {
-    QM_FontArray* array = nullptr;
-    if (QM_CreateSpecifier(path.c_str(), 0, QM_ATTRIBUTES_ALL, &array) != QM_STATUS_OK) continue;
-    ExpectSameFromAllThreads([array] { return EverythingOf(array); });
-    QM_SpecifierFree(array);
+    const OwnedArray array = Create(path);
+    if (array) ExpectSameFromAllThreads([&array] { return EverythingOf(array.get()); });
   }
 }
 

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "command_help.h"
-#include "command_line.h"
-#include "commands.h"
-#include "output.h"
-#include "terminal_guard.h"
-#include "version.h"
+#include "commands/command_help.h"
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "commands/version.h"
+#include "output/output.h"
+#include "text/terminal_guard.h"
 
 namespace {
 

@@ -1,0 +1,21 @@
+// The creation of an array from one file: asks the given file system, and answers with faces and with what
+// stood against more. QM_CreateSpecifier asks the machine's. Three ways lead through it: collection_faces.h
+// for the faces of a collection, family_faces.h for those of the families of a resource file, and
+// font_file_face.h for the one face of any other file. Tests: tests/api/creation_test.cc;
+// fuzz/creation_fuzzer.cc.
+#ifndef QUILLMARK_API_CREATION_H_
+#define QUILLMARK_API_CREATION_H_
+
+#include <cstdint>
+#include <string>
+
+#include "api/creation_context.h"
+#include "platform/files/file_system.h"
+
+namespace quillmark {
+
+CreationResult CreateFaces(const FileSystem& system, const std::string& path, std::uint32_t request);
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,76 @@
+// Budget: the work that one request may do. A request may do a fixed number of steps, and a fixed number more
+// for each byte that it reads, so that its cost grows with the bytes of its input, however often the input
+// repeats them through lists that overlap. Whatever hands out a fork, a resource, a table or a range of
+// records charges for what it hands out; readers of single numbers do not. A step is about a nanosecond.
+// Tests: tests/api/budget_test.cc.
+#ifndef QUILLMARK_PLATFORM_BUDGET_H_
+#define QUILLMARK_PLATFORM_BUDGET_H_
+
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+
+namespace quillmark {
+
+// Thrown when a request asks for more than its budget holds; never reaches a host.
+class BudgetSpent : public std::exception {
+ public:
+  const char* what() const noexcept override { return "the input repeats its bytes too often"; }
+};
+
+class Budget {
+ public:
+  static constexpr std::uint64_t kFixedSteps = 8'000'000;
+  static constexpr std::uint64_t kStepsPerByte = 64;
+
+  // What things cost, in steps.
+  static constexpr std::uint64_t kRecord = 4;            // one entry of a list
+  static constexpr std::uint64_t kInsertion = 16;        // into a map, or one element sorted
+  static constexpr std::uint64_t kCharacter = 2;         // decoded
+  static constexpr std::uint64_t kDecode = 32;           // one text, beside its characters
+  static constexpr std::uint64_t kFileQuestion = 1'000;  // one question to the file system
+  static constexpr std::uint64_t kFileRead = 500;        // one read, beside its bytes
+  static constexpr std::uint64_t kFace = 2'048;          // one face that is kept, beside its texts
+  static constexpr std::uint64_t kKeptByte = 16;     // one byte of a kept face's texts, shared ones included
+  static constexpr std::uint64_t kBytesPerStep = 2;  // read, summed, copied or compared
+
+  explicit Budget(std::uint64_t bytes = 0) { Allow(bytes); }
+  Budget(const Budget&) = delete;
+  Budget& operator=(const Budget&) = delete;
+
+  // Adds the steps that `bytes` more bytes of input pay for.
+  void Allow(std::uint64_t bytes) { left_ += std::min(bytes, kMostBytes) * kStepsPerByte; }
+
+  // Throws BudgetSpent when fewer than `steps` are left; every later call then throws, too.
+  void Charge(std::uint64_t steps) {
+    if (steps > left_) {
+      left_ = 0;
+      throw BudgetSpent();
+    }
+    left_ -= steps;
+  }
+  void ChargeBytes(std::uint64_t bytes) { Charge(1 + bytes / kBytesPerStep); }
+  void ChargeRecords(std::uint64_t count) { Charge(1 + std::min(count, kMostBytes) * kRecord); }
+
+  std::uint64_t left() const { return left_; }
+
+ private:
+  static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 48;  // keeps the sums from wrapping
+
+  std::uint64_t left_ = kFixedSteps;
+};
+
+// Null: work without a bound, as over a caller's own bytes.
+inline void Charge(Budget* budget, std::uint64_t steps) {
+  if (budget != nullptr) budget->Charge(steps);
+}
+inline void ChargeBytes(Budget* budget, std::uint64_t bytes) {
+  if (budget != nullptr) budget->ChargeBytes(bytes);
+}
+inline void ChargeRecords(Budget* budget, std::uint64_t count) {
+  if (budget != nullptr) budget->ChargeRecords(count);
+}
+
+}  // namespace quillmark
+
+#endif

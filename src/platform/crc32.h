@@ -1,0 +1,58 @@
+// CRC-32 (ISO 3309, ITU-T V.42) over bytes, and the combination of the CRCs of neighbouring blocks. Tests:
+// tests/analysis/checksum_test.cc.
+#ifndef QUILLMARK_PLATFORM_CRC32_H_
+#define QUILLMARK_PLATFORM_CRC32_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/byte_reader.h"
+
+namespace quillmark {
+
+// Continues `crc` over the bytes; 0 starts.
+std::uint32_t Crc32(std::uint32_t crc, Bytes data);
+
+// The CRC of two blocks one after the other, from those of each.
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length);
+
+// The same for many blocks of one length: most of the work goes into the operator, which depends on nothing
+// but that length.
+struct CrcOperator {
+  std::uint32_t value;
+};
+CrcOperator CrcOperatorFor(std::size_t second_length);
+std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperator second_length);
+
+// Bytes as a CRC meets them: enough to continue any running CRC over them without reading them again.
+struct SummedBytes {
+  std::uint32_t crc = 0;  // from 0
+  std::size_t length = 0;
+
+  void Add(Bytes bytes) {
+    crc = Crc32(crc, bytes);
+    length += bytes.size();
+  }
+  std::uint32_t Continue(std::uint32_t running) const { return CombineCrc32(running, crc, length); }
+};
+
+// The CRCs of the first 0, 1, 2, ... steps of a block that goes by once. From them any range of whole steps
+// is passed over in one combination.
+class StepCrcs {
+ public:
+  static constexpr std::size_t kStep = 1024;  // bytes
+
+  // The next step of the block.
+  void Add(Bytes step) { crcs_.push_back(Crc32(crcs_.back(), step)); }
+  std::size_t count() const { return crcs_.size() - 1; }
+  // Continues `crc` over the steps [first, last), which were added.
+  std::uint32_t Continue(std::uint32_t crc, std::size_t first, std::size_t last) const;
+
+ private:
+  std::vector<std::uint32_t> crcs_ = {0};
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,41 @@
+#include "platform/files/paged_file.h"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+// Small, as the tables of a face that are parsed are a few kilobytes here and there.
+constexpr std::size_t kPageSize = 16 * 1024;
+
+}  // namespace
+
+PagedFile::PagedFile(RegularFile file, std::size_t size)
+    : file_(std::move(file)),
+      size_(size),
+      memory_(std::make_unique_for_overwrite<std::uint8_t[]>(size)),
+      loaded_((size + kPageSize - 1) / kPageSize),
+      missing_(loaded_.size()) {}
+
+std::optional<Bytes> PagedFile::Range(std::size_t offset, std::size_t length) const {
+  const auto range = Slice({memory_.get(), size_}, offset, length);
+  // Thousands of faces may each ask for most of a file.
+  if (!range || length == 0 || missing_ == 0) return range;
+  for (std::size_t page = offset / kPageSize; page <= (offset + length - 1) / kPageSize; ++page) {
+    if (!loaded_[page]) Load(page);
+  }
+  return range;
+}
+
+void PagedFile::Load(std::size_t page) const {
+  const std::size_t start = page * kPageSize;
+  const auto bytes = std::span(memory_.get(), size_).subspan(start, std::min(kPageSize, size_ - start));
+  const std::size_t read = file_.ReadAt(start, bytes);
+  std::ranges::fill(bytes.subspan(read), std::uint8_t{0});
+  loaded_[page] = true;
+  --missing_;
+}
+
+}  // namespace quillmark

@@ -1,0 +1,40 @@
+// A file's bytes at addresses that stay, of which only the pages that were asked for are in memory: what is
+// not touched of the block that holds them costs address space alone. For one thread at a time. Tests:
+// tests/analysis/sfnt_data_test.cc.
+#ifndef QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_
+#define QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/byte_reader.h"
+#include "platform/files/regular_file.h"
+
+namespace quillmark {
+
+class PagedFile {
+ public:
+  // The first `size` bytes of the file. Throws std::bad_alloc when that many cannot have addresses.
+  PagedFile(RegularFile file, std::size_t size);
+
+  std::size_t size() const { return size_; }
+  // The bytes [offset, offset + length), or nothing when they do not all lie inside. They live as long as
+  // this object; equal ranges have equal addresses. What cannot be read is zero.
+  std::optional<Bytes> Range(std::size_t offset, std::size_t length) const;
+
+ private:
+  void Load(std::size_t page) const;
+
+  RegularFile file_;
+  std::size_t size_;
+  std::unique_ptr<std::uint8_t[]> memory_;
+  mutable std::vector<bool> loaded_;  // by page
+  mutable std::size_t missing_;       // pages
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,87 @@
+#include "platform/files/regular_file.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quillmark {
+
+// The open file, and the block of bytes that was read last.
+class RegularFile::Contents {
+ public:
+  Contents(std::unique_ptr<OpenedFile> file, std::shared_ptr<FileAccess::Block> block, Budget* budget)
+      : file_(std::move(file)), budget_(budget), block_(std::move(block)) {}
+
+  std::uint64_t size() const { return file_->size(); }
+
+  std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) {
+    if (block_size_ == 0 && offset < block_->size() && offset < size()) LoadBlock(0);
+    const auto held =
+        offset < start_ ? std::nullopt : Slice(BlockBytes().first(read_size_), offset - start_, out.size());
+    if (!held) return ReadFile(offset, out);
+    Charge(budget_, 1 + out.size() / Budget::kBytesPerStep);
+    std::ranges::copy(*held, out.begin());
+    return out.size();
+  }
+
+  Bytes BlockAt(std::uint64_t offset) {
+    if (offset >= size()) return {};
+    if (offset < start_ || offset - start_ >= block_size_) LoadBlock(offset);
+    return BlockBytes().subspan(offset - start_);
+  }
+
+ private:
+  Bytes BlockBytes() const { return Bytes(*block_).first(block_size_); }
+
+  void LoadBlock(std::uint64_t offset) {
+    start_ = offset;
+    block_size_ = static_cast<std::size_t>(std::min<std::uint64_t>(block_->size(), size() - offset));
+    const std::span<std::uint8_t> wanted = std::span(*block_).first(block_size_);
+    read_size_ = ReadFile(offset, wanted);
+    std::ranges::fill(wanted.subspan(read_size_), std::uint8_t{0});
+  }
+
+  // The budget grows by every byte that is read, but not further than the file's size.
+  std::size_t ReadFile(std::uint64_t offset, std::span<std::uint8_t> out) {
+    Charge(budget_, Budget::kFileRead);
+    const std::size_t length = file_->ReadAt(offset, out).length;
+    if (budget_ == nullptr) return length;
+    const std::uint64_t paid = std::min<std::uint64_t>(length, size() - std::min(size(), paid_for_));
+    paid_for_ += paid;
+    budget_->Allow(paid);
+    budget_->ChargeBytes(out.size());
+    return length;
+  }
+
+  const std::unique_ptr<OpenedFile> file_;
+  Budget* const budget_;
+  std::uint64_t paid_for_ = 0;  // bytes that the budget grew by
+  const std::shared_ptr<FileAccess::Block> block_;
+  std::uint64_t start_ = 0;     // of the block, in the file
+  std::size_t block_size_ = 0;  // bytes that the block stands for; 0 until something is read
+  std::size_t read_size_ = 0;   // those that could be read; zeros follow
+};
+
+RegularFile::RegularFile(std::shared_ptr<Contents> contents) : contents_(std::move(contents)) {}
+
+std::optional<RegularFile> RegularFile::Open(FileAccess& access, const std::string& path) {
+  auto file = access.Open(path);
+  if (!file) return std::nullopt;
+  return RegularFile(std::make_shared<Contents>(std::move(file), access.TakeBlock(), access.budget()));
+}
+
+std::optional<RegularFile> RegularFile::Open(const std::string& path) {
+  FileAccess access;
+  if (!access.Status(path).regular) return std::nullopt;
+  return Open(access, path);
+}
+
+std::uint64_t RegularFile::size() const { return contents_->size(); }
+
+std::size_t RegularFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const {
+  return contents_->ReadAt(offset, out);
+}
+
+Bytes RegularFile::BlockAt(std::uint64_t offset) const { return contents_->BlockAt(offset); }
+
+}  // namespace quillmark

@@ -1,0 +1,28 @@
+// The values that property-list text writes between two tags: numbers, data, and the characters that an
+// entity stands for. Tests: tests/platform/property_list_test.cc.
+#ifndef QUILLMARK_PLATFORM_PROPERTY_LIST_PLIST_LEAVES_H_
+#define QUILLMARK_PLATFORM_PROPERTY_LIST_PLIST_LEAVES_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/core_foundation/cf_number.h"
+
+namespace quillmark::cf {
+
+inline constexpr std::string_view kBlanks = " \t\r\n";
+
+// Blanks, a sign, blanks, decimal digits or 0x and hexadecimal ones, nothing behind; from -2^63 to 2^64 - 1.
+std::optional<CFNumberObject::Value> ParseInteger(std::string_view text);
+// Blanks, a sign, and a decimal number, nan, inf or infinity in any case, nothing behind. What is too large
+// is infinity.
+std::optional<double> ParseReal(std::string_view text);
+// Base 64. Characters outside its alphabet are passed over, and a last group of fewer than four is dropped.
+std::string ParseData(std::string_view text);
+// The UTF-8 form of the entity whose name stands between & and ;.
+std::optional<std::string> ParseEntity(std::string_view name);
+
+}  // namespace quillmark::cf
+
+#endif

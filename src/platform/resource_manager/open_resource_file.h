@@ -1,0 +1,47 @@
+// One resource file that a thread has open: its map, the handles that were given out for its resources, and
+// where a changed map goes. Tests: tests/platform/resource_manager_test.cc.
+#ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_OPEN_RESOURCE_FILE_H_
+#define QUILLMARK_PLATFORM_RESOURCE_MANAGER_OPEN_RESOURCE_FILE_H_
+
+#include <cstdint>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/resource_manager/fork_writer.h"
+#include "platform/resource_manager/handle_block.h"
+#include "platform/resource_manager/resource_map.h"
+
+namespace quillmark {
+
+class OpenResourceFile {
+ public:
+  OpenResourceFile(MapOrigin origin, ResourceMap map, bool writable)
+      : origin_(std::move(origin)), map_(std::move(map)), writable_(writable) {}
+  ~OpenResourceFile();  // frees the handles of its resources; writes nothing
+  OpenResourceFile(const OpenResourceFile&) = delete;
+  OpenResourceFile& operator=(const OpenResourceFile&) = delete;
+
+  ResourceMap& map() { return map_; }
+
+  // The handle of a resource, always the same until it is released; *error says why there is none. Data that
+  // leave the data area give none, whether they are loaded or not.
+  Handle HandleFor(ResourceMap::Key key, bool load, OSErr* error);
+  // Loads the data of one of this file's handles, if they are not there.
+  OSErr Load(HandleBlock& block);
+  // Makes a handle of this file an ordinary one: the next HandleFor makes a fresh one.
+  void Forget(HandleBlock& block);
+  // Writes the map if it was changed and the file is open for writing.
+  [[nodiscard]] OSErr Save() const;
+
+ private:
+  static std::uint32_t IndexOf(ResourceMap::Key key) { return key.entry * 0x10000u + key.position; }
+
+  MapOrigin origin_;
+  ResourceMap map_;
+  bool writable_;
+  std::unordered_map<std::uint32_t, HandleBlock*> handles_;
+};
+
+}  // namespace quillmark
+
+#endif

@@ -1,0 +1,34 @@
+// What the Resource Manager keeps for each thread: open files, the current one, the load switch, the error.
+// Tests: tests/platform/resource_manager_test.cc.
+#ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_
+#define QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_
+
+#include <memory>
+#include <vector>
+
+#include "platform/resource_manager/open_resource_file.h"
+#include "platform/resource_manager/resource_types.h"
+
+namespace quillmark {
+
+struct ResourceFiles {
+  struct Opened {
+    ResFileRefNum number;
+    std::unique_ptr<OpenResourceFile> file;
+  };
+  std::vector<Opened> chain;  // in the order they were opened
+  ResFileRefNum current = 0;  // 0: none, the end of the chain
+  ResFileRefNum last_number = 0;
+  bool load = true;
+  OSErr error = noErr;
+
+  // Position in the chain of a number; nothing when it is not open.
+  std::vector<Opened>::iterator Find(ResFileRefNum number);
+  OpenResourceFile* Current();  // null when there is none
+};
+
+ResourceFiles& ThreadResourceFiles();
+
+}  // namespace quillmark
+
+#endif

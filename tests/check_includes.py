@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""Fails on an include that points against the arrows between rooms, on a ring of files inside a room, and on an inner
+header that the tool uses without its being listed here."""
+import pathlib
+import re
+import sys
+
+# What each folder may include, besides itself; the public header stands as "quillmark".
+PLATFORM = {
+    "platform": [],  # the byte reader, sums, the budget
+    "platform/text": ["platform"],
+    "platform/files": ["platform"],
+    "platform/core_foundation": ["platform", "platform/text"],
+    "platform/property_list": ["platform", "platform/text", "platform/core_foundation"],
+    "platform/resource_manager": ["platform", "platform/text", "platform/files", "platform/core_foundation"],
+}
+WHOLE_PLATFORM = list(PLATFORM)
+ROOMS = PLATFORM | {
+    "support": WHOLE_PLATFORM,
+    "resources": ["support", *WHOLE_PLATFORM],
+    "knowledge": ["support", *WHOLE_PLATFORM],
+    "analysis": ["resources", "knowledge", "support", *WHOLE_PLATFORM, "quillmark"],
+    "api": ["analysis", "knowledge", "resources", "support", *WHOLE_PLATFORM, "quillmark"],
+}
+TOOL = {
+    "text": [],
+    "faces": [],
+    "output": ["faces", "text"],
+    "reasons": ["text"],
+    "files": ["faces", "reasons", "text"],
+    "library": ["faces", "output", "reasons", "text"],
+    "split": ["text"],
+    "resources": ["output", "text"],
+    "commands": ["files", "faces", "library", "output", "reasons", "resources", "split", "text"],
+    "": ["commands", "files", "output", "text"],  # main.cc
+}
+# OmString makes its wide form, and the wide forms are made of it.
+KNOWN_RINGS = [["support/om_string", "support/wide_string"]]
+# What the exported functions do not carry.
+INNER_HEADERS = """
+    analysis/collection.h analysis/font_extension.h analysis/font_kind.h analysis/name_match.h analysis/name_record.h
+    analysis/name_table.h analysis/sfnt_data.h analysis/sfnt_directory.h
+    api/creation.h api/creation_context.h api/face_fault.h api/font_array.h api/match.h api/xml_reader.h
+    knowledge/classification_mappings.h knowledge/foundry_name_table.h knowledge/keyword_table.h
+    platform/byte_reader.h platform/core_foundation/cf_bundle.h platform/core_foundation/cf_ref.h
+    platform/files/apple_double.h platform/files/file_system.h platform/files/font_file.h
+    platform/files/temporary_file.h platform/resource_manager/resource_map.h platform/text/text_encoding.h
+    resources/family.h resources/fond_record.h resources/quillmark_resource_file.h resources/resource_access.h
+""".split()
+
+
+def includes(path):
+    return re.findall(r'^#include [<"]([a-z_/0-9]+\.h)[>"]', path.read_text(encoding="utf-8"), re.M)
+
+
+def sources(root):
+    return {path.relative_to(root).as_posix(): path for path in sorted(root.rglob("*")) if path.suffix in (".h", ".cc")}
+
+
+def folder(name):
+    return name.rpartition("/")[0]
+
+
+def rings(graph):
+    """The groups of nodes that lead back to themselves (Tarjan)."""
+    index, low, stack, found = {}, {}, [], []
+
+    def visit(node):
+        index[node] = low[node] = len(index)
+        stack.append(node)
+        for other in graph.get(node, ()):
+            if other not in index:
+                visit(other)
+                low[node] = min(low[node], low[other])
+            elif other in stack:
+                low[node] = min(low[node], index[other])
+        if low[node] == index[node]:
+            ring = stack[stack.index(node):]
+            del stack[stack.index(node):]
+            if len(ring) > 1:
+                found.append(ring)
+
+    for node in sorted(graph):
+        if node not in index:
+            visit(node)
+    return found
+
+
+def check(root, allowed, inner=None):
+    faults, graph = [], {}
+    files = sources(root)
+    for name, path in files.items():
+        for seen in includes(path):
+            if seen in files or folder(seen) == "quillmark":
+                if folder(seen) != folder(name) and folder(seen) not in allowed.get(folder(name), ()):
+                    if inner is None or folder(seen) != "quillmark":
+                        faults.append(f"{path} includes {seen}, which {folder(name) or root} does not rest on")
+                graph.setdefault(name.rpartition(".")[0], set()).add(seen.rpartition(".")[0])
+            elif inner is not None and "/" in seen and seen not in inner and (root / "../../src" / seen).exists():
+                faults.append(f"{path} includes {seen}, which is not among the inner headers of the tool")
+    for name in graph:
+        graph[name].discard(name)
+    return faults + [f"{root}: a ring of {', '.join(sorted(ring))}" for ring in rings(graph) if sorted(ring) not in KNOWN_RINGS]
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    faults = check(root / "src", ROOMS) + check(root / "tools/quillmark", TOOL, INNER_HEADERS)
+    print("\n".join(faults) or "every include follows the arrows")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,54 @@
+// A font file in a folder of its own, its resource map in the data fork, open while a test looks at it.
+#ifndef QUILLMARK_TESTS_RESOURCES_OPENED_SUITCASE_H_
+#define QUILLMARK_TESTS_RESOURCES_OPENED_SUITCASE_H_
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "builders/fond_builder.h"
+#include "builders/resource_fork_builder.h"
+#include "builders/temp_folder.h"
+#include "resources/family.h"
+#include "resources/quillmark_resource_file.h"
+#include "resources/resource_access.h"
+
+namespace quillmark {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class OpenedSuitcase {
+ public:
+  explicit OpenedSuitcase(const ResourceForkBuilder& fork, bool read_only = true)
+      : path_(folder_.Write("Suitcase", fork.Build())) {
+    Reopen(read_only);
+  }
+  // A file with one FOND, of ID 128.
+  explicit OpenedSuitcase(const std::string& fond, const std::string& name = "Family")
+      : OpenedSuitcase(ResourceForkBuilder().Add(kFond, 128, fond, name)) {}
+
+  void Reopen(bool read_only = true) {
+    file_.reset();  // closed, and so written, before it is read again
+    file_ = std::make_unique<ResourceFileHolder>(QuillmarkResourceFile::initWithFile(path_, read_only));
+  }
+  QuillmarkResourceFile* get() const { return file_->get(); }
+  QuillmarkResourceFile* operator->() const { return file_->get(); }
+  Handle Fond(std::int16_t id = 128) const { return get()->getResourceHandleForType(kFond, id); }
+  const TempFolder& folder() const { return folder_; }
+  const std::string& path() const { return path_; }
+
+ private:
+  TempFolder folder_;
+  std::string path_;
+  std::unique_ptr<ResourceFileHolder> file_;
+};
+
+}  // namespace quillmark
+
+#endif

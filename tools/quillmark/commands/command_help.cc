@@ -1,0 +1,96 @@
+#include "commands/command_help.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "commands/command_line.h"
+
+namespace quillmark::tool {
+namespace {
+
+struct CommandHelp {
+  const char* command;
+  const char* statuses;  // besides wrong usage
+  const char* examples[2];
+};
+
+constexpr CommandHelp kHelp[] = {
+    {"identify",
+     "  0  every named file gave a face\n"
+     "  1  one did not, a folder could not be read, or no face was found at all\n"
+     "  130, 143  stopped by a signal; what was found so far is whole\n",
+     {"quillmark identify ~/fonts Garamond.otf",
+      "quillmark identify --format tsv --fields postScriptName,version,checksum --sort family fonts"}},
+    {"same",
+     "  0  no conflict\n"
+     "  1  a named file gave no face, or no face was found at all\n"
+     "  3  conflicts were found\n"
+     "  130, 143  stopped by a signal, without a list\n",
+     {"quillmark same ~/fonts /srv/fonts", "quillmark same --format json --near fonts > same.json"}},
+    {"compare",
+     "  0  all agrees\n"
+     "  1  nothing to compare\n"
+     "  3  something conflicts\n",
+     {"quillmark compare old/Garamond.otf new/Garamond.otf",
+      "quillmark compare --format json Garamond.otf stored.xml"}},
+    {"why",
+     "  0  every path was explained\n"
+     "  1  one could not be looked at\n",
+     {"quillmark why Garamond.woff2", "quillmark why fonts/*"}},
+    {"split",
+     "  0  every font was written\n"
+     "  1  one was not\n",
+     {"quillmark split -o . uming.ttc", "quillmark split Garamond.dfont"}},
+    {"read",
+     "  0  the faces were written\n"
+     "  1  the text holds none, or cannot be read\n",
+     {"quillmark read --format json stored.xml",
+      "quillmark identify --format json fonts | quillmark read --format plist -"}},
+    {"resources",
+     "  0  the resource map was written\n"
+     "  1  the file has none\n",
+     {"quillmark resources Garamond.dfont", "quillmark resources --format json Garamond"}},
+    {"styles",
+     "  0  the names tell a style\n"
+     "  1  they tell none\n",
+     {"quillmark styles Minion-BoldItalic", "quillmark styles --format json Minion-Bd 'Minion Bold'"}},
+    {"classify",
+     "  0  the class is known\n"
+     "  1  it is not\n",
+     {"quillmark classify Helvetica", "quillmark classify 'Neue Helvetica' Helvetica"}},
+    {"version",
+     "  0  all tables were loaded\n"
+     "  1  one is missing or cannot be read\n",
+     {"quillmark version", "quillmark version --format json"}},
+    {"help", "  0  help was printed\n", {"quillmark help", "quillmark help identify"}},
+};
+
+std::string Footer(const CommandHelp& help) {
+  return std::string("Exit status:\n") + help.statuses +
+         "  2  wrong usage; nothing was read\n\nExamples:\n  " + help.examples[0] + "\n  " + help.examples[1];
+}
+
+}  // namespace
+
+void AddHelp(CLI::App& app) {
+  CLI::App* const help = app.add_subcommand("help", "Print what the tool or a command takes");
+  const auto name = std::make_shared<std::string>();
+  help->add_option("command", *name, "Command to tell of");
+  help->callback([&app, name] {
+    const CLI::App* of = &app;
+    if (!name->empty()) {
+      const auto found =
+          app.get_subcommands([&](const CLI::App* command) { return command->get_name() == *name; });
+      if (found.empty()) ThrowNoCommand(app, *name);
+      of = found.front();
+    }
+    const std::string whole_name = app.get_name() + (name->empty() ? "" : " " + *name);
+    std::cout << of->get_formatter()->make_help(of, whole_name, CLI::AppFormatMode::Normal);
+  });
+  for (const CommandHelp& texts : kHelp) app.get_subcommand(texts.command)->footer(Footer(texts));
+  app.footer("quillmark help COMMAND tells the options, exit statuses and examples of a command.");
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,27 @@
+// The tool's commands, one function each: it adds the command with its options to the application, and
+// parsing runs the command that was asked for and stores its exit status. A command writes its result to
+// standard output and what went wrong to standard error, a line a fault. Status 0: all asked for was given;
+// 1: something was not. Wrong usage (2) is a CLI::ParseError, which a command may throw too.
+#ifndef QUILLMARK_TOOL_COMMANDS_COMMANDS_H_
+#define QUILLMARK_TOOL_COMMANDS_COMMANDS_H_
+
+namespace CLI {
+class App;
+}
+
+namespace quillmark::tool {
+
+void AddIdentify(CLI::App& app, int& status);
+void AddSame(CLI::App& app, int& status);
+void AddCompare(CLI::App& app, int& status);
+void AddWhy(CLI::App& app, int& status);
+void AddSplit(CLI::App& app, int& status);
+void AddRead(CLI::App& app, int& status);
+void AddResources(CLI::App& app, int& status);
+void AddStyles(CLI::App& app, int& status);
+void AddClassify(CLI::App& app, int& status);
+void AddVersion(CLI::App& app, int& status);
+
+}  // namespace quillmark::tool
+
+#endif

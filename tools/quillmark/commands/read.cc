@@ -1,0 +1,84 @@
+// quillmark read: faces from stored XML, a property list or JSON, written in any form.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "commands/commands.h"
+#include "commands/shared_options.h"
+#include "commands/tables_check.h"
+#include "faces/json_reader.h"
+#include "faces/stored_text.h"
+#include "files/standard_input.h"
+#include "output/output.h"
+#include "reasons/reason.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr const char* kNoFaces =
+    "neither stored XML, a property list of fonts, nor JSON as identify writes it";
+
+// Reads a file, or standard input. Returns why that cannot be; empty when it can.
+std::string ReadWhole(const std::string& file, std::string& text) {
+  if (file == kStandardInputPath) return ReadStandardInput(text);
+  if (const auto reason = WhyNotReadable(file)) return *reason;
+  text = ReadText(file).value_or("");
+  return {};
+}
+
+// The faces of a text in any of the forms that can be read.
+FacesOrFault FacesIn(const std::string& text, const std::string& file) {
+  if (BeginsAsJson(text)) return ReadJsonFaces(text, file);
+  const bool is_text = text.find('\0') == std::string::npos;
+  std::optional<StoredFaces> stored = is_text ? ParseStored(text) : std::nullopt;
+  if (!stored) return {{}, nullptr, kNoFaces, {}, false};
+  std::vector<Face> faces = FacesOf(stored->array.get(), file);
+  for (Face& face : faces) face.fond_id = face.style = std::nullopt;  // stored forms do not carry them
+  std::string not_read = NotRead(*stored);
+  return {std::move(faces), std::move(stored->array), {}, std::move(not_read), stored->is_cut};
+}
+
+int Read(const std::string& file, const OutputForm& form) {
+  const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
+  LoadTables();
+  FacesOrFault read;
+  std::string text;
+  read.fault = ReadWhole(file, text);
+  if (read.fault.empty()) read = FacesIn(text, file);
+  const std::string shown = file == kStandardInputPath ? kStandardInputName : Printable(file);
+  if (!read.fault.empty()) {
+    std::cerr << shown << ": " << read.fault << '\n';
+    return 1;
+  }
+  writer->Add(read.faces, *read.array);
+  writer->Finish();
+  FlushOutput();
+  if (read.is_cut) {
+    std::cerr << shown << ": its faces share too much of the text; only the first ones are read\n";
+    return 1;
+  }
+  if (!read.not_read.empty()) std::cerr << shown << ": " << read.not_read << '\n';
+  return 0;
+}
+
+}  // namespace
+
+void AddRead(CLI::App& app, int& status) {
+  struct Options {
+    std::string file;
+    OutputForm form;
+  };
+  CLI::App* command =
+      app.add_subcommand("read", "Read stored XML, a property list or JSON and write it in any form");
+  const auto options = std::make_shared<Options>();
+  AddOutputForm(*command, options->form);
+  command->add_option("file", options->file, "The stored text; - for standard input")->required();
+  command->callback([&status, options] { status = Read(options->file, options->form); });
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,104 @@
+// quillmark same: what a library of fonts holds twice, which names are in conflict, and which formats and
+// versions of a font there are.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands/commands.h"
+#include "commands/shared_options.h"
+#include "commands/suggestion.h"
+#include "commands/tables_check.h"
+#include "files/identify_files.h"
+#include "files/interrupt.h"
+#include "library/library_forms.h"
+#include "output/output.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr int kConflictsFound = 3;
+
+struct SameOptions {
+  std::string format = "table";
+  bool near = false;
+  std::vector<std::string> without;  // names of lists
+  FilesOptions files;
+};
+
+void WriteSummary(std::ostream& out, const Library& library, const std::string& losses) {
+  const auto part = [&out](std::size_t count, const char* one, const char* many) {
+    if (count > 0) out << "; " << count << (count == 1 ? one : many);
+  };
+  const LibraryCounts counts = library.Count();
+  constexpr const char* kNoLetter = " whose PostScript name holds neither letter nor digit";
+  out << FacesInFiles(counts.faces, library.files().size());
+  part(counts.nameless, " face without a PostScript name", " faces without a PostScript name");
+  part(counts.names_without_letters, (" face" + std::string(kNoLetter)).c_str(),
+       (" faces" + std::string(kNoLetter)).c_str());
+  part(library.link_count(), " other path of the same file", " other paths of the same files");
+  out << losses << '\n';
+}
+
+LibraryLists ListsOf(const Library& library, const SameOptions& options) {
+  const auto wanted = [&](const char* list) {
+    return std::find(options.without.begin(), options.without.end(), list) == options.without.end();
+  };
+  LibraryLists lists;
+  if (wanted("copies")) lists.copies = Copies(library);
+  if (wanted("conflicts")) lists.conflicts = Conflicts(library);
+  if (wanted("formats")) lists.formats = Formats(library);
+  if (wanted("versions")) lists.versions = Versions(library);
+  if (options.near && wanted("near")) lists.near = NearNames(library);
+  return lists;
+}
+
+int Same(const SameOptions& options) {
+  LoadTables();
+  Library library;
+  const FilesOutcome outcome = IdentifyFiles(options.files, false, [&](const IdentifiedFile& file) {
+    library.Add(file.source.path, file.faces, *file.array);
+  });
+  // Lists of a part would call a copy or a conflict missing that is there.
+  if (!outcome.stopped.empty()) {
+    std::cerr << outcome.stopped + "; no lists were written\n";
+    return InterruptedStatus();
+  }
+
+  library.Finish();
+  const LibraryLists lists = ListsOf(library, options);
+  LibraryDetails details(library);
+  const auto write = options.format == "json"  ? WriteLibraryJson
+                     : options.format == "tsv" ? WriteLibraryTsv
+                                               : WriteLibraryTables;
+  write(std::cout, library, details, lists);
+  FlushOutput();
+  if (!options.files.quiet) {
+    WriteSummary(std::cerr, library, Losses(outcome.losses, options.files));
+  }
+  if (!outcome.complete || library.files().empty()) return 1;
+  return lists.conflicts && !lists.conflicts->empty() ? kConflictsFound : 0;
+}
+
+}  // namespace
+
+void AddSame(CLI::App& app, int& status) {
+  CLI::App* command =
+      app.add_subcommand("same", "List copies, names in conflict, formats and versions among many fonts");
+  const auto options = std::make_shared<SameOptions>();
+  command->add_option("--format", options->format, "How the lists are written")
+      ->check(OneOf("form", {"table", "json", "tsv"}))
+      ->capture_default_str();
+  AddFiles(*command, options->files);
+  command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
+  command->add_option("--without", options->without, "Lists to leave out, separated by commas")
+      ->check(OneOf("list", {"copies", "conflicts", "formats", "versions", "near"}))
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("LIST");
+  command->callback([&status, options] { status = Same(*options); });
+}
+
+}  // namespace quillmark::tool

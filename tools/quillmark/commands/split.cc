@@ -1,0 +1,337 @@
+// quillmark split: the fonts of a collection or of a resource file, each written to a file of its own.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <limits>
+#include <map>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "analysis/collection.h"
+#include "analysis/name_table.h"
+#include "commands/commands.h"
+#include "platform/resource_manager/resource_map.h"
+#include "reasons/fault_words.h"
+#include "reasons/known_formats.h"
+#include "reasons/reason.h"
+#include "reasons/resource_faults.h"
+#include "resources/resource_access.h"
+#include "split/new_file.h"
+#include "split/split_names.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A small file can list millions of faces, each nearly as large as itself.
+constexpr std::uint32_t kMostFaces = 4096;
+
+constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
+
+struct Options {
+  std::string file;
+  std::string folder = ".";
+  std::uint64_t max_bytes = kGiB;
+};
+
+// A number and bytes of the source, which must outlive it.
+using Place = std::pair<std::uint64_t, std::string_view>;
+constexpr std::uint64_t kNowhere = std::numeric_limits<std::uint64_t>::max();
+
+// Where the fonts of one file come from.
+class FontSource {
+ public:
+  virtual ~FontSource() = default;
+  // What its fonts are called: "face", "sfnt".
+  virtual std::string Kind() const = 0;
+  // Face or resource numbers, ascending.
+  virtual std::vector<int> Numbers() = 0;
+  // Fonts of one place have the same bytes, or cannot be had for the same reason.
+  virtual Place PlaceOfFont(int number) = 0;
+  // The whole font; none when it cannot be had, and why.
+  virtual std::vector<char> Font(int number, std::string& reason) = 0;
+};
+
+class CollectionSource : public FontSource {
+ public:
+  explicit CollectionSource(const std::string& path) : file_(access_, path), collection_(file_) {}
+
+  // Empty when it lists faces.
+  std::string WhyNone() { return collection_.faceCount() > 0 ? "" : Words(collection_.status()); }
+  std::uint32_t FaceCount() const { return collection_.faceCount(); }
+
+  std::string Kind() const override { return "face"; }
+
+  std::vector<int> Numbers() override {
+    std::vector<int> numbers(collection_.listedFaceCount());
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+  }
+
+  // The same list of tables makes the same font, wherever it stands.
+  Place PlaceOfFont(int number) override {
+    const auto face = static_cast<std::uint32_t>(number);
+    if (const auto found = collection_.FindFace(face)) return {kNowhere, AsText(found->directory)};
+    return {collection_.directoryOffset(face).value_or(kNowhere), {}};
+  }
+
+  std::vector<char> Font(int number, std::string& reason) override {
+    std::vector<char> font;
+    const auto face = static_cast<std::uint32_t>(number);
+    CollectionFault fault;
+    if (!collection_.FindFace(face, &fault)) reason = Words(fault);
+    if (collection_.GetDataPtrForFace(face, font) != kCollectionOk && reason.empty()) {
+      reason = "there is too little memory for it";
+    }
+    return font;
+  }
+
+ private:
+  FileAccess access_;
+  FontFile file_;
+  TrueTypeCollectionFont collection_;
+};
+
+class ResourceSource : public FontSource {
+ public:
+  explicit ResourceSource(QuillmarkResourceFile& file) : file_(file) {
+    auto fork = file.isDataFork() ? OpenDataFork(file.file()) : OpenResourceFork(file.file());
+    if (fork) map_ = ResourceMap::Open(*std::move(fork));
+  }
+
+  std::string Kind() const override { return "sfnt"; }
+
+  std::vector<int> Numbers() override {
+    const std::vector<std::int16_t> ids = file_.getSortedResIDsForType(kSfnt);
+    return {ids.begin(), ids.end()};
+  }
+
+  Place PlaceOfFont(int number) override {
+    const auto key = map_ ? map_->Find(kSfnt, static_cast<std::int16_t>(number)) : std::nullopt;
+    const auto data = key ? map_->Data(*key) : std::nullopt;
+    return {data ? data->start : kNowhere, {}};
+  }
+
+  std::vector<char> Font(int number, std::string& reason) override {
+    const ResourceHandle resource(file_.getResourceHandleForType(kSfnt, number));
+    const std::string_view bytes = AsText(HandleBytes(resource.get()));
+    if (bytes.empty()) reason = "its data are empty or lie outside the file";
+    const auto kind = SfntKind(AsBytes(bytes));
+    if (reason.empty() && (!kind || StartsWith(AsBytes(bytes), "typ1"))) {
+      reason = "neither a TrueType nor an OpenType font";
+    }
+    return {bytes.begin(), bytes.end()};
+  }
+
+ private:
+  QuillmarkResourceFile& file_;
+  std::optional<ResourceMap> map_;  // tells places without reading what lies there
+};
+
+Bytes BytesOf(const std::vector<char>& font) { return AsBytes(std::string_view(font.data(), font.size())); }
+
+// Fonts of the same bytes, or that cannot be had for the same reason.
+struct Target {
+  std::vector<int> numbers;
+  std::string reason;  // why they cannot be had; empty when they can
+  std::string path;    // of the file to be written
+};
+
+// "face 3", "faces 0, 2 to 5".
+std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
+  std::string text = kind + (numbers.size() == 1 ? " " : "s ");
+  for (std::size_t i = 0, last = 0; i < numbers.size(); i = ++last) {
+    for (last = i; last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1;) ++last;
+    text += (i == 0 ? "" : ", ") + std::to_string(numbers[i]);
+    if (last > i) text += (last > i + 1 ? " to " : ", ") + std::to_string(numbers[last]);
+  }
+  return text;
+}
+
+class Splitter {
+ public:
+  Splitter(const Options& options, FontSource& source) : options_(options), source_(source) {}
+
+  int Run() {
+    if (const std::string reason = ChooseTargets(); !reason.empty()) {
+      Complain(options_.file, reason + "; nothing was written");
+      return 1;
+    }
+    std::erase_if(targets_, [&](const Target& target) {
+      if (target.reason.empty()) return false;
+      Complain(options_.file,
+               NamesOf(source_.Kind(), target.numbers) + " cannot be written: " + target.reason);
+      return true;
+    });
+    const bool any_exists = std::any_of(targets_.begin(), targets_.end(), [&](const Target& target) {
+      std::error_code error;
+      const bool exists = fs::exists(fs::symlink_status(target.path, error));
+      if (exists) Complain(target.path, "exists already; nothing was written");
+      return exists;
+    });
+    if (any_exists || !MakeFolder()) return 1;
+    for (const Target& target : targets_) {
+      if (!Write(target)) return 1;
+    }
+    return complete_ ? 0 : 1;
+  }
+
+ private:
+  void Complain(const std::string& what, const std::string& reason) {
+    std::cerr << Printable(what) << ": " << reason << '\n';
+    complete_ = false;
+  }
+
+  // Every font is looked at before the first is written, so that a target that exists stops all. Tells why
+  // there are too many bytes to write, or to read in vain: thousands of fonts in a small hostile file can
+  // overlap and have the same bytes.
+  std::string ChooseTargets() {
+    const std::uint64_t most_in_vain = std::max(TotalForkLength(options_.file), options_.max_bytes);
+    std::map<Place, std::size_t> targets;  // indexes of targets_
+    for (const int number : source_.Numbers()) {
+      const auto [known, is_new] = targets.try_emplace(source_.PlaceOfFont(number), targets_.size());
+      if (is_new) {
+        std::string reason;
+        const std::vector<char> font = source_.Font(number, reason);
+        read_ += font.size();
+        known->second = TargetOf(number, font, reason);
+        if (to_write_ > options_.max_bytes) {
+          return "its fonts take more than the " + std::to_string(options_.max_bytes) +
+                 " bytes that --max-bytes allows";
+        }
+        if (read_ - to_write_ > most_in_vain) return "its fonts overlap, as only those of damaged files do";
+      }
+      targets_[known->second].numbers.push_back(number);
+    }
+    return {};
+  }
+
+  // The index of the target of the same bytes or of a new one.
+  std::size_t TargetOf(int number, const std::vector<char>& font, const std::string& reason) {
+    if (!reason.empty()) {
+      targets_.push_back({{}, reason, {}});
+      return targets_.size() - 1;
+    }
+    const std::size_t hash = std::hash<std::string_view>()(AsText(BytesOf(font)));
+    const auto [same, is_new] = by_content_.try_emplace({font.size(), hash}, targets_.size());
+    if (!is_new) {
+      std::string ignored;
+      if (source_.Font(targets_[same->second].numbers.front(), ignored) == font) return same->second;
+    }
+    to_write_ += font.size();
+    targets_.push_back({{}, {}, PathFor(number, BytesOf(font))});
+    return targets_.size() - 1;
+  }
+
+  std::string PathFor(int number, Bytes font) {
+    const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font));
+    const std::string extension = StartsWith(font, "OTTO") ? ".otf" : ".ttf";
+    const std::string name =
+        names_.NameFor(post_script_name, source_.Kind() + '-' + std::to_string(number), extension);
+    return (fs::path(options_.folder) / name).native();
+  }
+
+  bool MakeFolder() {
+    std::error_code error;
+    if (!targets_.empty()) fs::create_directories(options_.folder, error);
+    if (error) Complain(options_.folder, "the folder cannot be made: " + error.message());
+    return !error;
+  }
+
+  bool Write(const Target& target) {
+    std::string reason;
+    const std::vector<char> font = source_.Font(target.numbers.front(), reason);
+    if (reason.empty()) reason = WriteNewFile(target.path, BytesOf(font)).value_or("");
+    if (!reason.empty()) {
+      Complain(target.path, "cannot be written: " + reason);
+      return false;
+    }
+    std::cout << Printable(target.path) << '\n';
+    if (target.numbers.size() > 1) {
+      std::cerr << Printable(target.path) << ": " << NamesOf(source_.Kind(), target.numbers)
+                << " are the same bytes, written once\n";
+    }
+    return true;
+  }
+
+  const Options& options_;
+  FontSource& source_;
+  SplitNames names_;
+  std::vector<Target> targets_;
+  std::map<std::pair<std::size_t, std::size_t>, std::size_t> by_content_;  // by size and hash
+  std::uint64_t read_ = 0, to_write_ = 0;                                  // bytes of fonts
+  bool complete_ = true;
+};
+
+int Fail(const std::string& path, const std::string& reason) {
+  std::cerr << Printable(path) << ": " << reason << '\n';
+  return 1;
+}
+
+bool BeginsAsCollection(const std::string& path) {
+  const auto file = OpenDataFork(path);
+  std::array<std::uint8_t, 4> tag = {};
+  return file && file->ReadAt(0, tag) == tag.size() && StartsWith(tag, "ttcf");
+}
+
+int SplitCollection(const Options& options) {
+  CollectionSource source(options.file);
+  if (const std::string reason = source.WhyNone(); !reason.empty()) return Fail(options.file, reason);
+  if (source.FaceCount() > kMostFaces) {
+    return Fail(options.file, "lists more than " + std::to_string(kMostFaces) + " faces");
+  }
+  return Splitter(options, source).Run();
+}
+
+int SplitResources(const Options& options) {
+  const ResourceFileHolder file = OpenResources(options.file);
+  if (file.get() == nullptr) {
+    return Fail(options.file, "neither a collection nor a resource file, so there is nothing to split");
+  }
+  if (file.get()->countResType(kSfnt) == 0) {
+    return Fail(options.file, "its resources hold no TrueType or OpenType font");
+  }
+  ResourceSource source(*file.get());
+  return Splitter(options, source).Run();
+}
+
+int Split(const Options& options) {
+  if (const auto reason = WhyNotReadable(options.file)) return Fail(options.file, *reason);
+  std::error_code error;
+  if (fs::exists(options.folder, error) && !fs::is_directory(options.folder, error)) {
+    return Fail(options.folder, "not a folder to write to");
+  }
+  return BeginsAsCollection(options.file) ? SplitCollection(options) : SplitResources(options);
+}
+
+// A number with or without K, M, G and so on becomes one of bytes. The parser's own would wrap negative ones.
+std::string Size(std::string& text) {
+  return text.starts_with('-') ? "a size is not negative" : CLI::AsSizeValue(false)(text);
+}
+
+}  // namespace
+
+void AddSplit(CLI::App& app, int& status) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* command =
+      app.add_subcommand("split", "Write each font of a collection or resource file to a file of its own");
+  command->add_option("collection", options->file, "Collection (.ttc), .dfont or font suitcase")->required();
+  command->add_option("-o,--output", options->folder, "Folder to write to, made when it is missing")
+      ->capture_default_str();
+  command->add_option("--max-bytes", options->max_bytes, "Most bytes to write in all, as 500M or 2G")
+      ->transform(CLI::Validator(Size, ""))
+      ->type_name("SIZE")
+      ->default_str("1G");
+  command->callback([&status, options] { status = Split(*options); });
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,70 @@
+#include "commands/tables_check.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "faces/face.h"
+#include "knowledge/classification_mappings.h"
+#include "knowledge/foundry_name_table.h"
+#include "knowledge/keyword_table.h"
+
+namespace quillmark::tool {
+namespace {
+
+// Standard output goes nowhere while one of these lives.
+class SilencedOutput {
+ public:
+  SilencedOutput() : saved_(::dup(STDOUT_FILENO)) {
+    std::fflush(stdout);
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (saved_ >= 0 && nowhere >= 0) ::dup2(nowhere, STDOUT_FILENO);
+    if (nowhere >= 0) ::close(nowhere);
+  }
+  ~SilencedOutput() {
+    std::fflush(stdout);
+    if (saved_ < 0) return;
+    ::dup2(saved_, STDOUT_FILENO);
+    ::close(saved_);
+  }
+  SilencedOutput(const SilencedOutput&) = delete;
+  SilencedOutput& operator=(const SilencedOutput&) = delete;
+
+ private:
+  int saved_;
+};
+
+// Asks something of each table, which makes the library load it: here, and not in the middle of a result.
+// Tells which have nothing to say.
+std::vector<std::string> LoadAndListMissing() {
+  std::vector<std::string> missing;
+  if (CFoundryNameTable::GetSharedFoundryNameTable()->empty()) missing.emplace_back("FoundryNameTable.plist");
+  if (CClassificationMappings::GetSharedClassificationMappings()->empty()) {
+    missing.emplace_back("DefaultClassifications.plist");
+  }
+  (void)StylesOf("", "");
+  if (KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
+  return missing;
+}
+
+}  // namespace
+
+std::vector<std::string> MissingTables() {
+  const SilencedOutput silenced;
+  return LoadAndListMissing();
+}
+
+void LoadTables() {
+  const std::vector<std::string> missing = MissingTables();
+  if (missing.empty()) return;
+  std::cerr << "quillmark: foundries, classes or styles stay unknown, for these tables are missing or cannot "
+               "be read:";
+  for (const std::string& list : missing) std::cerr << ' ' << list;
+  std::cerr << '\n';
+}
+
+}  // namespace quillmark::tool

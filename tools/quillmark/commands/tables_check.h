@@ -1,0 +1,19 @@
+// Loads the library's three tables before a command needs them, and says which are missing.
+#ifndef QUILLMARK_TOOL_COMMANDS_TABLES_CHECK_H_
+#define QUILLMARK_TOOL_COMMANDS_TABLES_CHECK_H_
+
+#include <string>
+#include <vector>
+
+namespace quillmark::tool {
+
+// Loads them and gives the names of those that are missing or cannot be read.
+std::vector<std::string> MissingTables();
+
+// The same, told on standard error. Loading may print to standard output, which belongs to the tool's
+// results: it is kept out of it.
+void LoadTables();
+
+}  // namespace quillmark::tool
+
+#endif

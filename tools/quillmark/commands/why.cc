@@ -1,0 +1,79 @@
+// quillmark why: what each named file gives, and why files give no face or fewer than they list.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "commands/commands.h"
+#include "commands/shared_options.h"
+#include "commands/tables_check.h"
+#include "files/identify_files.h"
+#include "files/interrupt.h"
+#include "output/json_form.h"
+#include "output/output.h"
+#include "reasons/reason.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+struct WhyOptions {
+  std::string format = "text";
+  FilesOptions files;
+};
+
+std::string JsonExplanation(const IdentifiedFile& file) {
+  const Explanation& found = file.explanation;
+  auto object = nlohmann::ordered_json::object();
+  object["path"] = file.source.path;
+  object["faces"] = file.faces.size();
+  object["listed"] = nullptr;
+  if (found.listed) object["listed"] = *found.listed;
+  object["reason"] = nullptr;
+  if (!found.reason.empty()) object["reason"] = found.reason;
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+int Why(const WhyOptions& options) {
+  LoadTables();
+  std::optional<JsonArray> array;
+  if (options.format == "json") array.emplace(std::cout);
+  bool complete = true;
+  const std::string stopped = VisitFiles(options.files, [&](const IdentifiedFile& file, Progress& progress) {
+    const Explanation& found = file.explanation;
+    // Of the files in folders only those are told that lose something.
+    if (found.reason.empty() && !file.source.named) return;
+    const bool is_unreadable = found.outcome == Outcome::kUnreadable;
+    if (is_unreadable) complete = false;
+    progress.Clear();
+    if (array) array->Add(JsonExplanation(file));
+    if (!array || is_unreadable) {
+      // At once, as the two streams come in the order of the paths.
+      (is_unreadable ? std::cerr : std::cout)
+          << Printable(file.source.path) + ": " + Told(file.faces.size(), found) << std::endl;
+    }
+    if (!std::cout) FlushOutput();
+  });
+  if (array) array->Finish();
+  FlushOutput();
+  if (!stopped.empty()) {
+    std::cerr << stopped + '\n';
+    return InterruptedStatus();
+  }
+  return complete ? 0 : 1;
+}
+
+}  // namespace
+
+void AddWhy(CLI::App& app, int& status) {
+  CLI::App* command = app.add_subcommand("why", "Tell why files give no face, or fewer than they list");
+  const auto options = std::make_shared<WhyOptions>();
+  command->add_option("--format", options->format, "How the reasons are written")
+      ->check(CLI::IsMember({"text", "json"}))
+      ->capture_default_str();
+  AddFiles(*command, options->files);
+  command->callback([&status, options] { status = Why(*options); });
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,20 @@
+// The two forms that hosts store, over the faces of many files: one document for all.
+#ifndef QUILLMARK_TOOL_FACES_ARRAY_FORMS_H_
+#define QUILLMARK_TOOL_FACES_ARRAY_FORMS_H_
+
+#include <string>
+
+#include "faces/face.h"
+
+namespace quillmark::tool {
+
+// An array without faces, to which others are joined.
+FontArray EmptyArray();
+void Join(QM_FontArray& whole, const QM_FontArray& part);
+
+std::string XmlText(const QM_FontArray& array);
+std::string PropertyListText(const QM_FontArray& array);
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,48 @@
+// One face as the tool shows it: what the exported functions answer for it, and the two numbers they do not
+// carry.
+#ifndef QUILLMARK_TOOL_FACES_FACE_H_
+#define QUILLMARK_TOOL_FACES_FACE_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "quillmark/quillmark.h"
+
+namespace quillmark::tool {
+
+struct FreeArray {
+  void operator()(QM_FontArray* array) const;
+};
+using FontArray = std::unique_ptr<QM_FontArray, FreeArray>;
+
+struct Face {
+  std::string path;         // of the file it was read from
+  std::uint32_t index = 0;  // in the file's array, from 0
+  std::string post_script_name, family, full_name, display_name, windows_full_name;
+  std::string kind, version, platform;
+  std::string foundry, classification;  // "--" when unknown
+  std::vector<std::string> styles;
+  std::uint32_t checksum = 0, legacy_checksum = 0, kerning_checksum = 0;
+  std::string outline_file;  // path of the printer font file; empty without one
+  bool outline_file_exists = false;
+  std::uint32_t outline_file_size = 0;  // bytes
+  std::optional<int> style, fond_id;    // of faces of a FOND
+};
+
+// Every face of an array, asked for through the exported functions.
+std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path);
+
+// The styles that the names of a face tell.
+std::vector<std::string> StylesOf(const std::string& primary_name, const std::string& secondary_name);
+// The class of a family, or "--".
+std::string ClassOf(const std::string& family, const char* alternate);
+
+// "0000ABCD".
+std::string Hex(std::uint32_t value);
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,243 @@
+#include "faces/json_reader.h"
+
+#include <algorithm>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+#include "api/font_array.h"
+#include "faces/array_forms.h"
+#include "faces/fields.h"
+
+namespace quillmark::tool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kBlanks = " \t\r\n";
+
+struct TextField {
+  const char* name;
+  std::uint32_t attribute;
+  OmString QM_FontSpecifier::*in_array;
+};
+constexpr TextField kTexts[] = {
+    {"postScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
+    {"family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
+    {"fullName", QM_ATTRIBUTE_FULL_NAME, &QM_FontSpecifier::fullName},
+    {"displayName", QM_ATTRIBUTE_DISPLAY_NAME, &QM_FontSpecifier::displayName},
+    {"windowsFullName", QM_ATTRIBUTE_WINDOWS_FULL_NAME, &QM_FontSpecifier::windowsFullName},
+    {"foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
+    {"kind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
+    {"version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
+    {"platform", QM_ATTRIBUTE_PLATFORM, &QM_FontSpecifier::platform},
+    {"printerFont", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
+};
+
+struct NumberField {
+  const char* name;
+  bool is_hexadecimal;
+  std::uint32_t attribute;
+  std::uint32_t QM_FontSpecifier::*in_array;
+};
+constexpr NumberField kNumbers[] = {
+    {"checksum", true, QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
+    {"legacyChecksum", true, QM_ATTRIBUTE_LEGACY_CHECKSUM, &QM_FontSpecifier::legacyChecksum},
+    {"kerningChecksum", true, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
+    {"outlineFileSize", false, QM_ATTRIBUTE_OUTLINE_FILE_SIZE, &QM_FontSpecifier::outlineFileSize},
+};
+
+// The values of one object. A value that identify does not write is a fault of its field.
+class ObjectReader {
+ public:
+  explicit ObjectReader(const Json& object) : object_(object) {}
+
+  bool Has(const char* name) const { return object_.contains(name) && !object_[name].is_null(); }
+  const char* wrong_field() const { return wrong_field_; }
+
+  std::optional<std::string> Text(const char* name) {
+    if (!Has(name)) return std::nullopt;
+    const Json& value = object_[name];
+    if (IsText(value)) return value.get<std::string>();
+    wrong_field_ = name;
+    return std::nullopt;
+  }
+
+  template <typename T>
+  std::optional<T> Number(const char* name) {
+    if (!Has(name)) return std::nullopt;
+    const Json& value = object_[name];
+    // A number that is too large for 64 bits is read as a fraction.
+    const bool fits = value.is_number_integer() && value <= std::numeric_limits<T>::max() &&
+                      value >= std::numeric_limits<T>::min();
+    if (fits) return value.get<T>();
+    wrong_field_ = name;
+    return std::nullopt;
+  }
+
+  std::optional<std::uint32_t> Hexadecimal(const char* name) {
+    const std::optional<std::string> text = Text(name);
+    if (!text) return std::nullopt;
+    if (text->size() == 8 && text->find_first_not_of("0123456789ABCDEF") == std::string::npos) {
+      return static_cast<std::uint32_t>(std::stoul(*text, nullptr, 16));
+    }
+    wrong_field_ = name;
+    return std::nullopt;
+  }
+
+  std::optional<bool> Truth(const char* name) {
+    if (!Has(name)) return std::nullopt;
+    if (object_[name].is_boolean()) return object_[name].get<bool>();
+    wrong_field_ = name;
+    return std::nullopt;
+  }
+
+  std::optional<std::vector<std::string>> Texts(const char* name) {
+    if (!Has(name)) return std::nullopt;
+    const Json& value = object_[name];
+    if (value.is_array() && std::all_of(value.begin(), value.end(), IsText)) {
+      return value.get<std::vector<std::string>>();
+    }
+    wrong_field_ = name;
+    return std::nullopt;
+  }
+
+ private:
+  // No name holds a NUL, which would cut it.
+  static bool IsText(const Json& value) {
+    return value.is_string() && value.get_ref<const std::string&>().find('\0') == std::string::npos;
+  }
+
+  const Json& object_;
+  const char* wrong_field_ = nullptr;
+};
+
+class FacesReader {
+ public:
+  explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array = EmptyArray(); }
+
+  void ReadArray(const std::string& text) {
+    try {
+      // Each object is taken as soon as it is read, so that no more than one is held.
+      const auto take = [this](int depth, Json::parse_event_t event, Json& value) {
+        using Event = Json::parse_event_t;
+        if (depth == 1 && event == Event::object_end) {
+          Take(value);
+          return false;
+        }
+        if (depth == 1 && (event == Event::value || event == Event::array_end)) Take(value);
+        return true;
+      };
+      [[maybe_unused]] const Json emptied = Json::parse(text, take);
+    } catch (const Json::parse_error& error) {
+      TellDamage(text, error.byte);
+    }
+  }
+
+  void ReadObjects(const std::string& text) {
+    std::istringstream in(text);
+    std::size_t start = 0;
+    try {
+      while (read_.fault.empty() && !(in >> std::ws).eof()) {
+        start = static_cast<std::size_t>(in.tellg());
+        Json object;
+        in >> object;
+        Take(object);
+      }
+    } catch (const Json::parse_error& error) {
+      TellDamage(text, start + error.byte);
+    }
+  }
+
+  FacesOrFault Finish() {
+    if (read_.fault.empty() && read_.faces.empty()) read_.fault = "its JSON lists no face";
+    return std::move(read_);
+  }
+
+ private:
+  void TellDamage(const std::string& text, std::size_t place) {
+    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(place, text.size()));
+    read_.fault = "JSON that is damaged or cut short in line " +
+                  std::to_string(1 + std::count(text.begin(), end, '\n'));
+  }
+
+  void Take(const Json& object) {
+    if (!read_.fault.empty()) return;
+    const std::string name = "face " + std::to_string(read_.faces.size() + 1) + " of its JSON";
+    if (!IsFace(object)) {
+      read_.fault = name + " has no field that identify writes";
+      return;
+    }
+    ObjectReader fields(object);
+    TakeFace(fields);
+    if (fields.wrong_field() != nullptr) {
+      read_.fault = name + ": the value of " + fields.wrong_field() + " is none that identify writes";
+    }
+  }
+
+  // Other objects may have a path, too.
+  static bool IsFace(const Json& object) {
+    return std::any_of(AllFields().begin(), AllFields().end(), [&](const Field& field) {
+      return std::string_view(field.name) != "path" && object.is_object() && object.contains(field.name);
+    });
+  }
+
+  void TakeFace(ObjectReader& fields) {
+    QM_FontSpecifier specifier;
+    for (const TextField& field : kTexts) {
+      const auto text = fields.Text(field.name);
+      if (!text) continue;
+      specifier.*field.in_array = *text;
+      specifier.attributes |= field.attribute;
+    }
+    for (const NumberField& field : kNumbers) {
+      const auto number =
+          field.is_hexadecimal ? fields.Hexadecimal(field.name) : fields.Number<std::uint32_t>(field.name);
+      if (!number) continue;
+      specifier.*field.in_array = *number;
+      specifier.attributes |= field.attribute;
+    }
+    const FontArray one = EmptyArray();
+    one->push_back(specifier);
+    Face face = FacesOf(one.get(), path_).front();
+    face.index = static_cast<std::uint32_t>(read_.faces.size());
+    const auto keep = [](auto& member, auto value) {
+      if (value) member = *std::move(value);
+    };
+    keep(face.path, fields.Text("path"));
+    keep(face.index, fields.Number<std::uint32_t>("face"));
+    keep(face.foundry, fields.Text("foundry"));
+    keep(face.classification, fields.Text("class"));
+    keep(face.styles, fields.Texts("styles"));
+    keep(face.outline_file_exists, fields.Truth("printerFontExists"));
+    keep(face.fond_id, fields.Number<std::int16_t>("fondID"));
+    keep(face.style, fields.Number<std::int16_t>("style"));
+    read_.faces.push_back(std::move(face));
+    Join(*read_.array, *one);
+  }
+
+  const std::string path_;
+  FacesOrFault read_;
+};
+
+}  // namespace
+
+bool BeginsAsJson(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  return first != std::string::npos && (text[first] == '[' || text[first] == '{');
+}
+
+FacesOrFault ReadJsonFaces(const std::string& text, const std::string& path) {
+  FacesReader reader(path);
+  if (text[text.find_first_not_of(kBlanks)] == '[') {
+    reader.ReadArray(text);
+  } else {
+    reader.ReadObjects(text);
+  }
+  return reader.Finish();
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,36 @@
+// Arrays of faces out of texts that hosts store.
+#ifndef QUILLMARK_TOOL_FACES_STORED_TEXT_H_
+#define QUILLMARK_TOOL_FACES_STORED_TEXT_H_
+
+#include <optional>
+#include <string>
+
+#include "faces/face.h"
+
+namespace quillmark::tool {
+
+enum class StoredForm { kPropertyList, kXml };
+
+struct StoredFaces {
+  FontArray array;
+  StoredForm form;
+  std::size_t listed = 0;  // blocks or dictionaries in the text
+  bool is_cut = false;     // the text repeats its bytes too often: only its first faces
+};
+
+// The text of a file; nothing when it is no regular file that can be read, or holds a NUL, as no text does.
+std::optional<std::string> ReadText(const std::string& path);
+
+// Nothing when the text is neither form of stored faces.
+std::optional<StoredFaces> ParseStored(const std::string& text);
+
+// The same of a file's text.
+std::optional<StoredFaces> ReadStored(const std::string& path);
+
+// What of a text is not in its faces, in sentences: faces left out, checksums that are not told from others.
+// Empty when all is.
+std::string NotRead(const StoredFaces& stored);
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,220 @@
+#include "files/collect.h"
+
+#include <cerrno>
+#include <condition_variable>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <optional>
+#include <shared_mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "api/creation.h"
+#include "files/standard_input.h"
+#include "files/watched_files.h"
+#include "reasons/printer_fonts.h"
+#include "reasons/reason.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr std::size_t kFilesAheadPerThread = 64;
+
+constexpr const char* kTooLittleMemory = "there is too little memory for it";
+
+std::string WhyUnread(const WatchedFiles::Failure& failure, const std::string& path) {
+  if (failure.path == path && failure.error == EACCES) return "no permission to read it";
+  return (failure.path == path ? "" : Printable(failure.path) + " ") + std::string("cannot be read: ") +
+         std::strerror(failure.error);
+}
+
+IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
+  return {std::move(source), nullptr, {}, std::move(explanation)};
+}
+
+// Makes files into faces, on any number of threads.
+class Identifier {
+ public:
+  IdentifiedFile Identify(const FontPath& source) {
+    if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
+    try {
+      const std::shared_lock among_others(memory_);
+      IdentifiedFile file = Try(source);
+      if (file.array || file.explanation.outcome != Outcome::kUnreadable) return file;
+    } catch (const std::bad_alloc&) {
+    }
+    // What others hold at the moment may be what was missing.
+    try {
+      const std::lock_guard alone(memory_);
+      return Try(source);
+    } catch (const std::bad_alloc&) {
+      return WithoutFaces(source, {Outcome::kUnreadable, kTooLittleMemory, {}});
+    }
+  }
+
+ private:
+  IdentifiedFile Try(const FontPath& source) {
+    std::optional<StandardInputFile> input;
+    if (source.standard_input_name) {
+      input.emplace(*source.standard_input_name);
+      if (!input->fault().empty()) return WithoutFaces(source, {Outcome::kUnreadable, input->fault()});
+    }
+    const std::string& path = input ? input->path() : source.path;
+    const WatchedFiles files;
+    CreationResult result = CreateFaces(files, path, QM_ATTRIBUTES_ALL);
+    if (files.failure())
+      return WithoutFaces(source, {Outcome::kUnreadable, WhyUnread(*files.failure(), path)});
+    IdentifiedFile file = WithoutFaces(source, Explain(path, result, families_));
+    if (result.faces.size() == 0) return file;
+    file.array.reset(new QM_FontArray(std::move(result.faces)));
+    file.faces = FacesOf(file.array.get(), source.path);
+    return file;
+  }
+
+  PrinterFontFamilies families_;
+  std::shared_mutex memory_;  // held alone by a file that met too little of it
+};
+
+// Results that are ready but not yet due, with room for a bounded number of them.
+class Queue {
+ public:
+  Queue(FontPaths& paths, Identifier& identifier, std::size_t ahead)
+      : paths_(paths), identifier_(identifier), ready_(ahead) {}
+
+  void Work() {
+    try {
+      while (TakeRoom()) {
+        auto path = NextPath();
+        if (!path) return GiveRoomBack();
+        Deliver(path->first, identifier_.Identify(path->second));
+      }
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      failed_ = std::current_exception();
+      ready_changed_.notify_one();
+      room_.notify_all();
+    }
+  }
+
+  // The result that is due, or nothing after the last.
+  std::optional<IdentifiedFile> Next() {
+    std::unique_lock lock(mutex_);
+    ready_changed_.wait(lock, [&] { return failed_ || Slot(due_) || (ended_ && due_ == places_); });
+    if (failed_) std::rethrow_exception(failed_);
+    std::optional<IdentifiedFile> file = std::exchange(Slot(due_), std::nullopt);
+    if (file) ++due_;
+    room_.notify_all();
+    return file;
+  }
+
+  void Abandon() {
+    paths_.Stop();
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    room_.notify_all();
+  }
+
+ private:
+  // Waits for a place among the results. False when no more paths come.
+  bool TakeRoom() {
+    std::unique_lock lock(mutex_);
+    room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ready_.size(); });
+    if (ended_ || failed_) return false;
+    ++places_;
+    return true;
+  }
+
+  void GiveRoomBack() {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    --places_;
+    ready_changed_.notify_one();
+    room_.notify_all();
+  }
+
+  // A path and its place in the order. Finding one may take long, as a list may come through a pipe: results
+  // are handed over meanwhile.
+  std::optional<std::pair<std::size_t, FontPath>> NextPath() {
+    const std::lock_guard lock(paths_mutex_);
+    std::optional<FontPath> path = paths_.Next();
+    if (!path) return std::nullopt;
+    return std::pair(next_++, std::move(*path));
+  }
+
+  void Deliver(std::size_t place, IdentifiedFile file) {
+    const std::lock_guard lock(mutex_);
+    Slot(place) = std::move(file);
+    ready_changed_.notify_one();
+  }
+
+  std::optional<IdentifiedFile>& Slot(std::size_t place) { return ready_[place % ready_.size()]; }
+
+  std::mutex paths_mutex_;
+  FontPaths& paths_;
+  Identifier& identifier_;
+  std::size_t next_ = 0;
+
+  std::mutex mutex_;
+  std::condition_variable room_, ready_changed_;
+  std::size_t places_ = 0, due_ = 0;  // taken by workers, to be handed over next
+  bool ended_ = false;
+  std::vector<std::optional<IdentifiedFile>> ready_;  // a ring by place: a delivery takes no memory
+  std::exception_ptr failed_;
+};
+
+// Joins the workers however the consumer leaves.
+class Workers {
+ public:
+  // As many as the system lets start: limits on threads and on memory keep some or all of them from it.
+  Workers(Queue& queue, unsigned threads) : queue_(queue) {
+    threads_.reserve(threads);
+    try {
+      while (threads_.size() < threads) threads_.emplace_back([&queue] { queue.Work(); });
+    } catch (const std::system_error&) {
+    } catch (const std::bad_alloc&) {
+    }
+  }
+  ~Workers() {
+    queue_.Abandon();
+    for (std::thread& thread : threads_) thread.join();
+  }
+  Workers(const Workers&) = delete;
+  Workers& operator=(const Workers&) = delete;
+
+  bool empty() const { return threads_.empty(); }
+
+ private:
+  Queue& queue_;
+  std::vector<std::thread> threads_;
+};
+
+using Consumer = std::function<void(IdentifiedFile)>;
+
+void HandOver(IdentifiedFile file, const Consumer& consume) {
+  FontPath source = file.source;
+  try {
+    return consume(std::move(file));
+  } catch (const std::bad_alloc&) {
+  }
+  consume(WithoutFaces(std::move(source), {Outcome::kUnreadable, kTooLittleMemory, {}}));
+}
+
+}  // namespace
+
+void IdentifyAll(FontPaths& paths, unsigned threads, const Consumer& consume) {
+  Identifier identifier;
+  const auto one_by_one = [&] {
+    while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), consume);
+  };
+  if (threads <= 1) return one_by_one();
+  Queue queue(paths, identifier, kFilesAheadPerThread * threads);
+  const Workers workers(queue, threads);
+  if (workers.empty()) return one_by_one();
+  while (auto file = queue.Next()) HandOver(std::move(*file), consume);
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,30 @@
+// Identifies many files on several threads and hands the results over in the order of the paths.
+#ifndef QUILLMARK_TOOL_FILES_COLLECT_H_
+#define QUILLMARK_TOOL_FILES_COLLECT_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "faces/face.h"
+#include "files/font_paths.h"
+#include "reasons/outcome.h"
+
+namespace quillmark::tool {
+
+struct IdentifiedFile {
+  FontPath source;
+  FontArray array;  // null when the file gave no face
+  std::vector<Face> faces;
+  Explanation explanation;
+};
+
+// Calls `consume` on the calling thread, once a path, in order. At most a few files a thread are held at a
+// time; fewer threads do when no more can be started. A file for which there is too little memory has that as
+// its reason; one for which `consume` throws std::bad_alloc is handed over again so, without its faces. When
+// `consume` throws anything else, the work ends and the exception goes on.
+void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume);
+
+}  // namespace quillmark::tool
+
+#endif

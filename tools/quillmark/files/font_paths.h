@@ -1,0 +1,84 @@
+// The files that a command's paths stand for, one after another: named ones as they are, folders walked to
+// the bottom in a stable order (folder_walk.h).
+#ifndef QUILLMARK_TOOL_FILES_FONT_PATHS_H_
+#define QUILLMARK_TOOL_FILES_FONT_PATHS_H_
+
+#include <atomic>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "files/folder_walk.h"
+#include "files/path_list.h"
+
+namespace quillmark::tool {
+
+// What the command line gave.
+struct PathSources {
+  std::vector<std::string> paths;
+  // Set where the path "-" stands for standard input: the file name that goes with it, or empty to let its
+  // first bytes choose one.
+  std::optional<std::string> standard_input_name;
+  std::string list;  // file of further paths, "-" for standard input; empty without one
+  bool list_is_nul_separated = false;
+  WalkOptions walk;
+};
+
+struct FontPath {
+  std::string path;
+  bool named = false;  // given on the command line or in the list, not found in a folder
+  std::string fault;   // why a folder or the list cannot be read; empty for a file
+  // As in PathSources, of standard input; nothing for a file.
+  std::optional<std::string> standard_input_name = std::nullopt;
+};
+
+// Paths are found as they are asked for, so that any number of them takes bounded memory. A named path comes
+// even when nothing is there. After an interrupt (interrupt.h) no more come.
+class FontPaths {
+ public:
+  explicit FontPaths(const PathSources& sources);
+
+  // One thread at a time.
+  std::optional<FontPath> Next();
+
+  // Any thread: no more paths are wanted.
+  void Stop() { stopped_ = true; }
+  // Whether an interrupt kept paths back.
+  bool cut_short() const { return cut_short_; }
+
+ private:
+  std::optional<FontPath> Found();
+  std::optional<FontPath> Named();
+  bool Stopped() const;
+
+  const std::vector<std::string> paths_;
+  const std::optional<std::string> standard_input_name_;
+  const WalkOptions walk_options_;
+  std::size_t next_ = 0;
+  std::optional<PathList> list_;
+  std::optional<FolderWalk> walk_;
+  std::atomic<bool> stopped_ = false;
+  bool ended_ = false;
+  bool cut_short_ = false;
+};
+
+// Counts the same paths on a thread of its own, where one can be had.
+class PathCount {
+ public:
+  explicit PathCount(const PathSources& sources);
+  // Once all are counted. Never for a list that can be read but once, such as a pipe.
+  std::optional<std::size_t> total() const;
+
+ private:
+  void Count(const PathSources& sources, const std::stop_token& stop);
+
+  std::atomic<std::size_t> counted_ = 0;
+  std::atomic<bool> complete_ = false;
+  std::jthread thread_;
+};
+
+}  // namespace quillmark::tool
+
+#endif

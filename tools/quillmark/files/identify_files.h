@@ -1,0 +1,57 @@
+// The work that identify, same and why share: all files that a command's paths stand for are identified while
+// a line tells how far it is, faults are told as they come, and an interrupt ends it early. Tests:
+// tests/cli/losses_test.py.
+#ifndef QUILLMARK_TOOL_FILES_IDENTIFY_FILES_H_
+#define QUILLMARK_TOOL_FILES_IDENTIFY_FILES_H_
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "files/collect.h"
+#include "files/font_paths.h"
+#include "files/progress.h"
+
+namespace quillmark::tool {
+
+struct FilesOptions {
+  PathSources sources;
+  unsigned jobs = 1;
+  std::string progress = "auto";  // or always, never
+  bool quiet = false;
+  bool why = false;  // tell of every file that gives no face, or fewer than it lists
+};
+
+// Files of folders that gave no face, or fewer than they list, and are no faults of the run.
+struct LossCounts {
+  std::size_t damaged = 0;
+  std::size_t incomplete = 0;
+  std::size_t lone_printer_fonts = 0;
+  std::size_t other = 0;
+};
+
+struct FilesOutcome {
+  LossCounts losses;
+  bool complete = true;  // whether every file could be read and every named one gave all its faces
+  std::string stopped;   // how far the work came when it was interrupted, or else empty
+};
+
+// Calls `visit` with each path, in order. It takes the progress off the terminal before it writes there.
+// Gives FilesOutcome::stopped.
+std::string VisitFiles(const FilesOptions& options,
+                       const std::function<void(const IdentifiedFile&, Progress&)>& visit);
+
+// Calls `consume` with each file that gave faces, in the order of the paths. When it writes to standard
+// output at once, the progress is taken off a terminal before.
+FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
+                           const std::function<void(const IdentifiedFile&)>& consume);
+
+// "1 face in 1 file"
+std::string FacesInFiles(std::size_t faces, std::size_t files);
+
+// "; 4 damaged, 2 other files passed over", and what tells more of lost fonts; nothing for none.
+std::string Losses(const LossCounts& counts, const FilesOptions& options);
+
+}  // namespace quillmark::tool
+
+#endif

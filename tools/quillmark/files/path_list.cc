@@ -1,0 +1,89 @@
+#include "files/path_list.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+namespace quillmark::tool {
+namespace {
+
+constexpr int kLookUpMilliseconds = 100;
+constexpr std::size_t kBytesAtATime = 64 * 1024;
+// No path of the system is nearly as long: what is longer is no list of paths.
+constexpr std::size_t kLongestPath = 64 * 1024;
+
+}  // namespace
+
+PathList::PathList(std::string file, char separator, std::function<bool()> stopped)
+    : file_(std::move(file)),
+      separator_(separator),
+      stopped_(std::move(stopped)),
+      descriptor_(file_ == "-" ? STDIN_FILENO : ::open(file_.c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) Fail(std::strerror(errno));
+}
+
+PathList::~PathList() {
+  if (descriptor_ > STDIN_FILENO) ::close(descriptor_);
+}
+
+void PathList::Fail(const std::string& why) {
+  fault_ = "the list cannot be read: " + why;
+  ended_ = true;
+  read_.clear();
+  begin_ = 0;
+}
+
+// Reads more of the list. False when there is no more.
+bool PathList::Fill() {
+  read_.erase(0, begin_);
+  begin_ = 0;
+  while (!ended_ && !stopped_()) {
+    pollfd wanted{descriptor_, POLLIN, 0};
+    if (::poll(&wanted, 1, kLookUpMilliseconds) == 0) continue;
+    std::array<char, kBytesAtATime> buffer;
+    const ssize_t length = ::read(descriptor_, buffer.data(), buffer.size());
+    if (length > 0) {
+      read_.append(buffer.data(), static_cast<std::size_t>(length));
+      return true;
+    }
+    if (length == 0) {
+      ended_ = true;
+    } else if (errno != EINTR && errno != EAGAIN) {
+      Fail(std::strerror(errno));
+    }
+  }
+  return false;
+}
+
+std::optional<std::string> PathList::Next() {
+  std::size_t searched = begin_;
+  while (fault_.empty() && !stopped_()) {
+    std::size_t end = read_.find(separator_, searched);
+    if (end == std::string::npos) {
+      searched = read_.size() - begin_;
+      if (searched > kLongestPath) {
+        Fail("a line is too long for a path");
+        break;
+      }
+      if (Fill()) continue;
+      if (stopped_() || begin_ == read_.size()) break;
+      end = read_.size();  // the last path may lack its separator
+    }
+    std::string path = read_.substr(begin_, end - begin_);
+    searched = begin_ = std::min(end + 1, read_.size());
+    if (path.find('\0') != std::string::npos) {
+      Fail("it holds a NUL; paths separated by NUL need -0");
+      break;
+    }
+    if (!path.empty()) return path;
+  }
+  return std::nullopt;
+}
+
+}  // namespace quillmark::tool

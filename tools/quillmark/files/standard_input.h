@@ -1,0 +1,47 @@
+// Standard input where a file is expected: one font, or one text. Tests: tests/cli/standard_input_test.py.
+#ifndef QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
+#define QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
+
+#include <string>
+
+#include "platform/byte_reader.h"
+
+namespace quillmark::tool {
+
+// The path that stands for standard input, and its name in messages.
+inline constexpr const char* kStandardInputPath = "-";
+inline constexpr const char* kStandardInputName = "standard input";
+
+// All of standard input. Returns why it cannot be had; empty when it can.
+std::string ReadStandardInput(std::string& text);
+
+// All of standard input as a file with a path, which the library needs. The bytes stay in memory. The path
+// goes through a private folder, which is there only as long as this object.
+class StandardInputFile {
+ public:
+  // `name` is what the file is called, extension included; when it is empty the first bytes choose the
+  // extension.
+  explicit StandardInputFile(const std::string& name);
+  ~StandardInputFile();
+  StandardInputFile(const StandardInputFile&) = delete;
+  StandardInputFile& operator=(const StandardInputFile&) = delete;
+
+  const std::string& path() const { return path_; }
+  // Why there is no such file; empty when there is one.
+  const std::string& fault() const { return fault_; }
+
+ private:
+  bool Fill();
+  void GiveName(const std::string& name);
+
+  std::string path_, fault_;
+  std::string start_;  // the first bytes
+  int contents_ = -1;  // in memory
+  std::string folder_;
+  int folder_descriptor_ = -1;
+  std::string name_;  // in the folder; empty while nothing is there
+};
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,53 @@
+#include "files/watched_files.h"
+
+#include <cerrno>
+#include <utility>
+
+namespace quillmark::tool {
+
+class WatchedFiles::WatchedFile : public OpenedFile {
+ public:
+  WatchedFile(const WatchedFiles& files, std::string path, std::unique_ptr<OpenedFile> file)
+      : files_(files), path_(std::move(path)), file_(std::move(file)) {}
+
+  std::uint64_t size() const override { return file_->size(); }
+  ReadResult ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
+    const ReadResult result = file_->ReadAt(offset, out);
+    if (result.error != 0) files_.Note(path_, result.error);
+    return result;
+  }
+
+ private:
+  const WatchedFiles& files_;
+  const std::string path_;
+  const std::unique_ptr<OpenedFile> file_;
+};
+
+void WatchedFiles::Note(const std::string& path, int error) const {
+  if (!failure_) failure_ = Failure{path, error};
+}
+
+FileStatus WatchedFiles::Status(const std::string& path) const { return SystemFiles().Status(path); }
+
+std::unique_ptr<OpenedFile> WatchedFiles::Open(const std::string& path) const {
+  auto file = SystemFiles().Open(path);
+  if (file) return std::make_unique<WatchedFile>(*this, path, std::move(file));
+  // What goes between two questions was not there, and EINVAL stands for what is no regular file.
+  if (errno != ENOENT && errno != ENOTDIR && errno != EINVAL) Note(path, errno);
+  return nullptr;
+}
+
+std::vector<std::size_t> WatchedFiles::FoldersAboveWith(std::string_view name,
+                                                        std::string_view folders) const {
+  return SystemFiles().FoldersAboveWith(name, folders);
+}
+
+std::vector<std::string> WatchedFiles::AttributeNames(const std::string& path) const {
+  return SystemFiles().AttributeNames(path);
+}
+
+std::optional<std::string> WatchedFiles::Attribute(const std::string& path, const std::string& name) const {
+  return SystemFiles().Attribute(path, name);
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,40 @@
+// WatchedFiles: the machine's files, with note of the first that is there and cannot be opened or read: what
+// was made of it would be taken for the font. For one file at a time, on one thread. Tests:
+// tests/cli/losses_test.py.
+#ifndef QUILLMARK_TOOL_FILES_WATCHED_FILES_H_
+#define QUILLMARK_TOOL_FILES_WATCHED_FILES_H_
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files/file_system.h"
+
+namespace quillmark::tool {
+
+class WatchedFiles : public FileSystem {
+ public:
+  struct Failure {
+    std::string path;
+    int error = 0;  // errno
+  };
+  const std::optional<Failure>& failure() const { return failure_; }
+
+  FileStatus Status(const std::string& path) const override;
+  std::unique_ptr<OpenedFile> Open(const std::string& path) const override;
+  std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const override;
+  std::vector<std::string> AttributeNames(const std::string& path) const override;
+  std::optional<std::string> Attribute(const std::string& path, const std::string& name) const override;
+
+ private:
+  class WatchedFile;
+  void Note(const std::string& path, int error) const;
+
+  mutable std::optional<Failure> failure_;
+};
+
+}  // namespace quillmark::tool
+
+#endif

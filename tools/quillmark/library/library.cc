@@ -1,0 +1,119 @@
+#include "library/library.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+#include "api/font_array.h"
+#include "library/name_letters.h"
+
+namespace quillmark::tool {
+namespace {
+
+// The size of the data that the checksum of a face covers. Only the checksum of a face without a FOND covers
+// whole forks: the data fork of a cross-platform font, both of any other. Collection faces have no size.
+std::uint64_t CheckedBytes(const Face& face, const QM_FontArray& array) {
+  if (array.view(face.index).fondResourceID != -1 || face.outline_file_size == 0) return 0;
+  std::error_code error;
+  const std::uintmax_t data_fork = std::filesystem::file_size(face.path, error);
+  return face.platform == "crossplatform" && !error ? data_fork : face.outline_file_size;
+}
+
+// Equal for two paths that lead to one file. Tools that link equal files together link all empty ones, though
+// the resource forks in their sidecars differ: an empty file is known by its place.
+std::string Identity(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0 && status.st_size > 0) {
+    return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
+  }
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::canonical(path, error);
+  return error ? path : place.native();
+}
+
+bool HaveEqualFaces(const LibraryFile& a, const LibraryFile& b) {
+  return std::equal(a.faces.begin(), a.faces.end(), b.faces.begin(), b.faces.end(),
+                    [](const LibraryFace& x, const LibraryFace& y) {
+                      return x.checksum == y.checksum && x.post_script_name == y.post_script_name;
+                    });
+}
+
+}  // namespace
+
+void Library::Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array) {
+  LibraryFile file{path, {}};
+  for (const Face& face : faces) {
+    const QM_FontSpecifier& specifier = array.view(face.index);
+    file.faces.push_back({.file = 0,
+                          .index = face.index,
+                          .post_script_name = face.post_script_name,
+                          .kind = face.kind,
+                          .version = face.version,
+                          .foundry = face.foundry,
+                          .fond_id = specifier.fondResourceID,
+                          .style = specifier.style,
+                          .checksum = face.checksum,
+                          .bytes = CheckedBytes(face, array)});
+  }
+  std::string identity = Identity(path);
+  const auto known = files_by_identity_.find(identity);
+  // The forks that lie beside a path can give one file other faces under another path.
+  if (known != files_by_identity_.end() && HaveEqualFaces(files_[known->second], file)) {
+    ++link_count_;
+    return;
+  }
+  files_.push_back(std::move(file));
+  files_by_identity_.emplace(std::move(identity), files_.size() - 1);
+}
+
+void Library::Finish() {
+  files_by_identity_.clear();
+  std::sort(files_.begin(), files_.end(),
+            [](const LibraryFile& a, const LibraryFile& b) { return a.path < b.path; });
+  for (std::size_t i = 0; i < files_.size(); ++i) {
+    for (LibraryFace& face : files_[i].faces) face.file = i;
+  }
+  TellDataApart();
+}
+
+LibraryCounts Library::Count() const {
+  LibraryCounts counts;
+  for (const LibraryFile& file : files_) {
+    counts.faces += file.faces.size();
+    for (const LibraryFace& face : file.faces) {
+      if (face.post_script_name.empty()) {
+        ++counts.nameless;
+      } else if (!HoldsLetterOrDigit(face.post_script_name)) {
+        ++counts.names_without_letters;
+      }
+    }
+  }
+  return counts;
+}
+
+void Library::TellDataApart() {
+  // Sizes tell data of one name and checksum apart when more than one is known; otherwise faces whose size is
+  // not known, as it is for those of resources and collections, count with the rest.
+  const auto name_and_checksum = [](const LibraryFace& face) {
+    return Hex(face.checksum) + face.post_script_name;
+  };
+  std::unordered_map<std::string, std::set<std::uint64_t>> sizes;
+  for (const LibraryFile& file : files_) {
+    for (const LibraryFace& face : file.faces) {
+      std::set<std::uint64_t>& known = sizes[name_and_checksum(face)];
+      if (face.bytes > 0) known.insert(face.bytes);
+    }
+  }
+  std::unordered_map<std::string, std::size_t> numbers;
+  for (LibraryFile& file : files_) {
+    for (LibraryFace& face : file.faces) {
+      std::string key = name_and_checksum(face);
+      if (sizes[key].size() > 1) key.append(1, '\0').append(std::to_string(face.bytes));  // no name has a NUL
+      face.data = face.checksum == 0 ? kUnknownData : numbers.emplace(key, numbers.size()).first->second;
+    }
+  }
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,59 @@
+// The faces of a library of fonts with what tells their data apart. Holds a few texts for each face and no
+// font data.
+#ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
+#define QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "faces/face.h"
+
+namespace quillmark::tool {
+
+struct LibraryFace {
+  std::size_t file = 0;     // index of Library::files()
+  std::uint32_t index = 0;  // in its file
+  std::string post_script_name, kind, version, foundry;
+  std::int32_t fond_id = -1, style = 0;  // of a face of a FOND; -1 without one
+  std::uint32_t checksum = 0;
+  std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
+  std::size_t data = 0;     // equal for faces of one data and name; kUnknownData without a checksum
+};
+
+struct LibraryFile {
+  std::string path;
+  std::vector<LibraryFace> faces;
+};
+
+struct LibraryCounts {
+  std::size_t faces = 0;
+  std::size_t nameless = 0;               // faces without a PostScript name
+  std::size_t names_without_letters = 0;  // faces whose name holds neither letter nor digit
+};
+
+constexpr std::size_t kUnknownData = static_cast<std::size_t>(-1);
+
+class Library {
+ public:
+  // Takes the faces of one file. Another path of a file that was added is only counted.
+  void Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array);
+  // After the last Add: brings the files into the order of their paths' bytes and tells their data apart.
+  void Finish();
+
+  const std::vector<LibraryFile>& files() const { return files_; }
+  LibraryCounts Count() const;
+  std::size_t link_count() const { return link_count_; }
+
+ private:
+  void TellDataApart();
+
+  std::vector<LibraryFile> files_;
+  std::size_t link_count_ = 0;
+  std::unordered_map<std::string, std::size_t> files_by_identity_;  // until Finish
+};
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,38 @@
+// What the lists over a library tell of a face besides what they compare: the size of its file, and whether
+// the font is variable. Looked up in the file when a face of it is first asked for, since few faces of a
+// library stand in lists. Tests: tests/cli/same_test.py.
+#ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
+#define QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "library/library.h"
+
+namespace quillmark::tool {
+
+// The library must be finished and outlive it. For one thread at a time.
+class LibraryDetails {
+ public:
+  explicit LibraryDetails(const Library& library) : library_(library) {}
+
+  // Bytes in both forks of the face's file; 0 when it is gone.
+  std::uint64_t FileSize(const LibraryFace& face) { return Of(face).file_size; }
+  // Whether the font has a table of variation axes. False when it cannot be read any more.
+  bool IsVariable(const LibraryFace& face) { return Of(face).variable[face.index]; }
+
+ private:
+  struct FileDetails {
+    std::uint64_t file_size = 0;
+    std::vector<bool> variable;  // of each face
+  };
+  const FileDetails& Of(const LibraryFace& face);
+
+  const Library& library_;
+  std::unordered_map<std::size_t, FileDetails> files_;  // by index of the file
+};
+
+}  // namespace quillmark::tool
+
+#endif

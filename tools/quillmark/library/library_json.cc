@@ -1,0 +1,104 @@
+// The lists over a library as one JSON object: an array a list, a line a group. Bytes that are not UTF-8
+// become U+FFFD.
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "library/library_forms.h"
+
+namespace quillmark::tool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+class JsonWriter {
+ public:
+  JsonWriter(std::ostream& out, const Library& library, LibraryDetails& details)
+      : out_(out), library_(library), details_(details) {}
+
+  void Write(const std::vector<Copy>& copies) {
+    WriteList("copies", copies, [this](const Copy& copy) { return CopyObject(copy); });
+  }
+
+  void Write(const char* name, const std::optional<std::vector<Group>>& groups, const char* parts_name) {
+    if (!groups) return;
+    WriteList(name, *groups, [&](const Group& group) { return GroupObject(group, parts_name); });
+  }
+
+ private:
+  Json Object(const LibraryFace& face) {
+    return {{"path", library_.files()[face.file].path},
+            {"face", face.index},
+            {"postScriptName", face.post_script_name},
+            {"kind", face.kind},
+            {"version", face.version},
+            {"foundry", face.foundry},
+            {"checksum", Hex(face.checksum)},
+            {"fileSize", details_.FileSize(face)},
+            {"variable", details_.IsVariable(face)}};
+  }
+
+  Json Array(const Faces& faces) {
+    Json array = Json::array();
+    for (const LibraryFace* face : faces) array.push_back(Object(*face));
+    return array;
+  }
+
+  Json CopyObject(const Copy& copy) {
+    if (!copy.whole_files) return {{"copied", "face"}, {"faces", Array(copy.faces)}};
+    Json paths = Json::array();
+    Json sizes = Json::array();
+    for (const LibraryFace* face : copy.faces) {
+      paths.push_back(library_.files()[face->file].path);
+      sizes.push_back(details_.FileSize(*face));
+    }
+    Faces faces;
+    for (const LibraryFace& face : library_.files()[copy.faces.front()->file].faces) faces.push_back(&face);
+    return {{"copied", "file"},
+            {"paths", std::move(paths)},
+            {"faces", Array(faces)},
+            {"fileSizes", std::move(sizes)}};
+  }
+
+  Json GroupObject(const Group& group, const char* parts_name) {
+    Json parts = Json::array();
+    for (const Faces& part : group) parts.push_back(Array(part));
+    return {{"postScriptName", group.front().front()->post_script_name}, {parts_name, std::move(parts)}};
+  }
+
+  template <typename Entry, typename ObjectOf>
+  void WriteList(const char* name, const std::vector<Entry>& list, ObjectOf object_of) {
+    out_ << "  \"" << name << "\": [";
+    const char* before = "\n    ";
+    for (const Entry& entry : list) {
+      out_ << before << object_of(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+      before = ",\n    ";
+    }
+    out_ << (list.empty() ? "],\n" : "\n  ],\n");
+  }
+
+  std::ostream& out_;
+  const Library& library_;
+  LibraryDetails& details_;
+};
+
+}  // namespace
+
+void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
+                      const LibraryLists& lists) {
+  JsonWriter writer(out, library, details);
+  out << "{\n";
+  if (lists.copies) writer.Write(*lists.copies);
+  writer.Write("conflicts", lists.conflicts, "data");
+  writer.Write("formats", lists.formats, "formats");
+  writer.Write("versions", lists.versions, "versions");
+  writer.Write("near", lists.near, "names");
+  const LibraryCounts counts = library.Count();
+  const Json summary = {{"files", library.files().size()},
+                        {"faces", counts.faces},
+                        {"nameless", counts.nameless},
+                        {"links", library.link_count()},
+                        {"namesWithoutLetters", counts.names_without_letters}};
+  out << "  \"summary\": " << summary.dump() << "\n}\n";
+}
+
+}  // namespace quillmark::tool

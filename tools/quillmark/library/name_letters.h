@@ -1,0 +1,14 @@
+// Whether a name says anything: names such as "-" or "..." stand in many fonts that have nothing in common.
+#ifndef QUILLMARK_TOOL_LIBRARY_NAME_LETTERS_H_
+#define QUILLMARK_TOOL_LIBRARY_NAME_LETTERS_H_
+
+#include <string>
+
+namespace quillmark::tool {
+
+// A letter or digit of any script. A character that the C library does not know may be one.
+bool HoldsLetterOrDigit(const std::string& name);
+
+}  // namespace quillmark::tool
+
+#endif

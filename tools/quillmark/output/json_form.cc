@@ -1,0 +1,32 @@
+#include "output/json_form.h"
+
+#include <nlohmann/json.hpp>
+
+namespace quillmark::tool {
+
+std::string JsonObject(const Face& face, const std::vector<const Field*>& named) {
+  auto object = nlohmann::ordered_json::object();
+  // At once: growing it field by field takes as long as all else.
+  object.get_ref<nlohmann::ordered_json::object_t&>().reserve(AllFields().size());
+  if (named.empty()) {
+    for (const Field& field : AllFields()) {
+      if (auto value = field.value(face); !value.is_null()) object[field.name] = std::move(value);
+    }
+  } else {
+    for (const Field* field : named) object[field->name] = field->value(face);
+  }
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document) {
+  out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+void JsonArray::Add(const std::string& object) {
+  out_ << (empty_ ? "[\n  " : ",\n  ") << object;
+  empty_ = false;
+}
+
+void JsonArray::Finish() { out_ << (empty_ ? "[]\n" : "\n]\n"); }
+
+}  // namespace quillmark::tool

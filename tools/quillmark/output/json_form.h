@@ -1,0 +1,36 @@
+// Results as JSON for programs, faces as one object each. Bytes that are not UTF-8 become U+FFFD.
+#ifndef QUILLMARK_TOOL_OUTPUT_JSON_FORM_H_
+#define QUILLMARK_TOOL_OUTPUT_JSON_FORM_H_
+
+#include <nlohmann/json_fwd.hpp>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "faces/face.h"
+#include "faces/fields.h"
+
+namespace quillmark::tool {
+
+// On one line, without a line end. Every field that the face has; or, where some are named, those in their
+// order, null where the face has none.
+std::string JsonObject(const Face& face, const std::vector<const Field*>& named);
+
+// A whole document for people and programs: indented, with a line end.
+void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document);
+
+// Writes one array piece by piece, so that faces need not be held.
+class JsonArray {
+ public:
+  explicit JsonArray(std::ostream& out) : out_(out) {}
+  void Add(const std::string& object);
+  void Finish();
+
+ private:
+  std::ostream& out_;
+  bool empty_ = true;
+};
+
+}  // namespace quillmark::tool
+
+#endif

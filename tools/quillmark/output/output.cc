@@ -1,0 +1,131 @@
+#include "output/output.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <stdexcept>
+
+#include "faces/array_forms.h"
+#include "faces/fields.h"
+#include "output/json_form.h"
+#include "output/table_form.h"
+#include "output/tsv_form.h"
+#include "text/terminal.h"
+
+namespace quillmark::tool {
+namespace {
+
+using Fields = std::vector<const Field*>;
+
+class TableWriter : public FaceWriter {
+ public:
+  TableWriter(std::ostream& out, Fields fields, bool wide)
+      : out_(out), table_(std::move(fields)), wide_(wide) {}
+  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+    for (const Face& face : faces) table_.Add(face);
+  }
+  void Finish() override {
+    TerminalLook look = OutputLook();
+    if (wide_) look.columns = 0;
+    table_.Write(out_, look);
+  }
+  bool WritesAtOnce() const override { return false; }
+
+ private:
+  std::ostream& out_;
+  FaceTable table_;
+  bool wide_;
+};
+
+class JsonWriter : public FaceWriter {
+ public:
+  JsonWriter(std::ostream& out, Fields fields) : json_(out), fields_(std::move(fields)) {}
+  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+    for (const Face& face : faces) json_.Add(JsonObject(face, fields_));
+  }
+  void Finish() override { json_.Finish(); }
+  bool WritesAtOnce() const override { return true; }
+
+ private:
+  JsonArray json_;
+  Fields fields_;
+};
+
+// The lines of one file leave together, so that a reader of a pipe sees whole lines, and at once.
+class LineWriter : public FaceWriter {
+ public:
+  using Line = std::string (*)(const Face&, const Fields&);
+  LineWriter(std::ostream& out, std::string header, Line line, Fields fields)
+      : out_(out), lines_(std::move(header)), line_(line), fields_(std::move(fields)) {}
+  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+    std::string lines;
+    for (const Face& face : faces) lines += line_(face, fields_);
+    Finish();
+    out_ << lines << std::flush;
+  }
+  void Finish() override {
+    out_ << lines_ << std::flush;
+    lines_.clear();
+  }
+  bool WritesAtOnce() const override { return true; }
+
+ private:
+  std::ostream& out_;
+  std::string lines_;
+  Line line_;
+  Fields fields_;
+};
+
+class ArrayWriter : public FaceWriter {
+ public:
+  using Form = std::string (*)(const QM_FontArray&);
+  ArrayWriter(std::ostream& out, Form form) : out_(out), form_(form) {}
+  void Add(const std::vector<Face>&, const QM_FontArray& array) override { Join(*whole_, array); }
+  void Finish() override { out_ << form_(*whole_); }
+  bool WritesAtOnce() const override { return false; }
+
+ private:
+  std::ostream& out_;
+  Form form_;
+  FontArray whole_ = EmptyArray();
+};
+
+std::string JsonLine(const Face& face, const Fields& fields) { return JsonObject(face, fields) + '\n'; }
+
+Fields Chosen(const OutputForm& form) {
+  Fields fields;
+  for (const std::string& name : form.fields) fields.push_back(FindField(name));
+  if (!fields.empty() && (form.format == "xml" || form.format == "plist")) {
+    throw CLI::ValidationError("--fields", "the content of " + form.format + " is fixed");
+  }
+  return fields;
+}
+
+Fields Every() {
+  Fields fields;
+  for (const Field& field : AllFields()) fields.push_back(&field);
+  return fields;
+}
+
+}  // namespace
+
+const std::vector<std::string> kFormats = {"table", "json", "jsonl", "tsv", "xml", "plist"};
+
+std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out) {
+  Fields fields = Chosen(form);
+  if (form.format == "json") return std::make_unique<JsonWriter>(out, std::move(fields));
+  if (form.format == "jsonl") return std::make_unique<LineWriter>(out, "", JsonLine, std::move(fields));
+  if (form.format == "tsv") {
+    if (fields.empty()) fields = Every();
+    std::string header = TsvHeader(fields);
+    return std::make_unique<LineWriter>(out, std::move(header), TsvLine, std::move(fields));
+  }
+  if (form.format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
+  if (form.format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
+  return std::make_unique<TableWriter>(out, std::move(fields), form.wide);
+}
+
+void FlushOutput() {
+  if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
+}
+
+}  // namespace quillmark::tool

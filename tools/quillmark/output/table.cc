@@ -1,0 +1,227 @@
+#include "output/table.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "text/display_width.h"
+#include "text/printable.h"
+#include "text/terminal_guard.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr std::size_t kGap = 2;
+constexpr std::size_t kNarrowest = 6;
+constexpr std::size_t kMostPadding = 40;  // where no terminal sets the width
+constexpr std::size_t kHeadingIndent = 2;
+constexpr std::size_t kPathIndent = 4;
+constexpr const char* kBold = "\x1b[1m";
+constexpr const char* kPlain = "\x1b[0m";
+
+constexpr char kBetweenCells = '\n';
+
+std::vector<std::string> CellsOf(std::string_view row) {
+  std::vector<std::string> cells;
+  for (std::size_t end; (end = row.find(kBetweenCells)) != std::string_view::npos;
+       row.remove_prefix(end + 1)) {
+    cells.emplace_back(row.substr(0, end));
+  }
+  cells.emplace_back(row);
+  return cells;
+}
+
+// The folder of a path, slash included.
+std::string_view FolderOf(std::string_view path) { return path.substr(0, path.rfind('/') + 1); }
+
+std::string_view LastCell(std::string_view row) { return row.substr(row.rfind(kBetweenCells) + 1); }
+
+}  // namespace
+
+// Which columns are shown, how wide, and where the path of a last column stands.
+struct Table::Layout {
+  enum Place { kBeside, kBelow, kInFolder };
+
+  std::size_t room = 0;  // columns of the terminal; 0 for no limit
+  Place place = kBeside;
+  bool has_headings = false;
+  std::vector<std::size_t> shown;   // columns, in their order
+  std::vector<std::size_t> widths;  // of these
+
+  std::size_t indent() const { return place == kInFolder || has_headings ? kHeadingIndent : 0; }
+  std::size_t Total() const {
+    const std::size_t beside = widths.size() - (place == kBelow ? 1 : 0);
+    const std::size_t gaps = beside > 1 ? kGap * (beside - 1) : 0;
+    return std::accumulate(widths.begin(), widths.end(), indent() + gaps);
+  }
+};
+
+Table::Table(std::vector<Column> columns) : columns_(std::move(columns)), widest_(columns_.size()) {}
+
+void Table::Add(const std::vector<std::string>& row) {
+  std::string cells;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    const std::string cell = Printable(row[i]);
+    if (i > 0) cells += kBetweenCells;
+    cells += cell;
+    widest_[i] = std::max(widest_[i], DisplayWidth(cell));
+  }
+  const std::string_view last = LastCell(cells);
+  widest_file_name_ = std::max(widest_file_name_, DisplayWidth(last.substr(FolderOf(last).size())));
+  rows_.push_back(std::move(cells));
+  rows_.back().shrink_to_fit();
+}
+
+void Table::AddHeading(const std::string& text) { headings_.emplace_back(rows_.size(), Printable(text)); }
+
+std::size_t Table::FolderLines() const {
+  std::size_t lines = 0;
+  std::string_view folder;
+  for (const std::string& row : rows_) {
+    const std::string_view next = FolderOf(LastCell(row));
+    if (lines == 0 || next != folder) ++lines;
+    folder = next;
+  }
+  return lines;
+}
+
+// What a column has at least when it is shown, unless all shown ones have to be narrowed.
+std::size_t Table::FirstWidth(std::size_t column, const Layout& layout) const {
+  const std::size_t title = DisplayWidth(columns_[column].title);
+  const std::size_t natural = std::max(widest_[column], title);
+  if (layout.room == 0) return std::min(natural, std::max(title, kMostPadding));
+  const bool is_last = column + 1 == columns_.size();
+  if (!columns_[column].is_path) return std::min(natural, std::max(title, layout.room * 3 / 10));
+  if (!is_last) return std::min(natural, layout.room / 2);
+  if (layout.place == Layout::kBelow) return 0;
+  if (layout.place == Layout::kInFolder)
+    return std::min(std::max(widest_file_name_, title), layout.room * 3 / 8);
+  return natural;
+}
+
+// By rank those that have room, none beyond `rank` unless all up to it have; then what is left over to those
+// that could use it.
+void Table::ChooseColumns(Layout& layout, int rank) const {
+  int last_rank = kAnyRank;  // of columns that may be chosen
+  std::vector<std::size_t> by_rank(columns_.size());
+  std::iota(by_rank.begin(), by_rank.end(), std::size_t{0});
+  std::stable_sort(by_rank.begin(), by_rank.end(),
+                   [this](std::size_t a, std::size_t b) { return columns_[a].rank < columns_[b].rank; });
+  for (const std::size_t column : by_rank) {
+    if (IsLeftOut(column) || columns_[column].rank > last_rank) continue;
+    layout.shown.push_back(column);
+    layout.widths.push_back(FirstWidth(column, layout));
+    if (columns_[column].rank > 0 && layout.room > 0 && layout.Total() > layout.room) {
+      layout.shown.pop_back();
+      layout.widths.pop_back();
+      last_rank = std::max(rank, columns_[column].rank - 1);
+    }
+  }
+  std::sort(layout.shown.begin(), layout.shown.end());
+  for (std::size_t i = 0; i < layout.shown.size(); ++i) {
+    layout.widths[i] = FirstWidth(layout.shown[i], layout);
+  }
+  if (layout.room == 0) return;
+  for (std::size_t i = 0; i < layout.shown.size(); ++i) {
+    const std::size_t column = layout.shown[i];
+    if (columns_[column].is_path || layout.Total() >= layout.room) continue;
+    const std::size_t wanted = std::max(widest_[column], layout.widths[i]);
+    layout.widths[i] += std::min(wanted - layout.widths[i], layout.room - layout.Total());
+  }
+  while (layout.Total() > layout.room) {
+    std::size_t* widest = nullptr;
+    for (std::size_t i = 0; i < layout.shown.size(); ++i) {
+      if (columns_[layout.shown[i]].is_path || layout.widths[i] <= kNarrowest) continue;
+      if (widest == nullptr || layout.widths[i] > *widest) widest = &layout.widths[i];
+    }
+    if (widest == nullptr) return;
+    --*widest;
+  }
+}
+
+Table::Layout Table::Choose(std::size_t room, bool by_folder, int rank) const {
+  Layout layout;
+  layout.room = room;
+  layout.has_headings = !headings_.empty();
+  if (room > 0 && columns_.size() > 1 && columns_.back().is_path) {
+    Layout wanted = layout;  // what stands beside a whole path
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      if (columns_[i].rank <= rank && !IsLeftOut(i)) wanted.widths.push_back(FirstWidth(i, layout));
+    }
+    if (wanted.Total() > room) {
+      layout.place = by_folder && 2 * FolderLines() <= rows_.size() ? Layout::kInFolder : Layout::kBelow;
+    }
+  }
+  ChooseColumns(layout, rank);
+  return layout;
+}
+
+std::string Table::Line(const Layout& layout, const Cells& cells) const {
+  const auto trim = [](std::string& line) { line.erase(line.find_last_not_of(' ') + 1); };
+  std::string line(layout.indent(), ' ');
+  std::size_t next = layout.indent();  // where the next column begins
+  for (std::size_t i = 0; i < layout.shown.size(); ++i) {
+    const Column& column = columns_[layout.shown[i]];
+    std::string cell = cells[layout.shown[i]];
+    const bool is_last = i + 1 == layout.shown.size();
+    if (is_last && column.is_path) {
+      if (layout.place == Layout::kInFolder) cell.erase(0, FolderOf(cell).size());
+      const bool is_below = layout.place == Layout::kBelow ||
+                            (layout.place == Layout::kInFolder && next + DisplayWidth(cell) > layout.room);
+      if (is_below && !cell.empty()) {
+        trim(line);
+        line += '\n' + std::string(kPathIndent, ' ');
+      }
+    } else if (!column.is_path && layout.room > 0) {
+      cell = FitMiddle(cell, layout.widths[i]);
+    }
+    line += cell;
+    if (is_last) {
+      if (cell.empty()) trim(line);
+      break;
+    }
+    const std::size_t width = DisplayWidth(cell);
+    next += layout.widths[i] + kGap;
+    if (width <= layout.widths[i]) {
+      line.append(layout.widths[i] - width + kGap, ' ');
+    } else if (layout.room > 0) {
+      line += '\n' + std::string(next, ' ');
+    } else {
+      line.append(kGap, ' ');
+    }
+  }
+  return line;
+}
+
+void Table::Write(std::ostream& out, TerminalLook look, bool by_folder, int rank) const {
+  const Layout layout = Choose(look.columns, by_folder, rank);
+  Cells titles;
+  for (const Column& column : columns_) titles.push_back(column.title);
+  if (look.bold) WriteControls(out, kBold);
+  out << Line(layout, titles);
+  if (look.bold) WriteControls(out, kPlain);
+  out << '\n';
+
+  std::string_view folder;
+  auto heading = headings_.begin();
+  for (const std::string& row : rows_) {
+    for (; heading != headings_.end() && &rows_[heading->first] == &row; ++heading) {
+      out << (look.columns == 0 ? heading->second : FitMiddle(heading->second, look.columns)) << '\n';
+    }
+    const std::string_view next = FolderOf(LastCell(row));
+    if (layout.place == Layout::kInFolder && (&row == &rows_.front() || next != folder)) {
+      out << (next.empty() ? "./" : next) << '\n';
+    }
+    folder = next;
+    out << Line(layout, CellsOf(row)) << '\n';
+  }
+}
+
+void WriteTable(std::ostream& out, const std::vector<Column>& columns,
+                const std::vector<std::vector<std::string>>& rows, TerminalLook look) {
+  Table table(columns);
+  for (const auto& row : rows) table.Add(row);
+  table.Write(out, look);
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,71 @@
+#include "output/table_form.h"
+
+#include <string_view>
+
+namespace quillmark::tool {
+namespace {
+
+struct UsualColumn {
+  std::string_view field;
+  int rank;
+};
+
+// In the order in which they stand.
+constexpr UsualColumn kUsual[] = {
+    {"postScriptName", 0}, {"family", 6},       {"styles", 5}, {"version", 2},  {"foundry", 3},
+    {"checksum", 4},       {"class", 7},        {"kind", 8},   {"platform", 9}, {"fondID", 10},
+    {"style", 11},         {"printerFont", 12}, {"face", 1},   {"path", 0},
+};
+constexpr int kAlwaysWanted = 4;  // rank up to which columns are worth lines for folders
+constexpr std::string_view kFace = "face";
+
+std::vector<const Field*> UsualFields() {
+  std::vector<const Field*> fields;
+  for (const UsualColumn& usual : kUsual) fields.push_back(FindField(std::string(usual.field)));
+  return fields;
+}
+
+std::vector<Column> ColumnsOf(const std::vector<const Field*>& fields, bool are_usual) {
+  std::vector<Column> columns;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    Column column{fields[i]->title, fields[i]->is_path, are_usual ? kUsual[i].rank : 0};
+    if (are_usual && fields[i]->name == kFace) column.title = "#";
+    columns.push_back(std::move(column));
+  }
+  return columns;
+}
+
+std::string Cell(const Field& field, const Face& face, bool is_usual) {
+  const std::string_view name = field.name;
+  if (name == "printerFont" && !face.outline_file.empty() && !face.outline_file_exists) {
+    return face.outline_file + " (missing)";
+  }
+  if (is_usual && name == "postScriptName" && face.post_script_name.empty() && !face.family.empty()) {
+    return "(" + face.family + ")";
+  }
+  return FieldText(field, face);
+}
+
+}  // namespace
+
+FaceTable::FaceTable(std::vector<const Field*> fields)
+    : are_usual_(fields.empty()),
+      fields_(are_usual_ ? UsualFields() : std::move(fields)),
+      table_(ColumnsOf(fields_, are_usual_)) {}
+
+void FaceTable::Add(const Face& face) {
+  std::vector<std::string> row;
+  for (const Field* field : fields_) row.push_back(Cell(*field, face, are_usual_));
+  table_.Add(row);
+  if (face.index > 0) has_several_ = true;
+}
+
+void FaceTable::Write(std::ostream& out, TerminalLook look) {
+  if (table_.empty()) return;
+  for (std::size_t i = 0; are_usual_ && !has_several_ && i < fields_.size(); ++i) {
+    if (fields_[i]->name == kFace) table_.LeaveOut(i);
+  }
+  table_.Write(out, look, are_usual_, kAlwaysWanted);
+}
+
+}  // namespace quillmark::tool

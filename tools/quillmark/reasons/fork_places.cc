@@ -1,0 +1,62 @@
+#include "reasons/fork_places.h"
+
+#include <array>
+#include <filesystem>
+
+#include "platform/files/apple_double.h"
+#include "platform/files/font_file.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The file that a sidecar's own path says it belongs to: without "._", outside .AppleDouble and __MACOSX.
+fs::path OwnerOf(const fs::path& sidecar) {
+  std::string name = sidecar.filename().native();
+  if (name.starts_with("._")) name.erase(0, 2);
+  fs::path folder;
+  for (const fs::path& part : sidecar.parent_path()) {
+    if (part != ".AppleDouble" && part != "__MACOSX") folder /= part;
+  }
+  return folder / name;
+}
+
+}  // namespace
+
+std::string NoForkAnywhere(const std::string& path) {
+  const fs::path file(path);
+  const fs::path folder = file.parent_path();
+  const fs::path name = file.filename();
+  const auto shown = [](const fs::path& place) { return Printable(place.native()); };
+  const std::string sidecar = "._" + name.native();
+  return "empty, and no resource fork was found for it: there is none in " +
+         shown(file / "..namedfork/rsrc") + ", " + shown(file / "rsrc") +
+         ", the extended attributes user.com.apple.ResourceFork and user.org.netatalk.ResourceFork, " +
+         shown(folder / sidecar) + ", " + shown(folder / "__MACOSX" / sidecar) +
+         " (nor in the folder __MACOSX beside any folder above), " + shown(folder / ".AppleDouble" / name) +
+         " and " + shown(folder / "resource.frk" / name) +
+         "; archives and version control lose resource forks, so get the file again from where it is whole";
+}
+
+std::optional<std::string> WhySidecar(const std::string& path) {
+  const auto file = OpenDataFork(path);
+  std::array<std::uint8_t, 4> magic = {};
+  if (!file || file->ReadAt(0, magic) < magic.size() || U32At(magic, 0) != kAppleDoubleMagic) {
+    return std::nullopt;
+  }
+  const std::string owner = OwnerOf(path).native();
+  const auto fork = FindAppleDoubleEntry(*file, kAppleDoubleResourceFork);
+  if (!fork || fork->length == 0) {
+    return "an AppleDouble sidecar of " + Printable(owner) + ", without a resource fork in it";
+  }
+  const std::string reason = "an AppleDouble sidecar, which keeps the resource fork of another file";
+  if (owner == path)
+    return reason + ": give it that file's name with \"._\" before, and place it beside that file";
+  if (IsRegularFile(owner)) return reason + ": give " + Printable(owner) + " instead";
+  return reason + ": " + Printable(owner) +
+         " is not there; an empty file of that name is enough to have the fork read";
+}
+
+}  // namespace quillmark::tool

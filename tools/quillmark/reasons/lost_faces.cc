@@ -1,0 +1,123 @@
+#include "reasons/lost_faces.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "reasons/fault_words.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr std::size_t kMostReasons = 3;
+constexpr std::size_t kMostNumbers = 12;
+constexpr std::size_t kMostStylesTold = 3;
+
+std::string Numbers(const std::vector<std::uint32_t>& faces) {
+  std::string text = faces.size() == 1 ? "face " : "faces ";
+  for (std::size_t i = 0; i < std::min(faces.size(), kMostNumbers); ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(faces[i]);
+  }
+  if (faces.size() > kMostNumbers) text += " and " + std::to_string(faces.size() - kMostNumbers) + " more";
+  return text;
+}
+
+// The reasons of a collection's faces, in the order in which they first come.
+class FaceReasons {
+ public:
+  // Whether a face was lost for another cause than that one before it is the same.
+  bool found_fault() const { return found_fault_; }
+
+  void Add(const FaceFault& fault) {
+    const auto* duplicate = std::get_if<DuplicateFault>(&fault.why);
+    // A face of the same directory as a damaged one is damaged, too.
+    const auto first = duplicate == nullptr ? by_face_.end() : by_face_.find(duplicate->face);
+    found_fault_ = found_fault_ || duplicate == nullptr;
+    const std::string words = first != by_face_.end() ? first->second : std::visit(WordsOfFace(), fault.why);
+    by_face_.emplace(fault.face, words);
+    const auto known = std::find_if(reasons_.begin(), reasons_.end(),
+                                    [&](const auto& reason) { return reason.first == words; });
+    if (known == reasons_.end()) {
+      reasons_.push_back({words, {fault.face}});
+    } else {
+      known->second.push_back(fault.face);
+    }
+  }
+
+  std::string Text() const {
+    std::string text;
+    for (std::size_t i = 0; i < std::min(reasons_.size(), kMostReasons); ++i) {
+      text += (i == 0 ? "" : "; ") + Numbers(reasons_[i].second) + ": " + reasons_[i].first;
+    }
+    if (reasons_.size() > kMostReasons) {
+      text += "; and " + std::to_string(reasons_.size() - kMostReasons) + " more reasons";
+    }
+    return text;
+  }
+
+ private:
+  struct WordsOfFace {
+    std::string operator()(const NameFault& fault) const { return Words(fault, "the face"); }
+    std::string operator()(const auto& fault) const { return Words(fault); }
+  };
+
+  std::vector<std::pair<std::string, std::vector<std::uint32_t>>> reasons_;
+  std::map<std::uint32_t, std::string> by_face_;
+  bool found_fault_ = false;
+};
+
+}  // namespace
+
+Explanation LostCollectionFaces(const CreationResult& result) {
+  FaceReasons reasons;
+  for (const FaceFault& fault : result.faults) {
+    const auto* cut = std::get_if<CollectionFault>(&fault.why);
+    const bool is_rest = cut != nullptr && cut->kind == CollectionFault::kCutList;
+    // The list is cut at that face, and so are those behind it; no real collection has as many as are kept.
+    const std::uint64_t end =
+        is_rest ? std::min<std::uint64_t>(result.claimed_faces, fault.face + CreationResult::kMostFaults)
+                : fault.face + std::uint64_t{1};
+    for (std::uint64_t face = fault.face; face < end; ++face) {
+      reasons.Add({static_cast<std::uint32_t>(face), fault.why});
+    }
+  }
+  std::string text = reasons.Text();
+  const bool is_complete = result.faults.size() < CreationResult::kMostFaults;
+  if (!is_complete) {
+    text += "; only the first " + std::to_string(CreationResult::kMostFaults) +
+            " of them were looked at for this";
+  }
+  const bool is_whole = is_complete && !reasons.found_fault();
+  return {is_whole ? Outcome::kFaces : Outcome::kIncomplete, text, result.claimed_faces};
+}
+
+Explanation LostStyles(const CreationResult& result) {
+  std::string text;
+  std::size_t count = 0;
+  for (const FaceFault& fault : result.faults) {
+    const auto* style = std::get_if<StyleFault>(&fault.why);
+    // Bitmaps are never read, so that a style without an outline is no damage.
+    if (style == nullptr || style->kind == StyleFault::kNoPrinterName) continue;
+    if (++count <= kMostStylesTold) text += (count == 1 ? "" : "; ") + Words(*style);
+  }
+  if (count > kMostStylesTold) text += "; and " + std::to_string(count - kMostStylesTold) + " more styles";
+  return {text.empty() ? Outcome::kFaces : Outcome::kIncomplete, text};
+}
+
+Explanation WhyNoFamilyFace(const CreationResult& result, int fond_count) {
+  const auto* first = result.faults.empty() ? nullptr : std::get_if<StyleFault>(&result.faults.front().why);
+  const bool is_bitmap = first != nullptr && first->kind == StyleFault::kNoPrinterName;
+  std::string reason =
+      "a font family file with neither a readable outline font nor the name of a printer font";
+  if (first != nullptr) {
+    reason += " (" + Words(*first);
+    if (fond_count > 1) reason += "; its other FOND resources give no face either";
+    reason += ")";
+  }
+  return {is_bitmap ? Outcome::kOther : Outcome::kDamaged, reason};
+}
+
+}  // namespace quillmark::tool

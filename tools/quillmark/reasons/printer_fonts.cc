@@ -1,0 +1,76 @@
+#include "reasons/printer_fonts.h"
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "resources/quillmark_resource_file.h"
+#include "resources/resource_access.h"
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// More than any number of threads work in at a time.
+constexpr std::size_t kMostFolders = 1024;
+
+// The printer fonts that a family file names; none of one that spends its budget, as no real one does.
+std::vector<std::string> PrinterFontsOf(const std::string& family) {
+  Budget budget;
+  FileAccess access(SystemFiles(), &budget);
+  try {
+    FontFile file(access, family);
+    const ResourceFileHolder resources(AllocateResourceFile(file, true));
+    if (!FileHasFONDsInResourceFork(resources.get())) return {};
+    return resources.get()->getPrinterFiles();
+  } catch (const BudgetSpent&) {
+    return {};
+  }
+}
+
+PrinterFontFamilies::Families FamiliesIn(const fs::path& folder) {
+  PrinterFontFamilies::Families families;
+  std::error_code error;
+  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    const std::string candidate = it->path().native();
+    if (!IsRegularFile(candidate)) continue;
+    for (const std::string& claimed : PrinterFontsOf(candidate)) {
+      families.try_emplace(fs::path(claimed).filename(), candidate);
+    }
+  }
+  return families;
+}
+
+// The family file in the same folder whose FOND names this printer font.
+std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFamilies& families) {
+  const bool has_folder = printer_font.has_parent_path();
+  const auto here = families.In(has_folder ? printer_font.parent_path().native() : ".");
+  const auto found = here->find(printer_font.filename());
+  if (found == here->end()) return std::nullopt;
+  return has_folder ? found->second : fs::path(found->second).filename().native();
+}
+
+}  // namespace
+
+std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::In(const std::string& folder) {
+  // Held while the folder is searched: those that wait mostly ask for the same one.
+  const std::lock_guard lock(mutex_);
+  if (const auto known = known_.find(folder); known != known_.end()) return known->second;
+  auto families = std::make_shared<const Families>(FamiliesIn(folder));
+  if (known_.size() >= kMostFolders) known_.clear();
+  known_.emplace(folder, families);
+  return families;
+}
+
+Explanation ExplainPrinterFont(const std::string& path, const std::string& what,
+                               PrinterFontFamilies& families) {
+  const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
+  if (const auto family = FamilyOf(path, families))
+    return {Outcome::kOther, reason + "give " + Printable(*family)};
+  return {Outcome::kLonePrinterFont,
+          reason + "none in this folder does; put the two together and give the family file"};
+}
+
+}  // namespace quillmark::tool

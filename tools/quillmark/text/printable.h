@@ -1,0 +1,29 @@
+// Text from font files and paths as it may be shown: nothing in it makes a terminal do anything, reorders a
+// line or is invisible.
+#ifndef QUILLMARK_TOOL_TEXT_PRINTABLE_H_
+#define QUILLMARK_TOOL_TEXT_PRINTABLE_H_
+
+#include <string>
+#include <string_view>
+
+#include "text/utf8_character.h"
+
+namespace quillmark::tool {
+
+// Controls, among them the escape character and line ends; what sets the direction of text; and characters
+// that show nothing.
+bool IsHidden(char32_t code);
+
+// A hidden character as JSON writes it, "\n" or "\u202E", and a byte of no character as "\xFF".
+std::string Escaped(const Character& character);
+
+// On one line, hidden characters and bytes of no character escaped, and backslashes doubled: two texts that
+// differ in any of these stay different.
+std::string Printable(const std::string& text);
+
+// Valid UTF-8 with "_" in place of hidden characters.
+std::string WithoutHidden(std::string_view text);
+
+}  // namespace quillmark::tool
+
+#endif
