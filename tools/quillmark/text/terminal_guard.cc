@@ -76,6 +76,7 @@ bool TerminalGuard::WriteRest() {
 void WriteControls(std::ostream& out, std::string_view text) {
   if (auto* const guard = dynamic_cast<TerminalGuard*>(out.rdbuf())) {
     guard->WriteThrough(text);
+    if (out.flags() & std::ios::unitbuf) out.flush();  // what << does by itself
   } else {
     out << text;
   }
