@@ -29,8 +29,8 @@ void AddFileFaces(Creation& creation) {
 
 CreationResult CreateFaces(const FileSystem& system, const std::string& path, std::uint32_t request) {
   CreationResult result;
+  Creation creation(system, path, request, result);
   try {
-    Creation creation(system, path, request, result);
     if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) {
       AddCollectionFaces(creation);
     } else {
@@ -39,6 +39,7 @@ CreationResult CreateFaces(const FileSystem& system, const std::string& path, st
   } catch (const BudgetSpent&) {
     result.budget_spent = true;  // the face under way is dropped
   }
+  result.charged_steps = creation.budget.charged();
   result.faces.RemoveDups();
   return result;
 }

@@ -24,6 +24,7 @@ struct CreationResult {
   CollectionStatus collection_status = kCollectionOk;
   // The file repeats its bytes so often that the rest was not looked at.
   bool budget_spent = false;
+  std::uint64_t charged_steps = 0;  // of the budget
 };
 
 // What one creation works with. It owns what it opened and parsed, and drops it at its end.

@@ -44,20 +44,24 @@ class Budget {
   // Throws BudgetSpent when fewer than `steps` are left; every later call then throws, too.
   void Charge(std::uint64_t steps) {
     if (steps > left_) {
+      charged_ += left_;
       left_ = 0;
       throw BudgetSpent();
     }
     left_ -= steps;
+    charged_ += steps;
   }
   void ChargeBytes(std::uint64_t bytes) { Charge(1 + bytes / kBytesPerStep); }
   void ChargeRecords(std::uint64_t count) { Charge(1 + std::min(count, kMostBytes) * kRecord); }
 
   std::uint64_t left() const { return left_; }
+  std::uint64_t charged() const { return charged_; }
 
  private:
   static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 48;  // keeps the sums from wrapping
 
   std::uint64_t left_ = kFixedSteps;
+  std::uint64_t charged_ = 0;
 };
 
 // Null: work without a bound, as over a caller's own bytes.

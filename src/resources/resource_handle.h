@@ -1,4 +1,5 @@
-// ResourceHandle: the owner of a handle that a resource map gave out; and the types of the resources of fonts.
+// ResourceHandle: the owner of a handle that a resource map gave out; and the types of the resources of
+// fonts.
 #ifndef QUILLMARK_RESOURCES_RESOURCE_HANDLE_H_
 #define QUILLMARK_RESOURCES_RESOURCE_HANDLE_H_
 
