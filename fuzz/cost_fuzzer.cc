@@ -1,7 +1,7 @@
-// The work of one creation against what it was charged: the input as a font file, under an extension that its first
-// byte chooses, or with the rest of it as a printer font or a sidecar beside it. Looks for inputs whose work is
-// charged too little: with libFuzzer the edges that run for each charged step are its signal, and a creation that runs
-// many times its budget is a finding.
+// The work of one creation against what it was charged: the input as a font file, under an extension that its
+// first byte chooses, or with the rest of it as a printer font or a sidecar beside it. Looks for inputs whose
+// work is charged too little: with libFuzzer the edges that run for each charged step are its signal, and a
+// creation that runs many times its budget is a finding.
 #include <algorithm>
 #include <bit>
 #include <cstddef>

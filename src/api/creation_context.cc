@@ -1,6 +1,7 @@
 #include "api/creation_context.h"
 
 #include <utility>
+#include <variant>
 
 #include "quillmark/quillmark.h"
 
@@ -33,6 +34,7 @@ void Creation::AddFace(QM_FontSpecifier specifier, FaceNames names) {
 }
 
 void Creation::AddFault(FaceFault fault) {
+  if (!std::holds_alternative<DuplicateFault>(fault.why)) ++result.lost_faces;
   if (result.faults.size() < CreationResult::kMostFaults) result.faults.push_back(std::move(fault));
 }
 

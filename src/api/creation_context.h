@@ -19,6 +19,7 @@ struct CreationResult {
 
   QM_FontArray faces;             // without duplicates
   std::vector<FaceFault> faults;  // in the order in which the file lists the faces
+  std::uint32_t lost_faces = 0;   // how many faults there were, but for duplicates
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;

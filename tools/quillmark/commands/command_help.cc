@@ -18,14 +18,14 @@ struct CommandHelp {
 
 constexpr CommandHelp kHelp[] = {
     {"identify",
-     "  0  every named file gave a face\n"
-     "  1  one did not, a folder could not be read, or no face was found at all\n"
+     "  0  every named file gave its faces\n"
+     "  1  one did not, a file or folder could not be read, or no face was found at all\n"
      "  130, 143  stopped by a signal; what was found so far is whole\n",
      {"quillmark identify ~/fonts Garamond.otf",
       "quillmark identify --format tsv --fields postScriptName,version,checksum --sort family fonts"}},
     {"same",
      "  0  no conflict\n"
-     "  1  a named file gave no face, or no face was found at all\n"
+     "  1  a named file gave no face, a file or folder could not be read, or no face was found at all\n"
      "  3  conflicts were found\n"
      "  130, 143  stopped by a signal, without a list\n",
      {"quillmark same ~/fonts /srv/fonts", "quillmark same --format json --near fonts > same.json"}},
@@ -38,11 +38,11 @@ constexpr CommandHelp kHelp[] = {
     {"why",
      "  0  every path was explained\n"
      "  1  one could not be looked at\n",
-     {"quillmark why Garamond.woff2", "quillmark why fonts/*"}},
+     {"quillmark why Garamond.woff2", "quillmark why ~/fonts"}},
     {"split",
      "  0  every font was written\n"
      "  1  one was not\n",
-     {"quillmark split -o . uming.ttc", "quillmark split Garamond.dfont"}},
+     {"quillmark split -o faces uming.ttc", "quillmark split Garamond.dfont"}},
     {"read",
      "  0  the faces were written\n"
      "  1  the text holds none, or cannot be read\n",

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "api/creation.h"
 #include "api/font_array.h"
 #include "commands/commands.h"
 #include "commands/shared_options.h"
@@ -19,6 +20,7 @@
 #include "output/output.h"
 #include "output/table.h"
 #include "reasons/reason.h"
+#include "reasons/watched_files.h"
 #include "text/printable.h"
 #include "text/terminal.h"
 
@@ -37,9 +39,10 @@ struct Side {
 
 // False, and a line on standard error, when the file gives no face.
 bool Load(Side& side) {
-  QM_FontArray* made = nullptr;
-  if (QM_CreateSpecifier(side.path.c_str(), 0, QM_ATTRIBUTES_ALL, &made) == 0) {
-    side.array.reset(made);
+  const WatchedFiles files;
+  CreationResult result = CreateFaces(files, side.path, QM_ATTRIBUTES_ALL);
+  if (result.faces.size() > 0 && !files.failure()) {
+    side.array.reset(new QM_FontArray(std::move(result.faces)));
   } else if (std::optional<StoredFaces> stored = ReadStored(side.path); stored && stored->array->size() > 0) {
     side.array = std::move(stored->array);
     side.form = stored->form;

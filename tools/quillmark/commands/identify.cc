@@ -44,6 +44,7 @@ int Identify(const IdentifyOptions& options) {
     std::cerr << FacesInFiles(faces, files) + Losses(outcome.losses, options.files) + '\n';
   }
   if (!outcome.stopped.empty()) return InterruptedStatus();
+  if (options.files.quiet && files == 0 && outcome.complete) std::cerr << "no face was found\n";
   return outcome.complete && files > 0 ? 0 : 1;
 }
 

@@ -22,6 +22,7 @@
 #include "reasons/known_formats.h"
 #include "reasons/reason.h"
 #include "reasons/resource_faults.h"
+#include "reasons/watched_files.h"
 #include "resources/resource_access.h"
 #include "split/new_file.h"
 #include "split/split_names.h"
@@ -63,10 +64,14 @@ class FontSource {
 
 class CollectionSource : public FontSource {
  public:
-  explicit CollectionSource(const std::string& path) : file_(access_, path), collection_(file_) {}
+  explicit CollectionSource(const std::string& path)
+      : access_(files_), file_(access_, path), collection_(file_) {}
 
   // Empty when it lists faces.
-  std::string WhyNone() { return collection_.faceCount() > 0 ? "" : Words(collection_.status()); }
+  std::string WhyNone() {
+    if (files_.failure()) return files_.WhyUnread(file_.path());
+    return collection_.faceCount() > 0 ? "" : Words(collection_.status());
+  }
   std::uint32_t FaceCount() const { return collection_.faceCount(); }
 
   std::string Kind() const override { return "face"; }
@@ -96,6 +101,7 @@ class CollectionSource : public FontSource {
   }
 
  private:
+  WatchedFiles files_;
   FileAccess access_;
   FontFile file_;
   TrueTypeCollectionFont collection_;

@@ -15,14 +15,22 @@
 namespace quillmark::tool {
 namespace {
 
-// As the reader of the form walks from block to block.
+// Blocks by their beginnings, whether they end or not.
 std::size_t CountBlocks(std::string_view text) {
+  constexpr std::string_view kBegin = "<FontData>";
   std::size_t blocks = 0;
-  for (std::size_t at = 0; (at = text.find("<FontData>", at)) != std::string_view::npos; ++blocks) {
-    at = text.find("</FontData>", at);
-    if (at == std::string_view::npos) return blocks + 1;
-  }
+  for (std::size_t at = 0; (at = text.find(kBegin, at)) != std::string_view::npos; at += kBegin.size())
+    ++blocks;
   return blocks;
+}
+
+// Hosts store a whole document: without its end, or with a block that does not end, it was cut or damaged.
+bool IsBroken(std::string_view text) {
+  constexpr std::string_view kEnd = "</FontData>";
+  std::size_t ends = 0;
+  for (std::size_t at = 0; (at = text.find(kEnd, at)) != std::string_view::npos; at += kEnd.size()) ++ends;
+  const bool has_begin = text.find("<QuillmarkData") != std::string_view::npos;
+  return ends != CountBlocks(text) || (has_begin && text.find("</QuillmarkData>") == std::string_view::npos);
 }
 
 std::size_t CountElements(const std::string& text) {
@@ -48,7 +56,7 @@ std::optional<StoredFaces> ParseStored(const std::string& text) {
   FontArray faces(new QM_FontArray);
   const XmlReading reading = ReadXml(text.c_str(), *faces);
   if (!reading.any_whole) return std::nullopt;
-  return StoredFaces{std::move(faces), StoredForm::kXml, CountBlocks(text), reading.is_cut};
+  return StoredFaces{std::move(faces), StoredForm::kXml, CountBlocks(text), reading.is_cut, IsBroken(text)};
 }
 
 std::optional<std::string> ReadText(const std::string& path) {
@@ -75,7 +83,13 @@ std::string NotRead(const StoredFaces& stored) {
   std::string told;
   if (faces.size() < stored.listed) {
     told = "gives " + std::to_string(faces.size()) + " of the " + std::to_string(stored.listed) +
-           " faces it lists: a PostScript name that comes again is left out";
+           " faces it lists";
+    if (!stored.is_broken) told += ": a PostScript name that comes again is left out";
+  }
+  if (stored.is_broken) {
+    told +=
+        (told.empty() ? "" : "; ") +
+        std::string("it is cut short or damaged, so that faces may be missing, and the last one not whole");
   }
   std::size_t saturated = 0;
   for (std::uint32_t i = 0; i < faces.size(); ++i) {

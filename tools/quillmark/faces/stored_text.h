@@ -16,6 +16,7 @@ struct StoredFaces {
   StoredForm form;
   std::size_t listed = 0;  // blocks or dictionaries in the text
   bool is_cut = false;     // the text repeats its bytes too often: only its first faces
+  bool is_broken = false;  // the text ends early or lacks an end in it: faces may be missing or not whole
 };
 
 // The text of a file; nothing when it is no regular file that can be read, or holds a NUL, as no text does.

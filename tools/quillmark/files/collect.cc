@@ -1,8 +1,6 @@
 #include "files/collect.h"
 
-#include <cerrno>
 #include <condition_variable>
-#include <cstring>
 #include <exception>
 #include <mutex>
 #include <new>
@@ -14,9 +12,9 @@
 
 #include "api/creation.h"
 #include "files/standard_input.h"
-#include "files/watched_files.h"
 #include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
+#include "reasons/watched_files.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -25,12 +23,6 @@ namespace {
 constexpr std::size_t kFilesAheadPerThread = 64;
 
 constexpr const char* kTooLittleMemory = "there is too little memory for it";
-
-std::string WhyUnread(const WatchedFiles::Failure& failure, const std::string& path) {
-  if (failure.path == path && failure.error == EACCES) return "no permission to read it";
-  return (failure.path == path ? "" : Printable(failure.path) + " ") + std::string("cannot be read: ") +
-         std::strerror(failure.error);
-}
 
 IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
   return {std::move(source), nullptr, {}, std::move(explanation)};
@@ -66,8 +58,7 @@ class Identifier {
     const std::string& path = input ? input->path() : source.path;
     const WatchedFiles files;
     CreationResult result = CreateFaces(files, path, QM_ATTRIBUTES_ALL);
-    if (files.failure())
-      return WithoutFaces(source, {Outcome::kUnreadable, WhyUnread(*files.failure(), path)});
+    if (files.failure()) return WithoutFaces(source, {Outcome::kUnreadable, files.WhyUnread(path)});
     IdentifiedFile file = WithoutFaces(source, Explain(path, result, families_));
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));

@@ -91,11 +91,14 @@ std::size_t Table::FirstWidth(std::size_t column, const Layout& layout) const {
   const std::size_t natural = std::max(widest_[column], title);
   if (layout.room == 0) return std::min(natural, std::max(title, kMostPadding));
   const bool is_last = column + 1 == columns_.size();
-  if (!columns_[column].is_path) return std::min(natural, std::max(title, layout.room * 3 / 10));
+  if (!columns_[column].is_path) {
+    // The column that is always there gets the most; one long text must not keep others away.
+    const std::size_t share = columns_[column].rank == 0 ? layout.room * 2 / 9 : layout.room / 7;
+    return std::min(natural, std::max(title, share));
+  }
   if (!is_last) return std::min(natural, layout.room / 2);
   if (layout.place == Layout::kBelow) return 0;
-  if (layout.place == Layout::kInFolder)
-    return std::min(std::max(widest_file_name_, title), layout.room * 3 / 8);
+  if (layout.place == Layout::kInFolder) return std::min(std::max(widest_file_name_, title), layout.room / 3);
   return natural;
 }
 

@@ -28,14 +28,10 @@ std::string Numbers(const std::vector<std::uint32_t>& faces) {
 // The reasons of a collection's faces, in the order in which they first come.
 class FaceReasons {
  public:
-  // Whether a face was lost for another cause than that one before it is the same.
-  bool found_fault() const { return found_fault_; }
-
   void Add(const FaceFault& fault) {
     const auto* duplicate = std::get_if<DuplicateFault>(&fault.why);
     // A face of the same directory as a damaged one is damaged, too.
     const auto first = duplicate == nullptr ? by_face_.end() : by_face_.find(duplicate->face);
-    found_fault_ = found_fault_ || duplicate == nullptr;
     const std::string words = first != by_face_.end() ? first->second : std::visit(WordsOfFace(), fault.why);
     by_face_.emplace(fault.face, words);
     const auto known = std::find_if(reasons_.begin(), reasons_.end(),
@@ -66,7 +62,6 @@ class FaceReasons {
 
   std::vector<std::pair<std::string, std::vector<std::uint32_t>>> reasons_;
   std::map<std::uint32_t, std::string> by_face_;
-  bool found_fault_ = false;
 };
 
 }  // namespace
@@ -90,8 +85,7 @@ Explanation LostCollectionFaces(const CreationResult& result) {
     text += "; only the first " + std::to_string(CreationResult::kMostFaults) +
             " of them were looked at for this";
   }
-  const bool is_whole = is_complete && !reasons.found_fault();
-  return {is_whole ? Outcome::kFaces : Outcome::kIncomplete, text, result.claimed_faces};
+  return {result.lost_faces == 0 ? Outcome::kFaces : Outcome::kIncomplete, text, result.claimed_faces};
 }
 
 Explanation LostStyles(const CreationResult& result) {

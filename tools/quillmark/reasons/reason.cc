@@ -22,6 +22,7 @@
 #include "reasons/lost_faces.h"
 #include "reasons/printer_fonts.h"
 #include "reasons/resource_faults.h"
+#include "reasons/watched_files.h"
 #include "resources/resource_access.h"
 #include "text/printable.h"
 
@@ -333,7 +334,10 @@ std::optional<std::string> WhyNotReadable(const std::string& path) {
 
 Explanation ExplainNoFace(const std::string& path) {
   PrinterFontFamilies families;
-  return Explain(path, CreateFaces(SystemFiles(), path, QM_ATTRIBUTES_ALL), families);
+  const WatchedFiles files;
+  const CreationResult result = CreateFaces(files, path, QM_ATTRIBUTES_ALL);
+  if (files.failure()) return {Outcome::kUnreadable, files.WhyUnread(path)};
+  return Explain(path, result, families);
 }
 
 Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families) {

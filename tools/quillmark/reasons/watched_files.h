@@ -1,8 +1,8 @@
 // WatchedFiles: the machine's files, with note of the first that is there and cannot be opened or read: what
 // was made of it would be taken for the font. For one file at a time, on one thread. Tests:
 // tests/cli/losses_test.py.
-#ifndef QUILLMARK_TOOL_FILES_WATCHED_FILES_H_
-#define QUILLMARK_TOOL_FILES_WATCHED_FILES_H_
+#ifndef QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_
+#define QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_
 
 #include <memory>
 #include <optional>
@@ -21,6 +21,8 @@ class WatchedFiles : public FileSystem {
     int error = 0;  // errno
   };
   const std::optional<Failure>& failure() const { return failure_; }
+  // What failed, in words, while `path` was read; empty when nothing did.
+  std::string WhyUnread(const std::string& path) const;
 
   FileStatus Status(const std::string& path) const override;
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override;

@@ -1,7 +1,10 @@
-#include "files/watched_files.h"
+#include "reasons/watched_files.h"
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
+
+#include "text/printable.h"
 
 namespace quillmark::tool {
 
@@ -25,6 +28,14 @@ class WatchedFiles::WatchedFile : public OpenedFile {
 
 void WatchedFiles::Note(const std::string& path, int error) const {
   if (!failure_) failure_ = Failure{path, error};
+}
+
+std::string WatchedFiles::WhyUnread(const std::string& path) const {
+  if (!failure_) return {};
+  const bool is_itself = failure_->path == path;
+  if (is_itself && failure_->error == EACCES) return "no permission to read it";
+  return (is_itself ? "" : Printable(failure_->path) + " ") + std::string("cannot be read: ") +
+         std::strerror(failure_->error);
 }
 
 FileStatus WatchedFiles::Status(const std::string& path) const { return SystemFiles().Status(path); }
