@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Fails on an include that points against the arrows between rooms, on a ring of files inside a room, and on an inner
-header that the tool uses without its being listed here."""
+header that the tool uses without its being listed here; and on a page or comment that names a file which is not there."""
 import pathlib
 import re
 import sys
@@ -47,6 +47,9 @@ INNER_HEADERS = """
     platform/files/temporary_file.h platform/resource_manager/resource_map.h platform/text/text_encoding.h
     resources/family.h resources/fond_record.h resources/quillmark_resource_file.h resources/resource_access.h
 """.split()
+
+# The folders whose files pages and comments name.
+PLACES = "src include tools tests fuzz bench script cmake data docs examples bindings completions man".split()
 
 
 def includes(path):
@@ -103,10 +106,26 @@ def check(root, allowed, inner=None):
     return faults + [f"{root}: a ring of {', '.join(sorted(ring))}" for ring in rings(graph) if sorted(ring) not in KNOWN_RINGS]
 
 
+def missing_files(root):
+    """Paths that pages, and the comments of src/ and tools/, name in full, and names of sources on pages."""
+    faults = []
+    known = {path.name for top in PLACES for path in (root / top).rglob("*")}
+    pages = [path for path in root.glob("*.md") if path.name != "CHANGELOG.md"]
+    pages += [path for top in ("docs", "data", "bindings/python") for path in (root / top).glob("*.md")]
+    for path in [*pages, *sources(root / "src").values(), *sources(root / "tools").values()]:
+        text = path.read_text(encoding="utf-8")
+        named = re.findall(rf"(?<![\w/.~-])((?:{'|'.join(PLACES)})/[\w/.*-]*[\w*])", text)
+        faults += [f"{path} names {name}, which is not there" for name in named if not list(root.glob(name))]
+        if path in pages:
+            bare = set(re.findall(r"`(\w+\.(?:cc|h|py))`", text)) - known
+            faults += [f"{path} names {name}, which is not there" for name in sorted(bare)]
+    return faults
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
-    faults = check(root / "src", ROOMS) + check(root / "tools/quillmark", TOOL, INNER_HEADERS)
-    print("\n".join(faults) or "every include follows the arrows")
+    faults = check(root / "src", ROOMS) + check(root / "tools/quillmark", TOOL, INNER_HEADERS) + missing_files(root)
+    print("\n".join(faults) or "every include follows the arrows, and every file that is named exists")
     return 1 if faults else 0
 
 

@@ -17,6 +17,9 @@
  *
  * Conventions that hold for every function:
  * - Text is UTF-8 and ends with a NUL. Names come out of font files and may hold any other bytes.
+ * - A path is bytes as the file system takes them, and ends with a NUL. Fonts in resources are found by paths
+ * in UTF-8 alone. Of a path longer than 1,023 bytes, only the first 1,023 are looked at to tell the extension
+ * of a font file that is no collection, and to open its data fork.
  * - Sizes are in bytes and count the NUL. Indexes start at 0.
  * - A pointer may be null only where its description says so; "null gives 1" means that the function looks
  *   and answers QM_STATUS_FAILED.
@@ -32,6 +35,24 @@
  *   the library's own tables is loaded.
  * - C++ exceptions pass to the caller only where a description says so. A C++ host can catch them by their
  *   standard type; a C host cannot, and so keeps to the conditions that avoid them.
+ *
+ * How long a text of a face can be, NUL not counted:
+ *
+ * | text                                                    | most bytes              |
+ * |---------------------------------------------------------|-------------------------|
+ * | kind, platform                                          | 31                      |
+ * | a foundry, style or class of the tables that ship       | 44                      |
+ * | names, version: from a name table (TrueType, OpenType)  | 3,069: 1,023 as UTF-8   |
+ * | names, version: from the keys of a PostScript header    | 3,999                   |
+ * | names: from a FOND resource                             | 765: 255 as UTF-8       |
+ * | path of a printer font                                  | the font file's and 256 |
+ * | read back from a property list that this library wrote  | 511                     |
+ * | read back from any other stored text                    | the length of the text  |
+ *
+ * So a buffer of 4,096 bytes holds every text of a font file but two: a path that is longer itself, and the
+ * family or PostScript name of a face whose printer font gives it in no key, only in the comment
+ * "%!PS-AdobeFont-", where nothing but a delimiter ends it. A text that may have been cut fills its buffer:
+ * strlen(buffer) is bufferSize - 1. The two stored forms tell their own length.
  */
 #ifndef QUILLMARK_QUILLMARK_H_
 #define QUILLMARK_QUILLMARK_H_
@@ -48,6 +69,11 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/** Version of the library of this header; QM_GetQuillmarkVersion tells that of the one in use. */
+#define QM_VERSION_MAJOR 1
+/** See QM_VERSION_MAJOR. */
+#define QM_VERSION_MINOR 4
 
 /** The ordered list of a file's faces. Its contents are reached through the functions below only. */
 typedef struct QM_FontArray QM_FontArray;
@@ -100,11 +126,28 @@ QM_EXPORT void QM_GetQuillmarkVersion(uint32_t* major, uint32_t* minor);
  *
  * Faces that cannot be read are left out; of faces with one PostScript name one stays. Only regular files are
  * read, and a symbolic link is followed. An attribute that is not requested is not held by the specifiers.
+ *
+ * Files that may be opened beside the font file NAME, all of them only to read:
+ * - what may hold its resource fork or its type and creator: NAME/..namedfork/rsrc, NAME/rsrc, ._NAME,
+ *   .AppleDouble/NAME and resource.frk/NAME in its folder, and the file for NAME below __MACOSX in its folder
+ *   and in each folder above. Its extended attributes are read, too;
+ * - for a resource file, the printer fonts that its FOND resources name, in its own folder, with the same
+ *   places for each of them;
+ * - once a process, the library's own tables.
+ *
+ * What a request costs: a file's bytes are read and summed whatever the request is, so leaving out bits saves
+ * little. QM_ATTRIBUTE_FOUNDRY searches the header of a printer font for known makers,
+ * QM_ATTRIBUTE_KERNING_CHECKSUM reads the "kern" table of each face of a collection, QM_ATTRIBUTE_PLATFORM
+ * the list of tables of a font file; every other bit copies what was read anyway.
+ *
+ * The work has a bound that grows with the bytes of the files. A file that makes its faces share their bytes
+ * again and again reaches it: the call then ends with the faces found first, and status 0, or 1 without any.
+ *
  * Request QM_ATTRIBUTE_PLATFORM together with QM_ATTRIBUTE_CHECKSUM: the checksum of a cross-platform font is
  * that of its data fork only when the platform was asked for. The kerning checksum of a face that is no
  * collection face is that of its FOND resource, and 0 without one.
  *
- * @param      path      path of the file; bytes as the file system takes them; null gives 1
+ * @param      path      path of the file; null gives 1
  * @param      reserved  not looked at; pass 0
  * @param      request   the wanted attributes, a sum of QM_Attribute bits; other bits are only stored
  * @param[out] outArray  receives the array on status 0, which the caller frees; null gives 1
@@ -248,6 +291,25 @@ QM_EXPORT int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontAr
 
 /**
  * @name Texts of one face
+ *
+ * Twelve functions of one shape: (array, index, buffer, bufferSize).
+ *
+ * - array: an array this library made; null gives 1.
+ * - index: the face, from 0; one that is not below the count gives 4.
+ * - buffer: receives the text on status 0; null gives 1.
+ * - bufferSize: bytes in buffer, NUL included.
+ * - Status 0: copied. 5: the specifier does not hold the attribute.
+ * - No exception. Any number of threads on one array that nobody frees.
+ *
+ * | function                | where it differs                                                          |
+ * |-------------------------|---------------------------------------------------------------------------|
+ * | QM_GetKindName          | a bad index throws std::out_of_range, never 4                             |
+ * | QM_GetFamilyName        | a bad index throws std::out_of_range, never 4                             |
+ * | QM_GetWindowsFullName   | 5 also when its name is empty and the full name is not held               |
+ * | QM_GetFoundryName       | std::bad_alloc; buffer is as it was                                       |
+ * | QM_GetLegacyFoundryName | std::bad_alloc; buffer is as it was                                       |
+ * | QM_GetWindowsMMFile     | 1 for a bad index, an outline file name not held or not of a .pfb file;   |
+ * |                         | std::bad_alloc; buffer is as it was                                       |
  * @{
  */
 
@@ -255,172 +317,52 @@ QM_EXPORT int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontAr
  * Copies the kind of one face: "TrueType", "OpenType - TT", "OpenType - PS", "PostScript",
  * "PostScript - MM", "TrueType Collection", "CID" or "OCF".
  *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0, below the count: see exceptions
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 5  kind not held
- * @par Exceptions
- * std::out_of_range for a bad index, which is not answered by a status here.
- * @par Threads
- * Any number on one array that nobody frees.
+ * A bad index throws std::out_of_range.
  */
 QM_EXPORT int32_t QM_GetKindName(const QM_FontArray* array, uint32_t index, char* buffer, int32_t bufferSize);
 
 /**
  * Copies the family name of one face.
  *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0, below the count: see exceptions
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 5  family not held
- * @par Exceptions
- * std::out_of_range for a bad index, which is not answered by a status here.
- * @par Threads
- * Any number on one array that nobody frees.
+ * A bad index throws std::out_of_range.
  */
 QM_EXPORT int32_t QM_GetFamilyName(const QM_FontArray* array, uint32_t index, char* buffer,
                                    int32_t bufferSize);
 
-/**
- * Copies the PostScript name of one face.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  PostScript name not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the PostScript name of one face. */
 QM_EXPORT int32_t QM_GetPostScriptName(const QM_FontArray* array, uint32_t index, char* buffer,
                                        int32_t bufferSize);
 
-/**
- * Copies the full name of one face.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  full name not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the full name of one face. */
 QM_EXPORT int32_t QM_GetFullName(const QM_FontArray* array, uint32_t index, char* buffer, int32_t bufferSize);
 
-/**
- * Copies the display name of one face.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  display name not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the display name of one face. */
 QM_EXPORT int32_t QM_GetDisplayName(const QM_FontArray* array, uint32_t index, char* buffer,
                                     int32_t bufferSize);
 
-/**
- * Copies the platform of one face: "mac" or "crossplatform".
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  platform not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the platform of one face: "mac" or "crossplatform". */
 QM_EXPORT int32_t QM_GetPlatform(const QM_FontArray* array, uint32_t index, char* buffer, int32_t bufferSize);
 
 /**
  * Copies the path of the printer font file that holds the outlines of one face; empty when they are in the
  * font file itself.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  outline file name not held
- * @par Threads
- * Any number on one array that nobody frees.
  */
 QM_EXPORT int32_t QM_GetPrinterFont(const QM_FontArray* array, uint32_t index, char* buffer,
                                     int32_t bufferSize);
 
-/**
- * Copies the full name that Windows shows for one face, or else its full name.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  Windows full name not held; or it is empty, and the full name is not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the full name that Windows shows for one face, or else its full name. */
 QM_EXPORT int32_t QM_GetWindowsFullName(const QM_FontArray* array, uint32_t index, char* buffer,
                                         int32_t bufferSize);
 
 /**
  * Copies the number in the version text of one face: from "Version 2.100;PS 2.0" the "2.100". Digits, "." and
  * "-" count; the text is empty when no digit stands in it.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  version not held
- * @par Threads
- * Any number on one array that nobody frees.
  */
 QM_EXPORT int32_t QM_GetVersion(const QM_FontArray* array, uint32_t index, char* buffer, int32_t bufferSize);
 
 /**
  * Copies the canonical name of the maker of one face; "--" when the library does not know it. A face of
  * platform "mac" is answered as by QM_GetLegacyFoundryName.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  foundry not held
- * @par Exceptions
- * std::bad_alloc; buffer is as it was.
- * @par Threads
- * Any number on one array that nobody frees.
  */
 QM_EXPORT int32_t QM_GetFoundryName(const QM_FontArray* array, uint32_t index, char* buffer,
                                     int32_t bufferSize);
@@ -428,106 +370,40 @@ QM_EXPORT int32_t QM_GetFoundryName(const QM_FontArray* array, uint32_t index, c
 /**
  * Copies the canonical name of the maker of one face by the older rule, in which the creator codes of its
  * files count before the maker's text; "--" when the library does not know it.
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  foundry not held
- * @par Exceptions
- * std::bad_alloc; buffer is as it was.
- * @par Threads
- * Any number on one array that nobody frees.
  */
 QM_EXPORT int32_t QM_GetLegacyFoundryName(const QM_FontArray* array, uint32_t index, char* buffer,
                                           int32_t bufferSize);
 
-/**
- * Copies the name of the Windows metrics file (.mmm) that belongs to a Multiple Master printer font (.pfb).
- *
- * @param      array       an array this library made; null gives 1
- * @param      index       face, from 0
- * @param[out] buffer      receives the text on status 0; null gives 1
- * @param      bufferSize  bytes in buffer, NUL included
- * @retval 0  copied
- * @retval 1  null argument; index out of range (not 4 here); outline file name not held (not 5); or its name
- *            is not that of a .pfb file
- * @retval 5  Windows multiple-master file not held
- * @par Exceptions
- * std::bad_alloc; buffer is as it was.
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Copies the name of the Windows metrics file (.mmm) of a Multiple Master printer font (.pfb). */
 QM_EXPORT int32_t QM_GetWindowsMMFile(const QM_FontArray* array, uint32_t index, char* buffer,
                                       int32_t bufferSize);
 /** @} */
 
 /**
  * @name Numbers of one face
+ *
+ * Four functions of one shape: (array, index, value).
+ *
+ * - array: an array this library made; null gives 1.
+ * - index: the face, from 0; one that is not below the count gives 4.
+ * - value: receives the number on status 0; null gives 1.
+ * - Status 0: given. 5: the specifier does not hold the attribute.
+ * - No exception. Any number of threads on one array that nobody frees.
  * @{
  */
 
-/**
- * Gives the kerning checksum of one face.
- *
- * @param      array  an array this library made; null gives 1
- * @param      index  face, from 0
- * @param[out] value  receives the number on status 0; null gives 1
- * @retval 0  given
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  kerning checksum not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Gives the kerning checksum of one face. */
 QM_EXPORT int32_t QM_GetKerningChecksum(const QM_FontArray* array, uint32_t index, uint32_t* value);
 
-/**
- * Gives the checksum that identifies the data of one face.
- *
- * @param      array  an array this library made; null gives 1
- * @param      index  face, from 0
- * @param[out] value  receives the number on status 0; null gives 1
- * @retval 0  given
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  checksum not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Gives the checksum that identifies the data of one face. */
 QM_EXPORT int32_t QM_GetQuillmarkChecksum(const QM_FontArray* array, uint32_t index, uint32_t* value);
 
-/**
- * Gives the identifying checksum of the earlier scheme of one face; 0 for faces of collections.
- *
- * @param      array  an array this library made; null gives 1
- * @param      index  face, from 0
- * @param[out] value  receives the number on status 0; null gives 1
- * @retval 0  given
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  legacy checksum not held
- * @par Threads
- * Any number on one array that nobody frees.
- */
+/** Gives the identifying checksum of the earlier scheme of one face; 0 for faces of collections. */
 QM_EXPORT int32_t QM_GetLegacyQuillmarkChecksum(const QM_FontArray* array, uint32_t index, uint32_t* value);
 
 /**
  * Gives the size of the file that holds the outlines of one face: the printer font file, or else the font
  * file; both forks, modulo 2^32. 0 for faces of collections and when the file is missing.
- *
- * @param      array  an array this library made; null gives 1
- * @param      index  face, from 0
- * @param[out] value  receives the number of bytes on status 0; null gives 1
- * @retval 0  given
- * @retval 1  null argument
- * @retval 4  index out of range
- * @retval 5  outline file size not held
- * @par Threads
- * Any number on one array that nobody frees.
  */
 QM_EXPORT int32_t QM_GetOutlineFileSize(const QM_FontArray* array, uint32_t index, uint32_t* value);
 /** @} */

@@ -180,7 +180,7 @@ int main(void) {
   QM_GetQuillmarkVersion(&major, NULL);
   CHECK(major == 77 && minor == 77);
   QM_GetQuillmarkVersion(&major, &minor);
-  CHECK(major == 1 && minor == 4);
+  CHECK(major == QM_VERSION_MAJOR && minor == QM_VERSION_MINOR);
 
   CHECK(QM_CreateSpecifier(NULL, 0, QM_ATTRIBUTES_ALL, &array) == QM_STATUS_FAILED);
   CHECK(QM_CreateSpecifier("/dev/null", 0, QM_ATTRIBUTES_ALL, NULL) == QM_STATUS_FAILED);
