@@ -38,7 +38,7 @@ void Check(const std::uint8_t* data, std::size_t size) {
     if (status == kCollectionOk) CheckFace(AsBytes({face.data(), face.size()}));
   }
   const CollectionStatus beyond = collection.GetDataPtrForFace(listed, face);
-  if (beyond != (listed < collection.faceCount() ? kCollectionOutOfBounds : kCollectionNothing)) std::abort();
+  if (beyond != (listed < collection.faceCount() ? kCollectionOutOfBounds : kCollectionNoFace)) std::abort();
 }
 
 }  // namespace

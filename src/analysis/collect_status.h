@@ -1,4 +1,4 @@
-// What the collectors of a face's data answer.
+// CollectStatus: whether the data of a face could be collected (face_collector.h, postscript_metadata.h).
 #ifndef QUILLMARK_ANALYSIS_COLLECT_STATUS_H_
 #define QUILLMARK_ANALYSIS_COLLECT_STATUS_H_
 
@@ -8,7 +8,7 @@ enum CollectStatus : int {
   kCollected = 0,
   kNoFontData = 3,          // no sfnt bytes, or no usable name table
   kPrinterFontMissing = 6,  // the outlines of a PostScript face are not where its family names them
-  kUndecided = -1,          // no platform can be told, or no PostScript header read
+  kUndecided = -1,          // the platform cannot be determined, or no PostScript header was read
 };
 
 }  // namespace quillmark

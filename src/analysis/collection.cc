@@ -18,9 +18,9 @@ constexpr std::uint32_t kListEntrySize = 4;
 constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
 constexpr std::uint32_t kMaxNamesTried = 100;
-constexpr std::size_t kReadSize = 64 * TableSums::kStep;  // stays in the processor's cache
+constexpr std::size_t kReadSize = 64 * TableSums::kStep;  // small enough for the processor's cache
 
-constexpr std::uint64_t kTableSteps = 1024;  // the sums of one table, of which most bytes were summed before
+constexpr std::uint64_t kTableSteps = 1024;  // the sums of one table, joined from those of whole steps
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -40,8 +40,8 @@ TableRange TableAt(Bytes directory, std::size_t entry) {
   return {U32At(directory, entry + 8).value_or(0), U32At(directory, entry + 12).value_or(0)};
 }
 
-// The bytes of the stand-alone font: the directory and every table padded to a multiple of 4. Not counted
-// further than the size of the file.
+// The bytes of the stand-alone font: the directory and every table padded to a multiple of 4. Counting stops
+// at the size of the file.
 std::uint64_t FontSize(std::size_t file_size, Bytes directory) {
   std::uint64_t size = directory.size();
   for (std::size_t entry = kDirectoryHeaderSize; entry < directory.size() && size < file_size;
@@ -51,8 +51,8 @@ std::uint64_t FontSize(std::size_t file_size, Bytes directory) {
   return size;
 }
 
-// The tables when the stand-alone font can be made. Ends at the first that stands against it, as thousands of
-// overlapping directories may list thousands of tables each.
+// The tables, when the stand-alone font can be made. Ends at the first fault, as thousands of overlapping
+// directories may list thousands of tables each.
 std::variant<std::vector<TableRange>, CollectionFault> FindTables(std::size_t file_size, Bytes directory) {
   std::vector<TableRange> tables;
   std::uint64_t size = directory.size();
@@ -85,7 +85,7 @@ CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
   try {
     status_ = ReadWhole();
   } catch (const std::bad_alloc&) {
-    // Too large to hold, as a sparse file can be.
+    // A sparse file can state a size for which there are no addresses.
   }
   if (status_ != kCollectionOk) {
     sums_ = {};
@@ -140,7 +140,7 @@ std::optional<std::uint32_t> TrueTypeCollectionFont::directoryOffset(std::uint32
 CollectionStatus TrueTypeCollectionFont::FindDirectory(std::uint32_t face, Bytes& directory,
                                                        CollectionFault& fault) const {
   fault = {CollectionFault::kCutList};
-  if (face >= faceCount()) return kCollectionNothing;
+  if (face >= faceCount()) return kCollectionNoFace;
   const auto offset = directoryOffset(face);
   if (!offset) return kCollectionOutOfBounds;
   if (std::uint64_t{*offset} + kDirectoryHeaderSize >= size()) {
@@ -175,8 +175,8 @@ std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t fac
   return std::nullopt;
 }
 
-// The tables stand one behind the other. Their checksums are made anew over the tables as they stand, `head`
-// among them: the font is for reading, not for installing.
+// The tables follow one another. Their directory checksums are computed anew, for `head` without clearing its
+// checkSumAdjustment first: the font is for reading, not for installing.
 SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
   std::vector<std::uint8_t> directory(face.directory.begin(), face.directory.end());
   std::vector<SfntData::Table> tables;
@@ -209,14 +209,14 @@ CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, s
   if (status != kCollectionOk) return status;
   // Entries that repeat or overlap could make a face larger than its collection.
   const std::uint64_t font_size = FontSize(size(), directory);
-  if (font_size >= size()) return kCollectionNothing;
+  if (font_size >= size()) return kCollectionNoFace;
   const auto found = FindTables(size(), directory);
   const auto* tables = std::get_if<std::vector<TableRange>>(&found);
   if (tables == nullptr) return kCollectionOutOfBounds;
   try {
     out.reserve(font_size);
   } catch (const std::bad_alloc&) {
-    return kCollectionNothing;
+    return kCollectionNoFace;
   }
   const SfntData font = FontOf({directory, *tables});
   Append(font.Range(0, static_cast<std::uint32_t>(directory.size())).value_or(Bytes{}), out);
@@ -230,12 +230,12 @@ CollectionStatus TrueTypeCollectionFont::GetDataPtrForFace(std::uint32_t face, s
 CollectionStatus TrueTypeCollectionFont::WriteTTF(const std::vector<char>& faceData, std::uint32_t face,
                                                   const std::string& folder, std::string& writtenPath) {
   writtenPath.clear();
-  if (faceData.empty()) return kCollectionNothing;
+  if (faceData.empty()) return kCollectionNoFace;
   const std::string prefix = folder.find('/') != std::string::npos ? folder + "/" : folder;
   std::string path;
   std::filesystem::file_status existing;
   for (std::uint32_t tried = 0; tried < kMaxNamesTried; ++tried) {
-    path = prefix + std::to_string(face + tried) + ".ttf";  // 0 follows the largest number
+    path = prefix + std::to_string(face + tried) + ".ttf";  // wraps to 0 after the largest number
     std::error_code ignored;
     existing = std::filesystem::status(path, ignored);
     if (!std::filesystem::exists(existing)) break;

@@ -1,6 +1,6 @@
 // TrueTypeCollectionFont: cuts the faces of a collection (OpenType font collections) into stand-alone sfnt
-// fonts, as copies or in place. The file is read whole once and its tables summed; of its bytes those that
-// are asked for afterwards are held. For one thread at a time. Tests: tests/analysis/collection_test.cc;
+// fonts, as copies or in place. The file is read whole once, to sum its tables; only the bytes that are asked
+// for afterwards stay in memory. For one thread at a time. Tests: tests/analysis/collection_test.cc;
 // fuzz/collection_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_COLLECTION_H_
 #define QUILLMARK_ANALYSIS_COLLECTION_H_
@@ -20,7 +20,7 @@ namespace quillmark {
 
 enum CollectionStatus : std::uint32_t {
   kCollectionOk = 0,
-  kCollectionNothing = 1,       // no such face, an empty face, or one not smaller than the file
+  kCollectionNoFace = 1,        // no such face, an empty face, or one not smaller than the file
   kCollectionWrongTag = 2,      // not a collection
   kCollectionWrongVersion = 3,  // an empty file, or a version that is not known
   kCollectionFileError = 4,     // not opened, examined, read or written
@@ -46,8 +46,8 @@ struct CollectionFault {
 // A face that can be cut out, as it lies in the collection, which must outlive it.
 struct CollectionFace {
   Bytes directory;
-  std::vector<TableRange>
-      tables;  // in the order of the directory; each lies inside the file, padding included
+  // In the order of the directory; each lies inside the file, padding included.
+  std::vector<TableRange> tables;
 };
 
 class TrueTypeCollectionFont {
@@ -59,17 +59,17 @@ class TrueTypeCollectionFont {
   TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
 
   CollectionStatus ReadIntoMemory();
-  // Of the last reading.
+  // Of the last ReadIntoMemory.
   CollectionStatus status() const { return status_; }
   std::uint32_t faceCount() const;
-  // Faces below this index have an entry of the offset list inside the file; all others fail alike, however
-  // many the header claims.
+  // How many entries of the list of faces lie inside the file. Faces from this index on all fail for the same
+  // reason, however many the header claims.
   std::uint32_t listedFaceCount() const;
   // Where the face's table directory begins; faces that share it are one font. Nothing outside the list.
   std::optional<std::uint32_t> directoryOffset(std::uint32_t face) const;
 
-  // The face, or nothing when GetDataPtrForFace would fail; `fault` (may be null) is told why. Its directory
-  // is not yet that of the stand-alone font.
+  // The face, or nothing when GetDataPtrForFace would fail; `fault` (may be null) then receives the reason.
+  // The offsets in its directory are still those of the collection.
   std::optional<CollectionFace> FindFace(std::uint32_t face, CollectionFault* fault = nullptr) const;
   // The stand-alone font of a face, of which only the directory is copied. It must not outlive the
   // collection.
@@ -81,10 +81,10 @@ class TrueTypeCollectionFont {
   [[nodiscard]] CollectionStatus GetDataPtrForFace(std::uint32_t face, std::vector<char>& out) const;
 
   // Writes face data to FOLDER/N.ttf with the first free N from `face` on, of 100 tried; the last one tried
-  // is overwritten. No "/" stands between when the folder's name holds none.
+  // is overwritten. A folder's name without any "/" is joined to N without one.
   [[nodiscard]] static CollectionStatus WriteTTF(const std::vector<char>& faceData, std::uint32_t face,
                                                  const std::string& folder, std::string& writtenPath);
-  // Cuts and writes every face; the status of the last one that failed.
+  // Cuts out and writes every face. Returns the status of the last one that failed.
   [[nodiscard]] static CollectionStatus SeparateTTCFonts(const std::string& collectionPath,
                                                          const std::string& folder,
                                                          std::vector<std::string>& writtenPaths);

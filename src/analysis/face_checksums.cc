@@ -18,8 +18,8 @@ std::uint32_t AddResource(QuillmarkResourceFile& file, ResType type, std::int16_
   return CChecksum::icrc(bytes, crc);
 }
 
-// Continues `crc` over the POST resources of the style's printer font file, or answers that file's own
-// checksum.
+// Continues `crc` over the POST resources of the style's printer font file; returns that file's own checksum
+// instead when it has no resource map.
 std::uint32_t ChecksumPrinterFile(QuillmarkResourceFile& resources, const Family& family, std::int16_t style,
                                   PrinterFonts& printer_fonts, std::uint32_t crc) {
   if (!family.shouldHavePrinterFile(style)) return crc;
@@ -27,7 +27,7 @@ std::uint32_t ChecksumPrinterFile(QuillmarkResourceFile& resources, const Family
   if (path.empty()) return crc;
   const PrinterFont& font = printer_fonts.At(path);
   if (font.segment_sums) return font.segment_sums->Continue(crc);
-  // A printer font without resources stands for itself: its checksum does not continue the running one.
+  // The checksum of a printer font without a resource map replaces the running one.
   return font.whole_checksum.value_or(crc);
 }
 
@@ -36,7 +36,7 @@ std::uint32_t ChecksumNFNTsfntFONT(QuillmarkResourceFile& resources, const Famil
                                    std::uint32_t crc) {
   const auto ids = family.getSortedNFNTsForFOND(style);
   for (const std::int16_t id : ids) crc = AddResource(resources, kSfnt, id, crc);
-  // Meant as it stands: a CRC that came in non-zero keeps the bitmaps out even when no outline was found.
+  // Intended: a CRC that was already non-zero on entry leaves the bitmaps out even when no outline was found.
   if (crc != 0) return crc;
   for (const std::int16_t id : ids) {
     crc = AddResource(resources, kNfnt, id, crc);
@@ -56,7 +56,7 @@ FaceChecksums GetOmbreluxChecksum(FontFile& file, QuillmarkResourceFile& resourc
   const std::uint32_t kerning = family.kerning().CrcOfPairs(style);
   std::uint32_t result = ChecksumPrinterFile(resources, family, style, printer_fonts, kerning);
   if (result == kerning) result = ChecksumNFNTsfntFONT(resources, family, style, result);
-  // Kerning alone does not tell a font, so the whole file then stands for the face.
+  // Kerning alone does not identify a font, so the whole file is summed for the face.
   std::uint32_t whole_file = 0;
   if (result == kerning && CChecksum::CalculateFileChecksum(file, &whole_file, nullptr)) result = whole_file;
   return {result, result};

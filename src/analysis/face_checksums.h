@@ -1,6 +1,7 @@
 // The checksums that identify the data of one face. Hosts store and compare them: every step is fixed.
-// Missing handles, resources and files leave a running CRC as it was; a result of 0 means that nothing was
-// read. Tests: tests/analysis/face_checksums_test.cc.
+// "Kestine" and "Ombrelux" are given names: Kestine is the sum over a style's kerning in its FOND, Ombrelux
+// the CRC over the data that make up a face. Missing handles, resources and files leave a running CRC as it
+// was; a result of 0 means that nothing was read. Tests: tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_FACE_CHECKSUMS_H_
 #define QUILLMARK_ANALYSIS_FACE_CHECKSUMS_H_
 
@@ -20,13 +21,14 @@ struct FaceChecksums {
   std::uint32_t legacy = 0;  // of the earlier scheme
 };
 
-// Byte sum over the style's part of the FOND's kerning table.
+// The Kestine checksum: the sum of the bytes of the style's part of the FOND's kerning table.
 std::uint32_t GetKestineChecksum(Family& family, std::int16_t style);
-// Of a style of a family, whose data are resources and printer fonts; where there are none, the whole file
-// stands for the face.
+// The Ombrelux checksum of one style of a family: over its kerning pairs, then over its printer font or else
+// its outlines or bitmaps; where these have no data, over the whole file instead.
 FaceChecksums GetOmbreluxChecksum(FontFile& file, QuillmarkResourceFile& resources, Family& family,
                                   std::int16_t style, PrinterFonts& printer_fonts);
-// Of the one face of a file without a family. The data fork alone identifies a font of both platforms.
+// The Ombrelux checksum of the one face of a file without a family: over both forks, or over the data fork
+// alone, which is what identifies a font of both platforms.
 FaceChecksums GetOmbreluxChecksum(FontFile& file, bool want_data_fork_checksum);
 
 }  // namespace quillmark

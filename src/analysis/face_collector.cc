@@ -32,7 +32,7 @@ void RemoveTrailingBlanks(OmString& text) {
   text = whole.substr(0, last == std::string::npos ? 0 : last + 1);
 }
 
-// The names of the font; a display name that is there already stays.
+// Reads the names of the font; a display name that is set already is kept.
 CollectStatus CollectSfntNames(const SfntData& font, CollectedFace& face) {
   auto read = getMetaDataFromNamesTable(font);
   if (const auto* fault = std::get_if<NameFault>(&read)) {
@@ -76,7 +76,7 @@ CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources, 
 CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& resources, Family& family,
                               std::int16_t style, std::uint32_t request, PrinterFonts& printer_fonts,
                               CollectedFace& face) {
-  face.platform = "mac";  // as every font from resources
+  face.platform = "mac";  // as for every font in resources
   const std::int16_t id = family.getFirstResourceID(style);
   FontKind kind = kKindUnknown;
   {

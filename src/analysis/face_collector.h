@@ -1,5 +1,5 @@
-// CollectMetaData: everything that one face's own data say about it. Tests: tests/api/creation_test.cc;
-// fuzz/sfnt_fuzzer.cc.
+// CollectMetaData: reads the kind, platform and names of one face out of its font data. Tests:
+// tests/api/creation_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 #define QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 
@@ -26,11 +26,11 @@ struct CollectedFace {
   std::optional<NameFault> fault;  // why the name table gives no names
 };
 
-// Of the one face of a file without FOND and POST resources, read from its data fork. `request`: QM_Attribute
-// bits.
+// For the one face of a file without FOND and POST resources, read from its data fork. `request`:
+// QM_Attribute bits.
 [[nodiscard]] CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources,
                                             std::uint32_t request, CollectedFace& face);
-// Of a style of a family, read from resources and printer fonts.
+// For one style of a family, read from resources and printer fonts.
 [[nodiscard]] CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& resources,
                                             Family& family, std::int16_t style, std::uint32_t request,
                                             PrinterFonts& printer_fonts, CollectedFace& face);

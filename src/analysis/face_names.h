@@ -1,5 +1,5 @@
-// FaceNames: the names of one face, as its data give them. Which of them a face keeps is the request's to
-// say.
+// FaceNames: the names of one face, as read from its font data. The request decides which of them the face
+// keeps (Creation::AddFace).
 #ifndef QUILLMARK_ANALYSIS_FACE_NAMES_H_
 #define QUILLMARK_ANALYSIS_FACE_NAMES_H_
 

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-// Not a kind of font: see FontKind.
+// An extension alone does not decide the kind of font: see FontKind.
 enum FontExtension : std::int16_t {
   kExtensionTtf = 0,
   kExtensionOtf = 1,

@@ -60,7 +60,7 @@ FontKind getMetaData_FontType(const std::string& path, const std::optional<Regul
     case kExtensionFon:
     case kExtensionPfb:
     case kExtensionInf:
-      return kKindUnknown;  // not fonts that are read by themselves
+      return kKindUnknown;  // these files are not read as fonts by themselves
     case kExtensionOther:
       return KindOfFirstBytes(data, resources);
   }

@@ -14,7 +14,7 @@ namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// Not what fontTypeFromExtension answers.
+// The numbers differ from those of FontExtension, which fontTypeFromExtension answers.
 enum FontKind : std::int16_t {
   kKindTrueType = 0,
   kKindOpenTypeTT = 1,
@@ -25,18 +25,19 @@ enum FontKind : std::int16_t {
   kKindUnknown = 6,
 };
 
-// What hosts see of a kind; empty for an unknown one.
+// The kind's name, as hosts receive it; empty for kKindUnknown.
 const char* KindName(FontKind kind);
 
-// The system looks at no more of a path than this, to tell the extension and to open the data fork.
+// Only this much of a path is looked at to find the extension and to open the data fork, as the system does
+// it.
 inline constexpr std::size_t kLongestFontPath = 1023;  // bytes
 
-// Of a file whose fonts are in its data fork. `data` is that fork, if it could be opened; `resources` (may be
-// null) its resource file, which holds no fonts.
+// The kind of a file whose font is in its data fork. `data` is that fork, if it could be opened; `resources`
+// (may be null) its resource file, which holds no fonts.
 FontKind getMetaData_FontType(const std::string& path, const std::optional<RegularFile>& data,
                               QuillmarkResourceFile* resources);
-// Of a style whose first resource is `outline`, an `sfnt`; empty when there is none. kKindUnknown when the
-// resources do not tell.
+// The kind of a style of a family. `outline` holds the bytes of its `sfnt` resource, empty when it has none.
+// kKindUnknown when the resources do not decide it.
 FontKind KindOfStyle(QuillmarkResourceFile& resources, const Family& family, Bytes outline);
 
 // Tests on the first bytes of the data fork, as a 32-bit number in the host's order: on a little-endian

@@ -6,11 +6,12 @@
 
 namespace quillmark::GFontToolUtils {
 
-// What of a name counts in the loose comparison: its ASCII digits and letters before the second hyphen.
+// The part of a name that the loose comparison looks at: its ASCII digits and letters before the second
+// hyphen.
 std::string StripCharsAndNormalizeString(const std::string& name);
 
-// Equal bytes; or, unless `exactOnly`, equal when only ASCII digits and letters count and all behind the
-// second hyphen is ignored. Case always counts.
+// Whether the names are equal; unless `exactOnly`, whether their stripped forms (see above) are. Case always
+// counts.
 bool DoPostScriptNamesMatch(const std::string& a, const std::string& b, bool exactOnly);
 
 }  // namespace quillmark::GFontToolUtils

@@ -13,8 +13,8 @@ constexpr std::uint32_t kRecordSize = 12;
 constexpr std::int16_t kMaxTextSize = 1023;
 constexpr std::int16_t kLanguageJapanese = 11;  // of the Macintosh, but looked for on every platform
 
-// The furthest that a table reaches: the end of as many records as a signed count can say. Text ends well
-// before, at 65535 + 32767 + 1023 at most.
+// The end of the largest table of records, whose count is signed. Text ends well before, at 65535 + 32767 +
+// 1023 at most.
 constexpr std::uint32_t kLongestReach = kHeaderSize + kRecordSize * 32767;
 
 // The font from the start of its name table on. Records and texts are bounded by the font, not by the length
@@ -31,7 +31,7 @@ class TableBytes {
     if (!part) part = PartPastTable(offset, length);
     return part;
   }
-  // As many of the records as lie inside the font.
+  // The records that lie inside the font, `count` at most.
   Bytes Records(std::uint32_t count) {
     if (const auto all = Part(kHeaderSize, kRecordSize * count)) return *all;
     return Part(kHeaderSize, (reach_ - kHeaderSize) / kRecordSize * kRecordSize).value_or(Bytes{});
@@ -39,7 +39,7 @@ class TableBytes {
 
  private:
   std::optional<Bytes> PartPastTable(std::size_t offset, std::size_t length) {
-    // All that may be asked for in one read, even if this part of it lies outside the font.
+    // Reads at once all that may be asked for later, even when this request itself fails.
     if (!read_whole_) static_cast<void>(font_.Range(start_, reach_));
     read_whole_ = true;
     if (offset > reach_ || length > reach_ - offset) return std::nullopt;

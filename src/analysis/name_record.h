@@ -1,5 +1,5 @@
-// The records of an sfnt font's `name` table (OpenType name table) and their text. Which record is preferred
-// is name_table.h's. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
+// The records of an sfnt font's `name` table (OpenType name table) and their text. name_table.h decides which
+// record is preferred. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_NAME_RECORD_H_
 #define QUILLMARK_ANALYSIS_NAME_RECORD_H_
 
@@ -17,7 +17,7 @@ struct NameRecord {
   std::int16_t encoding_id = 0;
   std::int16_t language_id = 0;
   std::int16_t name_id = 0;
-  // Whether a Japanese record came so far, which decides how single-byte texts are read from it on.
+  // Whether this or an earlier record is Japanese, which decides how single-byte texts are read.
   bool is_japanese = false;
   Bytes text;  // at most 1023 bytes of the font; empty when they do not lie inside it
 };

@@ -29,9 +29,10 @@ enum class NameContent : std::uint8_t { kNone, kAscii, kOther };  // kNone: empt
 
 constexpr std::uint64_t kPasses = 8;  // over the records of a table, to choose every name
 
-// Chooses among the records of one table. Of the records of a name, the last with a text that may overwrite
-// gives it, failing that the first of the others. Only what the choice depends on is decoded: a table may
-// hold 32,767 records of a kilobyte each, of which all but a few are never read.
+// Chooses among the records of one table. Each name comes from the last of its valid records that may
+// overwrite earlier ones; when there is none, from the first valid one of the others. Only what the choice
+// depends on is decoded: a table may hold 32,767 records of a kilobyte each, of which all but a few are never
+// read.
 class NameChoice {
  public:
   NameChoice(std::vector<NameRecord> records, Budget* budget)
@@ -41,12 +42,12 @@ class NameChoice {
       return ContentOf(record) != NameContent::kNone;
     };
     holds_text_ = std::ranges::any_of(records_, holds_text);
-    // The first Macintosh English record itself still overwrites.
+    // Records up to and including the first Macintosh English one overwrite.
     const auto last = std::ranges::find_if(records_, [&](const NameRecord& record) {
       return record.language_id == kMacintoshEnglish && record.platform_id == kPlatformMacintosh &&
              holds_text(record);
     });
-    overwriting_ = static_cast<std::size_t>(last - records_.begin()) + (last == records_.end() ? 0 : 1);
+    overwriting_end_ = static_cast<std::size_t>(last - records_.begin()) + (last == records_.end() ? 0 : 1);
   }
 
   bool holds_text() const { return holds_text_; }
@@ -59,19 +60,19 @@ class NameChoice {
     return Choose([this, id](std::size_t i) { return Is(i, id) && Overwrites(i); },
                   [this, id](std::size_t i) { return Is(i, id) && !Overwrites(i); });
   }
-  // The plain family is taken for it too, but only where it overwrites.
+  // The plain family serves as well, but only from a record that overwrites.
   std::string TypographicFamily() const {
     return Choose(
         [this](std::size_t i) { return (Is(i, kTypographicFamily) || Is(i, kFamily)) && Overwrites(i); },
         [this](std::size_t i) { return Is(i, kTypographicFamily) && !Overwrites(i); });
   }
-  // The first in any language.
+  // From the first record in any language.
   std::string WindowsFullName() const {
     return Choose(
         [](std::size_t) { return false; },
         [this](std::size_t i) { return Is(i, kFullName) && records_[i].platform_id == kPlatformWindows; });
   }
-  // One that is not ASCII does not count.
+  // A name that is not ASCII does not count.
   std::string PostScriptName() const {
     const auto is_name = [this](std::size_t i) {
       return Is(i, kPostScriptName) && ContentOf(records_[i]) == NameContent::kAscii;
@@ -84,7 +85,7 @@ class NameChoice {
   bool Is(std::size_t i, NameId id) const { return records_[i].name_id == id; }
   bool Overwrites(std::size_t i) const {
     const NameRecord& record = records_[i];
-    return i < overwriting_ &&
+    return i < overwriting_end_ &&
            (record.encoding_id == 0 || record.language_id == 0 ||
             (record.language_id == kWindowsUsEnglish && record.platform_id == kPlatformWindows));
   }
@@ -104,7 +105,7 @@ class NameChoice {
 
   template <typename Replaces, typename Fills>
   std::string Choose(Replaces replaces, Fills fills) const {
-    for (std::size_t i = overwriting_; i-- > 0;) {
+    for (std::size_t i = overwriting_end_; i-- > 0;) {
       if (!replaces(i)) continue;
       if (std::string text = TextOf(records_[i]); !text.empty()) return text;
     }
@@ -117,7 +118,7 @@ class NameChoice {
 
   std::vector<NameRecord> records_;
   Budget* budget_;
-  std::size_t overwriting_ = 0;  // records from here on overwrite nothing
+  std::size_t overwriting_end_ = 0;  // records from here on overwrite nothing
   bool holds_text_ = false;
 };
 

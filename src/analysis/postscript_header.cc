@@ -13,11 +13,12 @@ constexpr std::size_t kLongestValue = 3999;
 constexpr std::size_t kPostTypeSize = 2;
 constexpr std::string_view kHeaderComment = "%!PS-AdobeFont-";
 
-// What ends a value, and what within it asks for one more end. No opening character: nothing nests.
+// What ends a value, and which character opens a nested pair inside it. Without an opening character nothing
+// nests.
 struct ValueBounds {
   char opening;
   char closing;
-  bool skips_first;  // whether the value's first character is only a mark
+  bool skips_first;  // whether the value's first character is only a delimiter
 };
 
 ValueBounds BoundsFor(char first) {

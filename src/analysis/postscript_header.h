@@ -1,6 +1,6 @@
 // Reads names out of the clear-text header of a PostScript font program (Adobe Type 1 Font Format, chapter 2;
-// Adobe CID-Keyed Font Files). A header comes as two texts of one length: its bytes, and a copy in which to
-// search, in lower case and with "_" for each zero byte. Every scan is one pass. Tests:
+// Adobe CID-Keyed Font Files). The functions take a header as two texts of one length: its bytes, and a copy
+// to search in, in lower case and with "_" for each zero byte. Every scan is one pass. Tests:
 // tests/analysis/postscript_header_test.cc; fuzz/postscript_header_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_POSTSCRIPT_HEADER_H_
 #define QUILLMARK_ANALYSIS_POSTSCRIPT_HEADER_H_
@@ -19,18 +19,18 @@ namespace quillmark {
 // The copy to search in.
 std::string LowerCasedHeader(std::string_view data);
 
-// Finds a key, such as "/notice", and gives what stands behind it: the text up to the bracket that matches
-// the opening one, or a word up to the next blank; a zero byte ends either, and so do 3999 bytes. Nothing
-// without the key.
+// Finds a key, such as "/notice", and returns its value: the text up to the bracket that matches the opening
+// one, or a word up to the next blank; a zero byte ends either, and so do 3999 bytes. Nothing without the
+// key.
 std::optional<std::string> findBlobForToken(std::string_view lowered, std::string_view data,
                                             std::string_view key);
 
-// Finds a comment's key, its case counting, and gives what stands between the first delimiter behind it (and
-// blanks) and the next. Nothing without the key.
+// Finds a comment's key (case counts) and returns the text between the first delimiter behind it, with any
+// blanks, and the next delimiter. Nothing without the key.
 std::optional<std::string> GetDelimitedKeyValue(std::string_view data, std::string_view key,
                                                 std::string_view delimiters);
 
-// What one header says: the values that were found, empty ones among them.
+// The values found in one header; a value may be found and empty.
 struct PostScriptHeader {
   bool is_multiple_master = false;
   std::optional<std::string> cid_version, version;
@@ -47,7 +47,7 @@ struct PostScriptHeader {
 // with two bytes of type. So it is not found at the start of a file; stored results rely on that. The foundry
 // is looked for only when it is wanted.
 PostScriptHeader ReadPostScriptHeader(std::string_view data, bool wants_foundry);
-// The same of a POST resource, whose zero bytes read as "_".
+// The same for the bytes of a POST resource, whose zero bytes read as "_".
 PostScriptHeader ReadPostHeader(Bytes resource, bool wants_foundry);
 
 // Adds a header's values to the names and to the name of the kind; a name that several keys can give takes

@@ -20,7 +20,7 @@ bool IsMultipleMasterName(std::string_view name) {
   return mark != std::string_view::npos && name.find('_', mark + 2) != std::string_view::npos;
 }
 
-// Only families of double-byte scripts are either kind.
+// Which kind of CID font the style is, if any; only families of double-byte scripts are.
 CidKind CidKindOf(QuillmarkResourceFile& file, const Family& family, std::int16_t style) {
   if (!family.isDoubleByteFOND()) return CidKind::kNone;
   const auto id = family.FirstOutlineOfStyle(style);
@@ -31,7 +31,7 @@ CidKind CidKindOf(QuillmarkResourceFile& file, const Family& family, std::int16_
   return is_cid ? CidKind::kCid : CidKind::kNone;
 }
 
-// Through the platform's UTF-8 string and back: text that is no UTF-8 comes out empty.
+// Converts to the platform's string and back, which empties text that is not UTF-8.
 void PassThroughPlatformString(OmString& text) {
   const CFRef<CFStringRef> string =
       Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));

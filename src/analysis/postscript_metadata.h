@@ -15,22 +15,21 @@ namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// What is found of one face; values that are not found stay as they were.
+// What was found for one face; values that were not found are left unchanged.
 struct PostScriptFace {
   FaceNames names;
   OmString kind_name;
   std::string printer_font_path;  // empty when the family names none
 };
 
-// Gathers from the POST resources of the face's printer font file, failing that from its data fork.
-// kCollected: a header was read. `resourceFile` may be null. `request`: QM_Attribute bits.
+// Reads the POST resources of the face's printer font file, failing that its data fork. kCollected: a header
+// was read. `resourceFile` may be null. `request`: QM_Attribute bits.
 [[nodiscard]] CollectStatus CollectPSMetaData(QuillmarkResourceFile* resourceFile, Family& family,
                                               std::int16_t style, std::uint32_t request,
                                               PrinterFonts& printer_fonts, PostScriptFace& face);
 
-// Where the printer font of that name lies: beside the font file. Empty for an empty name, and for one that
-// holds
-// "/": names come out of the font and must not lead elsewhere.
+// The path of the printer font of that name, which lies beside the font file. Empty for an empty name, and
+// for one that holds "/": names come from the font and must not lead elsewhere.
 std::string PrinterFontPath(const std::string& font_path, const std::string& name);
 
 }  // namespace quillmark

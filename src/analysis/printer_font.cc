@@ -15,10 +15,10 @@ namespace {
 
 constexpr int kFirstPostId = 501;
 constexpr int kLastPostId = 32767;
-constexpr std::size_t kFullPostSize = 2048;  // a segment that continues in the next one
+constexpr std::size_t kFullPostSize = 2048;  // bytes of a segment whose text continues in the next one
 constexpr std::size_t kDataForkHeaderSize = 6000;
 
-// A header is searched for some ten keys.
+// Passes over a header, which is searched for some ten keys.
 constexpr std::uint64_t kHeaderSearches = 16;
 
 // The header in the first two POST resources, and the sum of all up to the first that is missing or empty.
@@ -62,7 +62,7 @@ PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
     font.data_fork = ReadDataForkHeader(*file.Data(), wants_foundry);
   }
   std::uint32_t checksum = 0;
-  // A path that is no UTF-8 names no file to the Resource Manager.
+  // The Resource Manager finds no file at a path that is not UTF-8.
   if (!font.has_map && IsValidUtf8(file.path()) &&
       CChecksum::CalculateFileChecksum(file, &checksum, nullptr)) {
     font.whole_checksum = checksum;
@@ -71,10 +71,10 @@ PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
 }
 
 const PrinterFont& PrinterFonts::At(const std::string& path) {
-  const auto found = known_.find(path);
-  if (found != known_.end()) return found->second;
+  const auto found = cache_.find(path);
+  if (found != cache_.end()) return found->second;
   FontFile file(access_, path);
-  return known_.emplace(path, ReadPrinterFont(file, request_)).first->second;
+  return cache_.emplace(path, ReadPrinterFont(file, request_)).first->second;
 }
 
 }  // namespace quillmark

@@ -1,6 +1,6 @@
 // PrinterFont: a printer font file, which holds the outlines of PostScript faces in POST resources or in its
-// data fork. Read once for all faces that name it. Tests: tests/analysis/postscript_metadata_test.cc,
-// tests/analysis/face_checksums_test.cc.
+// data fork. PrinterFonts caches those of one request, so that each is read once for all faces that name it.
+// Tests: tests/analysis/postscript_metadata_test.cc, tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 #define QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 
@@ -21,17 +21,17 @@ struct PrinterFont {
   std::uint64_t length = 0;  // bytes of both forks
   FinderInfo codes;
   bool has_map = false;                    // a fork holds a resource map
-  std::vector<PostScriptHeader> segments;  // of the first two POST resources, where names are
-  // Of the first bytes of the data fork, which is looked at when there are no segments; nothing when it
-  // cannot be opened, and no header in it when it is empty.
+  std::vector<PostScriptHeader> segments;  // headers of the first two POST resources
+  // The header in the first bytes of the data fork, read only when there are no segments. Outer nothing: the
+  // data fork cannot be opened; inner nothing: it is empty.
   std::optional<std::optional<PostScriptHeader>> data_fork;
-  std::optional<SummedBytes> segment_sums;      // of every POST resource, with a map
-  std::optional<std::uint32_t> whole_checksum;  // of the file, without one
+  std::optional<SummedBytes> segment_sums;      // of all POST resources; set with a map
+  std::optional<std::uint32_t> whole_checksum;  // of both forks; set without a map
 };
 
 PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request);
 
-// The printer fonts of one request, by path.
+// Caches the printer fonts of one request by their paths.
 class PrinterFonts {
  public:
   // `access` outlives the object. `request`: QM_Attribute bits.
@@ -41,7 +41,7 @@ class PrinterFonts {
  private:
   FileAccess& access_;
   const std::uint32_t request_;
-  std::map<std::string, PrinterFont> known_;
+  std::map<std::string, PrinterFont> cache_;
 };
 
 }  // namespace quillmark

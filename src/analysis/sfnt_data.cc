@@ -58,7 +58,7 @@ std::optional<Bytes> SfntData::RangeOf(const Part& part, std::size_t offset, std
 void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
   if (file_) {
     const std::size_t read = file_->ReadAt(offset, block);
-    std::ranges::fill(block.subspan(read), std::uint8_t{0});  // what does not come
+    std::ranges::fill(block.subspan(read), std::uint8_t{0});  // what cannot be read
     return;
   }
   std::ranges::fill(block, std::uint8_t{0});

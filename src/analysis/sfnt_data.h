@@ -25,7 +25,7 @@ class SfntData {
     std::uint32_t offset, length;  // in the file, inside it
     std::uint32_t word_sum;        // as SumBigEndianWords
   };
-  // A directory, then tables of a file, which must outlive the font; each is followed by zeros up to a
+  // A directory, then tables of a file, which must outlive this object; each is padded with zeros to a
   // multiple of 4. Together at most 0xFFFFFFFF bytes.
   SfntData(std::vector<std::uint8_t> directory, const PagedFile& file, const std::vector<Table>& tables,
            Budget* budget = nullptr);
@@ -33,7 +33,7 @@ class SfntData {
   SfntData& operator=(SfntData&&) = default;
 
   std::uint32_t size() const { return size_; }
-  // What is handed out is charged to it; null without a bound.
+  // Charged for every range handed out; null: no bound.
   Budget* budget() const { return budget_; }
 
   // The bytes [offset, offset + length), or nothing when they do not all lie inside the font. The span lives
@@ -61,7 +61,7 @@ class SfntData {
   std::vector<Part>::const_iterator PartAt(std::uint32_t offset) const;
   // Some bytes of a part, when they lie inside it.
   std::optional<Bytes> RangeOf(const Part& part, std::size_t offset, std::size_t length) const;
-  // The range when it lies in memory as it is.
+  // The range, when it lies in memory in one piece and needs no copy.
   std::optional<Bytes> View(std::uint32_t offset, std::uint32_t length) const;
   // Fills `block`, which lies inside the font, from `offset` on.
   void Read(std::uint32_t offset, std::span<std::uint8_t> block) const;

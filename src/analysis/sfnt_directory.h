@@ -19,16 +19,17 @@ struct TDirectoryEntry {
   std::uint32_t length = 0;  // bytes
 };
 
-// How many tables the directory states, a signed number, nothing when the font ends before its list; and how
-// many of them are looked at: an entry counts only when at least one byte of the font follows it.
+// `stated`: the number of tables in the directory's header, a signed number; nothing when the font ends
+// before it. `listed`: how many entries are read: one counts only when at least one byte of the font follows
+// it.
 struct SfntTableCount {
   std::optional<std::int16_t> stated;
   std::uint32_t listed = 0;
 };
 SfntTableCount CountTables(const SfntData& font);
 
-// The first entry of that tag. `tag` has four characters. Entries are looked at in file order, since real
-// fonts go unsorted.
+// The first entry of that tag. `tag` has four characters. Entries are searched in file order, since the
+// directories of real fonts may be unsorted.
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag);
 
 // Whether offset + length, a 32-bit sum that wraps, is at most the font's size. An entry that passes may

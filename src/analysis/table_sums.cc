@@ -3,20 +3,20 @@
 namespace quillmark {
 namespace {
 
-// More distinct tables than any collection has that is not made to exhaust memory.
-constexpr std::size_t kMaxKnown = 65536;
+// More tables than real collections have; bounds each cache.
+constexpr std::size_t kCacheLimit = 65536;
 
-// The remembered answer for the table, or else the one that `compute` gives.
+// The cached answer for the table; `compute` makes it when it is missing.
 template <typename Answer, typename Compute>
-Answer Remember(std::unordered_map<std::uint64_t, Answer>& known, TableRange table, Compute compute) {
+Answer FindOrCompute(std::unordered_map<std::uint64_t, Answer>& cache, TableRange table, Compute compute) {
   const std::uint64_t key = std::uint64_t{table.offset} << 32 | table.length;
-  if (const auto found = known.find(key); found != known.end()) return found->second;
-  if (known.size() == kMaxKnown) known.clear();
-  return known.emplace(key, compute(table)).first->second;
+  if (const auto found = cache.find(key); found != cache.end()) return found->second;
+  if (cache.size() == kCacheLimit) cache.clear();
+  return cache.emplace(key, compute(table)).first->second;
 }
 
-// The whole steps inside a table, and the bytes before and behind them. Without a step all bytes are in
-// front.
+// The whole steps inside a table, and the bytes before (`head`) and behind them (`tail`). Without a whole
+// step all bytes are in `head`.
 struct TableEnds {
   TableEnds(const PagedFile& file, TableRange table) {
     constexpr std::size_t kStep = TableSums::kStep;
@@ -37,12 +37,13 @@ struct TableEnds {
 }  // namespace
 
 std::uint32_t TableSums::WordSum(const PagedFile& file, TableRange table) {
-  return Remember(known_sums_, table, [&](TableRange range) { return ComputeWordSum(file, range); });
+  return FindOrCompute(sum_cache_, table, [&](TableRange range) { return ComputeWordSum(file, range); });
 }
 
 std::uint32_t TableSums::ContinueCrc(const PagedFile& file, std::uint32_t crc, TableRange table) {
-  const Crc known = Remember(known_crcs_, table, [&](TableRange range) { return ComputeCrc(file, range); });
-  return CombineCrc32(crc, known.value, known.combine);
+  const Crc summed =
+      FindOrCompute(crc_cache_, table, [&](TableRange range) { return ComputeCrc(file, range); });
+  return CombineCrc32(crc, summed.value, summed.combine);
 }
 
 void TableSums::Add(Bytes next) {
@@ -60,7 +61,8 @@ std::uint32_t TableSums::ComputeWordSum(const PagedFile& file, TableRange table)
   if (!ends.has_steps) return SumBigEndianWords(ends.head);
   PlaceSums sums = SumBytesByPlace(ends.head);
   const PlaceSums tail = SumBytesByPlace(ends.tail);
-  // Steps begin with a word of the file, whose places are the table's turned by its offset.
+  // Steps are aligned to words of the file, the table's words to its offset: the sums by place are rotated to
+  // match.
   for (std::size_t place = 0; place < 4; ++place) {
     const std::size_t turned = (table.offset + place) % 4;
     sums[place] += step_sums_[ends.last][turned] - step_sums_[ends.first][turned] + tail[turned];

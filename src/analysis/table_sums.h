@@ -1,6 +1,7 @@
-// Word sums and CRCs of the tables of one collection. The file goes by in steps once; a table then costs the
-// steps at its ends, and one that comes again, as faces share tables, a look-up: hostile collections name
-// thousands of long tables that overlap. For one thread at a time. Tests: tests/analysis/collection_test.cc.
+// Word sums and CRCs of the tables of one collection. The file is summed once in steps of fixed size. A table
+// then costs only the partial steps at its ends, and a table that several faces share is answered from a
+// cache: hostile collections name thousands of long tables that overlap. For one thread at a time. Tests:
+// tests/analysis/collection_test.cc.
 #ifndef QUILLMARK_ANALYSIS_TABLE_SUMS_H_
 #define QUILLMARK_ANALYSIS_TABLE_SUMS_H_
 
@@ -28,7 +29,7 @@ class TableSums {
   // Takes the next bytes of the file: whole steps, until its end.
   void Add(Bytes next);
 
-  // The ranges lie inside `file`, all of which went by. As SumBigEndianWords.
+  // `table` lies inside `file`, all of which has been added. The sum is that of SumBigEndianWords.
   std::uint32_t WordSum(const PagedFile& file, TableRange table);
   // Continues `crc` over the table and the zeros that fill it up to a multiple of 4.
   std::uint32_t ContinueCrc(const PagedFile& file, std::uint32_t crc, TableRange table);
@@ -43,9 +44,9 @@ class TableSums {
 
   StepCrcs step_crcs_;
   std::vector<PlaceSums> step_sums_ = {{}};  // of the first 0, 1, 2, ... steps
-  // By offset and length.
-  std::unordered_map<std::uint64_t, std::uint32_t> known_sums_;
-  std::unordered_map<std::uint64_t, Crc> known_crcs_;
+  // Keyed by offset and length.
+  std::unordered_map<std::uint64_t, std::uint32_t> sum_cache_;
+  std::unordered_map<std::uint64_t, Crc> crc_cache_;
 };
 
 }  // namespace quillmark

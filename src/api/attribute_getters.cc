@@ -1,5 +1,5 @@
-// The exported queries that copy one field of one specifier out, and those that need only what stands beside
-// it. Tests: tests/api/queries_test.cc; tests/c/contract.c.
+// The exported queries that copy one field of one specifier, or compute a value from one. Tests:
+// tests/api/queries_test.cc; tests/c/contract.c.
 #include <algorithm>
 #include <string_view>
 
@@ -24,8 +24,8 @@ std::int32_t GetString(const QM_FontArray* array, std::uint32_t index, char* buf
   return QM_STATUS_OK;
 }
 
-// Kind and family are fetched before the index is looked at: a bad one throws std::out_of_range. Hosts know
-// these two functions so.
+// Kind and family are fetched before the index is looked at: a bad one throws std::out_of_range. Hosts rely
+// on it.
 std::int32_t GetStringUnchecked(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                 std::int32_t bufferSize, std::uint32_t attribute,
                                 OmString QM_FontSpecifier::*field) {
@@ -114,7 +114,7 @@ std::int32_t QM_GetVersion(const QM_FontArray* array, std::uint32_t index, char*
   return QM_STATUS_OK;
 }
 
-// Every fault of an argument is 1 here, the index among them; so is an outline file name that is not held.
+// Every bad argument gives 1 here, an index out of range too; so does a missing outline file name.
 std::int32_t QM_GetWindowsMMFile(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                  std::int32_t bufferSize) {
   if (!array || !buffer || index >= array->size()) return QM_STATUS_FAILED;

@@ -1,4 +1,4 @@
-// Copying texts out into the host's buffers: names, and whole representations that may be cut.
+// Copies texts into the host's buffers: names, and whole stored forms, cut to fit.
 // Tests: tests/api/queries_test.cc, xml_test.cc; tests/c/contract.c.
 #ifndef QUILLMARK_API_BUFFERS_H_
 #define QUILLMARK_API_BUFFERS_H_

@@ -23,7 +23,7 @@ class CollectionReader {
   }
 
   void ReadFaces() {
-    // Beyond the listed faces every index fails, however many the header claims.
+    // Faces behind the listed ones all fail, however many the header claims: one fault stands for them.
     const std::uint32_t count = collection_.listedFaceCount();
     for (std::uint32_t face = 0; face < count; ++face) ReadFace(face);
     if (count < collection_.faceCount())
@@ -48,7 +48,8 @@ class CollectionReader {
     auto read = getMetaDataFromNamesTable(font);
     if (const auto* fault = std::get_if<NameFault>(&read)) return creation_.AddFault({face, *fault});
     auto& names = std::get<FaceNames>(read);
-    // The first face of a name stays; without PostScript names all are duplicates of the first.
+    // The first face of a name is kept; when PostScript names are not requested, all faces count as
+    // duplicates of the first.
     const bool has_name = (creation_.request & QM_ATTRIBUTE_POSTSCRIPT_NAME) != 0;
     const std::string name = has_name ? names.post_script_name.str() : std::string();
     const auto [known, is_new] = face_of_name_.try_emplace(name, face);

@@ -1,4 +1,4 @@
-// The faces of a TrueType Collection.
+// Adds the faces of a TrueType Collection. Tests: tests/api/creation_test.cc.
 #ifndef QUILLMARK_API_COLLECTION_FACES_H_
 #define QUILLMARK_API_COLLECTION_FACES_H_
 

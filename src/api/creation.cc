@@ -13,7 +13,7 @@
 namespace quillmark {
 namespace {
 
-// A resource file is told by its FONDs, or by the POST resources of a printer font.
+// A resource file is recognised by its FONDs, or by the POST resources of a printer font.
 void AddFileFaces(Creation& creation) {
   const ResourceFileHolder resources(AllocateResourceFile(creation.file, true));
   // The number of FONDs is a signed 16-bit one: with a negative one there is no face at all.

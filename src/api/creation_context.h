@@ -1,4 +1,4 @@
-// What one creation works with, and what comes of it.
+// Creation: the state of one creation, handed down by reference; and CreationResult: its faces and faults.
 #ifndef QUILLMARK_API_CREATION_CONTEXT_H_
 #define QUILLMARK_API_CREATION_CONTEXT_H_
 
@@ -15,7 +15,7 @@
 namespace quillmark {
 
 struct CreationResult {
-  static constexpr std::size_t kMostFaults = 256;  // are kept
+  static constexpr std::size_t kMostFaults = 256;  // further faults are dropped
 
   QM_FontArray faces;             // without duplicates
   std::vector<FaceFault> faults;  // in the order in which the file lists the faces
@@ -23,12 +23,12 @@ struct CreationResult {
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;
-  // The file repeats its bytes so often that the rest was not looked at.
+  // The budget was spent before all faces were read.
   bool budget_spent = false;
   std::uint64_t charged_steps = 0;  // of the budget
 };
 
-// What one creation works with. It owns what it opened and parsed, and drops it at its end.
+// Owns the files that one creation opened and what it parsed of them.
 struct Creation {
   Creation(const FileSystem& system, const std::string& font_path, std::uint32_t attributes,
            CreationResult& target);
@@ -40,9 +40,9 @@ struct Creation {
   PrinterFonts printer_fonts;
   CreationResult& result;
 
-  // Appends a face that is complete; the names that the request does not ask for are left out.
+  // Appends a complete face, with those of `names` that the request asks for.
   void AddFace(QM_FontSpecifier specifier, FaceNames names);
-  // Keeps what stands against a face; of a file with very many only the first.
+  // Keeps the fault of a face, up to kMostFaults.
   void AddFault(FaceFault fault);
 };
 

@@ -1,5 +1,5 @@
-// What stood against a face that a font file lists and creation could not give. The numbers are those of the
-// file; whoever shows a fault to people finds the words.
+// FaceFault: why a face that a font file lists could not be read. The numbers are those of the file; the
+// command-line tool words them (tools/quillmark/reasons/fault_words.h).
 #ifndef QUILLMARK_API_FACE_FAULT_H_
 #define QUILLMARK_API_FACE_FAULT_H_
 
@@ -15,7 +15,7 @@ namespace quillmark {
 
 // A face of the same collection has the same table directory, or the same PostScript name.
 struct DuplicateFault {
-  std::uint32_t face;                 // the one that comes first
+  std::uint32_t face;                 // the earlier one
   std::optional<std::string> shared;  // the name; nothing when the directory is shared
 };
 

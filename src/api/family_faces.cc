@@ -24,7 +24,7 @@ class FamilyReader {
   void ReadFamily(Handle fond) {
     Family family(&resources_, fond);
     const std::vector<std::int16_t>& styles = family.styles().codes();
-    // A signed 16-bit number, which may come out negative. A FOND without a style gets one pass with none.
+    // The count is a signed 16-bit number and may be negative. For a FOND without styles one face is tried.
     const auto count = static_cast<std::int16_t>(static_cast<std::uint16_t>(styles.size()));
     for (std::int16_t i = 0; i < count; ++i) ReadFace(family, styles[static_cast<std::size_t>(i)]);
     if (count == 0) ReadFace(family, family.exists() ? -1 : 0);

@@ -1,4 +1,4 @@
-// The faces of a resource file: of each style of each of its families (FONDs).
+// Adds the faces of a resource file: one for each style of each of its families (FONDs).
 #ifndef QUILLMARK_API_FAMILY_FACES_H_
 #define QUILLMARK_API_FAMILY_FACES_H_
 
@@ -7,7 +7,7 @@ namespace quillmark {
 struct Creation;
 class QuillmarkResourceFile;
 
-// A file without FONDs (fond_count 0) gives a face of no family, if any.
+// For a file without FONDs (fond_count 0) one face without a family is tried.
 void AddFamilyFaces(Creation& creation, QuillmarkResourceFile& resources, int fond_count);
 
 }  // namespace quillmark

@@ -9,9 +9,9 @@ using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
 
 void QM_FontArray::RemoveDups() {
-  // For each specifier the one that stands for its group if the group starts there. Whichever candidate is
-  // best so far, its name is the group's but for case, so the scan of the later specifiers comes down to
-  // their first lowest style: a minimum that a walk from the end carries along for each group.
+  // best_from[i]: the specifier to keep for a group that starts at i. All candidates of a group have its name
+  // but for case, so the best later one is simply the first of the lowest style: a minimum that a walk from
+  // the end keeps for each group.
   std::vector<std::size_t> best_from(faces_.size());
   std::map<std::string, std::size_t> best_later;  // ordered: no names make it slow
   for (std::size_t i = faces_.size(); i-- > 0;) {

@@ -22,8 +22,8 @@ struct QM_FontArray {
   // Leaves one specifier for each PostScript name, in the order in which the names (by exact bytes) first
   // occur. Of the specifiers of a name, ignoring ASCII case, from its first occurrence on, that first one
   // stays unless later ones with a resource ID above 0 have a lower style: then the first of the lowest
-  // style. Names that differ in case alone start a group each, and both may pick the same specifier. Linear
-  // in the number of specifiers.
+  // style. Each spelling of a name starts a group of its own, and two such groups may pick the same
+  // specifier. Linear in the number of specifiers.
   void RemoveDups();
 
   // The first specifier of that FOND and style; `outIndex` is left alone when there is none.

@@ -1,4 +1,5 @@
-// The one face of a file whose font is in its data fork: TrueType, OpenType, and what has no resources.
+// Adds the one face of a file whose font is in its data fork: TrueType, OpenType, or a file without
+// resources.
 #ifndef QUILLMARK_API_FONT_FILE_FACE_H_
 #define QUILLMARK_API_FONT_FILE_FACE_H_
 

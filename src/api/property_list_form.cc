@@ -53,8 +53,8 @@ Strings MakeKeys() {
   return keys;
 }
 
-// What of a value is text: a name may hold any bytes, and the getter may have cut it inside a character. One
-// leading byte order mark goes, as from any text that the platform takes.
+// The part of a value that is valid UTF-8: a name may hold any bytes, and the getter may have cut it inside a
+// character. One leading byte order mark is dropped, as the platform does.
 std::string_view WrittenPart(std::string_view value) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (value.starts_with(kByteOrderMark)) value.remove_prefix(kByteOrderMark.size());
@@ -175,8 +175,8 @@ std::int32_t QM_CreateSpecifierFromPropertyList(const char* text, QM_FontArray**
   if (count == 0) return QM_STATUS_FAILED;
   const quillmark::Strings keys = quillmark::MakeKeys();
   auto faces = std::make_unique<QM_FontArray>();
-  // Without resource IDs the removal of duplicates keeps the first of each name: no other costs memory. No
-  // hash table, so that no choice of names makes reading slow.
+  // Without resource IDs the removal of duplicates keeps the first of each name, so later ones are not kept
+  // at all. No hash table, so that no choice of names makes reading slow.
   std::set<std::string> names;
   for (CFIndex i = 0; i < count; ++i) {
     quillmark::QM_FontSpecifier face = quillmark::ReadFace(keys, CFArrayGetValueAtIndex(elements, i));

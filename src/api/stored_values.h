@@ -1,5 +1,5 @@
-// Values on their way into the two stored forms and back: what the getters give, as text, and numbers out of
-// text. Tests: tests/api/xml_test.cc, property_list_form_test.cc.
+// Converts values for the two stored forms (XML and property list): from the getters to text, and from text
+// to numbers. Tests: tests/api/xml_test.cc, property_list_form_test.cc.
 #ifndef QUILLMARK_API_STORED_VALUES_H_
 #define QUILLMARK_API_STORED_VALUES_H_
 
@@ -13,7 +13,7 @@ namespace quillmark {
 using TextGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, char*, std::int32_t);
 using NumberGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, std::uint32_t*);
 
-// What the getter copies into 512 bytes: at most 511, cut inside a character if it comes so. Empty when the
+// What the getter copies into 512 bytes: at most 511, possibly cut inside a character. Empty when the
 // attribute is not held.
 std::string StoredText(TextGetter getter, const QM_FontArray* array, std::uint32_t index);
 // What the getter gives, or `absent` when the attribute is not held.

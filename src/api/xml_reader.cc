@@ -1,7 +1,7 @@
 // QM_CreateSpecifierFromXML: reads the XML form back by searching for its tags; it is no XML parser and must
 // not become one. A tag is searched from the start of a face's block to the end of the whole text, so a block
-// that lacks it takes the value of a later one. Values that overlap or are shared spend a budget: when it is
-// spent, the text ends for the reader. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+// that lacks it takes the value of a later one. Overlapping and shared values are charged to a budget;
+// reading ends when it is spent. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
 #include "api/xml_reader.h"
 
 #include <memory>
@@ -46,7 +46,7 @@ class TagValues {
   TagValues(std::string_view text, const std::string& tag)
       : text_(text), opening_(text, "<" + tag + ">"), closing_(text, "</" + tag + ">") {}
 
-  // What stands between the first opening tag at or after `block` and the first closing tag behind it.
+  // The text between the first opening tag at or after `block` and the first closing tag behind it.
   std::optional<std::string_view> ExtractTagValue(std::size_t block) {
     const std::size_t opening = opening_.From(block);
     if (opening == kNone) return std::nullopt;

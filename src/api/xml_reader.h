@@ -1,4 +1,5 @@
-// Reading the XML form, with what QM_CreateSpecifierFromXML has no status for. Tests: tests/api/xml_test.cc.
+// ReadXml: reads the XML form, and tells the tool what QM_CreateSpecifierFromXML has no status for. Tests:
+// tests/api/xml_test.cc.
 #ifndef QUILLMARK_API_XML_READER_H_
 #define QUILLMARK_API_XML_READER_H_
 
@@ -7,7 +8,7 @@
 namespace quillmark {
 
 struct XmlReading {
-  bool any_whole = false;  // at least one block has its end
+  bool any_whole = false;  // at least one block has its end tag
   bool is_cut = false;  // the faces repeat the text's bytes too often: those behind the last one are not read
 };
 

@@ -56,8 +56,7 @@ std::string Block(const Values& values, Content content) {
   return block += "\t</FontData>\n";
 }
 
-// Puts each value into the whole block, in place of its placeholder wherever that stands: inside an earlier
-// value, too.
+// Replaces every occurrence of each placeholder by its value, also inside values that were inserted before.
 std::string FillTemplate(const Values& values, Budget& budget) {
   std::string block = Block(values, [](const Value& value) { return std::string_view(value.placeholder); });
   for (const Value& value : values) {
@@ -74,8 +73,8 @@ std::string FillTemplate(const Values& values, Budget& budget) {
   return block;
 }
 
-// Values that name placeholders can multiply one another. Where that spends the budget, the values of the
-// face stand as they are.
+// Values that contain placeholders can multiply one another. When that spends the budget, the values of the
+// face are written without replacement.
 std::string FaceBlock(const Values& values, Budget& budget) {
   std::string plain = Block(values, [](const Value& value) { return std::string_view(value.text); });
   budget.Allow(plain.size());

@@ -22,7 +22,7 @@ class CClassificationMappings {
   CClassificationMappings& operator=(const CClassificationMappings&) = delete;
 
   void LoadMappings();
-  // Whether the families are missing, could not be read, or are none.
+  // Whether the families are missing, unreadable or empty.
   bool empty() const;
 
   // The class of the family whose lower-cased name is a key of the table, whole; else "--".

@@ -50,7 +50,7 @@ class OmFontStyleScan {
   static bool MatchStyleComponent(const std::string& word, SStyleComponent& component);
   static std::vector<SStyleComponent> ScanFontForStyleComponents(const std::string& primary,
                                                                  const std::string& secondary);
-  // Fills `styles` with the built-in styles that the names tell; returns how many.
+  // Fills `styles` with the built-in styles found in the names; returns how many.
   static std::int32_t ScanFontForBuiltinStyles(const std::string& primary, const std::string& secondary,
                                                std::vector<SBuiltinStyle>& styles);
   static std::uint32_t FindBuiltinMatchesForStyleComponents(const std::vector<SStyleComponent>& components,

@@ -64,7 +64,7 @@ void CFoundryNameTable::LoadTable() {
     const CFStringRef name = NCFUtils::GetCFStringFromDict(element, name_key.get());
     if (name) entry.name = OmString(name).str();
     entry.creator_codes = StringsIn(NCFUtils::GetCFArrayFromDict(element, codes_key.get()));
-    // A pattern without a name to give is as good as absent.
+    // A pattern without a name is ignored.
     const CFStringRef pattern = NCFUtils::GetCFStringFromDict(element, pattern_key.get());
     if (pattern && name) {
       std::string text = OmString(pattern).str();
@@ -86,10 +86,10 @@ bool CFoundryNameTable::IsQuestionableCreatorCode(std::uint32_t creator_code) {
 
 bool CFoundryNameTable::IsKnownCreatorCode(std::uint32_t creator_code, OmString* foundry) const {
   const std::string code = CreatorCodeText(creator_code);
-  if (code.empty()) return false;  // zero above all, though a list may hold an empty code
+  if (code.empty()) return false;  // a code whose first byte is zero, even if a list holds an empty one
   bool found = false;
   for (const Entry& entry : entries_) {
-    // Also how a match ends the walk; a match whose name is empty lets a later entry still give one.
+    // Ends the walk at a match too; after a match with an empty name a later entry can still give one.
     if (!foundry->empty()) break;
     if (!entry.name) continue;
     const bool listed = std::any_of(

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint32_t kNoRank = std::numeric_limits<std::uint32_t>::max();
 
-// The sorted patterns that share the beginning for which a state stands.
+// The range of sorted patterns that begin with the text of one state.
 struct Span {
   std::size_t first;
   std::size_t last;

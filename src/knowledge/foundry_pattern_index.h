@@ -27,9 +27,8 @@ class FoundryPatternIndex {
   std::optional<std::uint32_t> SmallestRankIn(std::string_view text) const;
 
  private:
-  // A state stands for a beginning of some pattern, the root (0) for the empty one. States are laid out
-  // breadth first, so the children of a state lie side by side, those of `s` in [first_child_[s],
-  // first_child_[s + 1]).
+  // Each state is a prefix of some pattern, the root (0) the empty one. States are laid out breadth first, so
+  // the children of a state lie side by side, those of `s` in [first_child_[s], first_child_[s + 1]).
   using State = std::uint32_t;
 
   State AddState(char label, State fallback, std::uint32_t own_rank);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kTextCapacity = 512;
 
-// A number that is none of 32 bits gives what is stored of it; anything else than a number gives nothing.
+// A number that does not fit 32 bits gives its converted value; what is no number gives nothing.
 std::optional<std::int32_t> Constant(CFNumberRef number) {
   std::int32_t constant = 0;
   if (!number) return std::nullopt;
@@ -102,7 +102,7 @@ void KeywordTable::LoadComponents(CFArrayRef elements) {
     for (const std::string& word : component->matchStrings) {
       component_of_word_.try_emplace(word, components_.size());
     }
-    // Not cleared above: a constant of an earlier load stays known until a component of this one takes it.
+    // Not cleared above: constants of an earlier load stay known unless this one replaces them.
     compounds_[component->styleConstant] = component->compounds;
     components_.push_back(std::move(*component));
   }

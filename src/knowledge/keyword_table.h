@@ -31,7 +31,7 @@ class KeywordTable {
   // Whether the constant names a component that compounds.
   bool Compounds(std::int32_t constant) const;
   const std::vector<SBuiltinStyle>& styles() const { return styles_; }
-  // Whether the words or the styles are missing, could not be read, or are none.
+  // Whether the words or the styles are missing, unreadable or empty.
   bool empty() const { return components_.empty() || styles_.empty(); }
 
  private:

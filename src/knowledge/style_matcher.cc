@@ -1,4 +1,4 @@
-// Tells the built-in styles that a list of style components stands for: one style that is exactly the list,
+// Finds the built-in styles that a list of style components stands for: one style that is exactly the list,
 // or else the best weights and the best other styles. Also the plain test for a user's own style word. Tests:
 // tests/knowledge/style_matcher_test.cc, fuzz/style_name_fuzzer.cc.
 #include <algorithm>
@@ -27,7 +27,7 @@ struct SBuiltinStyleMatcher {
 struct ByKind {
   std::size_t weight;
   std::size_t other;
-  std::size_t& Of(const SBuiltinStyle& style) { return style.isWeight ? weight : other; }
+  std::size_t& ForKindOf(const SBuiltinStyle& style) { return style.isWeight ? weight : other; }
 };
 
 // How often each constant occurs among the font's components, so that counting a style's hits costs the
@@ -65,10 +65,10 @@ std::size_t UnpairedOccurrences(const SBuiltinStyle& style, std::int32_t modifie
   return unpaired;
 }
 
-// How many components go because the style does not pair a modifier of the font with what it qualifies. They
-// go from the last marked position to the first, each by its position in the list as it stands then: one that
-// is marked twice takes its successor along, and one past the end takes nothing. Only the number is of
-// interest.
+// How many components are removed because the style does not pair a modifier of the font with the component
+// that it qualifies. They are removed from the last marked position to the first, each by its position in the
+// list as it stands then: one that is marked twice takes its successor along, and one past the end takes
+// nothing. Only the number is of interest.
 std::size_t StruckModifiers(const SBuiltinStyle& style, std::span<const ScannedComponent> components) {
   std::size_t left = components.size();
   for (std::size_t i = components.size() - 1; i-- > 0;) {
@@ -92,13 +92,14 @@ std::vector<SBuiltinStyle> BestCandidates(std::span<const SBuiltinStyleMatcher> 
   std::vector<const SBuiltinStyle*> remaining;
   for (const SBuiltinStyleMatcher& candidate : candidates) {
     const SBuiltinStyle& style = *candidate.style;
-    const bool reaches_best = candidate.matchCount >= best.Of(style);
-    if (reaches_best) shortest.Of(style) = std::min(shortest.Of(style), style.components.size());
+    const bool reaches_best = candidate.matchCount >= best.ForKindOf(style);
+    if (reaches_best)
+      shortest.ForKindOf(style) = std::min(shortest.ForKindOf(style), style.components.size());
     if (reaches_best || candidate.fullyMatched) remaining.push_back(&style);
   }
   std::vector<SBuiltinStyle> styles;
   for (const SBuiltinStyle* const style : remaining) {
-    if (style->components.size() <= shortest.Of(*style)) styles.push_back(*style);
+    if (style->components.size() <= shortest.ForKindOf(*style)) styles.push_back(*style);
   }
   return styles;
 }
@@ -110,7 +111,7 @@ std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> compone
   std::vector<SBuiltinStyleMatcher> candidates;
   for (const SBuiltinStyle& style : KeywordTable::Shared().styles()) {
     const std::size_t hits = counts.HitsOf(style);
-    if (hits == 0 || hits < best.Of(style)) continue;
+    if (hits == 0 || hits < best.ForKindOf(style)) continue;
     const std::size_t struck = StruckModifiers(style, components);
     const std::size_t remaining_hits = hits - struck;
     if (remaining_hits == 0 || struck == components.size()) continue;
@@ -120,7 +121,7 @@ std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> compone
     candidates.push_back(
         {&style, remaining_hits, remaining_hits == style.components.size() && !HasCompounding(style)});
     // The hits before the check: a pair that the check breaks still keeps weaker styles out.
-    best.Of(style) = std::max(best.Of(style), hits);
+    best.ForKindOf(style) = std::max(best.ForKindOf(style), hits);
   }
   return BestCandidates(candidates, best);
 }

@@ -148,7 +148,7 @@ ComponentList RecognisedComponents(std::string_view primary, std::string_view se
     AppendWord("Caps", first);
   }
   if (!multiple_master && Contains(primary, "CY", 1)) AppendWord("Cyrillic", first);
-  if (!old_style_figures) {  // they silence the secondary name altogether
+  if (!old_style_figures) {  // with old-style figures the secondary name is ignored
     AppendSecondaryName(secondary, multiple_master, second);
     if (multiple_master) AppendSuffixMarkers(primary, second);
   }
@@ -171,7 +171,7 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
   std::optional<std::size_t> roman;
   std::optional<std::size_t> regular;
   std::optional<std::size_t> demi_or_semi;
-  bool bold_is_told = false;  // a demi or semi is kept, and makes a bold redundant; once so, it stays so
+  bool bold_is_told = false;  // a demi or semi is kept, and makes a bold redundant; never cleared
   for (std::size_t i = 0; i < list.size(); ++i) {
     switch (const std::int32_t constant = list[i].constant) {
       case kItalic:
@@ -200,8 +200,8 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
     }
   }
 
-  // Each index is the one seen above, also where an earlier removal has moved the component: styles stored by
-  // hosts rest on which word goes then.
+  // Each index is the one seen above, also where an earlier removal has moved the component: styles that
+  // hosts store depend on which word is removed.
   if (italic || bold) {
     RemoveAt(list, regular);
     RemoveAt(list, roman);

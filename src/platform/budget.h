@@ -12,7 +12,7 @@
 
 namespace quillmark {
 
-// Thrown when a request asks for more than its budget holds; never reaches a host.
+// Thrown when a request needs more steps than its budget has left; never reaches a host.
 class BudgetSpent : public std::exception {
  public:
   const char* what() const noexcept override { return "the input repeats its bytes too often"; }
@@ -23,12 +23,12 @@ class Budget {
   static constexpr std::uint64_t kFixedSteps = 8'000'000;
   static constexpr std::uint64_t kStepsPerByte = 64;
 
-  // What things cost, in steps.
+  // The costs, in steps.
   static constexpr std::uint64_t kRecord = 4;            // one entry of a list
   static constexpr std::uint64_t kInsertion = 16;        // into a map, or one element sorted
   static constexpr std::uint64_t kCharacter = 2;         // decoded
   static constexpr std::uint64_t kDecode = 32;           // one text, beside its characters
-  static constexpr std::uint64_t kFileQuestion = 1'000;  // one question to the file system
+  static constexpr std::uint64_t kFileQuestion = 1'000;  // one call that asks the file system
   static constexpr std::uint64_t kFileRead = 500;        // one read, beside its bytes
   static constexpr std::uint64_t kFace = 2'048;          // one face that is kept, beside its texts
   static constexpr std::uint64_t kKeptByte = 16;     // one byte of a kept face's texts, shared ones included
@@ -64,7 +64,7 @@ class Budget {
   std::uint64_t charged_ = 0;
 };
 
-// Null: work without a bound, as over a caller's own bytes.
+// The same with a budget that may be null, which means work without a bound.
 inline void Charge(Budget* budget, std::uint64_t steps) {
   if (budget != nullptr) budget->Charge(steps);
 }

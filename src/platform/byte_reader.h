@@ -17,7 +17,7 @@ namespace quillmark {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// Big-endian value as it lies in memory, to the host's order.
+// Converts a value stored in big-endian order to the host's order.
 constexpr std::uint32_t emdBigToHostU32(std::uint32_t value);
 constexpr std::uint16_t emdBigToHostInt16(std::uint16_t value);
 
@@ -78,7 +78,7 @@ inline std::string_view AsText(Bytes bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-// What follows is defined here because names and kerning pairs are read a unit at a time.
+// Defined inline, since names and kerning pairs are read one unit at a time.
 
 namespace byte_order {
 
@@ -88,7 +88,7 @@ constexpr std::uint32_t Swap(std::uint32_t v) {
   return (v << 24) | ((v & 0xFF00u) << 8) | ((v >> 8) & 0xFF00u) | (v >> 24);
 }
 
-// Loads an integer as it lies in memory; the caller has taken exactly its bytes.
+// Loads an integer in the order of its bytes; `bytes` has exactly its size.
 template <typename T>
 T Load(Bytes bytes) {
   T value;

@@ -8,7 +8,7 @@
 namespace quillmark {
 
 std::uint32_t Crc32(std::uint32_t crc, Bytes data) {
-  if (data.empty()) return crc;  // both libraries take a null pointer as a request to start anew
+  if (data.empty()) return crc;  // both libraries start anew when they get a null pointer
 #ifdef QM_HAVE_LIBDEFLATE
   return libdeflate_crc32(crc, data.data(), data.size());
 #else
@@ -30,7 +30,7 @@ std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperato
 
 // With A and B the CRCs of the block up to the first and to the last step, the CRC of what lies between is
 // CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For the same reason
-// a running CRC passes over it in one combination.
+// a running CRC continues over it with one combination.
 std::uint32_t StepCrcs::Continue(std::uint32_t crc, std::size_t first, std::size_t last) const {
   return CombineCrc32(crc ^ crcs_[first], crcs_[last], (last - first) * kStep);
 }

@@ -17,15 +17,15 @@ std::uint32_t Crc32(std::uint32_t crc, Bytes data);
 // The CRC of two blocks one after the other, from those of each.
 std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length);
 
-// The same for many blocks of one length: most of the work goes into the operator, which depends on nothing
-// but that length.
+// The same for many second blocks of one length: most of the work goes into the operator, which depends on
+// that length alone.
 struct CrcOperator {
   std::uint32_t value;
 };
 CrcOperator CrcOperatorFor(std::size_t second_length);
 std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperator second_length);
 
-// Bytes as a CRC meets them: enough to continue any running CRC over them without reading them again.
+// The CRC and length of some bytes: enough to continue any running CRC over them without reading them again.
 struct SummedBytes {
   std::uint32_t crc = 0;  // from 0
   std::size_t length = 0;
@@ -37,8 +37,8 @@ struct SummedBytes {
   std::uint32_t Continue(std::uint32_t running) const { return CombineCrc32(running, crc, length); }
 };
 
-// The CRCs of the first 0, 1, 2, ... steps of a block that goes by once. From them any range of whole steps
-// is passed over in one combination.
+// The CRCs of the first 0, 1, 2, ... steps of a block that is read once. They continue a running CRC over any
+// range of whole steps with one combination.
 class StepCrcs {
  public:
   static constexpr std::size_t kStep = 1024;  // bytes

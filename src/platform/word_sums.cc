@@ -5,11 +5,11 @@
 namespace quillmark {
 namespace {
 
-// So many words that the sum of their bytes at one place stays below 1 << 16.
+// With this many words the sum of their bytes at one place stays below 1 << 16.
 constexpr std::size_t kWordsAtOnce = 256;
 
-// Sums two places at once in each half of a number: no word is turned round, so that a compiler can have the
-// processor add many words at once.
+// Sums two places in the two halves of one number, without swapping bytes, so that compilers can vectorise
+// the loop.
 PlaceSums SumFewWords(Bytes words) {
   std::uint32_t even = 0;
   std::uint32_t odd = 0;

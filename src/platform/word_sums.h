@@ -1,6 +1,6 @@
-// Sums of the big-endian words of a block that can be joined: wherever the words of a table begin, the sums
-// of its bytes by their place in the words give those of the words. Tests:
-// tests/platform/byte_reader_test.cc, tests/analysis/collection_test.cc.
+// Sums of the big-endian words of a block, kept as four sums of bytes by their place in a word, so that sums
+// of neighbouring blocks can be joined at any alignment. Tests: tests/platform/byte_reader_test.cc,
+// tests/analysis/collection_test.cc.
 #ifndef QUILLMARK_PLATFORM_WORD_SUMS_H_
 #define QUILLMARK_PLATFORM_WORD_SUMS_H_
 
@@ -14,7 +14,7 @@ namespace quillmark {
 // The sums, 32-bit and wrapping, of the first, second, third and fourth bytes of a block's words.
 using PlaceSums = std::array<std::uint32_t, 4>;
 PlaceSums SumBytesByPlace(Bytes block);
-// What the words sum up to, 32-bit and wrapping; bytes that the last one lacks count as zero.
+// The sum of the words, 32-bit and wrapping; bytes that the last word lacks count as zero.
 std::uint32_t WordSumOf(const PlaceSums& sums);
 
 }  // namespace quillmark

@@ -1,4 +1,4 @@
-// What the association table of a FOND says. Its names are in fond_names.cc.
+// Answers from the association table of a FOND. Its names are in fond_names.cc.
 #include "resources/family.h"
 
 #include <utility>
@@ -25,8 +25,8 @@ Family::Family(QuillmarkResourceFile* file, Handle fond)
     : file_(file),
       fond_(fond),
       record_(HandleBytes(fond)),
-      named_(StoredResourceName(fond)),
-      stored_name_(named_.value_or(std::string())),
+      map_name_(StoredResourceName(fond)),
+      stored_name_(map_name_.value_or(std::string())),
       styles_(record_, BudgetOf(file)),
       style_mapping_(record_, BudgetOf(file)) {
   if (fond != nullptr) GetResInfo(fond, &id_, nullptr, nullptr);
@@ -65,7 +65,7 @@ std::optional<std::int16_t> Family::FirstOutlineOfStyle(std::int16_t style) cons
 bool Family::shouldHavePrinterFile(int style) const { return !styles_.OutlineOf(StyleBits(style)); }
 
 std::vector<std::int16_t> Family::getSortedNFNTsForFOND(int style) const {
-  // The one comparison with the stored style as an unsigned number: codes from 0x8000, which are handed on
+  // Only this function compares the style as an unsigned number: codes from 0x8000, which styles() hands out
   // as negative ones, match nothing here.
   if (style != StyleBits(style)) return {};
   std::vector<std::int16_t> ids;

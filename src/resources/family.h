@@ -22,7 +22,7 @@ class QuillmarkResourceFile;
 
 class Family {
  public:
-  // Takes the FOND over, and releases it in the end. Both may be null; `file` outlives the object.
+  // Takes ownership of the FOND and releases it. Both may be null; `file` outlives the object.
   Family(QuillmarkResourceFile* file, Handle fond);
   Family(const Family&) = delete;
   Family& operator=(const Family&) = delete;
@@ -31,7 +31,7 @@ class Family {
   // Whether there is a FOND; its data may be empty.
   bool exists() const { return fond_.get() != nullptr && *fond_.get() != nullptr; }
   ResID id() const { return id_; }  // -1 without a FOND
-  // The name of the resource as its map has it; empty without one.
+  // The name of the FOND resource, as stored; empty without one.
   const std::string& stored_name() const { return stored_name_; }
   const FondStyles& styles() const { return styles_; }
   const FondKerning& kerning();
@@ -45,7 +45,7 @@ class Family {
   // Resource ID of the first outline (size 0) of the style.
   std::optional<std::int16_t> FirstOutlineOfStyle(std::int16_t style) const;
   bool shouldHavePrinterFile(int style) const;
-  // Distinct, ascending. Codes from 0x8000 have none under the negative number as which they are handed on.
+  // Distinct, ascending. Style codes from 0x8000, which styles() hands out as negative numbers, have none.
   std::vector<std::int16_t> getSortedNFNTsForFOND(int style) const;
 
   // Names, in UTF-8.
@@ -53,7 +53,7 @@ class Family {
   PrinterFontName ComposePrinterFontName(int style) const;
   // The file name of the style's printer font; empty when the FOND composes no PostScript name.
   std::string getPSPrinterNameForFOND(int style) const;
-  // Nothing without a FOND, and for a name that is no text.
+  // The FOND's resource name in UTF-8; nothing without a FOND, and for a name that cannot be decoded.
   const std::optional<std::string>& getResourceNameFromFOND();
   // The PostScript name that a Multiple Master family's resource name gives, else `name`. `isMM` may be null;
   // it is only ever set, never cleared.
@@ -67,7 +67,7 @@ class Family {
   const ResourceHandle fond_;
   const Bytes record_;
   ResID id_ = -1;
-  std::optional<std::string> named_;  // nothing when the handle is no resource
+  std::optional<std::string> map_name_;  // as stored; nothing when the FOND is not a resource of a map
   std::string stored_name_;
   const FondStyles styles_;
   const StyleMapping style_mapping_;

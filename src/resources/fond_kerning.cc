@@ -12,9 +12,9 @@ FondKerning::FondKerning(Bytes fond, Budget* budget) : fond_(fond), budget_(budg
   std::ranges::stable_sort(sub_tables_, {}, &SubTable::style);
 }
 
-// As many steps as the table counts, which are 32,768 at most. A negative pair count steps back, so
-// sub-tables may overlap and come again. The walk ends early where a header passes the end, since it would
-// stay there, and in front of the FOND.
+// Takes as many steps as the table states sub-tables, 32,768 at most. A negative pair count steps back, so
+// sub-tables may overlap and be read more than once. The walk ends early where a header passes the end, since
+// it would stay there, and in front of the FOND.
 void FondKerning::Walk() {
   constexpr std::size_t kSmallestFond = 52;
   constexpr std::size_t kTableOffset = 20;

@@ -1,6 +1,6 @@
-// The kerning table of a FOND (Inside Macintosh: Text, "The Kerning Tables") and what identifies the part of
-// it that belongs to one style. Stored checksums rely on the order in which its sub-tables are met, and on
-// what happens where they are spoiled. Tests: tests/analysis/face_checksums_test.cc;
+// The kerning table of a FOND (Inside Macintosh: Text, "The Kerning Tables") and the checksums of the part of
+// it that belongs to one style. Stored checksums rely on the order in which the sub-tables are read, and on
+// how damaged ones are handled. Tests: tests/analysis/face_checksums_test.cc;
 // fuzz/kerning_checksum_fuzzer.cc.
 #ifndef QUILLMARK_RESOURCES_FOND_KERNING_H_
 #define QUILLMARK_RESOURCES_FOND_KERNING_H_

@@ -39,8 +39,8 @@ std::optional<std::string> Family::DecodeResourceName() const {
   if (!exists()) return std::nullopt;
   if (!isDoubleByteFOND()) return MacRomanToUtf8(stored_name_);
   bool is_japanese = getStyleOffsetFromFOND() != 0;
-  // The size of the first entry decides for all of them; results rely on it. With 0 there, the first entry
-  // settles the matter by itself.
+  // The size of the first entry decides for all of them; results rely on it. When it is 0, only the first
+  // entry is looked at.
   if (const auto first = FondEntryAt(record_, 0)) {
     if (first->size != 0) {
       if (NamesOldBitmap()) return MacRomanToUtf8(stored_name_);
@@ -55,7 +55,7 @@ std::optional<std::string> Family::DecodeResourceName() const {
 }
 
 std::string Family::normalizePostScriptName(const std::string& name, bool* isMM) const {
-  if (!exists() || !isMM || !named_) return name;
+  if (!exists() || !isMM || !map_name_) return name;
   std::string_view text(stored_name_.c_str());  // C text: a zero byte ends it
   if (const auto mark = text.find("%M"); mark != std::string_view::npos) {
     *isMM = true;

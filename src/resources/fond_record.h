@@ -56,7 +56,7 @@ class FondStyles {
 // The name of a resource as it is stored; nothing when the handle is not a resource.
 std::optional<std::string> StoredResourceName(Handle resource);
 
-// Families of CID-keyed fonts are told by the stored name of their FOND.
+// Families of CID-keyed fonts are recognised by the stored name of their FOND.
 bool IsCidFamilyName(std::string_view stored_name);
 
 }  // namespace quillmark

@@ -1,4 +1,4 @@
-// Which printer font files the families of a resource file need. They lie beside it.
+// Finds the printer font files that the families of a resource file need. They lie beside it.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -98,7 +98,7 @@ std::vector<std::string> QuillmarkResourceFile::getPrinterFiles() {
   };
   const std::vector<std::int16_t> listed = getSortedStyles();
   const std::set<std::int16_t> styles(listed.begin(), listed.end());
-  std::set<PrinterFontName> names;  // held once, though many styles may share one
+  std::set<PrinterFontName> names;  // each name once, though many styles may share it
   std::vector<Face> faces;
   for (const std::int16_t id : getSortedResIDsForType(kFond)) {
     const Family family(this, getResourceHandleForType(kFond, id));

@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint64_t kLookUp =
     4 * Budget::kInsertion;  // of a resource in its map, with a handle made for it
 
-// Resources met while one of these lives are not read from the file.
+// While an object of this class lives, the data of resources are not loaded.
 class ResourceLoadingOff {
  public:
   ResourceLoadingOff() { SetResLoad(false); }
@@ -29,8 +29,8 @@ OSStatus MakeRef(const std::string& path, FSRef* ref) {
 
 Handle NullOnError(Handle resource) { return ResError() == noErr ? resource : nullptr; }
 
-// Takes a resource out of its map. A protected one stays there: its data are then released rather than
-// disposed of, so that the map keeps no handle to freed memory.
+// Removes a resource from its map. A protected one stays in the map: it is then released rather than disposed
+// of, so that the map keeps no handle to freed memory.
 void RemoveAndDispose(Handle resource) {
   RemoveResource(resource);
   if (ResError() == noErr) {
@@ -164,7 +164,7 @@ bool QuillmarkResourceFile::purgeAllBut(const std::set<std::int16_t>& ids, ResTy
       continue;
     }
     RemoveAndDispose(resource);
-    // Also when the removal failed, which ends the loop however often removals fail.
+    // Counted down when the removal failed, too, so that the loop ends.
     --count;
     changed = true;
   }

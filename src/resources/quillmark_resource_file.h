@@ -4,7 +4,7 @@
 // release them (ReleaseResource) and never dispose of them. A failed platform call gives the empty value: 0,
 // null, false. Methods that walk a type (getSortedResIDsForType, getSortedStyles, getPrinterFiles,
 // purgeAllBut) release its resources behind them, also those that a caller holds: hold none across such a
-// call. Use on one thread. Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
+// call. For one thread at a time. Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 #define QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 
@@ -20,7 +20,7 @@
 
 namespace quillmark {
 
-// What activation answers for a file that exists.
+// The status of activation for a file that exists.
 inline constexpr OSStatus kATSInvalidFontContainerAccess = -985;
 
 class QuillmarkResourceFile {
@@ -56,8 +56,8 @@ class QuillmarkResourceFile {
   std::optional<std::string> getPrinterNameFromFontActivation(
       const std::optional<std::string>& postScriptName);
   std::vector<std::string> getPrinterFiles();
-  // The file name of a printer font. A PostScript name keeps the one that it is given first, also for the
-  // FONDs that follow.
+  // The file name of a printer font. The first file name found for a PostScript name is kept, also for later
+  // FONDs.
   std::string PrinterFileNameOf(const PrinterFontName& name);
   // Where a printer font file of that name lies: beside this file. Nothing for an empty name, and for one
   // that holds "/": names come out of the font and must not lead elsewhere.

@@ -29,7 +29,7 @@ bool FileHasFONDsInResourceFork(QuillmarkResourceFile* file);
 bool is_psfont(QuillmarkResourceFile* file);         // holds bitmaps that accompany PostScript printer fonts
 bool is_psprinterfont(QuillmarkResourceFile* file);  // holds the first segment of a PostScript printer font
 bool hasValidResourcePSHeader(QuillmarkResourceFile* file);  // its first `sfnt` is "typ1"
-// Of an `sfnt` resource, empty for a missing one, and of the stored name of its family.
+// Tests on an `sfnt` resource (empty when missing), and on the stored name of its family.
 bool has_OTTO_Flag_inResource(Bytes outline);
 bool has_ttc_true_Flag(Bytes outline, std::string_view family_name);
 

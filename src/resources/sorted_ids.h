@@ -1,4 +1,4 @@
-// Resource IDs as every list of them is handed out: distinct and ascending.
+// Brings a list of resource IDs into the form that all functions return: distinct and ascending.
 #ifndef QUILLMARK_RESOURCES_SORTED_IDS_H_
 #define QUILLMARK_RESOURCES_SORTED_IDS_H_
 

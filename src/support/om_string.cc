@@ -23,7 +23,7 @@ OmString::OmString(std::uint32_t number) { MakeValueString(number); }
 OmString::OmString(std::int32_t number) { MakeValueString(number); }
 OmString::OmString(std::int16_t list_id, std::int16_t index) { LoadResource(list_id, index); }
 
-// The wide form is made again from the text where a copy is asked for it.
+// The wide form is not copied: it is made again when it is asked for.
 OmString::OmString(const OmString& other) noexcept : text_(other.text_) {}
 
 OmString::OmString(OmString&& other) noexcept
@@ -45,8 +45,8 @@ OmString& OmString::operator=(OmString&& other) noexcept {
   return *this;
 }
 
-// The Pascal buffer's bytes go over only where both strings have one: it is written again whenever it is
-// asked for, so what it holds in between matters to nobody.
+// The Pascal buffer's bytes are copied only when both strings have one: its content is written anew whenever
+// it is asked for.
 void OmString::TakePascalBytes(const OmString& other) noexcept {
   if (pascal_ && other.pascal_) std::copy_n(other.pascal_.get(), kPascalBufferSize, pascal_.get());
 }

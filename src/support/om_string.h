@@ -40,7 +40,7 @@ class OmString {
   operator const char*() const { return c_str(); }  // NOLINT(google-explicit-constructor)
   operator const wchar_t*() const;                  // NOLINT(google-explicit-constructor)
 
-  // Text = the string in UTF-8; false, with empty text, for null and for what cannot be converted.
+  // Takes over the string in UTF-8; false, with empty text, for null and for what cannot be converted.
   bool Set(CFStringRef text);
   // The same from C text in `encoding`; false, with the text as it was, when the text is invalid in it.
   bool Set(const char* text, CFStringEncoding encoding);
@@ -48,7 +48,7 @@ class OmString {
   // system's. Null when the text is invalid in it. The caller releases it.
   CFStringRef GetCFString(CFStringEncoding encoding) const;
 
-  // Length byte and at most 255 bytes, cut inside a UTF-8 sequence if it comes so. `out` holds 256 bytes.
+  // Length byte and at most 255 bytes, possibly cut inside a UTF-8 sequence. `out` holds 256 bytes.
   unsigned char* GetPascalString() const;
   unsigned char* GetPascalString(unsigned char* out) const;
   void setPStr(const unsigned char* text);

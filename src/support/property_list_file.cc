@@ -21,8 +21,8 @@ struct CloseFile {
 };
 using FilePtr = std::unique_ptr<std::FILE, CloseFile>;
 
-// The path in UTF-8, or null without memory for it. One that has no such form comes out empty: it names no
-// file.
+// The path in UTF-8; null when there is too little memory. Empty, which names no file, for a path that has no
+// such form.
 std::unique_ptr<char[]> Utf8Path(CFStringRef path) {
   const CFIndex size = CFStringGetMaximumSizeForEncoding(CFStringGetLength(path), kCFStringEncodingUTF8) + 1;
   std::unique_ptr<char[]> text(new (std::nothrow) char[static_cast<std::size_t>(size)]);
@@ -117,8 +117,7 @@ bool NCFWriteCFDataRefToXMLFile(CFDataRef data, CFStringRef path) {
   if (!bytes) {
     return FailWriting("*** NCFUtils::NCFWriteCFDataRefToXMLFile:  Failed to create buffer from CFDataRef.");
   }
-  // Without a buffer of the stream's own, what the file system refuses shows in the count and not at the
-  // closing.
+  // Unbuffered, so that a failed write shows in the count and not only at closing.
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   const auto length = static_cast<std::size_t>(CFDataGetLength(data));
   if (std::fwrite(bytes, 1, length, file.get()) < length) {

@@ -17,7 +17,7 @@ CFDataRef NCFCreateCFDataRefFromPath(CFStringRef path);
 // The list in the file, parsed with `mutability` (CFPropertyListMutabilityOptions), or null.
 CFPropertyListRef NCFCreateCFPropertyListFromPath(CFStringRef path, CFOptionFlags mutability);
 
-// Replaces the file's content. A file that could not be written whole stays as far as it came.
+// Replaces the file's content. A file that could not be written whole keeps the part that was written.
 bool NCFWriteCFDataRefToXMLFile(CFDataRef data, CFStringRef path);
 bool NCFWriteCFPropertyListToXMLFile(CFPropertyListRef plist, CFStringRef path);
 

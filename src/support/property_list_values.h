@@ -1,7 +1,7 @@
 // Typed access to the values of property lists. The Get functions answer only for a value of exactly their
-// type (a number is no boolean); with false or null for an answer the output stays as it was, but for a
-// number that does not fit its type: that is stored as far as it goes. Null dictionaries, arrays, keys and
-// values are allowed and answer false or null. What a Get function returns is not retained. Tests:
+// type (a number is no boolean); when they return false or null the output is unchanged, except for a number
+// that does not fit its type: its converted value is stored. Null dictionaries, arrays, keys and values are
+// allowed and answer false or null. What a Get function returns is not retained. Tests:
 // tests/support/property_list_values_test.cc.
 #ifndef QUILLMARK_SUPPORT_PROPERTY_LIST_VALUES_H_
 #define QUILLMARK_SUPPORT_PROPERTY_LIST_VALUES_H_

@@ -101,11 +101,11 @@ TEST_F(Collection, FacesMustFitTheFile) {
       {"table whose end wraps", with(good, entry + 8, 0xFFFFFFFC), kCollectionOutOfBounds},
       {"table up to the last byte", with(good, entry + 8, size - 400), kCollectionOk},
       {"table past it", with(good, entry + 8, size - 399), kCollectionOutOfBounds},
-      {"longest table", with(good, entry + 12, 0xFFFFFFFF), kCollectionNothing},
+      {"longest table", with(good, entry + 12, 0xFFFFFFFF), kCollectionNoFace},
       {"no byte behind the directory", no_tables, kCollectionOutOfBounds},
       {"one byte behind it", no_tables + "x", kCollectionOk},
       {"face of 156 bytes", with(repeating, 56, 12), kCollectionOk},
-      {"face as large as the file", with(repeating, 56, 13), kCollectionNothing},
+      {"face as large as the file", with(repeating, 56, 13), kCollectionNoFace},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Load(row.bytes), kCollectionOk) << row.what;
@@ -119,7 +119,7 @@ TEST_F(Collection, WritesFacesUnderTheFirstFreeNumber) {
   const auto write = [&](std::uint32_t face, const std::string& where) {
     return TrueTypeCollectionFont::WriteTTF({'d', 'a', 't', 'a'}, face, where, written);
   };
-  EXPECT_EQ(TrueTypeCollectionFont::WriteTTF({}, 0, folder, written), kCollectionNothing);
+  EXPECT_EQ(TrueTypeCollectionFont::WriteTTF({}, 0, folder, written), kCollectionNoFace);
   for (int n = 1; n < 100; ++n) folder_.Write(std::to_string(n) + ".ttf", "taken");
   folder_.Write("4294967295.ttf", "taken");
   for (const auto& [face, name] : {std::pair(7u, "/100.ttf"), {0xFFFFFFFF, "/0.ttf"}, {0u, "/99.ttf"}}) {

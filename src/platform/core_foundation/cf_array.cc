@@ -2,8 +2,7 @@
 
 #include <cassert>
 
-// Arrays hold objects and retain them; the callbacks that say so on the platform have nothing more to say
-// here.
+// Arrays hold objects and retain them; the callbacks that ask for it on the platform are not needed here.
 struct CFArrayCallBacks {};
 const CFArrayCallBacks kCFTypeArrayCallBacks{};
 

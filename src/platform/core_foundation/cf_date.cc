@@ -14,7 +14,7 @@ constexpr sys_seconds kReference = sys_days{std::chrono::year{2001} / 1 / 1};
 constexpr sys_seconds kFirst = sys_days{std::chrono::year{0} / 1 / 1};
 constexpr sys_seconds kPastLast = sys_days{std::chrono::year{10000} / 1 / 1};
 
-// Each 0 of the form stands for a digit, everything else for itself.
+// Each 0 matches a digit, every other character itself.
 constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
 
 void PutDigits(std::string& text, std::size_t begin, std::size_t count, unsigned value) {

@@ -27,7 +27,7 @@ class Object {
   constexpr explicit Object(Type type) : type_(type) {
     if (!std::is_constant_evaluated()) CountOne();
   }
-  // Also when the object that it belongs to could not be made whole.
+  // Runs also when the constructor of the derived object throws.
   constexpr virtual ~Object() {
     if (!std::is_constant_evaluated()) UncountOne();
   }

@@ -29,7 +29,7 @@ class CFRef {
   Ref get() const { return ref_; }
   explicit operator bool() const { return ref_ != nullptr; }
 
-  // Gives up ownership: the caller must release what comes back.
+  // Gives up ownership: the caller must release the result.
   [[nodiscard]] Ref Yield() { return std::exchange(ref_, nullptr); }
 
   // For functions that hand a new reference out through a pointer; any held one is released first.

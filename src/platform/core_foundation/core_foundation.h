@@ -113,7 +113,7 @@ enum CFNumberType : CFIndex {
   kCFNumberDoubleType = 13,
 };
 CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
-// The value is stored in any case; false says that it is not the number's.
+// Always stores a value; false when it differs from the number.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
 extern const CFBooleanRef kCFBooleanTrue;

@@ -42,7 +42,7 @@ bool MoveTo(TemporaryFile& file, const std::string& target) {
   return true;
 }
 
-// So that the new name outlives a crash of the machine; the file is whole with or without it.
+// Makes the rename survive a crash of the machine; the file is whole either way.
 void SyncFolder(const std::filesystem::path& folder) {
   const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;

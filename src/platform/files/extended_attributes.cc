@@ -9,8 +9,8 @@
 namespace quillmark {
 namespace {
 
-// `read(buffer, size)` behaves as listxattr does: with size 0 it says how much there is, and ERANGE when a
-// buffer is too small because the value grew in between.
+// `read(buffer, size)` behaves as listxattr does: with size 0 it returns the size of the value; it fails with
+// ERANGE when the buffer is too small because the value grew in between.
 template <typename Read>
 std::optional<std::string> ReadGrowing(Read read, std::size_t first_guess) {
   std::string value(first_guess, '\0');

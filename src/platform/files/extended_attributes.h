@@ -1,5 +1,5 @@
 // Extended attributes of a file, by whole value: Linux bounds a value to 64 KiB on most file systems, so it
-// is held in memory. A file system without them is one where no file has any. Tests:
+// is held in memory. On a file system without them every file counts as having none. Tests:
 // tests/platform/forks_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_EXTENDED_ATTRIBUTES_H_
 #define QUILLMARK_PLATFORM_FILES_EXTENDED_ATTRIBUTES_H_

@@ -64,8 +64,8 @@ class MachineFileSystem : public FileSystem {
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override {
     int descriptor = -1;
     do {
-      // Something else may have come to the path since it was looked at: O_NONBLOCK and O_NOCTTY keep even
-      // that harmless.
+      // The path may lead to another kind of file by this time: with O_NONBLOCK and O_NOCTTY opening a FIFO
+      // or terminal does no harm.
       descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     } while (descriptor < 0 && errno == EINTR);
     if (descriptor < 0) return nullptr;

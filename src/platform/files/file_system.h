@@ -1,7 +1,7 @@
-// FileSystem: the few questions that fonts ask of the place where they lie. The system's own file system
-// answers them for the exported functions; another one may stand for an archive, record what an answer
-// depended on, or let calls fail. FileAccess is how one request asks them: what it asks and reads is charged
-// to its budget. Tests: tests/platform/forks_test.cc; tests/hostile/file_failure_test.cc.
+// FileSystem: the few calls by which fonts are looked up and read. The exported functions use the system's
+// own file system; another one may stand for an archive, record the files that a result depended on, or let
+// calls fail in tests. Each request goes through a FileAccess, which charges calls and reads to its budget.
+// Tests: tests/platform/forks_test.cc; tests/hostile/file_failure_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_FILE_SYSTEM_H_
 #define QUILLMARK_PLATFORM_FILES_FILE_SYSTEM_H_
 
@@ -32,7 +32,7 @@ class OpenedFile {
   virtual ~OpenedFile() = default;
   virtual std::uint64_t size() const = 0;  // bytes, as it was when opened
   struct ReadResult {
-    std::size_t length;  // bytes that came: fewer than asked for at the end and on an error
+    std::size_t length;  // bytes that were read: fewer than asked for at the end of the file and on an error
     int error;           // errno of a read that failed, else 0
   };
   virtual ReadResult ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) = 0;
@@ -48,20 +48,20 @@ class FileSystem {
   // Null, with errno set, for what is no regular file or cannot be opened. Never blocks.
   virtual std::unique_ptr<OpenedFile> Open(const std::string& path) const = 0;
   // Which of the folders above a file may hold something of this name: lengths of their paths, each with its
-  // slash, from the longest on. `folders` is the path of the file's folder, with its slash. A file system
-  // that cannot tell cheaply gives all.
+  // slash, the longest first. `folders` is the path of the file's folder, with its slash. A file system that
+  // cannot tell cheaply gives all.
   virtual std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const;
   // Extended attributes of a file; none where the file system has no such thing.
   virtual std::vector<std::string> AttributeNames(const std::string& path) const = 0;
   virtual std::optional<std::string> Attribute(const std::string& path, const std::string& name) const = 0;
 };
 
-// That of the machine.
+// The machine's own file system.
 const FileSystem& SystemFiles();
 
-// The files as one request sees them: shares one block of bytes among the files that it reads, and charges
-// its budget. `system` and `budget` (may be null: no bound) outlive the object and the files it opened. For
-// one thread at a time.
+// One request's access to a file system: charges the budget, and shares one block of bytes among the files
+// that are read. `system` and `budget` (may be null: no bound) outlive the object and the files it opened.
+// For one thread at a time.
 class FileAccess {
  public:
   explicit FileAccess(const FileSystem& system = SystemFiles(), Budget* budget = nullptr)

@@ -11,10 +11,11 @@
 namespace quillmark {
 namespace {
 
-// So many levels are walked anew with each call, and only deeper paths, which are rare, open a folder.
+// The base folder moves down after this many levels; paths of fewer levels, as nearly all are, open no
+// folder.
 constexpr int kLevelsAtOnce = 32;
 
-// A folder from which those below are asked about.
+// An open folder, relative to which the folders below it are asked about.
 class BaseFolder {
  public:
   BaseFolder() = default;
@@ -22,7 +23,7 @@ class BaseFolder {
   BaseFolder(const BaseFolder&) = delete;
   BaseFolder& operator=(const BaseFolder&) = delete;
 
-  // Goes on to a folder below this one. False when that fails.
+  // Moves on to a folder below this one. False when that fails.
   bool Enter(const std::string& below) {
     const int descriptor = ::openat(descriptor_, below.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return false;
@@ -31,7 +32,7 @@ class BaseFolder {
     return true;
   }
 
-  // False only when nothing is there, which no longer path that leads over it can then find.
+  // False only when nothing is there; then no longer path through it finds anything either.
   bool MayHold(const std::string& below) const {
     struct stat ignored = {};
     return ::fstatat(descriptor_, below.c_str(), &ignored, 0) == 0 || errno != ENOENT;

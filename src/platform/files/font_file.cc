@@ -102,7 +102,8 @@ std::optional<Fork> FontFile::DataFork() {
   return Fork(*Data(), 0, Data()->size());
 }
 
-// One call for all names: asking for each of the four would cost four on the files that have none.
+// Lists all names with one call: most files have no attributes, and asking for each of four names would take
+// four.
 const std::vector<std::string>& FontFile::Attributes() {
   if (!attributes_) attributes_ = access_.AttributeNames(path_);
   return *attributes_;
@@ -163,7 +164,7 @@ std::optional<ResourceForkLocation> FontFile::FindResourceFork() {
     if (!fork) return std::nullopt;  // it has a length, but cannot be opened
     return ResourceForkLocation{carrier, where, *std::move(fork)};
   };
-  // A fork that is a file of its own; nothing when it is not there or empty.
+  // A fork that is a file by itself; nothing when it is missing or empty.
   const auto found_in_file = [&](ForkCarrier carrier, const std::string& path, std::uint64_t size) {
     const auto file = OpenFork(path);
     return found(carrier, path, file ? file->Part(0, size) : std::nullopt, size);
@@ -221,7 +222,7 @@ FinderInfo FontFile::FindFinderInfo() {
 
 namespace {
 
-// Asks one question about a file of the machine.
+// Calls `ask` with a FontFile of the machine's file system, without a budget.
 template <typename Ask>
 auto AskOnce(const std::string& path, Ask ask) {
   FileAccess access;

@@ -3,8 +3,8 @@
 //   NAME/..namedfork/rsrc, NAME/rsrc; the extended attributes user.com.apple.ResourceFork and
 //   user.org.netatalk.ResourceFork; entry 2 of an AppleDouble sidecar (._NAME, the __MACOSX tree of each
 //   ancestor folder, nearest first, .AppleDouble/NAME); the raw fork resource.frk/NAME.
-// The file system is asked as little as can be, since a folder of 100,000 ordinary files has none of these.
-// Only regular files are opened. Paths are bytes as the file system takes them. Tests:
+// The file system is asked as rarely as possible, since most folders of fonts hold none of these. Only
+// regular files are opened. Paths are bytes as the file system takes them. Tests:
 // tests/platform/forks_test.cc; fuzz/apple_double_fuzzer.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_FONT_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_FONT_FILE_H_
@@ -56,12 +56,12 @@ class FontFile {
 
   const std::string& path() const { return path_; }
   Budget* budget() const { return access_.budget(); }  // null without a bound
-  // Each is looked for once; later calls repeat the answer.
+  // Each is looked up at the first call and cached.
   const FileStatus& Status();
   const std::optional<RegularFile>& Data();  // nothing when there is no regular file or it cannot be opened
   std::optional<Fork> DataFork();
   const std::optional<ResourceForkLocation>& ResourceFork();
-  const FinderInfo& Finder();  // from the first source that has any
+  const FinderInfo& Finder();  // from the first carrier that has any
   const ForkSums& Sums();
   // Length of the data fork plus that of the resource fork, in bytes; 0 when there is no such file.
   std::uint64_t TotalLength();
@@ -79,14 +79,14 @@ class FontFile {
   std::optional<FileStatus> status_;
   std::optional<std::optional<RegularFile>> data_;
   std::optional<std::vector<std::string>> attributes_;
-  std::optional<std::vector<std::string>> sidecars_;  // those that exist, in the order they are searched
+  std::optional<std::vector<std::string>> sidecars_;  // existing ones, in the order they are searched
   std::optional<std::optional<ResourceForkLocation>> resource_fork_;
   std::uint64_t resource_fork_length_ = 0;
   std::optional<FinderInfo> finder_;
   std::optional<ForkSums> sums_;
 };
 
-// One question about one file of the machine.
+// The same answers for a file of the machine's file system, each with one look-up of its own.
 bool IsRegularFile(const std::string& path);
 std::optional<Fork> OpenDataFork(const std::string& path);
 std::optional<ResourceForkLocation> FindResourceFork(const std::string& path);

@@ -1,5 +1,5 @@
-// Fork: the bytes of one fork of a Macintosh file, wherever a Linux file system keeps them. Which file keeps
-// which fork is font_file.h's. Tests: tests/platform/forks_test.cc; fuzz/apple_double_fuzzer.cc.
+// Fork: the bytes of one fork of a Macintosh file, wherever a Linux file system keeps them. font_file.h
+// decides which fork belongs to which file. Tests: tests/platform/forks_test.cc; fuzz/apple_double_fuzzer.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_FORKS_H_
 #define QUILLMARK_PLATFORM_FILES_FORKS_H_
 
@@ -15,7 +15,7 @@
 
 namespace quillmark {
 
-// Takes bytes in pieces; false when it takes no more.
+// Receives bytes in pieces; returns false to stop.
 using ByteSink = std::function<bool(Bytes)>;
 
 // One fork, open for reading: a range of a file, or bytes held in memory (an extended attribute).
@@ -30,7 +30,7 @@ class Fork {
   Bytes BlockAt(std::uint64_t offset) const;
   // The bytes [offset, offset + length) as a fork; nothing when they do not all lie inside this one.
   std::optional<Fork> Part(std::uint64_t offset, std::uint64_t length) const;
-  // Hands those bytes over in blocks; false when the sink gives up or they cannot be read.
+  // Hands the bytes of a range to the sink in blocks; false when the sink stops or they cannot be read.
   [[nodiscard]] bool Copy(std::uint64_t offset, std::uint64_t length, const ByteSink& sink) const;
 
  private:

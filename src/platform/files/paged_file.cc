@@ -7,7 +7,7 @@
 namespace quillmark {
 namespace {
 
-// Small, as the tables of a face that are parsed are a few kilobytes here and there.
+// Small, since the tables that are parsed are a few kilobytes each, scattered over the file.
 constexpr std::size_t kPageSize = 16 * 1024;
 
 }  // namespace
@@ -21,7 +21,8 @@ PagedFile::PagedFile(RegularFile file, std::size_t size)
 
 std::optional<Bytes> PagedFile::Range(std::size_t offset, std::size_t length) const {
   const auto range = Slice({memory_.get(), size_}, offset, length);
-  // Thousands of faces may each ask for most of a file.
+  // Once all pages are loaded no page is looked at again, as thousands of faces may each ask for most of a
+  // file.
   if (!range || length == 0 || missing_ == 0) return range;
   for (std::size_t page = offset / kPageSize; page <= (offset + length - 1) / kPageSize; ++page) {
     if (!loaded_[page]) Load(page);

@@ -1,6 +1,5 @@
-// A file's bytes at addresses that stay, of which only the pages that were asked for are in memory: what is
-// not touched of the block that holds them costs address space alone. For one thread at a time. Tests:
-// tests/analysis/sfnt_data_test.cc.
+// PagedFile: a file's bytes at fixed addresses. Pages are read when they are first asked for; the others cost
+// address space, no memory. For one thread at a time. Tests: tests/analysis/sfnt_data_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_
 

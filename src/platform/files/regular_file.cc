@@ -41,7 +41,7 @@ class RegularFile::Contents {
     std::ranges::fill(wanted.subspan(read_size_), std::uint8_t{0});
   }
 
-  // The budget grows by every byte that is read, but not further than the file's size.
+  // Every byte that is read adds to the budget, up to the size of the file.
   std::size_t ReadFile(std::uint64_t offset, std::span<std::uint8_t> out) {
     Charge(budget_, Budget::kFileRead);
     const std::size_t length = file_->ReadAt(offset, out).length;
@@ -55,7 +55,7 @@ class RegularFile::Contents {
 
   const std::unique_ptr<OpenedFile> file_;
   Budget* const budget_;
-  std::uint64_t paid_for_ = 0;  // bytes that the budget grew by
+  std::uint64_t paid_for_ = 0;  // bytes that were added to the budget
   const std::shared_ptr<FileAccess::Block> block_;
   std::uint64_t start_ = 0;     // of the block, in the file
   std::size_t block_size_ = 0;  // bytes that the block stands for; 0 until something is read

@@ -21,14 +21,15 @@ class RegularFile {
   // Nothing when the path names no regular file or it cannot be opened for reading. `access` outlives the
   // file's last copy.
   static std::optional<RegularFile> Open(FileAccess& access, const std::string& path);
-  // Of the machine's file system.
+  // The same in the machine's file system, without a budget.
   static std::optional<RegularFile> Open(const std::string& path);
 
   std::uint64_t size() const;  // bytes, as it was when opened
-  // Reads at most out.size() bytes from `offset`; returns how many came (fewer at the end or on an error).
+  // Reads at most out.size() bytes from `offset`; returns how many were read (fewer at the end or on an
+  // error).
   std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) const;
-  // Some bytes from `offset` on, at least one before size() and at most a block. They live until a copy is
-  // next asked to read. What cannot be read is zero.
+  // Some bytes from `offset` on, at least one before size() and at most a block. They are valid until this
+  // object or a copy of it reads again. What cannot be read is zero.
   Bytes BlockAt(std::uint64_t offset) const;
 
  private:

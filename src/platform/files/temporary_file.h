@@ -1,4 +1,4 @@
-// A file with a name of its own in a folder, removed again unless it was given another name. Tests:
+// TemporaryFile: a new file with a unique name in a folder, removed at the end unless it was renamed. Tests:
 // tests/platform/resource_map_test.cc; tests/cli/split_test.py.
 #ifndef QUILLMARK_PLATFORM_FILES_TEMPORARY_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_TEMPORARY_FILE_H_
@@ -10,7 +10,8 @@
 
 namespace quillmark {
 
-// Its owner's alone until that is changed. A call that fails leaves its reason in errno.
+// Only the owner may read or write the file until its permissions are changed. A call that fails leaves its
+// reason in errno.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& folder);
@@ -26,7 +27,7 @@ class TemporaryFile {
   bool Write(Bytes bytes) const;
   // Whether everything has reached the disk.
   bool Sync() const;
-  // The name is gone: the file was renamed.
+  // The file was renamed, so that nothing is left to remove.
   void WasRenamed() { is_there_ = false; }
 
  private:

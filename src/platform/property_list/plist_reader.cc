@@ -65,7 +65,7 @@ class Reader {
     Tag tag;
     bool is_empty;  // as <array/>
   };
-  // An array, dictionary or plist element, and what of it has been read.
+  // An open array, dictionary or plist element with its values so far.
   struct Container {
     explicit Container(Tag element);
 
@@ -111,7 +111,7 @@ std::string Reader::error() const {
   return std::string(reason_) + " on line " + std::to_string(line);
 }
 
-// What stands before `end`, which is not taken itself.
+// The text before `end`; `end` itself is not taken.
 std::optional<std::string_view> Reader::TakeTo(std::string_view end) {
   const std::size_t length = rest_.find(end);
   if (length == std::string_view::npos) {
@@ -316,7 +316,7 @@ CFRef<CFTypeRef> Reader::Read() {
       }
       value = ReadLeaf(*start);
     }
-    // What stands behind the first complete element is not looked at.
+    // Text behind the first complete element is ignored.
     if (!value || open_.empty()) return value;
     if (!Place(tag, std::move(value))) return {};
   }

@@ -33,8 +33,8 @@ constexpr std::size_t kMostDataTabs = 8;
 
 class Writer {
  public:
-  // Nothing when the list holds what has no text: a lone surrogate, a date outside the four-digit years, an
-  // object that is no property list, more levels than the reader takes.
+  // Nothing when the list holds what cannot be written: a lone surrogate, a date outside the four-digit
+  // years, an object that is no property list, more levels than the reader takes.
   std::optional<std::string> Write(const Object* list) {
     text_ = kTextHead;
     if (!WriteValue(list, 0)) return std::nullopt;

@@ -12,7 +12,7 @@ namespace quillmark::cf {
 // too. It keeps the depth of a tree, and so the stack that writing or releasing one takes, within bounds.
 inline constexpr std::size_t kMostLevels = 512;
 
-// What stands around the one element of every text.
+// The text around the one element of every list.
 inline constexpr std::string_view kTextHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "

@@ -19,7 +19,7 @@ struct FreeMemory {
   void operator()(char* memory) const { std::free(memory); }
 };
 using MemoryBlock = std::unique_ptr<char, FreeMemory>;
-// Zero-filled, never null for size 0; null when it cannot be had.
+// Zero-filled; not null for size 0; null when there is too little memory.
 inline MemoryBlock AllocateMemory(std::size_t size) {
   return MemoryBlock(static_cast<char*>(std::calloc(size == 0 ? 1 : size, 1)));
 }

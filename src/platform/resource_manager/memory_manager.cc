@@ -1,4 +1,4 @@
-// The Memory Manager's handles: relocation is gone, so a handle's data stay where they are.
+// The Memory Manager's handles. Their data are never moved.
 
 #include <new>
 #include <utility>
@@ -43,7 +43,7 @@ Handle NewHandle(Size size) {
 void DisposeHandle(Handle handle) {
   if (handle == nullptr) return;
   HandleBlock* block = BlockOf(handle);
-  // A map must not hand out what is gone.
+  // The resource file must not hand out the freed handle again.
   if (block->file != nullptr) block->file->Forget(*block);
   quillmark::FreeBlock(block);
 }

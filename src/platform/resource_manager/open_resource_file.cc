@@ -27,7 +27,7 @@ Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error
     *error = block->data != nullptr || map_.Data(key) ? noErr : mapReadErr;
   }
   if (*error == noErr) return HandleOf(block);
-  if (is_new) {  // a handle that a caller has stays theirs
+  if (is_new) {  // a handle that a caller holds already is kept
     Forget(*block);
     FreeBlock(block);
   }

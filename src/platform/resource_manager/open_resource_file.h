@@ -28,7 +28,7 @@ class OpenResourceFile {
   Handle HandleFor(ResourceMap::Key key, bool load, OSErr* error);
   // Loads the data of one of this file's handles, if they are not there.
   OSErr Load(HandleBlock& block);
-  // Makes a handle of this file an ordinary one: the next HandleFor makes a fresh one.
+  // Detaches a handle from this file: the next HandleFor of its resource makes a new one.
   void Forget(HandleBlock& block);
   // Writes the map if it was changed and the file is open for writing.
   [[nodiscard]] OSErr Save() const;

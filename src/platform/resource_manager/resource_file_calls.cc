@@ -16,7 +16,7 @@ namespace {
 
 constexpr ResFileRefNum kNoFile = -1;
 
-// Numbers of closed files come back only after all others, so that a stale one names nothing.
+// Numbers of closed files are reused only after all others, so that a stale number refers to no file.
 ResFileRefNum NextNumber(ResourceFiles& files) {
   do {
     const bool at_end = files.last_number == std::numeric_limits<ResFileRefNum>::max();

@@ -1,4 +1,5 @@
-// What the Resource Manager keeps for each thread: open files, the current one, the load switch, the error.
+// ResourceFiles: the Resource Manager's state of one thread: open files, the current one, the load switch,
+// the error.
 // Tests: tests/platform/resource_manager_test.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_

@@ -9,7 +9,7 @@
 namespace quillmark {
 namespace {
 
-// Counts are signed 16-bit numbers: one above 7FFF comes out negative, and callers walk nothing.
+// Counts are signed 16-bit numbers: one above 7FFF becomes negative, so that loops over it do nothing.
 std::int16_t AsCount(std::size_t count) {
   return static_cast<std::int16_t>(static_cast<std::uint16_t>(count));
 }

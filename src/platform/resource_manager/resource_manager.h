@@ -1,9 +1,9 @@
 // The part of the Resource Manager, Memory Manager and File Manager interfaces that the library uses, under
 // their own names and with their documented behaviour, over ResourceMap (resource_map.h) and the forks
 // of a file (font_file.h). The current resource file, the load switch, the error and the set of open files
-// are per thread; a reference number means something only on the thread that opened it. "1" calls look at the
-// current file alone. Handles that Get calls return belong to their map until DetachResource; the map frees
-// them when it closes. Tests: tests/platform/resource_manager_test.cc.
+// are per thread; a reference number means something only on the thread that opened it. Functions with 1 in
+// their names look at the current file alone. Handles that Get calls return belong to their map until
+// DetachResource; the map frees them when it closes. Tests: tests/platform/resource_manager_test.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_MANAGER_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_MANAGER_H_
 

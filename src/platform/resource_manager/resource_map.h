@@ -81,8 +81,8 @@ class ResourceMap {
 
   std::uint16_t MapAttributes() const;
 
-  // Takes a resource out of the map; a type that loses its last one goes with it. False, changing nothing,
-  // for a protected resource and for one that was removed.
+  // Removes a resource from the map, and its type with the last resource. False, changing nothing, for a
+  // protected resource and for one that was removed.
   [[nodiscard]] bool Remove(Key key);
   bool changed() const { return changed_; }
 
@@ -95,7 +95,7 @@ class ResourceMap {
     std::uint32_t type = 0;
     std::uint32_t list = 0;   // offset of the reference list in the map
     std::uint32_t count = 0;  // of references as opened
-    // Positions that are left, ascending, once any was removed.
+    // Remaining positions, ascending; set once one was removed.
     std::optional<std::vector<std::uint16_t>> left;
 
     std::size_t CountLeft() const { return left ? left->size() : count; }

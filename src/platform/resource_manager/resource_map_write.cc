@@ -45,7 +45,7 @@ class Output {
   std::vector<std::uint8_t> bytes_;
 };
 
-// A stretch of the old data area that is kept, and where it comes to lie in the new one.
+// A range of the old data area that is kept, and its place in the new one.
 struct Kept {
   std::uint64_t start;
   std::uint64_t end;
@@ -109,8 +109,8 @@ class ResourceMapLayout {
   Output map_;
 };
 
-// Lists that types shared are written once a type. What they would come to is bounded only by the offsets
-// they would need, so these are checked before anything is collected.
+// A list that several types share is written once for each type. Only the 16-bit offsets bound the size of
+// all lists, so they are checked before anything is collected.
 bool ResourceMapLayout::LayLists() {
   for (const std::uint16_t entry : old_.listed_) {
     const std::size_t count = old_.entries_[entry].CountLeft();
@@ -188,7 +188,7 @@ bool ResourceMapLayout::LayHeaders() {
   map_.Append(references_.bytes());
   map_.Append(names_.bytes());
 
-  // What the system and the application keep between header and data.
+  // Copies the bytes of the system and the application between header and data.
   const std::size_t between_end = std::min({kDataStart, old_.data_start_, old_.map_start_});
   if (between_end > kForkHeaderSize) {
     std::vector<std::uint8_t> between(between_end - kForkHeaderSize);

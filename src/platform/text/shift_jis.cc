@@ -45,7 +45,7 @@ const DoubleByteTable& DoubleBytes() {
   return *table;
 }
 
-// What single bytes stand for, 0 for none; halves of two-byte codes are none.
+// The characters of single bytes; 0 for a byte that is none, such as half of a two-byte code.
 using SingleByteTable = std::array<char16_t, 0x100>;
 
 constexpr SingleByteTable kShiftJisSingles = [] {

@@ -13,7 +13,7 @@ constexpr char16_t kByteOrderMark = 0xFEFF;
 
 struct Decoded {
   char32_t code = 0;
-  std::size_t length = 0;  // 0: no valid sequence stands here
+  std::size_t length = 0;  // 0: no valid sequence
 };
 
 // The sequence at `at`, which lies inside `text`.
@@ -24,7 +24,7 @@ Decoded DecodeUtf8At(std::string_view text, std::size_t at) {
   if (lead < 0xC2 || lead > 0xF4) return {};
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   if (length > text.size() - at) return {};
-  // Overlong forms, surrogates and values above 10FFFF all show in the second byte.
+  // Overlong forms, surrogates and values above 10FFFF can all be told by the second byte.
   const unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   if (byte(1) < lowest || byte(1) > highest) return {};

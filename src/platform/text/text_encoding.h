@@ -25,7 +25,7 @@ std::string_view ValidUtf8Prefix(std::string_view text);
 
 // UTF-8 to UTF-16; nothing when the text is not valid. One leading byte order mark is dropped.
 std::optional<std::u16string> Utf8ToUtf16(std::string_view text);
-// UTF-16 to UTF-8; nothing when a lone surrogate stands in it. A byte order mark is kept as U+FEFF.
+// UTF-16 to UTF-8; nothing when it holds a lone surrogate. A byte order mark is kept as U+FEFF.
 std::optional<std::string> Utf16ToUtf8(std::u16string_view units);
 
 // Single- and multi-byte Macintosh and Windows text. MacRoman never fails; the Japanese ones refuse the whole

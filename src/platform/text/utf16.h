@@ -17,7 +17,7 @@ constexpr char32_t FirstCharacter(std::u16string_view units) {
   return is_pair ? 0x10000 + (units[0] - 0xD800u) * 0x400 + (units[1] - 0xDC00u) : units[0];
 }
 
-// In how many units a character lies.
+// How many units a character takes.
 constexpr std::size_t UnitCount(char32_t code) { return code > 0xFFFF ? 2 : 1; }
 
 inline void AppendCharacter(std::u16string& units, char32_t code) {

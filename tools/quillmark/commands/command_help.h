@@ -1,5 +1,5 @@
-// What people look for in the help of a command beyond its options: its exit statuses and two examples; and
-// the command that prints help. Tests: tests/cli/usage_test.py.
+// The help of commands beyond their options: exit statuses and two examples; and the command that prints
+// help. Tests: tests/cli/usage_test.py.
 #ifndef QUILLMARK_TOOL_COMMANDS_COMMAND_HELP_H_
 #define QUILLMARK_TOOL_COMMANDS_COMMAND_HELP_H_
 

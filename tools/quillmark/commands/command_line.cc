@@ -18,11 +18,12 @@ namespace {
 
 bool IsFlag(const CLI::Option& option) { return option.get_items_expected_max() == 0; }
 
-// Looks at the words of a command line one after another and puts them into an order that the parser takes
-// whatever they are: options with their values, "--", and all else behind it.
-class Words {
+// Checks the words of a command line one after another, and brings them into an order that the parser always
+// accepts: options with their values, "--", and all else behind it.
+class CommandWords {
  public:
-  Words(CLI::App& app, const std::vector<std::string>& words) : app_(app), command_(&app), words_(words) {}
+  CommandWords(CLI::App& app, const std::vector<std::string>& words)
+      : app_(app), command_(&app), words_(words) {}
 
   // Nothing is looked at behind a request for help or for the version.
   std::vector<std::string> InOrder() {
@@ -151,7 +152,7 @@ void ThrowNoCommand(const CLI::App& app, const std::string& word) {
 }
 
 bool RunCommandLine(CLI::App& app, const std::vector<std::string>& words) {
-  Words looked_at(app, words);
+  CommandWords looked_at(app, words);
   try {
     std::vector<std::string> ordered = looked_at.InOrder();
     std::reverse(ordered.begin(), ordered.end());  // the parser takes them from the end

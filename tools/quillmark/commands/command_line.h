@@ -1,5 +1,5 @@
-// Runs a command line: its words are looked at in their order, so that the first wrong one is told, before
-// the parser takes them. Tests: tests/cli/usage_test.py.
+// Runs a command line. Its words are checked in their order before the parser gets them, so that the first
+// wrong one is reported. Tests: tests/cli/usage_test.py.
 #ifndef QUILLMARK_TOOL_COMMANDS_COMMAND_LINE_H_
 #define QUILLMARK_TOOL_COMMANDS_COMMAND_LINE_H_
 
@@ -12,11 +12,11 @@ class App;
 
 namespace quillmark::tool {
 
-// Runs the command that `words`, without the program's name, ask for. False for wrong usage, told in a line
-// on standard error. Options may stand anywhere before a "--", and what follows that is no option.
+// Runs the command that `words`, without the program's name, ask for. False for wrong usage, reported in a
+// line on standard error. Options may stand anywhere before a "--", and what follows that is no option.
 bool RunCommandLine(CLI::App& app, const std::vector<std::string>& words);
 
-// Of no command, as an error to be thrown.
+// Throws the error for a word that is no command.
 [[noreturn]] void ThrowNoCommand(const CLI::App& app, const std::string& word);
 
 }  // namespace quillmark::tool

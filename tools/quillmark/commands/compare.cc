@@ -53,8 +53,8 @@ bool Load(Side& side) {
   return true;
 }
 
-// Stored forms hold canonical foundries, bare version numbers and cut texts: a font file is brought to the
-// form of the text that it is compared with.
+// Stored forms hold canonical foundries, bare version numbers and cut texts: a font file is converted to the
+// stored form that it is compared with.
 bool BringToForm(Side& side, StoredForm form) {
   auto stored = ParseStored(form == StoredForm::kXml ? XmlText(*side.array) : PropertyListText(*side.array));
   if (!stored) {
@@ -67,11 +67,11 @@ bool BringToForm(Side& side, StoredForm form) {
 
 struct ComparedPair {
   FacePair faces;
-  std::string name;  // the PostScript name, or what A has for one
+  std::string name;  // the PostScript name, or what stands in for it in A
   std::vector<ComparedAttribute> attributes;
 };
 
-// By Verdict.
+// Indexed by Verdict.
 constexpr struct {
   const char* in_json;
   const char* in_table;

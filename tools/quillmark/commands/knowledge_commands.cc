@@ -1,4 +1,4 @@
-// quillmark styles and quillmark classify: what the knowledge tables say of a name.
+// quillmark styles and quillmark classify: print what the knowledge tables answer for a name.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -15,15 +15,15 @@
 namespace quillmark::tool {
 namespace {
 
-struct Question {
+struct Query {
   std::string first, second;  // names
   std::string format;         // text or json
 };
 
-int Styles(const Question& question) {
+int Styles(const Query& query) {
   LoadTables();
-  const std::vector<std::string> styles = StylesOf(question.first, question.second);
-  if (question.format == "json") {
+  const std::vector<std::string> styles = StylesOf(query.first, query.second);
+  if (query.format == "json") {
     WriteJsonDocument(std::cout, {{"styles", styles}});
   } else {
     for (const std::string& style : styles) std::cout << style << '\n';
@@ -31,11 +31,10 @@ int Styles(const Question& question) {
   return styles.empty() ? 1 : 0;
 }
 
-int Classify(const Question& question) {
+int Classify(const Query& query) {
   LoadTables();
-  const std::string name =
-      ClassOf(question.first, question.second.empty() ? nullptr : question.second.c_str());
-  if (question.format == "json") {
+  const std::string name = ClassOf(query.first, query.second.empty() ? nullptr : query.second.c_str());
+  if (query.format == "json") {
     WriteJsonDocument(std::cout, {{"class", name}});
   } else {
     std::cout << name << '\n';
@@ -47,20 +46,20 @@ int Classify(const Question& question) {
 
 void AddStyles(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("styles", "Tell the styles that a font's names tell");
-  const auto question = std::make_shared<Question>();
-  command->add_option("name", question->first, "PostScript name")->required();
-  command->add_option("second", question->second, "Another name of the font");
-  AddResultForm(*command, question->format, "text");
-  command->callback([&status, question] { status = Styles(*question); });
+  const auto query = std::make_shared<Query>();
+  command->add_option("name", query->first, "PostScript name")->required();
+  command->add_option("second", query->second, "Another name of the font");
+  AddResultForm(*command, query->format, "text");
+  command->callback([&status, query] { status = Styles(*query); });
 }
 
 void AddClassify(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("classify", "Tell the class of a font family");
-  const auto question = std::make_shared<Question>();
-  command->add_option("family", question->first, "Family name")->required();
-  command->add_option("alternate", question->second, "Name to try when the first has no class");
-  AddResultForm(*command, question->format, "text");
-  command->callback([&status, question] { status = Classify(*question); });
+  const auto query = std::make_shared<Query>();
+  command->add_option("family", query->first, "Family name")->required();
+  command->add_option("alternate", query->second, "Name to try when the first has no class");
+  AddResultForm(*command, query->format, "text");
+  command->callback([&status, query] { status = Classify(*query); });
 }
 
 }  // namespace quillmark::tool

@@ -23,7 +23,7 @@ namespace {
 constexpr const char* kNoFaces =
     "neither stored XML, a property list of fonts, nor JSON as identify writes it";
 
-// Reads a file, or standard input. Returns why that cannot be; empty when it can.
+// Reads a file, or standard input. Returns why that failed; empty on success.
 std::string ReadWhole(const std::string& file, std::string& text) {
   if (file == kStandardInputPath) return ReadStandardInput(text);
   if (const auto reason = WhyNotReadable(file)) return *reason;

@@ -1,5 +1,5 @@
-// quillmark same: what a library of fonts holds twice, which names are in conflict, and which formats and
-// versions of a font there are.
+// quillmark same: finds copies in a library of fonts, names in conflict, and the formats and versions of a
+// font.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
@@ -61,7 +61,7 @@ int Same(const SameOptions& options) {
   const FilesOutcome outcome = IdentifyFiles(options.files, false, [&](const IdentifiedFile& file) {
     library.Add(file.source.path, file.faces, *file.array);
   });
-  // Lists of a part would call a copy or a conflict missing that is there.
+  // Lists over a part of the files would miss copies and conflicts.
   if (!outcome.stopped.empty()) {
     std::cerr << outcome.stopped + "; no lists were written\n";
     return InterruptedStatus();

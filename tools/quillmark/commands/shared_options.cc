@@ -24,7 +24,7 @@ unsigned AvailableCores() {
 
 bool IsStandardInput(const std::string& path) { return path == kStandardInputPath; }
 
-// It can be read but once, and a name is only for it.
+// Standard input can be read only once, and --name belongs to it alone.
 void CheckStandardInput(const PathSources& sources) {
   const auto fonts = std::count_if(sources.paths.begin(), sources.paths.end(), IsStandardInput);
   if (fonts + (IsStandardInput(sources.list) ? 1 : 0) > 1) {

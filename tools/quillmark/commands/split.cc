@@ -44,11 +44,11 @@ struct Options {
   std::uint64_t max_bytes = kGiB;
 };
 
-// A number and bytes of the source, which must outlive it.
+// Identifies where a font lies: a number, and bytes of the source, which must outlive it.
 using Place = std::pair<std::uint64_t, std::string_view>;
 constexpr std::uint64_t kNowhere = std::numeric_limits<std::uint64_t>::max();
 
-// Where the fonts of one file come from.
+// The fonts that one file holds: the faces of a collection, or the outlines of a resource file.
 class FontSource {
  public:
   virtual ~FontSource() = default;
@@ -56,9 +56,9 @@ class FontSource {
   virtual std::string Kind() const = 0;
   // Face or resource numbers, ascending.
   virtual std::vector<int> Numbers() = 0;
-  // Fonts of one place have the same bytes, or cannot be had for the same reason.
+  // Fonts of one place have the same bytes, or cannot be extracted for the same reason.
   virtual Place PlaceOfFont(int number) = 0;
-  // The whole font; none when it cannot be had, and why.
+  // The whole font; empty, with the reason, when it cannot be extracted.
   virtual std::vector<char> Font(int number, std::string& reason) = 0;
 };
 
@@ -82,7 +82,7 @@ class CollectionSource : public FontSource {
     return numbers;
   }
 
-  // The same list of tables makes the same font, wherever it stands.
+  // The same list of tables makes the same font, wherever the list lies.
   Place PlaceOfFont(int number) override {
     const auto face = static_cast<std::uint32_t>(number);
     if (const auto found = collection_.FindFace(face)) return {kNowhere, AsText(found->directory)};
@@ -140,15 +140,15 @@ class ResourceSource : public FontSource {
 
  private:
   QuillmarkResourceFile& file_;
-  std::optional<ResourceMap> map_;  // tells places without reading what lies there
+  std::optional<ResourceMap> map_;  // gives places without reading the data
 };
 
 Bytes BytesOf(const std::vector<char>& font) { return AsBytes(std::string_view(font.data(), font.size())); }
 
-// Fonts of the same bytes, or that cannot be had for the same reason.
+// One output file: fonts of the same bytes, or fonts that cannot be extracted for the same reason.
 struct Target {
   std::vector<int> numbers;
-  std::string reason;  // why they cannot be had; empty when they can
+  std::string reason;  // why they cannot be extracted; empty when they can
   std::string path;    // of the file to be written
 };
 
@@ -197,9 +197,9 @@ class Splitter {
     complete_ = false;
   }
 
-  // Every font is looked at before the first is written, so that a target that exists stops all. Tells why
-  // there are too many bytes to write, or to read in vain: thousands of fonts in a small hostile file can
-  // overlap and have the same bytes.
+  // Every font is looked at before the first is written, so that an existing target file stops the command.
+  // Returns an error when there are too many bytes to write, or to read: thousands of fonts in a small
+  // hostile file can overlap and have the same bytes.
   std::string ChooseTargets() {
     const std::uint64_t most_in_vain = std::max(TotalForkLength(options_.file), options_.max_bytes);
     std::map<Place, std::size_t> targets;  // indexes of targets_
@@ -319,7 +319,8 @@ int Split(const Options& options) {
   return BeginsAsCollection(options.file) ? SplitCollection(options) : SplitResources(options);
 }
 
-// A number with or without K, M, G and so on becomes one of bytes. The parser's own would wrap negative ones.
+// Converts a number with or without K, M, G and so on to bytes. The parser's own conversion would wrap
+// negative ones.
 std::string Size(std::string& text) {
   return text.starts_with('-') ? "a size is not negative" : CLI::AsSizeValue(false)(text);
 }

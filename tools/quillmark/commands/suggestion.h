@@ -1,4 +1,4 @@
-// What a mistyped word was probably meant to be.
+// Suggests the name that a mistyped word was probably meant to be.
 #ifndef QUILLMARK_TOOL_COMMANDS_SUGGESTION_H_
 #define QUILLMARK_TOOL_COMMANDS_SUGGESTION_H_
 

@@ -16,7 +16,7 @@
 namespace quillmark::tool {
 namespace {
 
-// Standard output goes nowhere while one of these lives.
+// Discards standard output while an object of this class lives.
 class SilencedOutput {
  public:
   SilencedOutput() : saved_(::dup(STDOUT_FILENO)) {
@@ -38,8 +38,8 @@ class SilencedOutput {
   int saved_;
 };
 
-// Asks something of each table, which makes the library load it: here, and not in the middle of a result.
-// Tells which have nothing to say.
+// Queries each table, so that the library loads it here and not in the middle of a result. Returns the names
+// of the empty ones.
 std::vector<std::string> LoadAndListMissing() {
   std::vector<std::string> missing;
   if (CFoundryNameTable::GetSharedFoundryNameTable()->empty()) missing.emplace_back("FoundryNameTable.plist");

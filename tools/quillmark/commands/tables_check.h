@@ -10,8 +10,8 @@ namespace quillmark::tool {
 // Loads them and gives the names of those that are missing or cannot be read.
 std::vector<std::string> MissingTables();
 
-// The same, told on standard error. Loading may print to standard output, which belongs to the tool's
-// results: it is kept out of it.
+// The same, reported on standard error. Messages that loading prints to standard output are dropped, since
+// the tool's results go there.
 void LoadTables();
 
 }  // namespace quillmark::tool

@@ -42,14 +42,14 @@ int Why(const WhyOptions& options) {
   bool complete = true;
   const std::string stopped = VisitFiles(options.files, [&](const IdentifiedFile& file, Progress& progress) {
     const Explanation& found = file.explanation;
-    // Of the files in folders only those are told that lose something.
+    // Of files found in folders only those that lost faces are reported.
     if (found.reason.empty() && !file.source.named) return;
     const bool is_unreadable = found.outcome == Outcome::kUnreadable;
     if (is_unreadable) complete = false;
     progress.Clear();
     if (array) array->Add(JsonExplanation(file));
     if (!array || is_unreadable) {
-      // At once, as the two streams come in the order of the paths.
+      // Flushed at once, so that the lines of both streams appear in the order of the paths.
       (is_unreadable ? std::cerr : std::cout)
           << Printable(file.source.path) + ": " + Told(file.faces.size(), found) << std::endl;
     }

@@ -1,4 +1,4 @@
-// The two forms that hosts store, over the faces of many files: one document for all.
+// Writes the two forms that hosts store, with the faces of many files in one document.
 #ifndef QUILLMARK_TOOL_FACES_ARRAY_FORMS_H_
 #define QUILLMARK_TOOL_FACES_ARRAY_FORMS_H_
 

@@ -1,5 +1,5 @@
-// One face as the tool shows it: what the exported functions answer for it, and the two numbers they do not
-// carry.
+// Face: one face as the tool shows it: the values of the exported functions, and two numbers that they do not
+// give (style and FOND ID).
 #ifndef QUILLMARK_TOOL_FACES_FACE_H_
 #define QUILLMARK_TOOL_FACES_FACE_H_
 
@@ -35,7 +35,7 @@ struct Face {
 // Every face of an array, asked for through the exported functions.
 std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path);
 
-// The styles that the names of a face tell.
+// The styles found in the names of a face.
 std::vector<std::string> StylesOf(const std::string& primary_name, const std::string& secondary_name);
 // The class of a family, or "--".
 std::string ClassOf(const std::string& family, const char* alternate);

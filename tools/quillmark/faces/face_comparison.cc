@@ -42,7 +42,8 @@ constexpr NumberAttribute kNumbers[] = {
 
 constexpr std::uint32_t kStoredLimit = 0x7FFFFFFF;
 
-// Specifiers compare eight of the attributes. A value is put where they look, so that all go by their rules.
+// Specifiers compare only eight attributes. A specifier that holds the value in one of those lets every
+// attribute be compared by the same rules.
 QM_FontSpecifier Holding(const OmString& text) {
   QM_FontSpecifier specifier;
   specifier.family = text;
@@ -57,7 +58,7 @@ QM_FontSpecifier Holding(std::uint32_t number) {
   return specifier;
 }
 
-// Of two values that are there.
+// The verdict on two values that both sides hold.
 template <typename Value>
 Verdict Judge(const Value& a, const Value& b) {
   const QM_FontSpecifier holds_a = Holding(a);

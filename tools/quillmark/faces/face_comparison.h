@@ -1,4 +1,5 @@
-// Two arrays face by face: which faces share a name, and what of a pair agrees and what conflicts.
+// Compares two arrays face by face: which faces share a name, and which attributes of a pair agree or
+// conflict.
 #ifndef QUILLMARK_TOOL_FACES_FACE_COMPARISON_H_
 #define QUILLMARK_TOOL_FACES_FACE_COMPARISON_H_
 
@@ -24,7 +25,7 @@ enum class Verdict {
   kDiffers,
   kOnlyA,  // only one side holds a value: neither same nor different
   kOnlyB,
-  kUnknown,  // numbers as stored, which are capped
+  kUnknown,  // a stored number at its limit may stand for any larger one
 };
 
 struct ComparedAttribute {
@@ -38,7 +39,7 @@ struct ComparedAttribute {
 std::vector<ComparedAttribute> CompareFaces(const QM_FontArray& a, const QM_FontArray& b, FacePair pair,
                                             bool stored);
 
-// True of the verdicts by which two faces conflict.
+// Whether a verdict means that two faces conflict.
 bool IsConflict(Verdict verdict);
 
 }  // namespace quillmark::tool

@@ -47,8 +47,8 @@ constexpr std::uint32_t kLargest = 0x7FFFFFFF;
 }  // namespace
 
 std::optional<StoredFaces> ParseStored(const std::string& text) {
-  // The property list first: its reader refuses the XML form, while the XML form's is a search that would
-  // find its tags inside the strings of a list.
+  // The property list first: its reader refuses the XML form, while the reader of the XML form searches for
+  // tags and would find them inside the strings of a list.
   QM_FontArray* made = nullptr;
   if (QM_CreateSpecifierFromPropertyList(text.c_str(), &made) == 0) {
     return StoredFaces{FontArray(made), StoredForm::kPropertyList, CountElements(text)};

@@ -1,4 +1,4 @@
-// Arrays of faces out of texts that hosts store.
+// Reads arrays of faces from the texts that hosts store (XML and property list).
 #ifndef QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 #define QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 
@@ -28,8 +28,8 @@ std::optional<StoredFaces> ParseStored(const std::string& text);
 // The same of a file's text.
 std::optional<StoredFaces> ReadStored(const std::string& path);
 
-// What of a text is not in its faces, in sentences: faces left out, checksums that are not told from others.
-// Empty when all is.
+// Says in sentences which parts of a text are not in its faces: faces left out, checksums at their limit.
+// Empty when there are none.
 std::string NotRead(const StoredFaces& stored);
 
 }  // namespace quillmark::tool

@@ -1,4 +1,4 @@
-// Which of two version numbers is the newer.
+// Compares version numbers.
 #ifndef QUILLMARK_TOOL_FACES_VERSION_ORDER_H_
 #define QUILLMARK_TOOL_FACES_VERSION_ORDER_H_
 

@@ -28,20 +28,20 @@ IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
   return {std::move(source), nullptr, {}, std::move(explanation)};
 }
 
-// Makes files into faces, on any number of threads.
+// Identifies files, on any number of threads.
 class Identifier {
  public:
   IdentifiedFile Identify(const FontPath& source) {
     if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
     try {
-      const std::shared_lock among_others(memory_);
+      const std::shared_lock among_others(tries_);
       IdentifiedFile file = Try(source);
       if (file.array || file.explanation.outcome != Outcome::kUnreadable) return file;
     } catch (const std::bad_alloc&) {
     }
-    // What others hold at the moment may be what was missing.
+    // Other threads may have held the memory or files that were missing: tries again while none works.
     try {
-      const std::lock_guard alone(memory_);
+      const std::lock_guard alone(tries_);
       return Try(source);
     } catch (const std::bad_alloc&) {
       return WithoutFaces(source, {Outcome::kUnreadable, kTooLittleMemory, {}});
@@ -67,7 +67,7 @@ class Identifier {
   }
 
   PrinterFontFamilies families_;
-  std::shared_mutex memory_;  // held alone by a file that met too little of it
+  std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
 // Results that are ready but not yet due, with room for a bounded number of them.
@@ -91,7 +91,7 @@ class Queue {
     }
   }
 
-  // The result that is due, or nothing after the last.
+  // The next result in the order of the paths; nothing after the last.
   std::optional<IdentifiedFile> Next() {
     std::unique_lock lock(mutex_);
     ready_changed_.wait(lock, [&] { return failed_ || Slot(due_) || (ended_ && due_ == places_); });
@@ -110,7 +110,7 @@ class Queue {
   }
 
  private:
-  // Waits for a place among the results. False when no more paths come.
+  // Waits for room among the results. False when there are no more paths.
   bool TakeRoom() {
     std::unique_lock lock(mutex_);
     room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ready_.size(); });
@@ -127,8 +127,8 @@ class Queue {
     room_.notify_all();
   }
 
-  // A path and its place in the order. Finding one may take long, as a list may come through a pipe: results
-  // are handed over meanwhile.
+  // The next path and its place in the order. Waiting for one may take long, as a list may come through a
+  // pipe: results are handed over meanwhile.
   std::optional<std::pair<std::size_t, FontPath>> NextPath() {
     const std::lock_guard lock(paths_mutex_);
     std::optional<FontPath> path = paths_.Next();
@@ -157,7 +157,7 @@ class Queue {
   std::exception_ptr failed_;
 };
 
-// Joins the workers however the consumer leaves.
+// Joins the workers also when the consumer throws.
 class Workers {
  public:
   // As many as the system lets start: limits on threads and on memory keep some or all of them from it.

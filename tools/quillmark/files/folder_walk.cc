@@ -15,8 +15,8 @@ bool HoldsOtherFilesForks(const std::string& name) {
   return name == "__MACOSX" || name == ".AppleDouble" || name == "resource.frk";
 }
 
-// Whether it is a regular file, or nothing is known of it: a file that vanished, a link that leads nowhere or
-// that may not be followed comes too, so that whoever opens it tells what is wrong.
+// Whether it is a regular file, or its type is unknown: a file that vanished, a link that leads nowhere or
+// may not be followed is listed too, so that the fault is reported when it is opened.
 bool MayBeFile(const fs::directory_entry& entry) {
   std::error_code error;
   if (entry.is_regular_file(error)) return true;
@@ -33,7 +33,8 @@ bool FolderWalk::IsEntered(const fs::directory_entry& entry) const {
   return (options_.follow || !entry.is_symlink(ignored)) && entry.is_directory(ignored);
 }
 
-// Of folder_, by what tells one folder from all others. What cannot be told is left to the listing.
+// Whether folder_ is visited for the first time, by its device and inode. True when these cannot be read:
+// listing it then reports the fault.
 bool FolderWalk::IsFirstVisit() {
   struct stat status {};
   if (!options_.follow || ::stat(folder_.c_str(), &status) != 0) return true;

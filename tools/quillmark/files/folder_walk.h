@@ -1,6 +1,6 @@
-// The regular files of a folder and of the folders in it, to the bottom, one after another in a stable order;
-// and what is there but cannot be examined.
-// Only the names in one folder, and the folders still to be entered, are held at a time.
+// FolderWalk: the regular files of a folder and of all folders below it, one after another in a stable order,
+// and the entries that cannot be examined. Only the names in one folder, and the folders still to be entered,
+// are held at a time.
 #ifndef QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 #define QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 

@@ -72,7 +72,7 @@ PathCount::PathCount(const PathSources& sources) {
       try {
         Count(sources, stop);
       } catch (const std::exception&) {
-        // The work itself meets what is wrong and tells it.
+        // The walk that identifies the files meets the same fault and reports it.
       }
     });
   } catch (const std::exception&) {

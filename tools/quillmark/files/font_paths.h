@@ -34,8 +34,8 @@ struct FontPath {
   std::optional<std::string> standard_input_name = std::nullopt;
 };
 
-// Paths are found as they are asked for, so that any number of them takes bounded memory. A named path comes
-// even when nothing is there. After an interrupt (interrupt.h) no more come.
+// Paths are found as they are asked for, so that any number of them takes bounded memory. A named path is
+// handed out even when nothing is there. After an interrupt (interrupt.h) none is.
 class FontPaths {
  public:
   explicit FontPaths(const PathSources& sources);
@@ -45,7 +45,7 @@ class FontPaths {
 
   // Any thread: no more paths are wanted.
   void Stop() { stopped_ = true; }
-  // Whether an interrupt kept paths back.
+  // Whether an interrupt ended the paths early.
   bool cut_short() const { return cut_short_; }
 
  private:
@@ -64,7 +64,7 @@ class FontPaths {
   bool cut_short_ = false;
 };
 
-// Counts the same paths on a thread of its own, where one can be had.
+// Counts the same paths on a thread of its own, if one can be started.
 class PathCount {
  public:
   explicit PathCount(const PathSources& sources);

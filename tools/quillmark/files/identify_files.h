@@ -1,5 +1,5 @@
-// The work that identify, same and why share: all files that a command's paths stand for are identified while
-// a line tells how far it is, faults are told as they come, and an interrupt ends it early. Tests:
+// The work that identify, same and why share: identifies all files that a command's paths stand for, shows
+// the progress, reports faults as they occur, and ends early on an interrupt. Tests:
 // tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_FILES_IDENTIFY_FILES_H_
 #define QUILLMARK_TOOL_FILES_IDENTIFY_FILES_H_
@@ -19,7 +19,7 @@ struct FilesOptions {
   unsigned jobs = 1;
   std::string progress = "auto";  // or always, never
   bool quiet = false;
-  bool why = false;  // tell of every file that gives no face, or fewer than it lists
+  bool why = false;  // report every file that gives no face, or fewer than it lists
 };
 
 // Files of folders that gave no face, or fewer than they list, and are no faults of the run.
@@ -33,7 +33,7 @@ struct LossCounts {
 struct FilesOutcome {
   LossCounts losses;
   bool complete = true;  // whether every file could be read and every named one gave all its faces
-  std::string stopped;   // how far the work came when it was interrupted, or else empty
+  std::string stopped;   // how far the work got before an interrupt; empty without one
 };
 
 // Calls `visit` with each path, in order. It takes the progress off the terminal before it writes there.

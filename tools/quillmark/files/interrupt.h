@@ -1,5 +1,5 @@
-// Ctrl-C and SIGTERM during long work: the first asks it to stop with what it has, the second ends the
-// process.
+// Ctrl-C and SIGTERM during long work: the first makes it stop and keep its results so far, the second ends
+// the process.
 #ifndef QUILLMARK_TOOL_FILES_INTERRUPT_H_
 #define QUILLMARK_TOOL_FILES_INTERRUPT_H_
 

@@ -26,8 +26,8 @@ int RaisedLimit() {
   return static_cast<int>(std::min(limit.rlim_cur, kMost));
 }
 
-// How many more files can be opened, counted no further than `enough`: those that the process was started
-// with count, too.
+// How many more files can be opened, at most `enough`: files that were open when the process started use up
+// the limit, too.
 int FilesLeft(int limit, int enough) {
   int left = 0;
   for (int file = 0; file < limit && left < enough; ++file) {

@@ -1,4 +1,5 @@
-// Paths from a file or from standard input, one a line or separated by NUL, read as they are wanted.
+// PathList: paths from a file or from standard input, one on each line or separated by NUL, read when they
+// are asked for.
 #ifndef QUILLMARK_TOOL_FILES_PATH_LIST_H_
 #define QUILLMARK_TOOL_FILES_PATH_LIST_H_
 

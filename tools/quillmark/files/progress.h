@@ -1,4 +1,4 @@
-// A line on standard error that tells how far long work is: how many files, how fast, how long still.
+// Progress: a line on standard error that shows how many files are done, how fast, and the time left.
 #ifndef QUILLMARK_TOOL_FILES_PROGRESS_H_
 #define QUILLMARK_TOOL_FILES_PROGRESS_H_
 
@@ -37,7 +37,7 @@ class Progress {
   const Clock::time_point begin_ = Clock::now();
   Clock::time_point drawn_ = begin_;
   std::size_t done_ = 0;
-  std::size_t width_ = 0;  // of the line that stands on the terminal
+  std::size_t width_ = 0;  // of the line on the terminal
 };
 
 }  // namespace quillmark::tool

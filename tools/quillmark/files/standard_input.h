@@ -12,11 +12,11 @@ namespace quillmark::tool {
 inline constexpr const char* kStandardInputPath = "-";
 inline constexpr const char* kStandardInputName = "standard input";
 
-// All of standard input. Returns why it cannot be had; empty when it can.
+// Reads all of standard input. Returns why that failed; empty on success.
 std::string ReadStandardInput(std::string& text);
 
 // All of standard input as a file with a path, which the library needs. The bytes stay in memory. The path
-// goes through a private folder, which is there only as long as this object.
+// leads through a private folder, which exists only as long as this object.
 class StandardInputFile {
  public:
   // `name` is what the file is called, extension included; when it is empty the first bytes choose the

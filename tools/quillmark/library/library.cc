@@ -21,8 +21,8 @@ std::uint64_t CheckedBytes(const Face& face, const QM_FontArray& array) {
   return face.platform == "crossplatform" && !error ? data_fork : face.outline_file_size;
 }
 
-// Equal for two paths that lead to one file. Tools that link equal files together link all empty ones, though
-// the resource forks in their sidecars differ: an empty file is known by its place.
+// A key that is equal for two paths of one file. Tools that replace equal files by hard links link all empty
+// ones, too, though the resource forks in their sidecars differ: the key of an empty file is its path.
 std::string Identity(const std::string& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) == 0 && status.st_size > 0) {
@@ -94,8 +94,8 @@ LibraryCounts Library::Count() const {
 }
 
 void Library::TellDataApart() {
-  // Sizes tell data of one name and checksum apart when more than one is known; otherwise faces whose size is
-  // not known, as it is for those of resources and collections, count with the rest.
+  // When several sizes are known for one name and checksum, they distinguish the data; otherwise faces of
+  // unknown size, which those of resources and collections are, count as the same data.
   const auto name_and_checksum = [](const LibraryFace& face) {
     return Hex(face.checksum) + face.post_script_name;
   };

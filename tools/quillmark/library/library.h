@@ -1,5 +1,5 @@
-// The faces of a library of fonts with what tells their data apart. Holds a few texts for each face and no
-// font data.
+// Library: the faces of a library of fonts, and which of them have the same data. Holds a few texts for each
+// face and no font data.
 #ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
 
@@ -19,7 +19,8 @@ struct LibraryFace {
   std::int32_t fond_id = -1, style = 0;  // of a face of a FOND; -1 without one
   std::uint32_t checksum = 0;
   std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
-  std::size_t data = 0;     // equal for faces of one data and name; kUnknownData without a checksum
+  // Equal for faces with the same name and data; kUnknownData without a checksum.
+  std::size_t data = 0;
 };
 
 struct LibraryFile {
@@ -37,7 +38,7 @@ constexpr std::size_t kUnknownData = static_cast<std::size_t>(-1);
 
 class Library {
  public:
-  // Takes the faces of one file. Another path of a file that was added is only counted.
+  // Adds the faces of one file. A further path of a file that was added before is only counted.
   void Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array);
   // After the last Add: brings the files into the order of their paths' bytes and tells their data apart.
   void Finish();

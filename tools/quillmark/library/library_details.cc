@@ -27,7 +27,7 @@ bool HasAxes(const RegularFile& file) {
   return fits && HasAxes(SfntData(file, static_cast<std::uint32_t>(file.size())));
 }
 
-// As the library finds the outlines of a face of a FOND.
+// Finds the outlines of a FOND's face as the library does.
 bool HasAxes(QuillmarkResourceFile& resources, const LibraryFace& face) {
   const Family family(&resources,
                       getHandleOfTypeAndResID(&resources, kFond, static_cast<ResID>(face.fond_id)));
@@ -72,7 +72,7 @@ std::vector<bool> WhichAreVariable(const LibraryFile& file) {
 
 }  // namespace
 
-const LibraryDetails::FileDetails& LibraryDetails::Of(const LibraryFace& face) {
+const LibraryDetails::FileDetails& LibraryDetails::DetailsOf(const LibraryFace& face) {
   const auto [found, is_new] = files_.try_emplace(face.file);
   if (is_new) {
     const LibraryFile& file = library_.files()[face.file];

@@ -1,6 +1,6 @@
-// What the lists over a library tell of a face besides what they compare: the size of its file, and whether
-// the font is variable. Looked up in the file when a face of it is first asked for, since few faces of a
-// library stand in lists. Tests: tests/cli/same_test.py.
+// LibraryDetails: what the lists of `quillmark same` show of a face besides what they compare: the size of
+// its file, and whether the font is variable. Read from a file when one of its faces is first asked for,
+// since few faces of a library appear in lists. Tests: tests/cli/same_test.py.
 #ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 
@@ -18,16 +18,16 @@ class LibraryDetails {
   explicit LibraryDetails(const Library& library) : library_(library) {}
 
   // Bytes in both forks of the face's file; 0 when it is gone.
-  std::uint64_t FileSize(const LibraryFace& face) { return Of(face).file_size; }
+  std::uint64_t FileSize(const LibraryFace& face) { return DetailsOf(face).file_size; }
   // Whether the font has a table of variation axes. False when it cannot be read any more.
-  bool IsVariable(const LibraryFace& face) { return Of(face).variable[face.index]; }
+  bool IsVariable(const LibraryFace& face) { return DetailsOf(face).variable[face.index]; }
 
  private:
   struct FileDetails {
     std::uint64_t file_size = 0;
     std::vector<bool> variable;  // of each face
   };
-  const FileDetails& Of(const LibraryFace& face);
+  const FileDetails& DetailsOf(const LibraryFace& face);
 
   const Library& library_;
   std::unordered_map<std::size_t, FileDetails> files_;  // by index of the file

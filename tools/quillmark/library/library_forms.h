@@ -12,7 +12,7 @@
 
 namespace quillmark::tool {
 
-// Those that are wanted.
+// Which lists are written.
 struct LibraryLists {
   std::optional<std::vector<Copy>> copies;
   std::optional<std::vector<Group>> conflicts, formats, versions, near;

@@ -1,5 +1,5 @@
-// The lists over a library as one JSON object: an array a list, a line a group. Bytes that are not UTF-8
-// become U+FFFD.
+// The lists over a library as one JSON object: one array for each list, one line for each group. Bytes that
+// are not UTF-8 become U+FFFD.
 #include <nlohmann/json.hpp>
 #include <string>
 

@@ -15,7 +15,7 @@
 namespace quillmark::tool {
 namespace {
 
-// Faces by key, in the order in which the keys came.
+// Faces by key, in the order in which the keys were first added.
 class Buckets {
  public:
   void Add(const std::string& key, const LibraryFace* face) {
@@ -30,7 +30,7 @@ class Buckets {
   std::vector<Faces> faces_;
 };
 
-// Equal for files whose faces are all the same; nothing when the data of a face is not known.
+// A key that is equal for files whose faces are all the same; nothing when the data of a face are unknown.
 std::optional<std::string> DataOf(const LibraryFile& file) {
   std::vector<std::size_t> data;
   for (const LibraryFace& face : file.faces) data.push_back(face.data);
@@ -42,7 +42,7 @@ std::optional<std::string> DataOf(const LibraryFile& file) {
   return text;
 }
 
-// What faces are brought together by; nothing for a face that is left out.
+// The key by which faces are grouped; nothing for a face that is left out.
 using Key = std::optional<std::string> (*)(const LibraryFace&);
 
 std::optional<std::string> NameWhereDataIsKnown(const LibraryFace& face) {
@@ -63,12 +63,12 @@ std::optional<std::string> NameFoundryAndVersion(const LibraryFace& face) {
 
 std::optional<std::string> ReducedName(const LibraryFace& face) {
   std::string reduced = GFontToolUtils::StripCharsAndNormalizeString(face.post_script_name);
-  // Nothing is left of a name without ASCII digits and letters: all such names would be near.
+  // A name without ASCII digits and letters reduces to nothing: all such names would count as near.
   if (reduced.empty()) return std::nullopt;
   return reduced;
 }
 
-// What files of one format share. A TrueType font is one with layout tables or without; a resource file is a
+// The key of a font's format. A TrueType font is one with layout tables or without; a resource file is a
 // format of its own, whatever it holds.
 std::string FormatOf(const LibraryFace& face) {
   const std::string format = face.kind == "OpenType - TT" ? "TrueType" : face.kind;
@@ -103,8 +103,8 @@ Group ByData(const Faces& faces) {
   return by_data.Take();
 }
 
-// Which data of one name are in conflict with others: all of them where foundries differ, or where a version
-// is not known, so that nothing tells that one font is an older or another form of the other; or else those
+// Which data of one name conflict with others: all of them when foundries differ or a version is unknown,
+// since then nothing shows that one font is an older version or another format of the other; otherwise those
 // that share version and format.
 std::unordered_set<std::size_t> DataInConflict(const Faces& faces) {
   std::unordered_set<std::size_t> all;
@@ -123,7 +123,7 @@ std::unordered_set<std::size_t> DataInConflict(const Faces& faces) {
   return in_conflict;
 }
 
-// Keeps what has more than one part.
+// Keeps groups of more than one part.
 void Collect(std::vector<Group>& groups, Group group) {
   if (group.size() > 1) groups.push_back(std::move(group));
 }
@@ -176,7 +176,7 @@ std::vector<Group> Conflicts(const Library& library) {
 std::vector<Group> Formats(const Library& library) {
   std::vector<Group> groups;
   for (const Faces& faces : NamedAlike(library, NameFoundryAndVersion)) {
-    if (ByData(faces).size() < 2) continue;  // copies, however they are carried
+    if (ByData(faces).size() < 2) continue;  // copies, whatever their file format
     Buckets by_format;
     for (const LibraryFace* face : faces) by_format.Add(FormatOf(*face), face);
     Collect(groups, by_format.Take());

@@ -1,5 +1,5 @@
-// The lists over a library as tables: first what is wrong, then what may be meant. Above each group stand its
-// name and what all its faces share, so that its rows tell where they differ, the path last.
+// The lists over a library as tables: first copies and conflicts, then what may be intended. The heading of a
+// group has its name and what all its faces share; its rows show where they differ, the path last.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -11,7 +11,7 @@
 namespace quillmark::tool {
 namespace {
 
-// What rows of a list can tell of a face besides its path, in the order of the columns.
+// The cells that a row can have besides its path, in the order of the columns.
 enum Cell { kName, kChecksum, kVersion, kKind, kFoundry, kFace, kSize, kCellCount };
 constexpr const char* kTitles[kCellCount] = {"POSTSCRIPT NAME", "CHECKSUM", "VERSION", "KIND",
                                              "FOUNDRY",         "FACE",     "SIZE"};
@@ -118,7 +118,7 @@ class TableWriter {
     group.paths.push_back(library_.files()[face.file].path);
   }
 
-  // The group's name and what all its rows share, which is taken out of them.
+  // Moves the group's name, and the cells that all its rows share, into its heading.
   static std::string TakeHeading(TableGroup& group) {
     std::string shared;
     for (const Cell cell : {kVersion, kKind, kFoundry}) {

@@ -1,5 +1,5 @@
-// The lists over a library as tab-separated values: a line a face, or a file of which all faces are copied,
-// under one header for all lists.
+// The lists over a library as tab-separated values: one line for each face, or for each file of which all
+// faces are copies, under one header for all lists.
 #include <string>
 
 #include "library/library_forms.h"

@@ -1,4 +1,4 @@
-// Whether a name says anything: names such as "-" or "..." stand in many fonts that have nothing in common.
+// Whether a name can identify a font: names such as "-" or "..." occur in many unrelated fonts.
 #ifndef QUILLMARK_TOOL_LIBRARY_NAME_LETTERS_H_
 #define QUILLMARK_TOOL_LIBRARY_NAME_LETTERS_H_
 

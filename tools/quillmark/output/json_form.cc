@@ -6,7 +6,7 @@ namespace quillmark::tool {
 
 std::string JsonObject(const Face& face, const std::vector<const Field*>& named) {
   auto object = nlohmann::ordered_json::object();
-  // At once: growing it field by field takes as long as all else.
+  // Reserved at once: growing it field by field takes as long as all the rest.
   object.get_ref<nlohmann::ordered_json::object_t&>().reserve(AllFields().size());
   if (named.empty()) {
     for (const Field& field : AllFields()) {

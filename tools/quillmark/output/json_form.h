@@ -1,4 +1,4 @@
-// Results as JSON for programs, faces as one object each. Bytes that are not UTF-8 become U+FFFD.
+// Writes results as JSON for programs, each face as one object. Bytes that are not UTF-8 become U+FFFD.
 #ifndef QUILLMARK_TOOL_OUTPUT_JSON_FORM_H_
 #define QUILLMARK_TOOL_OUTPUT_JSON_FORM_H_
 

@@ -50,7 +50,7 @@ class JsonWriter : public FaceWriter {
   Fields fields_;
 };
 
-// The lines of one file leave together, so that a reader of a pipe sees whole lines, and at once.
+// Flushes the lines of each file together, so that a reader of a pipe gets whole lines without delay.
 class LineWriter : public FaceWriter {
  public:
   using Line = std::string (*)(const Face&, const Fields&);

@@ -1,4 +1,4 @@
-// Faces in the order of one of their fields. Tests: tests/cli/forms_test.py.
+// Writes faces in the order of one of their fields. Tests: tests/cli/forms_test.py.
 #ifndef QUILLMARK_TOOL_OUTPUT_SORTED_WRITER_H_
 #define QUILLMARK_TOOL_OUTPUT_SORTED_WRITER_H_
 

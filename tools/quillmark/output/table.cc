@@ -38,7 +38,7 @@ std::string_view LastCell(std::string_view row) { return row.substr(row.rfind(kB
 
 }  // namespace
 
-// Which columns are shown, how wide, and where the path of a last column stands.
+// Which columns are shown, how wide, and where the path of the last column is printed.
 struct Table::Layout {
   enum Place { kBeside, kBelow, kInFolder };
 
@@ -102,8 +102,8 @@ std::size_t Table::FirstWidth(std::size_t column, const Layout& layout) const {
   return natural;
 }
 
-// By rank those that have room, none beyond `rank` unless all up to it have; then what is left over to those
-// that could use it.
+// Chooses columns in the order of their ranks while there is room; those beyond `rank` only when all others
+// have room. The rest of the width goes to columns whose cells need it.
 void Table::ChooseColumns(Layout& layout, int rank) const {
   int last_rank = kAnyRank;  // of columns that may be chosen
   std::vector<std::size_t> by_rank(columns_.size());
@@ -147,7 +147,7 @@ Table::Layout Table::Choose(std::size_t room, bool by_folder, int rank) const {
   layout.room = room;
   layout.has_headings = !headings_.empty();
   if (room > 0 && columns_.size() > 1 && columns_.back().is_path) {
-    Layout wanted = layout;  // what stands beside a whole path
+    Layout wanted = layout;  // the columns beside a whole path
     for (std::size_t i = 0; i < columns_.size(); ++i) {
       if (columns_[i].rank <= rank && !IsLeftOut(i)) wanted.widths.push_back(FirstWidth(i, layout));
     }

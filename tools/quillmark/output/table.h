@@ -1,4 +1,5 @@
-// Rows for people, in columns that fit the terminal. A path is never cut, so that no two files look equal.
+// Table: rows for people, in columns that fit the terminal. A path is never cut, so that no two files look
+// equal.
 #ifndef QUILLMARK_TOOL_OUTPUT_TABLE_H_
 #define QUILLMARK_TOOL_OUTPUT_TABLE_H_
 
@@ -16,8 +17,8 @@ namespace quillmark::tool {
 struct Column {
   std::string title;
   bool is_path = false;
-  // 0: always there. Others are left out when no row fills them, and where a terminal has no room for them
-  // beside those of smaller rank.
+  // 0: always shown. Other columns are left out when all their cells are empty, and when the terminal has no
+  // room for them beside those of smaller rank.
   int rank = 0;
 };
 
@@ -26,7 +27,7 @@ class Table {
  public:
   explicit Table(std::vector<Column> columns);
 
-  // As many cells as columns. A row of empty cells parts groups of rows.
+  // As many cells as columns. A row of empty cells separates groups of rows.
   void Add(const std::vector<std::string>& row);
   // A line above the row that is added next; with one, rows are indented.
   void AddHeading(const std::string& text);

@@ -10,7 +10,7 @@ struct UsualColumn {
   int rank;
 };
 
-// In the order in which they stand.
+// In the order of the table's columns.
 constexpr UsualColumn kUsual[] = {
     {"postScriptName", 0}, {"family", 6},       {"styles", 5}, {"version", 2},  {"foundry", 3},
     {"checksum", 4},       {"class", 7},        {"kind", 8},   {"platform", 9}, {"fondID", 10},

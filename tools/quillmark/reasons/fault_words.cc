@@ -136,7 +136,7 @@ std::string Words(CollectionStatus status) {
     case kCollectionWrongTag:
       return "not a collection";
     case kCollectionOk:
-    case kCollectionNothing:
+    case kCollectionNoFace:
       break;
   }
   return "a damaged collection: its header states 0 faces";

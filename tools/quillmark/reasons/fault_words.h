@@ -1,4 +1,4 @@
-// The words for what stood against a font, a face or a resource map. No line end, no path in front. Tests:
+// Words faults: of a font, a face or a resource map. No line end, no path in front. Tests:
 // tests/cli/why_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_FAULT_WORDS_H_
 #define QUILLMARK_TOOL_REASONS_FAULT_WORDS_H_
@@ -12,13 +12,13 @@
 
 namespace quillmark::tool {
 
-// `whole` is what the font lies in, as "the file".
+// `whole` is what contains the font, such as "the file".
 std::string Words(const NameFault& fault, const std::string& whole);
 std::string Words(const MapFault& fault);
 std::string Words(const CollectionFault& fault);
 std::string Words(const StyleFault& fault);
 std::string Words(const DuplicateFault& fault);
-// Of a collection that could not be read, or lists no face.
+// For a collection that could not be read, or lists no face.
 std::string Words(CollectionStatus status);
 
 }  // namespace quillmark::tool

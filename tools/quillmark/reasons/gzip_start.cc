@@ -16,7 +16,7 @@ std::vector<std::uint8_t> ReadGzipStart(Bytes start) {
   stream.avail_in = static_cast<uInt>(compressed.size());
   stream.next_out = plain.data();
   stream.avail_out = static_cast<uInt>(plain.size());
-  // However it ends, what came out before is what the file begins with.
+  // Whatever it returns, the bytes decompressed so far are the beginning of the file.
   static_cast<void>(::inflate(&stream, Z_SYNC_FLUSH));
   plain.erase(plain.end() - stream.avail_out, plain.end());
   ::inflateEnd(&stream);

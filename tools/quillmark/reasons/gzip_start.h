@@ -1,4 +1,4 @@
-// What a gzip file begins with once it is decompressed: bitmap fonts mostly come compressed.
+// Decompresses the beginning of a gzip file, since bitmap fonts are mostly distributed compressed.
 #ifndef QUILLMARK_TOOL_REASONS_GZIP_START_H_
 #define QUILLMARK_TOOL_REASONS_GZIP_START_H_
 

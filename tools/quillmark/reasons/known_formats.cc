@@ -78,7 +78,8 @@ constexpr auto kFont = FormatUse::kFont;
 constexpr auto kPrinterFont = FormatUse::kPrinterFont;
 constexpr auto kNoFont = FormatUse::kNoFont;
 
-// The first that fits counts: longer marks stand before the marks they begin with, tests without a mark last.
+// The first that matches counts: longer magic bytes come before their own prefixes, formats with a test alone
+// last.
 constexpr auto kFormats = std::to_array<KnownFormat>({
     {kFont, "a WOFF web font", "wOFF", 0, kConvertWebFont},
     {kFont, "a WOFF2 web font", "wOF2", 0, kConvertWebFont},

@@ -1,5 +1,5 @@
-// The kinds of file that people take for fonts and that give no face, told by their first bytes: fonts that
-// Quillmark does not read, and files that are no fonts at all. Tests: tests/cli/why_test.py.
+// The kinds of file that people take for fonts and that give no face, recognised by their first bytes: fonts
+// that Quillmark does not read, and files that are no fonts at all. Tests: tests/cli/why_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_KNOWN_FORMATS_H_
 #define QUILLMARK_TOOL_REASONS_KNOWN_FORMATS_H_
 
@@ -12,7 +12,7 @@
 
 namespace quillmark::tool {
 
-// As much of a file as is looked at, and how long the whole is.
+// The first bytes of a file, and the length of the whole file.
 inline constexpr std::size_t kFileStartSize = 4096;
 struct FileStart {
   Bytes bytes;
@@ -31,13 +31,13 @@ struct KnownFormat {
   std::string_view magic;
   std::size_t offset;                        // of the magic bytes
   std::string_view advice;                   // what to do; may be empty
-  bool (*test)(const FileStart&) = nullptr;  // what must hold besides
+  bool (*test)(const FileStart&) = nullptr;  // must be true as well
 };
 
 // Null when the file is of none of these formats.
 const KnownFormat* RecogniseFormat(const FileStart& file);
 
-// Whether this is the format whose contents ReadGzipStart tells.
+// Whether this is the format that ReadGzipStart decompresses.
 bool IsGzip(const KnownFormat& format);
 
 // "a TrueType font" and the like when the bytes begin as an sfnt font does.

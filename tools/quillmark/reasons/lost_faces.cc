@@ -25,7 +25,7 @@ std::string Numbers(const std::vector<std::uint32_t>& faces) {
   return text;
 }
 
-// The reasons of a collection's faces, in the order in which they first come.
+// The reasons of a collection's faces, in the order in which they first occur.
 class FaceReasons {
  public:
   void Add(const FaceFault& fault) {
@@ -71,7 +71,8 @@ Explanation LostCollectionFaces(const CreationResult& result) {
   for (const FaceFault& fault : result.faults) {
     const auto* cut = std::get_if<CollectionFault>(&fault.why);
     const bool is_rest = cut != nullptr && cut->kind == CollectionFault::kCutList;
-    // The list is cut at that face, and so are those behind it; no real collection has as many as are kept.
+    // The list of faces ends at this one, so all behind it are lost, too; real collections have fewer than
+    // the limit.
     const std::uint64_t end =
         is_rest ? std::min<std::uint64_t>(result.claimed_faces, fault.face + CreationResult::kMostFaults)
                 : fault.face + std::uint64_t{1};

@@ -13,10 +13,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// More than any number of threads work in at a time.
-constexpr std::size_t kMostFolders = 1024;
+// More folders than all threads work in at the same time.
+constexpr std::size_t kCacheLimit = 1024;
 
-// The printer fonts that a family file names; none of one that spends its budget, as no real one does.
+// The printer fonts that a family file names; none when it spends its budget, as no real file does.
 std::vector<std::string> PrinterFontsOf(const std::string& family) {
   Budget budget;
   FileAccess access(SystemFiles(), &budget);
@@ -46,7 +46,7 @@ PrinterFontFamilies::Families FamiliesIn(const fs::path& folder) {
 // The family file in the same folder whose FOND names this printer font.
 std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFamilies& families) {
   const bool has_folder = printer_font.has_parent_path();
-  const auto here = families.In(has_folder ? printer_font.parent_path().native() : ".");
+  const auto here = families.InFolder(has_folder ? printer_font.parent_path().native() : ".");
   const auto found = here->find(printer_font.filename());
   if (found == here->end()) return std::nullopt;
   return has_folder ? found->second : fs::path(found->second).filename().native();
@@ -54,13 +54,14 @@ std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFam
 
 }  // namespace
 
-std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::In(const std::string& folder) {
-  // Held while the folder is searched: those that wait mostly ask for the same one.
+std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::InFolder(
+    const std::string& folder) {
+  // Held during the search, since threads that wait mostly want the same folder.
   const std::lock_guard lock(mutex_);
-  if (const auto known = known_.find(folder); known != known_.end()) return known->second;
+  if (const auto found = cache_.find(folder); found != cache_.end()) return found->second;
   auto families = std::make_shared<const Families>(FamiliesIn(folder));
-  if (known_.size() >= kMostFolders) known_.clear();
-  known_.emplace(folder, families);
+  if (cache_.size() >= kCacheLimit) cache_.clear();
+  cache_.emplace(folder, families);
   return families;
 }
 

@@ -12,18 +12,18 @@
 
 namespace quillmark::tool {
 
-// Which family files name which printer fonts, folder by folder. A folder can hold thousands of printer
-// fonts, so it is searched once for all of them. Any thread may ask.
+// Caches by folder which family files name which printer fonts. A folder can hold thousands of printer fonts,
+// so it is searched once for all of them. For any number of threads.
 class PrinterFontFamilies {
  public:
   using Families = std::map<std::string, std::string>;  // from the name of a printer font to a family file
 
-  // Of one folder; as long as it is held.
-  std::shared_ptr<const Families> In(const std::string& folder);
+  // The families of one folder.
+  std::shared_ptr<const Families> InFolder(const std::string& folder);
 
  private:
   std::mutex mutex_;
-  std::map<std::string, std::shared_ptr<const Families>> known_;  // of a bounded number of folders
+  std::map<std::string, std::shared_ptr<const Families>> cache_;  // by folder; cleared at kCacheLimit
 };
 
 // Why the printer font at `path` gives no face by itself, and which family file beside it to give instead.

@@ -29,7 +29,7 @@
 namespace quillmark::tool {
 namespace {
 
-constexpr const char* kUnreadable = "cannot be read";  // or not any more
+constexpr const char* kUnreadable = "cannot be read";  // also for a file that could be read before
 
 // With its dot, as the library looks at it: empty when it is none that the library knows.
 std::string KnownExtension(const std::string& path) {
@@ -54,13 +54,13 @@ std::string InSpiteOfExtension(const std::string& path) {
   return IsNamedAsFont(path) ? " in spite of its extension " + KnownExtension(path) : "";
 }
 
-// Of a file that holds no font: its name alone makes it a damaged one.
+// For a file that holds no font: it counts as damaged only when its name promises one.
 Explanation NoFont(const std::string& path, std::string reason) {
   return {IsNamedAsFont(path) ? Outcome::kDamaged : Outcome::kOther, std::move(reason)};
 }
 
-// Nothing stands against the faces when they are looked for again.
-Explanation ReadAnew() {
+// For a file that shows no fault when it is examined a second time.
+Explanation ReadOnSecondTry() {
   return {Outcome::kUnreadable,
           "could not be read whole: memory or open files ran short, or it changed meanwhile"};
 }
@@ -76,7 +76,7 @@ std::string WithAdvice(const std::string& reason, std::string_view advice) {
   return advice.empty() ? reason : reason + ": " + std::string(advice);
 }
 
-// The first bytes of a file, with their memory.
+// Owns the first bytes of a file.
 class OpenedStart {
  public:
   explicit OpenedStart(RegularFile file) : file_(std::move(file)) { read_ = file_.ReadAt(0, block_); }
@@ -98,7 +98,7 @@ Explanation Describe(const std::string& path, const KnownFormat& format, const s
   return {Outcome::kOther, WithAdvice(whole + ", which Quillmark does not read", format.advice)};
 }
 
-// What the file is when its first bytes tell a format that is not read.
+// Explains a file whose first bytes are those of a format that is not read.
 std::optional<Explanation> ExplainOtherFormat(const std::string& path, const FileStart& start,
                                               PrinterFontFamilies& families) {
   const KnownFormat* format = RecogniseFormat(start);
@@ -123,7 +123,7 @@ Explanation ExplainCollection(const std::string& path, const CreationResult& res
                               PrinterFontFamilies& families) {
   if (result.claimed_faces > 0) {
     const Explanation lost = LostCollectionFaces(result);
-    if (lost.outcome == Outcome::kFaces) return ReadAnew();
+    if (lost.outcome == Outcome::kFaces) return ReadOnSecondTry();
     return {Outcome::kDamaged, "a collection of which no face can be read; " + lost.reason, lost.listed};
   }
   const auto file = RegularFile::Open(path);
@@ -160,7 +160,7 @@ Explanation ExplainSfnt(const std::string& path, const RegularFile& file, std::s
   } catch (const BudgetSpent&) {
     return {Outcome::kDamaged, name + " that is damaged: " + kRepeatsItsBytes};
   }
-  if (IsReadAsSfnt(path)) return ReadAnew();
+  if (IsReadAsSfnt(path)) return ReadOnSecondTry();
   const std::string extension = KnownExtension(path);
   return {Outcome::kOther, name +
                                (extension.empty() ? ", which is not read without its extension"
@@ -209,7 +209,7 @@ Explanation ExplainUnknown(const std::string& path, const FileStart& start, Prin
   }
 }
 
-// Of a file whose fonts are looked for in its data fork, which is not empty.
+// Explains a file whose fonts are looked for in its data fork, which is not empty.
 Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
                             QuillmarkResourceFile* resources, PrinterFontFamilies& families) {
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
@@ -254,7 +254,8 @@ bool HidesResources(const std::string& path) {
   return data && !FaultOfMap(*data);
 }
 
-// Opens and reads, which permissions, descriptors and media that fail are shown by alone: 0 or the errno.
+// Opens and reads the file, since only that shows missing permissions, too few descriptors and failing media.
+// Returns 0 or the errno.
 int TryToRead(const std::string& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (file < 0) return errno;
@@ -298,8 +299,8 @@ std::optional<Explanation> ExplainPath(const std::string& path) {
 }
 
 // Of a file that gave no face.
-Explanation ExplainNothing(const std::string& path, const CreationResult& result,
-                           PrinterFontFamilies& families) {
+Explanation ExplainWithoutFaces(const std::string& path, const CreationResult& result,
+                                PrinterFontFamilies& families) {
   if (auto found = ExplainPath(path)) return *std::move(found);
   if (auto reason = WhySidecar(path)) return {Outcome::kOther, *std::move(reason)};
   if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(path, result, families);
@@ -346,7 +347,7 @@ Explanation Explain(const std::string& path, const CreationResult& result, Print
   if (result.budget_spent) {
     return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, kRepeatsItsBytes};
   }
-  if (!has_faces) return ExplainNothing(path, result, families);
+  if (!has_faces) return ExplainWithoutFaces(path, result, families);
   if (!is_collection) return LostStyles(result);
   if (result.faults.empty()) return {Outcome::kFaces, {}, result.claimed_faces};
   return LostCollectionFaces(result);

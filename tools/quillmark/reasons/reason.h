@@ -1,7 +1,6 @@
 // Why a file gave no face, or fewer than it lists: of what kind the fault is, and a sentence that a person
-// can act on. Each reason follows the library's own steps: what it says is what kept the library from reading
-// a face. Of files that are no collections only beginnings and tables are read. Tests: tests/cli/why_test.py,
-// tests/cli/losses_test.py.
+// can act on. A reason names what kept the library from reading a face. Of files that are no collections only
+// beginnings and tables are read. Tests: tests/cli/why_test.py, tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_REASON_H_
 #define QUILLMARK_TOOL_REASONS_REASON_H_
 
@@ -16,17 +15,17 @@ namespace quillmark::tool {
 
 class PrinterFontFamilies;
 
-// Of a file that spends its budget.
+// The reason of a file that spends its budget.
 inline constexpr const char* kRepeatsItsBytes =
     "it names the same bytes so often, as no real font does, that the rest was not looked at";
 
-// What became of `path`, which gave this result. Many files share what is known of their folders' printer
-// fonts.
+// What became of `path`, for which creation gave `result`. `families` caches the printer fonts of folders for
+// many files.
 Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families);
 // The same of a file that gives no face.
 Explanation ExplainNoFace(const std::string& path);
 
-// The explanation as it stands behind the path: "gives 3 of the 4 faces it lists; face 3: ...".
+// The explanation as printed behind the path: "gives 3 of the 4 faces it lists; face 3: ...".
 std::string Told(std::size_t faces, const Explanation& explanation);
 
 // Why `path` is no regular file that can be read; nothing when it is one.

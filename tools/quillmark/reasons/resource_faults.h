@@ -14,13 +14,13 @@
 
 namespace quillmark::tool {
 
-// The file's resource map; null inside when neither fork holds a well-formed one.
+// Opens the file's resource map; the holder is null when neither fork holds a well-formed one.
 ResourceFileHolder OpenResources(const std::string& path);
 
 // Why `fork` is no resource map; nothing when it is one.
 std::optional<MapFault> FaultOfMap(const Fork& fork);
 
-// Of a file without a FOND and without a POST resource: "a resource file without fonts: ...".
+// For a file without a FOND and without a POST resource: "a resource file without fonts: ...".
 Explanation WhyNoFonts(QuillmarkResourceFile& file);
 
 }  // namespace quillmark::tool

@@ -43,7 +43,7 @@ FileStatus WatchedFiles::Status(const std::string& path) const { return SystemFi
 std::unique_ptr<OpenedFile> WatchedFiles::Open(const std::string& path) const {
   auto file = SystemFiles().Open(path);
   if (file) return std::make_unique<WatchedFile>(*this, path, std::move(file));
-  // What goes between two questions was not there, and EINVAL stands for what is no regular file.
+  // A file that disappears between two calls counts as absent, and EINVAL means what is no regular file.
   if (errno != ENOENT && errno != ENOTDIR && errno != EINVAL) Note(path, errno);
   return nullptr;
 }

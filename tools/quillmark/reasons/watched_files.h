@@ -1,6 +1,6 @@
-// WatchedFiles: the machine's files, with note of the first that is there and cannot be opened or read: what
-// was made of it would be taken for the font. For one file at a time, on one thread. Tests:
-// tests/cli/losses_test.py.
+// WatchedFiles: the machine's file system, which records the first file that exists and cannot be opened or
+// read: a result made without it would look like that of the whole font. For one file at a time, on one
+// thread. Tests: tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_
 #define QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_
 

@@ -1,4 +1,4 @@
-// What quillmark resources tells of a font file: its resources, and what each FOND says.
+// The content of `quillmark resources`: the resources of a font file, and what each FOND holds.
 #ifndef QUILLMARK_TOOL_RESOURCES_RESOURCE_LISTING_H_
 #define QUILLMARK_TOOL_RESOURCES_RESOURCE_LISTING_H_
 
@@ -21,8 +21,8 @@ struct ListedResource {
   std::string name;
 };
 
-// A small file can list thousands of types that share one list: what goes beyond any real font file is only
-// counted. Returns how many more there are than those that are listed.
+// Lists at most as many resources as real font files hold, since in a small file thousands of types can share
+// one list. Returns how many more there are.
 std::size_t ListResources(QuillmarkResourceFile& file, std::vector<ListedResource>& listed);
 
 struct ListedStyle {
@@ -39,7 +39,7 @@ struct ListedFond {
   std::vector<ListedStyle> styles;
 };
 
-// Takes the FOND over.
+// Takes ownership of the FOND.
 ListedFond LookAtFond(QuillmarkResourceFile& file, Handle fond);
 
 // Writes the resources, then the FONDs one after another, to standard output.

@@ -10,7 +10,7 @@
 namespace quillmark::tool {
 
 // The bytes go to a temporary file in the same folder, which takes the name when everything is on the disk;
-// nothing that bears the name by then is replaced. Returns what went wrong, and leaves no file then.
+// a file that has the name by then is never replaced. On failure returns the reason and leaves no file.
 std::optional<std::string> WriteNewFile(const std::string& path, Bytes bytes);
 
 }  // namespace quillmark::tool

@@ -11,7 +11,7 @@ namespace quillmark::tool {
 class SplitNames {
  public:
   // A file name that no earlier call gave, not even in another case: the PostScript name made safe, "-2",
-  // "-3" and so on when it comes again, and the extension. `fallback` serves for a face without a name.
+  // "-3" and so on when it is taken, and the extension. `fallback` serves for a face without a name.
   std::string NameFor(const std::string& post_script_name, const std::string& fallback,
                       const std::string& extension);
 

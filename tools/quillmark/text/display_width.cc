@@ -40,7 +40,7 @@ std::string FitMiddle(const std::string& text, std::size_t width) {
   if (width == 0) return {};
   const std::vector<Character> characters = Characters(text);
   std::size_t left = width - 1;
-  std::size_t end = characters.size();  // a third for the end, marks with the letters they stand on
+  std::size_t end = characters.size();  // a third for the end; marks are kept with their letters
   for (std::size_t room = left / 3; end > 0 && WidthOf(characters[end - 1]) <= room; --end) {
     room -= WidthOf(characters[end - 1]);
     left -= WidthOf(characters[end - 1]);

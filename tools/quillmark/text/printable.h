@@ -1,5 +1,5 @@
-// Text from font files and paths as it may be shown: nothing in it makes a terminal do anything, reorders a
-// line or is invisible.
+// Makes text from font files and paths safe to show: it then holds no terminal controls, nothing that
+// reorders a line and nothing invisible.
 #ifndef QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 #define QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 

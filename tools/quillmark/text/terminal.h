@@ -1,4 +1,4 @@
-// What the terminal allows, where output goes to one.
+// Width of the terminal that output goes to, and whether text may be bold.
 #ifndef QUILLMARK_TOOL_TEXT_TERMINAL_H_
 #define QUILLMARK_TOOL_TEXT_TERMINAL_H_
 
@@ -16,7 +16,7 @@ bool IsTerminal(int descriptor);
 // Columns of the terminal, or 0 when the descriptor is none.
 std::size_t TerminalColumns(int descriptor);
 
-// Of standard output. Bold only on a terminal that is not "dumb", and not where NO_COLOR is set.
+// The look of standard output. Bold only on a terminal that is not "dumb", and not where NO_COLOR is set.
 TerminalLook OutputLook();
 
 }  // namespace quillmark::tool

@@ -42,7 +42,7 @@ std::streamsize TerminalGuard::xsputn(const char* bytes, std::streamsize count) 
   return Write({bytes, static_cast<std::size_t>(count)}) ? count : 0;
 }
 
-// A character that is cut stays until its other bytes come.
+// A cut character is kept until its other bytes are written.
 int TerminalGuard::sync() { return guarded_->pubsync(); }
 
 bool TerminalGuard::Write(std::string_view text) {
@@ -65,7 +65,7 @@ bool TerminalGuard::Write(std::string_view text) {
   return PutAll(*guarded_, safe);
 }
 
-// Without what follows, the bytes of a cut character are bytes of none.
+// At the end, the bytes of a cut character are written as invalid ones.
 bool TerminalGuard::WriteRest() {
   std::string safe;
   for (const char& byte : cut_) safe += Escaped({{&byte, 1}, kNoCharacter});

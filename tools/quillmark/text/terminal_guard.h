@@ -1,5 +1,5 @@
-// Keeps what fonts and file names hold from steering a terminal: all that a stream writes to one passes
-// through a guard, whichever form or message it belongs to. Files and pipes get every byte as it is.
+// TerminalGuard: keeps control characters in fonts and file names from reaching a terminal. All that a stream
+// writes to a terminal passes through it; files and pipes get every byte unchanged.
 #ifndef QUILLMARK_TOOL_TEXT_TERMINAL_GUARD_H_
 #define QUILLMARK_TOOL_TEXT_TERMINAL_GUARD_H_
 
@@ -10,8 +10,8 @@
 
 namespace quillmark::tool {
 
-// Stands between a stream and its buffer while it lives, where the descriptor that the buffer writes to is a
-// terminal. Line feeds and tabs pass; other hidden characters, and bytes of no character, are escaped.
+// While it lives, replaces the buffer of a stream that writes to a terminal. Line feeds and tabs pass; other
+// hidden characters, and bytes that are not valid UTF-8, are escaped.
 class TerminalGuard : public std::streambuf {
  public:
   TerminalGuard(std::ostream& out, int descriptor);
@@ -19,7 +19,7 @@ class TerminalGuard : public std::streambuf {
   TerminalGuard(const TerminalGuard&) = delete;
   TerminalGuard& operator=(const TerminalGuard&) = delete;
 
-  // Writes as it is what the tool itself says to the terminal.
+  // Writes text of the tool's own, such as control sequences, without escaping it.
   void WriteThrough(std::string_view text);
 
  protected:
@@ -32,7 +32,7 @@ class TerminalGuard : public std::streambuf {
   bool WriteRest();
 
   std::ostream& out_;
-  std::streambuf* guarded_ = nullptr;  // null where nothing is guarded
+  std::streambuf* guarded_ = nullptr;  // null when the stream does not write to a terminal
   std::string cut_;                    // beginning of a character whose other bytes are still to come
 };
 

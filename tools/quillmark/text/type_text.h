@@ -7,7 +7,7 @@
 
 namespace quillmark::tool {
 
-// As it may be shown on a terminal.
+// The code's four characters, made safe to show on a terminal.
 std::string TypeText(std::uint32_t type);
 
 }  // namespace quillmark::tool

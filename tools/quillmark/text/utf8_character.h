@@ -1,4 +1,4 @@
-// Text taken apart into characters, whatever bytes it holds.
+// Splits text into UTF-8 characters and invalid bytes.
 #ifndef QUILLMARK_TOOL_TEXT_UTF8_CHARACTER_H_
 #define QUILLMARK_TOOL_TEXT_UTF8_CHARACTER_H_
 
@@ -15,10 +15,10 @@ struct Character {
   char32_t code = kNoCharacter;
 };
 
-// The character that a text, which is not empty, begins with, or the one byte that begins none.
+// The first character of `text`, which is not empty, or its first byte when that begins no valid one.
 Character FirstCharacter(std::string_view text);
 
-// Whether more bytes could make one character of a whole text.
+// Whether the whole text could be the beginning of one character.
 bool MayBeCutCharacter(std::string_view text);
 
 }  // namespace quillmark::tool
