@@ -32,9 +32,10 @@ class TableBytes {
     return part;
   }
   // The records that lie inside the font, `count` at most.
-  Bytes Records(std::uint32_t count) {
+  Bytes Records(std::size_t count) {
     if (const auto all = Part(kHeaderSize, kRecordSize * count)) return *all;
-    return Part(kHeaderSize, (reach_ - kHeaderSize) / kRecordSize * kRecordSize).value_or(Bytes{});
+    return Part(kHeaderSize, std::size_t{(reach_ - kHeaderSize) / kRecordSize} * kRecordSize)
+        .value_or(Bytes{});
   }
 
  private:

@@ -41,7 +41,7 @@ bool CClassificationMappings::empty() const {
 }
 
 OmString CClassificationMappings::GetClassNameFromFontFamily(const OmString& family) const {
-  const OmString unknown = GetUnknownClassificationName();
+  OmString unknown = GetUnknownClassificationName();
   if (!mappings_) return unknown;
   const auto name = Adopt(family.GetCFString(kCFStringEncodingUTF8));
   if (!name) return unknown;

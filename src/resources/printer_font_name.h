@@ -27,6 +27,7 @@ std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, 
 struct PrinterFontName {
   std::string post_script_name;
   bool ends_at_second_hyphen;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the comparison that the compiler writes has a plain 0
   auto operator<=>(const PrinterFontName&) const = default;
 };
 

@@ -84,7 +84,7 @@ bool OmString::Set(CFStringRef text) {
   if (!CFStringGetCString(text, buffer.data(), static_cast<CFIndex>(buffer.size()), kCFStringEncodingUTF8)) {
     return false;
   }
-  SetText(buffer.c_str());
+  SetText(buffer.c_str());  // NOLINT(readability-redundant-string-cstr): ends the text at the NUL
   return true;
 }
 

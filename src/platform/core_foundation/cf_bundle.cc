@@ -26,6 +26,7 @@ std::string OwnImage() {
   Dl_info program{};
   if (dladdr(reinterpret_cast<const void*>(&OwnImage), &own) == 0 || !own.dli_fname) return {};
   // The loader knows the program itself only by the name that it was called by.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the system gives the address as a number
   const bool is_program = dladdr(reinterpret_cast<const void*>(getauxval(AT_PHDR)), &program) != 0 &&
                           program.dli_fbase == own.dli_fbase;
   std::error_code error;

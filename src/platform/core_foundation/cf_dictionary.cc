@@ -9,10 +9,10 @@ const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks{};
 CFTypeID CFDictionaryGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kDictionary); }
 
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
-                                   CFIndex count, const CFDictionaryKeyCallBacks* key_callbacks,
-                                   const CFDictionaryValueCallBacks* value_callbacks) {
+                                   CFIndex count, const CFDictionaryKeyCallBacks* keyCallbacks,
+                                   const CFDictionaryValueCallBacks* valueCallbacks) {
   auto dictionary =
-      quillmark::Adopt(CFDictionaryCreateMutable(allocator, count, key_callbacks, value_callbacks));
+      quillmark::Adopt(CFDictionaryCreateMutable(allocator, count, keyCallbacks, valueCallbacks));
   for (CFIndex i = 0; i < count; ++i) CFDictionarySetValue(dictionary.get(), keys[i], values[i]);
   return dictionary.Yield();
 }

@@ -33,7 +33,7 @@ bool StoreInteger(std::int64_t value, std::int64_t largest, void* out) {
 // A real is stored without its fraction, or as the nearest end of T's range, or as 0 for no number.
 template <typename T>
 bool StoreTruncated(double value, void* out) {
-  const double smallest = static_cast<double>(std::numeric_limits<T>::min());
+  const auto smallest = static_cast<double>(std::numeric_limits<T>::min());
   if (std::isnan(value)) {
     Store(out, T{0});
   } else if (value < smallest) {

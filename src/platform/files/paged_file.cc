@@ -8,7 +8,7 @@ namespace quillmark {
 namespace {
 
 // Small, since the tables that are parsed are a few kilobytes each, scattered over the file.
-constexpr std::size_t kPageSize = 16 * 1024;
+constexpr std::size_t kPageSize = std::size_t{16} * 1024;
 
 }  // namespace
 

@@ -54,14 +54,13 @@ void AddPaths(CLI::App& command, PathSources& sources) {
 
 // Takes a path, and leaves its last component.
 CLI::Validator FileName() {
-  return CLI::Validator(
-      [](std::string& path) {
-        path = std::filesystem::path(path).filename().native();
-        constexpr std::size_t kLongestName = 255;
-        const bool is_name = !path.empty() && path != "." && path != ".." && path.size() <= kLongestName;
-        return std::string(is_name ? "" : "no name for a file");
-      },
-      "");
+  return {[](std::string& path) {
+            path = std::filesystem::path(path).filename().native();
+            constexpr std::size_t kLongestName = 255;
+            const bool is_name = !path.empty() && path != "." && path != ".." && path.size() <= kLongestName;
+            return std::string(is_name ? "" : "no name for a file");
+          },
+          ""};
 }
 
 }  // namespace

@@ -61,14 +61,13 @@ std::string Suggestion(const std::string& word, const std::vector<std::string>& 
 
 CLI::Validator OneOf(const std::string& thing, const std::vector<std::string>& names) {
   const std::string list = CLI::detail::join(names, ", ");
-  return CLI::Validator(
-      [=](const std::string& value) {
-        if (std::find(names.begin(), names.end(), value) != names.end()) return std::string();
-        const std::string suggestion = Suggestion(value, names);
-        return "no " + thing + " \"" + Printable(value) + '"' + suggestion +
-               (suggestion.empty() ? "; there are " : " there are ") + list;
-      },
-      CLI::detail::generate_set(names));
+  return {[=](const std::string& value) {
+            if (std::find(names.begin(), names.end(), value) != names.end()) return std::string();
+            const std::string suggestion = Suggestion(value, names);
+            return "no " + thing + " \"" + Printable(value) + '"' + suggestion +
+                   (suggestion.empty() ? "; there are " : " there are ") + list;
+          },
+          CLI::detail::generate_set(names)};
 }
 
 }  // namespace quillmark::tool

@@ -63,7 +63,7 @@ std::optional<std::string> ReadText(const std::string& path) {
   const std::optional<RegularFile> file = RegularFile::Open(path);
   if (!file) return std::nullopt;
   std::string text;
-  std::array<std::uint8_t, 64 * 1024> block;
+  std::array<std::uint8_t, std::size_t{64} * 1024> block;
   while (const std::size_t count = file->ReadAt(text.size(), block)) {
     const std::span<const std::uint8_t> read(block.data(), count);
     // Parsing would take a text with a NUL for the part before it. Large files of other kinds end here.

@@ -14,9 +14,9 @@ namespace quillmark::tool {
 namespace {
 
 constexpr int kLookUpMilliseconds = 100;
-constexpr std::size_t kBytesAtATime = 64 * 1024;
+constexpr std::size_t kBytesAtATime = std::size_t{64} * 1024;
 // No path of the system is nearly as long: what is longer is no list of paths.
-constexpr std::size_t kLongestPath = 64 * 1024;
+constexpr std::size_t kLongestPath = std::size_t{64} * 1024;
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <utility>
@@ -24,7 +25,7 @@ std::string Rounded(double value) {
 std::string Duration(double seconds) {
   constexpr double kMinute = 60;
   constexpr double kHour = 60 * kMinute;
-  const auto count = [](double n) { return std::to_string(static_cast<long>(n + 0.5)); };
+  const auto count = [](double n) { return std::to_string(std::lround(n)); };
   if (seconds < 2 * kMinute) return count(seconds) + " s";
   return seconds < 2 * kHour ? count(seconds / kMinute) + " min" : count(seconds / kHour) + " h";
 }

@@ -21,7 +21,7 @@ namespace quillmark::tool {
 namespace {
 
 constexpr int kLookUpMilliseconds = 100;
-constexpr std::size_t kBytesAtATime = 64 * 1024;
+constexpr std::size_t kBytesAtATime = std::size_t{64} * 1024;
 constexpr std::size_t kStartSize = 16;
 // Many times the largest fonts there are.
 constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;

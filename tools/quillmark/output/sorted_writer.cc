@@ -20,6 +20,7 @@ using Json = nlohmann::ordered_json;
 bool Before(const Json& a, const Json& b, bool are_versions) {
   if (a.is_null() || b.is_null()) return b.is_null() && !a.is_null();
   if (!are_versions) return a < b;
+  // NOLINTNEXTLINE(modernize-use-nullptr): an order is compared with 0
   return CompareVersions(a.get_ref<const std::string&>(), b.get_ref<const std::string&>()) < 0;
 }
 

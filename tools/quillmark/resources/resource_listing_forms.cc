@@ -17,6 +17,7 @@ class TableListing : public ListingWriter {
  public:
   void Add(const std::vector<ListedResource>& resources, std::size_t left_out) override {
     std::vector<std::vector<std::string>> rows;
+    rows.reserve(resources.size());
     for (const ListedResource& resource : resources) {
       rows.push_back({TypeText(resource.type), resource.id ? std::to_string(*resource.id) : "",
                       resource.id ? std::to_string(resource.size) : "data outside the file", resource.name});
