@@ -37,6 +37,7 @@ class CollectionReader {
     if (!offset) return;
     const auto [known, is_new] = face_of_offset_.try_emplace(*offset, face);
     if (!is_new) return creation_.AddFault({face, DuplicateFault{known->second, {}}});
+    creation_.budget.Charge(kDirectorySteps);
     CollectionFault fault;
     const auto found = collection_.FindFace(face, &fault);
     if (!found) return creation_.AddFault({face, fault});
@@ -64,6 +65,8 @@ class CollectionReader {
     specifier.checksum = collection_.ChecksumOf(tables, font);
     creation_.AddFace(std::move(specifier), std::move(names));
   }
+
+  static constexpr std::uint64_t kDirectorySteps = 1024;  // to look at one, beside its tables
 
   Creation& creation_;
   const TrueTypeCollectionFont collection_;

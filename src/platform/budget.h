@@ -28,7 +28,9 @@ class Budget {
   static constexpr std::uint64_t kInsertion = 16;        // into a map, or one element sorted
   static constexpr std::uint64_t kCharacter = 2;         // decoded
   static constexpr std::uint64_t kDecode = 32;           // one text, beside its characters
+  static constexpr std::uint64_t kSortedRecord = 64;     // one of thousands, in no order
   static constexpr std::uint64_t kFileQuestion = 1'000;  // one call that asks the file system
+  static constexpr std::uint64_t kDeepLevel = 128;       // a folder level of a path that is deeper than usual
   static constexpr std::uint64_t kFileRead = 500;        // one read, beside its bytes
   static constexpr std::uint64_t kFace = 2'048;          // one face that is kept, beside its texts
   static constexpr std::uint64_t kKeptByte = 16;     // one byte of a kept face's texts, shared ones included

@@ -8,7 +8,7 @@ namespace quillmark {
 
 FondKerning::FondKerning(Bytes fond, Budget* budget) : fond_(fond), budget_(budget) {
   Walk();
-  Charge(budget_, sub_tables_.size() * Budget::kInsertion);
+  Charge(budget_, sub_tables_.size() * Budget::kSortedRecord);
   std::ranges::stable_sort(sub_tables_, {}, &SubTable::style);
 }
 

@@ -36,7 +36,7 @@ std::optional<FondEntry> FondEntryAt(Bytes record, int index) {
 
 FondStyles::FondStyles(Bytes record, Budget* budget) {
   const int count = CountFondEntries(record);
-  Charge(budget, static_cast<std::uint64_t>(count) * (Budget::kRecord + Budget::kInsertion));
+  Charge(budget, static_cast<std::uint64_t>(count) * (Budget::kRecord + Budget::kSortedRecord));
   entries_.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     if (const auto entry = FondEntryAt(record, i)) entries_.push_back(*entry);

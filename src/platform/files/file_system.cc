@@ -107,13 +107,21 @@ const FileSystem& SystemFiles() {
   return *files;
 }
 
+// The system walks the levels of a path anew with each question.
+void FileAccess::ChargeQuestion(const std::string& path) const {
+  constexpr std::ptrdiff_t kUsualLevels = 16;
+  const std::ptrdiff_t levels = std::count(path.begin(), path.end(), '/') - kUsualLevels;
+  const auto deep_levels = static_cast<std::uint64_t>(std::max<std::ptrdiff_t>(levels, 0));
+  Charge(budget_, Budget::kFileQuestion + deep_levels * Budget::kDeepLevel);
+}
+
 FileStatus FileAccess::Status(const std::string& path) const {
-  Charge(budget_, Budget::kFileQuestion);
+  ChargeQuestion(path);
   return system_.Status(path);
 }
 
 std::unique_ptr<OpenedFile> FileAccess::Open(const std::string& path) const {
-  Charge(budget_, Budget::kFileQuestion);
+  ChargeQuestion(path);
   return system_.Open(path);
 }
 
@@ -124,12 +132,12 @@ std::vector<std::size_t> FileAccess::FoldersAboveWith(std::string_view name, std
 }
 
 std::vector<std::string> FileAccess::AttributeNames(const std::string& path) const {
-  Charge(budget_, Budget::kFileQuestion);
+  ChargeQuestion(path);
   return system_.AttributeNames(path);
 }
 
 std::optional<std::string> FileAccess::Attribute(const std::string& path, const std::string& name) const {
-  Charge(budget_, Budget::kFileQuestion);
+  ChargeQuestion(path);
   auto value = system_.Attribute(path, name);
   if (value && budget_ != nullptr) budget_->Allow(value->size());
   return value;

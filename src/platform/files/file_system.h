@@ -79,6 +79,8 @@ class FileAccess {
   std::shared_ptr<Block> TakeBlock();
 
  private:
+  void ChargeQuestion(const std::string& path) const;
+
   const FileSystem& system_;
   Budget* const budget_;
   std::shared_ptr<Block> block_;

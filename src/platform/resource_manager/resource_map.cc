@@ -110,7 +110,7 @@ ResourceMap::IdIndex& ResourceMap::IndexOf(std::uint16_t entry) {
   const auto found = id_indexes_.find(entry);
   if (found != id_indexes_.end()) return found->second;
   const std::size_t count = entries_[entry].CountLeft();
-  Charge(budget_, count * (Budget::kRecord + Budget::kInsertion));
+  Charge(budget_, count * (Budget::kRecord + Budget::kSortedRecord));
   IdIndex index;
   index.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {

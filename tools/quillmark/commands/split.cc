@@ -64,14 +64,10 @@ class FontSource {
 
 class CollectionSource : public FontSource {
  public:
-  explicit CollectionSource(const std::string& path)
-      : access_(files_), file_(access_, path), collection_(file_) {}
+  explicit CollectionSource(FontFile& file) : collection_(file) {}
 
   // Empty when it lists faces.
-  std::string WhyNone() {
-    if (files_.failure()) return files_.WhyUnread(file_.path());
-    return collection_.faceCount() > 0 ? "" : Words(collection_.status());
-  }
+  std::string WhyNone() { return collection_.faceCount() > 0 ? "" : Words(collection_.status()); }
   std::uint32_t FaceCount() const { return collection_.faceCount(); }
 
   std::string Kind() const override { return "face"; }
@@ -101,9 +97,6 @@ class CollectionSource : public FontSource {
   }
 
  private:
-  WatchedFiles files_;
-  FileAccess access_;
-  FontFile file_;
   TrueTypeCollectionFont collection_;
 };
 
@@ -165,7 +158,8 @@ std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
 
 class Splitter {
  public:
-  Splitter(const Options& options, FontSource& source) : options_(options), source_(source) {}
+  Splitter(const Options& options, FontSource& source, Budget& budget)
+      : options_(options), source_(source), budget_(budget) {}
 
   int Run() {
     if (const std::string reason = ChooseTargets(); !reason.empty()) {
@@ -208,6 +202,7 @@ class Splitter {
       if (is_new) {
         std::string reason;
         const std::vector<char> font = source_.Font(number, reason);
+        budget_.Charge(font.size());
         read_ += font.size();
         known->second = TargetOf(number, font, reason);
         if (to_write_ > options_.max_bytes) {
@@ -239,7 +234,7 @@ class Splitter {
   }
 
   std::string PathFor(int number, Bytes font) {
-    const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font));
+    const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font, &budget_));
     const std::string extension = StartsWith(font, "OTTO") ? ".otf" : ".ttf";
     const std::string name =
         names_.NameFor(post_script_name, source_.Kind() + '-' + std::to_string(number), extension);
@@ -271,6 +266,7 @@ class Splitter {
 
   const Options& options_;
   FontSource& source_;
+  Budget& budget_;
   SplitNames names_;
   std::vector<Target> targets_;
   std::map<std::pair<std::size_t, std::size_t>, std::size_t> by_content_;  // by size and hash
@@ -289,17 +285,18 @@ bool BeginsAsCollection(const std::string& path) {
   return file && file->ReadAt(0, tag) == tag.size() && StartsWith(tag, "ttcf");
 }
 
-int SplitCollection(const Options& options) {
-  CollectionSource source(options.file);
+int SplitCollection(const Options& options, const WatchedFiles& files, FontFile& opened) {
+  CollectionSource source(opened);
+  if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
   if (const std::string reason = source.WhyNone(); !reason.empty()) return Fail(options.file, reason);
   if (source.FaceCount() > kMostFaces) {
     return Fail(options.file, "lists more than " + std::to_string(kMostFaces) + " faces");
   }
-  return Splitter(options, source).Run();
+  return Splitter(options, source, *opened.budget()).Run();
 }
 
-int SplitResources(const Options& options) {
-  const ResourceFileHolder file = OpenResources(options.file);
+int SplitResources(const Options& options, FontFile& opened) {
+  const ResourceFileHolder file(AllocateResourceFile(opened, true));
   if (file.get() == nullptr) {
     return Fail(options.file, "neither a collection nor a resource file, so there is nothing to split");
   }
@@ -307,7 +304,7 @@ int SplitResources(const Options& options) {
     return Fail(options.file, "its resources hold no TrueType or OpenType font");
   }
   ResourceSource source(*file.get());
-  return Splitter(options, source).Run();
+  return Splitter(options, source, *opened.budget()).Run();
 }
 
 int Split(const Options& options) {
@@ -316,7 +313,16 @@ int Split(const Options& options) {
   if (fs::exists(options.folder, error) && !fs::is_directory(options.folder, error)) {
     return Fail(options.folder, "not a folder to write to");
   }
-  return BeginsAsCollection(options.file) ? SplitCollection(options) : SplitResources(options);
+  Budget budget;
+  const WatchedFiles files;
+  FileAccess access(files, &budget);
+  FontFile file(access, options.file);
+  try {
+    return BeginsAsCollection(options.file) ? SplitCollection(options, files, file)
+                                            : SplitResources(options, file);
+  } catch (const BudgetSpent&) {
+    return Fail(options.file, kRepeatsItsBytes);
+  }
 }
 
 // Converts a number with or without K, M, G and so on to bytes. The parser's own conversion would wrap

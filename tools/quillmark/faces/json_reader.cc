@@ -15,7 +15,7 @@
 namespace quillmark::tool {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;  // an ordered one takes the square of the keys
 
 constexpr const char* kBlanks = " \t\r\n";
 

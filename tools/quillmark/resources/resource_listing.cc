@@ -35,7 +35,8 @@ ListedStyle LookAtStyle(QuillmarkResourceFile& file, const Family& family, std::
   if (family.shouldHavePrinterFile(style)) {
     listed.printer_font = family.getPSPrinterNameForFOND(style);
     const auto path = file.PathOfPrinterFile(listed.printer_font);
-    listed.printer_font_exists = path && IsRegularFile(*path);
+    const FileAccess access(SystemFiles(), file.budget());
+    listed.printer_font_exists = path && access.Status(*path).regular;
   }
   return listed;
 }
