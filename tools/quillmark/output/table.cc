@@ -149,7 +149,9 @@ Table::Layout Table::Choose(std::size_t room, bool by_folder, int rank) const {
   if (room > 0 && columns_.size() > 1 && columns_.back().is_path) {
     Layout wanted = layout;  // the columns beside a whole path
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      if (columns_[i].rank <= rank && !IsLeftOut(i)) wanted.widths.push_back(FirstWidth(i, layout));
+      if (columns_[i].rank > rank || IsLeftOut(i)) continue;
+      const std::size_t natural = std::max(widest_[i], DisplayWidth(columns_[i].title));
+      wanted.widths.push_back(columns_[i].is_path ? FirstWidth(i, layout) : std::min(natural, room * 3 / 10));
     }
     if (wanted.Total() > room) {
       layout.place = by_folder && 2 * FolderLines() <= rows_.size() ? Layout::kInFolder : Layout::kBelow;
