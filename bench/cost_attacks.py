@@ -397,6 +397,21 @@ def ttc_empty_faces(n=200000):
     return _ttc(shuffled(9, range(base, base + n))) + bytes(n + 64)
 
 
+def outlines_twice(n=10000):
+    """FOLDER: two copies of a file whose FOND has n styles, each with an outline and a name of its own: `same` lists
+    all faces, and looks into every outline."""
+    data, refs = bytearray(), []
+    for k in range(n):
+        name = b"N%x" % k
+        table = U16(0) + U16(1) + U16(18) + U16(1) + U16(0) + U16(0) + U16(6) + U16(len(name)) + U16(0) + name
+        refs.append((k, NONAME, len(data)))
+        data += resource(sfnt([(b"name", table)]))
+    family = [(128, NONAME, len(data))]
+    data += resource(fond_head() + entries([(0, k, k) for k in range(n)]))
+    whole = fork(bytes(data), [(b"FOND", family, None), (b"sfnt", refs, None)])
+    return {"a.dfont": whole, "b.dfont": whole}
+
+
 def ttc_many_names(n=9000):
     """n faces of one table each, with names of 1,023 characters that differ."""
     rng = random.Random(11)
@@ -583,6 +598,7 @@ ATTACKS = {
     "name_surrogates": (".dfont", name_surrogates),
     "name_ascii_unicode": (".dfont", name_ascii_unicode),
     "name_empty_texts": (".dfont", name_empty_texts),
+    "outlines_twice": ("", outlines_twice),
     "ttc_empty_faces": (".ttc", ttc_empty_faces),
     "ttc_many_names": (".ttc", ttc_many_names),
     "ttc_many_tables": (".ttc", ttc_many_tables),

@@ -56,7 +56,7 @@ _quillmark() {
   case $command in
     identify) options+=" --format --fields --wide --sort --name --why$walk" ;;
     same) options+=" --format --near --without$walk" ;;
-    why) options+=" --format$walk" ;;
+    why) options+=" --format --name$walk" ;;
     compare | resources | styles | classify | version) options+=" --format" ;;
     read) options+=" --format --fields --wide" ;;
     split) options+=" --output --max-bytes" ;;

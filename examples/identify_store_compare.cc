@@ -1,4 +1,4 @@
-// A host in C++17: keeps what it learns of a font file as a property list and tells at the next run whether
+// A host in C++14: keeps what it learns of a font file as a property list and tells at the next run whether
 // the file still holds the same fonts.
 //
 // Usage: identify_store_compare FONT STORE
@@ -10,13 +10,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <fstream>
 #include <ios>
 #include <iostream>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -59,9 +57,9 @@ void Store(const QM_FontArray* array, const char* path) {
   // The first call only asks for the size that the text needs, its NUL included.
   std::string text(1, '\0');
   std::uint32_t size = 0;
-  QM_GetPropertyListRepresentation(array, text.data(), &size);
+  QM_GetPropertyListRepresentation(array, &text[0], &size);
   text.resize(size);
-  const bool written = QM_GetPropertyListRepresentation(array, text.data(), &size) == QM_STATUS_OK;
+  const bool written = QM_GetPropertyListRepresentation(array, &text[0], &size) == QM_STATUS_OK;
   text.pop_back();
   std::ofstream file(path, std::ios::binary);
   if (!written || !file.write(text.data(), static_cast<std::streamsize>(text.size())).flush()) {
@@ -71,7 +69,8 @@ void Store(const QM_FontArray* array, const char* path) {
 
 FontArray ReadBack(const char* path) {
   std::ifstream file(path, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(file), {});
+  std::istreambuf_iterator<char> bytes(file), end;
+  const std::string text(bytes, end);
   QM_FontArray* array = nullptr;
   if (QM_CreateSpecifierFromPropertyList(text.c_str(), &array) != QM_STATUS_OK) {
     throw std::runtime_error(std::string(path) + ": no stored faces");
@@ -84,16 +83,21 @@ std::string Text(const QM_FontArray* array, std::uint32_t face, TextGetter get) 
   return get(array, face, text, sizeof text) == QM_STATUS_OK ? text : "(not held)";
 }
 
-std::optional<std::uint32_t> Number(const QM_FontArray* array, std::uint32_t face, NumberGetter get) {
-  std::uint32_t number = 0;
-  if (get(array, face, &number) != QM_STATUS_OK) return std::nullopt;
+struct Number {
+  bool held;
+  std::uint32_t value;
+};
+
+Number ReadNumber(const QM_FontArray* array, std::uint32_t face, NumberGetter get) {
+  Number number{false, 0};
+  number.held = get(array, face, &number.value) == QM_STATUS_OK;
   return number;
 }
 
-std::string Digits(std::optional<std::uint32_t> number) {
-  if (!number) return "(not held)";
+std::string Digits(Number number) {
+  if (!number.held) return "(not held)";
   char digits[9];
-  std::snprintf(digits, sizeof digits, "%08X", *number);
+  std::snprintf(digits, sizeof digits, "%08X", number.value);
   return digits;
 }
 
@@ -107,18 +111,18 @@ void Print(std::string label, bool agree, const std::string& now, const std::str
 
 bool SameFace(const QM_FontArray* fresh, const QM_FontArray* stored, std::uint32_t face) {
   bool same = true;
-  for (const auto& [label, get] : kTexts) {
-    const std::string now = Text(fresh, face, get);
-    const std::string then = Text(stored, face, get);
-    Print(label, now == then, now, then);
+  for (const TextRow& row : kTexts) {
+    const std::string now = Text(fresh, face, row.get);
+    const std::string then = Text(stored, face, row.get);
+    Print(row.label, now == then, now, then);
     same = same && now == then;
   }
-  for (const auto& [label, get] : kChecksums) {
-    const auto now = Number(fresh, face, get);
-    const auto then = Number(stored, face, get);
+  for (const ChecksumRow& row : kChecksums) {
+    const Number now = ReadNumber(fresh, face, row.get);
+    const Number then = ReadNumber(stored, face, row.get);
     // A checksum above 7FFFFFFF is read back as 7FFFFFFF: the stored text itself tells more.
-    const bool agree = now && then && *then == std::min<std::uint32_t>(*now, 0x7FFFFFFF);
-    Print(label, agree, Digits(now), Digits(then));
+    const bool agree = now.held && then.held && then.value == std::min<std::uint32_t>(now.value, 0x7FFFFFFF);
+    Print(row.label, agree, Digits(now), Digits(then));
     same = same && agree;
   }
   return same;
@@ -151,7 +155,7 @@ int main(int argc, char** argv) {
   // The library's own exceptions come by their standard types: memory that runs out, above all.
   try {
     const FontArray fresh = Identify(argv[1]);
-    if (!std::filesystem::exists(argv[2])) Store(fresh.get(), argv[2]);
+    if (!std::ifstream(argv[2])) Store(fresh.get(), argv[2]);
     const FontArray stored = ReadBack(argv[2]);
     const bool same = SameFaces(fresh.get(), stored.get());
     std::cout << (same ? "the stored faces agree\n" : "the stored faces differ\n");

@@ -40,11 +40,12 @@ KNOWN_RINGS = [["support/om_string", "support/wide_string"]]
 INNER_HEADERS = """
     analysis/collection.h analysis/font_extension.h analysis/font_kind.h analysis/name_match.h analysis/name_record.h
     analysis/name_table.h analysis/sfnt_data.h analysis/sfnt_directory.h
-    api/creation.h api/creation_context.h api/face_fault.h api/font_array.h api/match.h api/xml_reader.h
+    api/creation.h api/creation_context.h api/face_fault.h api/font_array.h api/xml_reader.h
     knowledge/classification_mappings.h knowledge/foundry_name_table.h knowledge/keyword_table.h
     platform/byte_reader.h platform/core_foundation/cf_bundle.h platform/core_foundation/cf_ref.h
     platform/files/apple_double.h platform/files/file_system.h platform/files/font_file.h
-    platform/files/temporary_file.h platform/resource_manager/resource_map.h platform/text/text_encoding.h
+    platform/files/temporary_file.h platform/resource_manager/resource_map.h platform/text/ascii_case.h
+    platform/text/text_encoding.h
     resources/family.h resources/fond_record.h resources/quillmark_resource_file.h resources/resource_access.h
 """.split()
 

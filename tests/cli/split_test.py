@@ -60,6 +60,11 @@ class SplitTest(ToolCase):
         self.assertEqual(written, [f"{self.out}/One.ttf", f"{self.out}/Two.otf"])
         self.assertEqual([pathlib.Path(path).read_bytes() for path in written], [truetype, opentype])
         self.assertEqual(errors, [f"{self.folder}/a.dfont: sfnt 3 cannot be written: neither a TrueType nor an OpenType font"])
+        length = struct.pack(">L", len(opentype))
+        cut = suitcase.replace(length + opentype, struct.pack(">L", 1 << 20) + opentype)
+        written, errors = self.split(self.write("cut.dfont", cut), 1)
+        self.assertEqual(written, [])  # One.ttf is there already
+        self.assertIn(f"{self.folder}/cut.dfont: sfnt 2 cannot be written: its data are empty or lie outside the file", errors)
 
     def test_a_face_that_cannot_be_cut_is_told_and_the_others_are_written(self):
         damaged = collection("A", "BC")[:-2]

@@ -45,6 +45,8 @@ class StandardInputTest(ToolCase):
         self.write("-", FONTS["b.otf"])  # which a list may name
         listed = run("identify", "--format", "tsv", "--fields", "postScriptName", "--files-from", "-", input=b"-\n", cwd=self.folder)
         self.assertEqual(listed.stdout, b"postScriptName\nOther\n")
+        self.assertEqual(run("why", "-", "--name", "a.ttf", input=FONTS["a.ttf"]).stdout, b"standard input: gives 1 face\n")
+        self.assertIn(b"standard input only as a path of identify, why and read\n", run("same", "-").stderr)
 
     def test_what_cannot_be_read_is_told(self):
         rows = [

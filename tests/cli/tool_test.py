@@ -106,7 +106,7 @@ class ToolTest(unittest.TestCase):
         os.symlink(self.folder, self.folder / "loop")
         os.symlink(self.folder / "a.ttf", self.folder / "linked.ttf")
         one = run("identify", "--format", "json", self.folder)
-        self.assertEqual(one.stderr, b"5 faces in 5 files; 1 other file passed over\n")
+        self.assertEqual(one.stderr, b"5 faces in 5 files; 1 linked folder not entered (--follow), 1 other file passed over\n")
         names = [str(pathlib.Path(face["path"]).relative_to(self.folder)) for face in json.loads(one.stdout)]
         self.assertEqual(names, ["a.ttf", "c.otf", "linked.ttf", "b/1.ttf", "b/2.ttf"])
         self.assertEqual(run("identify", "--format", "json", "-j", 4, self.folder).stdout, one.stdout)

@@ -26,7 +26,11 @@ class UsageTest(ToolCase):
             (["identify", "--format=odd", "."], 'quillmark identify: --format: no form "odd"; there are table, json, ...'),
             (["identify", "--fields=path,famly", "-j0"], 'quillmark identify: --fields: no field "famly"; did you mean family? ...'),
             (["identify", "--sort", "nme", "."], 'quillmark identify: --sort: no field "nme"; there are path, ...'),
-            (["identify", "-qj0", "--zzz"], "quillmark identify: -j: Value 0 not in range 1 to 256"),
+            (["identify", "-qj0", "--zzz"], 'quillmark identify: -j: no number "0"; it takes 1 to 256'),
+            (["why", "-j", "word", "."], 'quillmark why: -j: no number "word"; it takes 1 to 256'),
+            (["split", "--max-bytes", "1Q", "a"], 'quillmark split: --max-bytes: no size "1Q"; it takes bytes, or as 500M or 2G'),
+            (["same", "--without", "copy", "."], 'quillmark same: --without: no list "copy"; did you mean copies? there are ...'),
+            (["--", "-h"], "quillmark: no command -h; see: quillmark help"),
             (["identify", "--jobs"], "quillmark identify: --jobs needs a value"),
             (["identify", "--format=", "json"], "quillmark identify: --format needs a value"),
             (["identify", "--quiet=1", "."], "quillmark identify: --quiet takes no value"),
@@ -78,7 +82,7 @@ class UsageTest(ToolCase):
             with self.subTest(words):
                 result = run("identify", "--format", "tsv", "--fields", "path", *words, cwd=self.folder)
                 self.assertEqual(result.stdout.decode().split()[1:], paths, result.stderr)
-        self.assertEqual(run("styles", "Minion-Bold", "--", "-Italic").stdout, b"Bold\n")
+        self.assertEqual(run("--", "styles", "Minion-Bold", "-Italic").stdout, b"Bold\n")
 
 
 if __name__ == "__main__":

@@ -82,10 +82,10 @@ REASONS = [
     ("a.txt", b"text", "a text file, not a font that Quillmark reads"),
     ("a", bytes(30), "unknown data, not a font that Quillmark reads"),
     # Sound fonts under another name.
-    ("a", FONT, "a TrueType font, which is not read without its extension: rename it so that it ends in .ttf"),
-    ("a.fon", FONT, "a TrueType font, which is not read under the extension .fon: rename"),
-    ("a.pfb", sfnt(version=b"OTTO"), "an OpenType font, which is not read under the extension .pfb: rename it so that it ends in .otf"),
-    ("a.ttc", FONT, "a TrueType font in spite of its extension .ttc: rename it so that it ends in .ttf"),
+    ("a", FONT, "a TrueType font, which is not read without its extension: its name must end in .ttf"),
+    ("a.fon", FONT, "a TrueType font, which is not read under the extension .fon: its name"),
+    ("a.pfb", sfnt(version=b"OTTO"), "an OpenType font, which is not read under the extension .pfb: its name must end in .otf"),
+    ("a.ttc", FONT, "a TrueType font in spite of its extension .ttc: its name must end in .ttf"),
     ("a.ttf", collection("A", "B"), "a TrueType collection in spite of its extension .ttf, and collections are read by"),
     # Damaged fonts.
     ("a.ttf", FONT[:12], "a TrueType font that is damaged: the file ends before the list of tables, after 12 bytes"),

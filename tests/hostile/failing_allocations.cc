@@ -8,7 +8,6 @@
 namespace {
 
 std::int64_t until_failure = 0;  // 1: the next one fails; 0 and less: none does
-bool failed_in_calloc = false;
 std::atomic<std::int64_t> live_blocks = 0;
 
 bool MustFail() { return until_failure > 0 && --until_failure == 0; }
@@ -47,21 +46,15 @@ extern "C" {
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-  if (!MustFail()) return __real_calloc(count, size);
-  failed_in_calloc = true;
-  return nullptr;
+  return MustFail() ? nullptr : __real_calloc(count, size);
 }
 }
 
 namespace quillmark {
 
-FailingAllocation::FailingAllocation(std::int64_t number) {
-  until_failure = number;
-  failed_in_calloc = false;
-}
+FailingAllocation::FailingAllocation(std::int64_t number) { until_failure = number; }
 FailingAllocation::~FailingAllocation() { until_failure = 0; }
 bool FailingAllocation::happened() const { return until_failure == 0; }
-bool FailingAllocation::was_of_handle() const { return failed_in_calloc; }
 
 std::int64_t LiveBlocks() { return live_blocks; }
 

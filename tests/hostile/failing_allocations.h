@@ -16,8 +16,6 @@ class FailingAllocation {
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
   bool happened() const;
-  bool was_of_handle()
-      const;  // and was of a resource's data, which is answered by a resource that is missing
 };
 
 // Blocks from operator new that were not given back.

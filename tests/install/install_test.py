@@ -11,6 +11,7 @@ from installed import (BUILD, DEJAVU, FLAGS, FOUNDRY, HAS_TOOL, LIBDIR, SOURCE, 
                        run)  # fmt: skip
 
 CONSUMER = SOURCE / "tests/install/consumer"
+WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Werror"]
 COMPONENTS = {
     "library": r"{lib}/libquillmark\.so\.\d+(\.\d+\.\d+)?|share/quillmark/Resources/\w+\.plist",
     "development": r"include/quillmark/quillmark\.h|{lib}/libquillmark\.so|{lib}/pkgconfig/quillmark\.pc|"
@@ -83,8 +84,10 @@ class InstallTest(InstalledTree, unittest.TestCase):
                                    ([c, examples / "identify_store_compare.c"], [self.folder / "stored.xml"]),
                                    ([cc, examples / "identify_store_compare.cc"], [self.folder / "stored.plist"])]:  # fmt: skip
             program = self.folder / "by pkg-config"
-            run(*command, "-Wall", "-Wextra", "-Wpedantic", "-Werror", *FLAGS, *flags, "-o", program)
+            run(*command, *WARNINGS, *FLAGS, *flags, "-o", program)
             self.assertIn(FOUNDRY, run(program, DEJAVU, *arguments, env=env), command)
+        # Its default is an older C++ than that of other compilers.
+        run("clang++-14", examples / "identify_store_compare.cc", *WARNINGS, *flags, "-fsyntax-only", "-Qunused-arguments")
 
     def test_pip_leaves_nothing_in_the_folder(self):
         for python in [os.environ["QM_PYTHON"], "/usr/bin/python3"]:

@@ -123,7 +123,8 @@ class Files(unittest.TestCase):
             for path, error in [("/nonexistent/a.ttf", FileNotFoundError), (DEJAVU + "/a.ttf", NotADirectoryError)]:
                 with self.subTest(call=call.__name__, path=path), self.assertRaises(error) as caught:
                     call(path)
-                self.assertEqual(os.fsdecode(caught.exception.filename), path)
+                self.assertEqual(caught.exception.filename, path)
+        self.assertRaisesRegex(IsADirectoryError, "a folder: ask for each of its files: '/usr'", quillmark.why, "/usr")
 
     @unittest.skipUnless(TOOL.exists(), "built without the tool")
     def test_why(self):

@@ -6,6 +6,7 @@
 #include <clocale>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,9 @@ int main(int argc, char** argv) {
   const tool::TerminalGuard errors(std::cerr, STDERR_FILENO);
   try {
     return Run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "quillmark: there is too little memory\n";
+    return 1;
   } catch (const std::exception& error) {
     std::cerr << "quillmark: " << error.what() << '\n';
     return 1;

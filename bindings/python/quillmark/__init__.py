@@ -24,6 +24,7 @@ called from several threads at once, and let other threads run.
 """
 
 import ctypes
+import errno
 import os
 from dataclasses import dataclass
 from typing import Callable, List, Optional, Sequence, Tuple, Type, TypeVar, Union, overload
@@ -97,7 +98,7 @@ class FontArray(Sequence[Face]):
         try:
             return cls._made("no face was read: " + os.fsdecode(name), "CreateSpecifier", name, 0, request)
         except QuillmarkError:
-            _library.check_readable(name)
+            _library.check_readable(path)
             raise
 
     @classmethod
@@ -216,10 +217,13 @@ def identify(path: Path, request: int = ATTRIBUTES_ALL) -> List[Face]:
 def why(path: Path) -> Optional[str]:
     """Why a file gives no face, or fewer than it lists; None when it gives all. Asks the command-line tool.
 
-    FileNotFoundError or another OSError when there is no file or it may not be read, and when the tool is not there.
+    FileNotFoundError or another OSError when there is no file or it may not be read, and when the tool is not there;
+    IsADirectoryError for a folder.
     """
     name = _library.path_bytes(path)
-    _library.check_readable(name)
+    _library.check_readable(path)
+    if os.path.isdir(name):
+        raise IsADirectoryError(errno.EISDIR, "a folder: ask for each of its files", os.fspath(path))
     return _tool.reason_of(name)
 
 

@@ -102,8 +102,9 @@ def path_bytes(path: Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
     return without_nul(os.fsencode(path))
 
 
-def check_readable(name: bytes) -> None:
+def check_readable(path: Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]) -> None:
     """Raises the system's error, FileNotFoundError above all, when there is no such file or it may not be read."""
+    name = os.fspath(path)  # as the caller gave it, for OSError.filename
     if stat.S_ISREG(os.stat(name).st_mode):
         open(name, "rb").close()
 

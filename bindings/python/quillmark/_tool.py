@@ -29,8 +29,6 @@ def _path() -> str:
 
 def reason_of(path: bytes) -> Optional[str]:
     """The reason that `quillmark why` gives for one path that is there."""
-    if os.path.isdir(path):
-        return "a folder, not a file"
     tool = _path()
     shown = b"./" + path if path.startswith(b"-") else path  # no option
     command = [tool, "why", "--format", "json", shown]

@@ -1,6 +1,7 @@
 #include "platform/resource_manager/open_resource_file.h"
 
 #include <memory>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -39,7 +40,7 @@ OSErr OpenResourceFile::Load(HandleBlock& block) {
   const auto range = map_.Data(block.key);
   if (!range) return mapReadErr;
   MemoryBlock memory = AllocateMemory(range->length);
-  if (memory == nullptr) return memFullErr;
+  if (memory == nullptr) throw std::bad_alloc();
   const std::span<std::uint8_t> bytes(reinterpret_cast<std::uint8_t*>(memory.get()), range->length);
   if (map_.fork().ReadAt(range->start, bytes) != bytes.size()) return ioErr;
   SetData(block, std::move(memory), range->length);

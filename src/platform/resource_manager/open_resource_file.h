@@ -26,7 +26,8 @@ class OpenResourceFile {
   // The handle of a resource, always the same until it is released; *error says why there is none. Data that
   // leave the data area give none, whether they are loaded or not.
   Handle HandleFor(ResourceMap::Key key, bool load, OSErr* error);
-  // Loads the data of one of this file's handles, if they are not there.
+  // Loads the data of one of this file's handles, if they are not there. Throws std::bad_alloc rather than
+  // answer that there is too little memory: a font with a resource left out would pass for the whole one.
   OSErr Load(HandleBlock& block);
   // Detaches a handle from this file: the next HandleFor of its resource makes a new one.
   void Forget(HandleBlock& block);

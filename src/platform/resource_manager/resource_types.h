@@ -20,7 +20,6 @@ enum : OSErr {
   ioErr = -36,
   fnfErr = -43,
   permErr = -54,
-  memFullErr = -108,
   resNotFound = -192,
   resFNotFound = -193,
   rmvResFailed = -196,

@@ -27,11 +27,12 @@ class CommandWords {
 
   // Nothing is looked at behind a request for help or for the version.
   std::vector<std::string> InOrder() {
+    bool may_be_option = true;  // until "--"
     while (!asks_for_help_ && next_ < words_.size()) {
       const std::string& word = words_[next_++];
-      if (word == "--" && command_ != &app_) {
-        while (next_ < words_.size()) TakeOther(words_[next_++]);
-      } else if (word.size() > 1 && word.front() == '-' && word != "--") {
+      if (word == "--" && may_be_option) {
+        may_be_option = false;
+      } else if (word.size() > 1 && word.front() == '-' && may_be_option) {
         TakeOption(word);
       } else if (command_ == &app_) {
         TakeCommand(word);

@@ -19,6 +19,7 @@
 #include "output/json_form.h"
 #include "output/output.h"
 #include "output/table.h"
+#include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
 #include "text/printable.h"
@@ -47,7 +48,10 @@ bool Load(Side& side) {
     side.array = std::move(stored->array);
     side.form = stored->form;
   } else {
-    std::cerr << Printable(side.path) << ": " << ExplainNoFace(side.path).reason << '\n';
+    PrinterFontFamilies families;
+    std::cerr << Printable(side.path) << ": "
+              << (files.failure() ? files.WhyUnread(side.path) : Explain(side.path, result, families).reason)
+              << '\n';
     return false;
   }
   return true;

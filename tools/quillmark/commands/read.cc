@@ -10,6 +10,7 @@
 #include "commands/commands.h"
 #include "commands/shared_options.h"
 #include "commands/tables_check.h"
+#include "faces/attributes.h"
 #include "faces/json_reader.h"
 #include "faces/stored_text.h"
 #include "files/standard_input.h"

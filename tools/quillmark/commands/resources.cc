@@ -7,7 +7,7 @@
 
 #include "commands/commands.h"
 #include "commands/shared_options.h"
-#include "platform/files/font_file.h"
+#include "reasons/opened_font.h"
 #include "reasons/reason.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
@@ -34,13 +34,10 @@ bool List(QuillmarkResourceFile& file, ListingWriter& writer) {
 }
 
 int Resources(const std::string& path, const std::string& format) {
-  Budget budget;
-  FileAccess access(SystemFiles(), &budget);
-  FontFile file(access, path);
-  const ResourceFileHolder resources(AllocateResourceFile(file, true));
+  OpenedFont opened(path);
+  const ResourceFileHolder resources(AllocateResourceFile(opened.file, true));
   if (resources.get() == nullptr) {
-    std::cerr << Printable(path) << ": "
-              << (IsRegularFile(path) ? "no resource map in either fork" : ExplainNoFace(path).reason)
+    std::cerr << Printable(path) << ": " << WhyNotReadable(path).value_or("no resource map in either fork")
               << '\n';
     return 1;
   }

@@ -9,6 +9,7 @@
 #include "commands/suggestion.h"
 #include "faces/fields.h"
 #include "files/standard_input.h"
+#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
@@ -50,6 +51,16 @@ void AddPaths(CLI::App& command, PathSources& sources) {
     if (sources.paths.empty() && sources.list.empty()) throw CLI::RequiredError("PATH or --files-from");
     if (sources.standard_input_name) CheckStandardInput(sources);
   });
+}
+
+CLI::Validator NumberOfJobs() {
+  const std::string range = "1 to " + std::to_string(kMostJobs);
+  return {[range](const std::string& value) {
+            unsigned jobs = 0;
+            const bool is_number = CLI::detail::lexical_cast(value, jobs) && jobs >= 1 && jobs <= kMostJobs;
+            return is_number ? "" : "no number \"" + Printable(value) + "\"; it takes " + range;
+          },
+          range};
 }
 
 // Takes a path, and leaves its last component.
@@ -104,7 +115,7 @@ void AddStandardInput(CLI::App& command, PathSources& sources) {
 void AddFiles(CLI::App& command, FilesOptions& options) {
   options.jobs = AvailableCores();
   command.add_option("-j,--jobs", options.jobs, "Files read at the same time")
-      ->check(CLI::Range(1u, kMostJobs))
+      ->check(NumberOfJobs())
       ->default_str("number of cores");
   AddPaths(command, options.sources);
   command.add_option("--progress", options.progress, "Whether a line tells how far the work is")

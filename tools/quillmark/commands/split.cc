@@ -10,6 +10,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -17,11 +18,10 @@
 #include "analysis/collection.h"
 #include "analysis/name_table.h"
 #include "commands/commands.h"
-#include "platform/resource_manager/resource_map.h"
 #include "reasons/fault_words.h"
 #include "reasons/known_formats.h"
+#include "reasons/opened_font.h"
 #include "reasons/reason.h"
-#include "reasons/resource_faults.h"
 #include "reasons/watched_files.h"
 #include "resources/resource_access.h"
 #include "split/new_file.h"
@@ -43,6 +43,8 @@ struct Options {
   std::string folder = ".";
   std::uint64_t max_bytes = kGiB;
 };
+
+Bytes BytesOf(const std::vector<char>& font) { return AsBytes(std::string_view(font.data(), font.size())); }
 
 // Identifies where a font lies: a number, and bytes of the source, which must outlive it.
 using Place = std::pair<std::uint64_t, std::string_view>;
@@ -66,8 +68,7 @@ class CollectionSource : public FontSource {
  public:
   explicit CollectionSource(FontFile& file) : collection_(file) {}
 
-  // Empty when it lists faces.
-  std::string WhyNone() { return collection_.faceCount() > 0 ? "" : Words(collection_.status()); }
+  CollectionStatus Status() const { return collection_.status(); }
   std::uint32_t FaceCount() const { return collection_.faceCount(); }
 
   std::string Kind() const override { return "face"; }
@@ -102,41 +103,46 @@ class CollectionSource : public FontSource {
 
 class ResourceSource : public FontSource {
  public:
-  explicit ResourceSource(QuillmarkResourceFile& file) : file_(file) {
-    auto fork = file.isDataFork() ? OpenDataFork(file.file()) : OpenResourceFork(file.file());
-    if (fork) map_ = ResourceMap::Open(*std::move(fork));
-  }
+  explicit ResourceSource(ResourceMap map) : map_(std::move(map)) {}
 
   std::string Kind() const override { return "sfnt"; }
 
   std::vector<int> Numbers() override {
-    const std::vector<std::int16_t> ids = file_.getSortedResIDsForType(kSfnt);
+    std::set<int> ids;
+    for (std::size_t i = 0; i < map_.CountResources(kSfnt); ++i) ids.insert(map_.ID(*map_.At(kSfnt, i)));
     return {ids.begin(), ids.end()};
   }
 
   Place PlaceOfFont(int number) override {
-    const auto key = map_ ? map_->Find(kSfnt, static_cast<std::int16_t>(number)) : std::nullopt;
-    const auto data = key ? map_->Data(*key) : std::nullopt;
+    const auto data = DataOf(number);
     return {data ? data->start : kNowhere, {}};
   }
 
   std::vector<char> Font(int number, std::string& reason) override {
-    const ResourceHandle resource(file_.getResourceHandleForType(kSfnt, number));
-    const std::string_view bytes = AsText(HandleBytes(resource.get()));
-    if (bytes.empty()) reason = "its data are empty or lie outside the file";
-    const auto kind = SfntKind(AsBytes(bytes));
-    if (reason.empty() && (!kind || StartsWith(AsBytes(bytes), "typ1"))) {
+    std::vector<char> font;
+    const auto data = DataOf(number);
+    const auto append = [&font](Bytes piece) {
+      font.insert(font.end(), AsText(piece).begin(), AsText(piece).end());
+      return true;
+    };
+    if (!data || data->length == 0) {
+      reason = "its data are empty or lie outside the file";
+    } else if (!map_.fork().Copy(data->start, data->length, append)) {
+      reason = "its data cannot be read";
+    } else if (const auto kind = SfntKind(BytesOf(font)); !kind || StartsWith(BytesOf(font), "typ1")) {
       reason = "neither a TrueType nor an OpenType font";
     }
-    return {bytes.begin(), bytes.end()};
+    return font;
   }
 
  private:
-  QuillmarkResourceFile& file_;
-  std::optional<ResourceMap> map_;  // gives places without reading the data
-};
+  std::optional<ResourceMap::DataRange> DataOf(int number) {
+    const auto key = map_.Find(kSfnt, static_cast<std::int16_t>(number));
+    return key ? map_.Data(*key) : std::nullopt;
+  }
 
-Bytes BytesOf(const std::vector<char>& font) { return AsBytes(std::string_view(font.data(), font.size())); }
+  ResourceMap map_;
+};
 
 // One output file: fonts of the same bytes, or fonts that cannot be extracted for the same reason.
 struct Target {
@@ -158,8 +164,8 @@ std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
 
 class Splitter {
  public:
-  Splitter(const Options& options, FontSource& source, Budget& budget)
-      : options_(options), source_(source), budget_(budget) {}
+  Splitter(const Options& options, FontSource& source, FontFile& file)
+      : options_(options), source_(source), file_(file) {}
 
   int Run() {
     if (const std::string reason = ChooseTargets(); !reason.empty()) {
@@ -195,19 +201,19 @@ class Splitter {
   // Returns an error when there are too many bytes to write, or to read: thousands of fonts in a small
   // hostile file can overlap and have the same bytes.
   std::string ChooseTargets() {
-    const std::uint64_t most_in_vain = std::max(TotalForkLength(options_.file), options_.max_bytes);
+    const std::uint64_t most_in_vain = std::max(file_.TotalLength(), options_.max_bytes);
     std::map<Place, std::size_t> targets;  // indexes of targets_
     for (const int number : source_.Numbers()) {
       const auto [known, is_new] = targets.try_emplace(source_.PlaceOfFont(number), targets_.size());
       if (is_new) {
         std::string reason;
         const std::vector<char> font = source_.Font(number, reason);
-        budget_.Charge(font.size());
+        Charge(file_.budget(), font.size());
         read_ += font.size();
         known->second = TargetOf(number, font, reason);
         if (to_write_ > options_.max_bytes) {
           return "its fonts take more than the " + std::to_string(options_.max_bytes) +
-                 " bytes that --max-bytes allows";
+                 (options_.max_bytes == 1 ? " byte" : " bytes") + " that --max-bytes allows";
         }
         if (read_ - to_write_ > most_in_vain) return "its fonts overlap, as only those of damaged files do";
       }
@@ -234,7 +240,7 @@ class Splitter {
   }
 
   std::string PathFor(int number, Bytes font) {
-    const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font, &budget_));
+    const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font, file_.budget()));
     const std::string extension = StartsWith(font, "OTTO") ? ".otf" : ".ttf";
     const std::string name =
         names_.NameFor(post_script_name, source_.Kind() + '-' + std::to_string(number), extension);
@@ -266,7 +272,7 @@ class Splitter {
 
   const Options& options_;
   FontSource& source_;
-  Budget& budget_;
+  FontFile& file_;
   SplitNames names_;
   std::vector<Target> targets_;
   std::map<std::pair<std::size_t, std::size_t>, std::size_t> by_content_;  // by size and hash
@@ -279,32 +285,32 @@ int Fail(const std::string& path, const std::string& reason) {
   return 1;
 }
 
-bool BeginsAsCollection(const std::string& path) {
-  const auto file = OpenDataFork(path);
+bool BeginsAsCollection(FontFile& file) {
+  const auto& data = file.Data();
   std::array<std::uint8_t, 4> tag = {};
-  return file && file->ReadAt(0, tag) == tag.size() && StartsWith(tag, "ttcf");
+  return data && data->ReadAt(0, tag) == tag.size() && StartsWith(tag, "ttcf");
 }
 
-int SplitCollection(const Options& options, const WatchedFiles& files, FontFile& opened) {
-  CollectionSource source(opened);
+int SplitCollection(const Options& options, const WatchedFiles& files, FontFile& file) {
+  CollectionSource source(file);
   if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
-  if (const std::string reason = source.WhyNone(); !reason.empty()) return Fail(options.file, reason);
+  if (source.FaceCount() == 0) return Fail(options.file, Words(source.Status()));
   if (source.FaceCount() > kMostFaces) {
     return Fail(options.file, "lists more than " + std::to_string(kMostFaces) + " faces");
   }
-  return Splitter(options, source, *opened.budget()).Run();
+  return Splitter(options, source, file).Run();
 }
 
-int SplitResources(const Options& options, FontFile& opened) {
-  const ResourceFileHolder file(AllocateResourceFile(opened, true));
-  if (file.get() == nullptr) {
+int SplitResources(const Options& options, FontFile& file) {
+  FoundMap found = FindMap(file);
+  if (!found.map) {
     return Fail(options.file, "neither a collection nor a resource file, so there is nothing to split");
   }
-  if (file.get()->countResType(kSfnt) == 0) {
+  if (found.map->CountResources(kSfnt) == 0) {
     return Fail(options.file, "its resources hold no TrueType or OpenType font");
   }
-  ResourceSource source(*file.get());
-  return Splitter(options, source, *opened.budget()).Run();
+  ResourceSource source(*std::move(found.map));
+  return Splitter(options, source, file).Run();
 }
 
 int Split(const Options& options) {
@@ -313,13 +319,11 @@ int Split(const Options& options) {
   if (fs::exists(options.folder, error) && !fs::is_directory(options.folder, error)) {
     return Fail(options.folder, "not a folder to write to");
   }
-  Budget budget;
   const WatchedFiles files;
-  FileAccess access(files, &budget);
-  FontFile file(access, options.file);
+  OpenedFont opened(options.file, files);
   try {
-    return BeginsAsCollection(options.file) ? SplitCollection(options, files, file)
-                                            : SplitResources(options, file);
+    return BeginsAsCollection(opened.file) ? SplitCollection(options, files, opened.file)
+                                           : SplitResources(options, opened.file);
   } catch (const BudgetSpent&) {
     return Fail(options.file, kRepeatsItsBytes);
   }
@@ -328,7 +332,12 @@ int Split(const Options& options) {
 // Converts a number with or without K, M, G and so on to bytes. The parser's own conversion would wrap
 // negative ones.
 std::string Size(std::string& text) {
-  return text.starts_with('-') ? "a size is not negative" : CLI::AsSizeValue(false)(text);
+  const std::string given = text;
+  try {
+    if (!given.starts_with('-')) return CLI::AsSizeValue(false)(text);
+  } catch (const CLI::ValidationError&) {
+  }
+  return "no size \"" + Printable(given) + "\"; it takes bytes, or as 500M or 2G";
 }
 
 }  // namespace

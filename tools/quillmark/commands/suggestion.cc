@@ -47,11 +47,14 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 std::string Suggestion(const std::string& word, const std::vector<std::string>& names) {
   const std::string given = Bare(word);
   if (given.size() < 2 || given.size() > kLongestWord) return {};
+  // As "copy" begins "copies": with another ending.
+  const std::string stem = given.substr(0, std::max<std::size_t>(given.size() - 1, 3));
+  const auto begins = [&](const std::string& name) { return name.starts_with(stem); };
   const std::string* nearest = nullptr;
   std::size_t least = std::max<std::size_t>(given.size() / 3, 1) + 1;
   for (const std::string& name : names) {
     const std::string bare = Bare(name);
-    const std::size_t distance = bare.starts_with(given) ? 1 : Distance(given, bare);
+    const std::size_t distance = begins(bare) ? 1 : Distance(given, bare);
     if (distance >= least) continue;
     least = distance;
     nearest = &name;

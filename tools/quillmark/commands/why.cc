@@ -13,13 +13,12 @@
 #include "output/json_form.h"
 #include "output/output.h"
 #include "reasons/reason.h"
-#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
 
 struct WhyOptions {
-  std::string format = "text";
+  std::string format;
   FilesOptions files;
 };
 
@@ -51,7 +50,7 @@ int Why(const WhyOptions& options) {
     if (!array || is_unreadable) {
       // Flushed at once, so that the lines of both streams appear in the order of the paths.
       (is_unreadable ? std::cerr : std::cout)
-          << Printable(file.source.path) + ": " + Told(file.faces.size(), found) << std::endl;
+          << file.source.Shown() + ": " + Told(file.faces.size(), found) << std::endl;
     }
     if (!std::cout) FlushOutput();
   });
@@ -69,10 +68,9 @@ int Why(const WhyOptions& options) {
 void AddWhy(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("why", "Tell why files give no face, or fewer than they list");
   const auto options = std::make_shared<WhyOptions>();
-  command->add_option("--format", options->format, "How the reasons are written")
-      ->check(CLI::IsMember({"text", "json"}))
-      ->capture_default_str();
+  AddResultForm(*command, options->format, "text");
   AddFiles(*command, options->files);
+  AddStandardInput(*command, options->files.sources);
   command->callback([&status, options] { status = Why(*options); });
 }
 

@@ -32,9 +32,6 @@ struct Face {
   std::optional<int> style, fond_id;    // of faces of a FOND
 };
 
-// Every face of an array, asked for through the exported functions.
-std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path);
-
 // The styles found in the names of a face.
 std::vector<std::string> StylesOf(const std::string& primary_name, const std::string& secondary_name);
 // The class of a family, or "--".

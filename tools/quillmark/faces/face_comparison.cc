@@ -1,123 +1,54 @@
 #include "faces/face_comparison.h"
 
-#include <optional>
-#include <unordered_map>
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
 
-#include "api/font_array.h"
-#include "api/match.h"
-#include "faces/face.h"
+#include "faces/attributes.h"
+#include "faces/stored_text.h"
+#include "platform/text/ascii_case.h"
 
 namespace quillmark::tool {
 namespace {
 
-struct TextAttribute {
-  const char* name;
-  std::uint32_t attribute;
-  OmString QM_FontSpecifier::*field;
-};
-struct NumberAttribute {
-  const char* name;
-  std::uint32_t attribute;
-  std::uint32_t QM_FontSpecifier::*field;
-};
-
-constexpr TextAttribute kTexts[] = {
-    {"postScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
-    {"family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
-    {"fullName", QM_ATTRIBUTE_FULL_NAME, &QM_FontSpecifier::fullName},
-    {"displayName", QM_ATTRIBUTE_DISPLAY_NAME, &QM_FontSpecifier::displayName},
-    {"windowsFullName", QM_ATTRIBUTE_WINDOWS_FULL_NAME, &QM_FontSpecifier::windowsFullName},
-    {"foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
-    {"kind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
-    {"version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
-    {"platform", QM_ATTRIBUTE_PLATFORM, &QM_FontSpecifier::platform},
-    {"printerFont", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
-};
-constexpr NumberAttribute kNumbers[] = {
-    {"checksum", QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
-    {"legacyChecksum", QM_ATTRIBUTE_LEGACY_CHECKSUM, &QM_FontSpecifier::legacyChecksum},
-    {"kerningChecksum", QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
-    {"outlineFileSize", QM_ATTRIBUTE_OUTLINE_FILE_SIZE, &QM_FontSpecifier::outlineFileSize},
-};
-
-constexpr std::uint32_t kStoredLimit = 0x7FFFFFFF;
-
-// Specifiers compare only eight attributes. A specifier that holds the value in one of those lets every
-// attribute be compared by the same rules.
-QM_FontSpecifier Holding(const OmString& text) {
-  QM_FontSpecifier specifier;
-  specifier.family = text;
-  specifier.attributes = QM_ATTRIBUTE_FAMILY;
-  return specifier;
+std::string Shown(const QM_FontSpecifier& face, const TextAttribute& row) {
+  return face.attributes & row.attribute ? (face.*row.in_array).str() : std::string();
 }
 
-QM_FontSpecifier Holding(std::uint32_t number) {
-  QM_FontSpecifier specifier;
-  specifier.kerningChecksum = number;
-  specifier.attributes = QM_ATTRIBUTE_KERNING_CHECKSUM;
-  return specifier;
-}
-
-// The verdict on two values that both sides hold.
-template <typename Value>
-Verdict Judge(const Value& a, const Value& b) {
-  const QM_FontSpecifier holds_a = Holding(a);
-  const QM_FontSpecifier holds_b = Holding(b);
-  if (holds_a.DifferingAttributes(holds_b) == 0) return Verdict::kSame;
-  return holds_a.MatchingAttributes(holds_b) == 0 ? Verdict::kDiffers : Verdict::kSameButForCase;
-}
-
-std::string ShownText(const QM_FontSpecifier& face, const TextAttribute& row) {
-  return face.attributes & row.attribute ? (face.*row.field).str() : std::string();
-}
-
-std::string ShownNumber(const QM_FontSpecifier& face, const NumberAttribute& row) {
-  const std::uint32_t number = face.*row.field;
+std::string Shown(const QM_FontSpecifier& face, const NumberAttribute& row) {
+  const std::uint32_t number = face.*row.in_array;
   if (!(face.attributes & row.attribute) || number == 0) return {};
-  return row.attribute == QM_ATTRIBUTE_OUTLINE_FILE_SIZE ? std::to_string(number) : Hex(number);
+  return row.is_hexadecimal ? Hex(number) : std::to_string(number);
 }
 
-std::string Folded(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
+// The names by which faces are paired, the best first.
+std::array<std::string, 3> NamesOf(const QM_FontSpecifier& face) {
+  const auto folded = [](std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), ToLowerAscii);
+    return text;
+  };
+  const std::string& name = face.postScriptName.str();
+  return {name, folded(name), folded(face.fullName.str())};
 }
-
-// The first face of each name.
-class FacesByName {
- public:
-  void Add(const std::string& name, std::uint32_t face) {
-    if (!name.empty()) faces_.emplace(name, face);
-  }
-  std::optional<std::uint32_t> Find(const std::string& name) const {
-    const auto found = faces_.find(name);
-    return found == faces_.end() ? std::nullopt : std::optional(found->second);
-  }
-
- private:
-  std::unordered_map<std::string, std::uint32_t> faces_;
-};
 
 }  // namespace
 
 std::vector<FacePair> PairFaces(const QM_FontArray& a, const QM_FontArray& b) {
-  FacesByName exact;
-  FacesByName folded;
-  FacesByName full;
+  std::array<std::map<std::string, std::uint32_t>, 3> first_of_name;  // ordered: no names make it slow
   for (std::uint32_t i = 0; i < b.size(); ++i) {
-    const QM_FontSpecifier& face = b.view(i);
-    exact.Add(face.postScriptName.str(), i);
-    folded.Add(Folded(face.postScriptName.str()), i);
-    full.Add(Folded(face.fullName.str()), i);
+    const auto names = NamesOf(b.view(i));
+    for (std::size_t n = 0; n < names.size(); ++n) first_of_name[n].emplace(names[n], i);
   }
   std::vector<FacePair> pairs;
   for (std::uint32_t i = 0; i < a.size(); ++i) {
-    const QM_FontSpecifier& face = a.view(i);
-    auto partner = exact.Find(face.postScriptName.str());
-    if (!partner) partner = folded.Find(Folded(face.postScriptName.str()));
-    if (!partner) partner = full.Find(Folded(face.fullName.str()));
-    if (partner) pairs.push_back({i, *partner});
+    const auto names = NamesOf(a.view(i));
+    for (std::size_t n = 0; n < names.size(); ++n) {
+      const auto partner = first_of_name[n].find(names[n]);
+      if (names[n].empty() || partner == first_of_name[n].end()) continue;
+      pairs.push_back({i, partner->second});
+      break;
+    }
   }
   return pairs;
 }
@@ -132,16 +63,21 @@ std::vector<ComparedAttribute> CompareFaces(const QM_FontArray& a, const QM_Font
     const Verdict verdict = value_b.empty() ? Verdict::kOnlyA : value_a.empty() ? Verdict::kOnlyB : of_both;
     compared.push_back({name, verdict, std::move(value_a), std::move(value_b)});
   };
-  for (const TextAttribute& row : kTexts) {
-    add(row.name, ShownText(face_a, row), ShownText(face_b, row),
-        Judge(face_a.*row.field, face_b.*row.field));
+  for (const TextAttribute& row : kTextAttributes) {
+    const OmString& text_a = face_a.*row.in_array;
+    const OmString& text_b = face_b.*row.in_array;
+    add(row.name, Shown(face_a, row), Shown(face_b, row),
+        text_a.str() == text_b.str() ? Verdict::kSame
+        : text_a == text_b           ? Verdict::kSameButForCase
+                                     : Verdict::kDiffers);
   }
-  for (const NumberAttribute& row : kNumbers) {
-    const std::uint32_t number_a = face_a.*row.field;
-    const std::uint32_t number_b = face_b.*row.field;
-    const bool capped = stored && number_a == kStoredLimit && number_b == kStoredLimit;
-    add(row.name, ShownNumber(face_a, row), ShownNumber(face_b, row),
-        capped ? Verdict::kUnknown : Judge(number_a, number_b));
+  for (const NumberAttribute& row : kNumberAttributes) {
+    const std::uint32_t number_a = face_a.*row.in_array;
+    const std::uint32_t number_b = face_b.*row.in_array;
+    add(row.name, Shown(face_a, row), Shown(face_b, row),
+        number_a != number_b                   ? Verdict::kDiffers
+        : stored && number_a == kLargestStored ? Verdict::kUnknown
+                                               : Verdict::kSame);
   }
   return compared;
 }

@@ -8,39 +8,48 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-template <typename T>
-Json OrNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json();
+template <auto kMember>
+Json Value(const Face& face) {
+  return face.*kMember;
+}
+
+template <auto kMember>
+Json HexValue(const Face& face) {
+  return Hex(face.*kMember);
+}
+
+template <auto kMember>
+Json ValueOrNull(const Face& face) {
+  return face.*kMember ? Json(*(face.*kMember)) : Json();
 }
 
 }  // namespace
 
 const std::vector<Field>& AllFields() {
   static const auto* const fields = new std::vector<Field>{
-      {"path", "FILE", [](const Face& face) { return Json(face.path); }, true},
-      {"face", "FACE", [](const Face& face) { return Json(face.index); }},
-      {"postScriptName", "POSTSCRIPT NAME", [](const Face& face) { return Json(face.post_script_name); }},
-      {"family", "FAMILY", [](const Face& face) { return Json(face.family); }},
-      {"fullName", "FULL NAME", [](const Face& face) { return Json(face.full_name); }},
-      {"displayName", "DISPLAY NAME", [](const Face& face) { return Json(face.display_name); }},
-      {"windowsFullName", "WINDOWS FULL NAME", [](const Face& face) { return Json(face.windows_full_name); }},
-      {"styles", "STYLES", [](const Face& face) { return Json(face.styles); }},
-      {"class", "CLASS", [](const Face& face) { return Json(face.classification); }},
-      {"foundry", "FOUNDRY", [](const Face& face) { return Json(face.foundry); }},
-      {"kind", "KIND", [](const Face& face) { return Json(face.kind); }},
-      {"version", "VERSION", [](const Face& face) { return Json(face.version); }},
-      {"platform", "PLATFORM", [](const Face& face) { return Json(face.platform); }},
-      {"checksum", "CHECKSUM", [](const Face& face) { return Json(Hex(face.checksum)); }},
-      {"legacyChecksum", "LEGACY CHECKSUM", [](const Face& face) { return Json(Hex(face.legacy_checksum)); }},
-      {"kerningChecksum", "KERNING CHECKSUM",
-       [](const Face& face) { return Json(Hex(face.kerning_checksum)); }},
-      {"outlineFileSize", "OUTLINE FILE SIZE", [](const Face& face) { return Json(face.outline_file_size); }},
+      {"path", "FILE", Value<&Face::path>, true},
+      {"face", "FACE", Value<&Face::index>},
+      {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>},
+      {"family", "FAMILY", Value<&Face::family>},
+      {"fullName", "FULL NAME", Value<&Face::full_name>},
+      {"displayName", "DISPLAY NAME", Value<&Face::display_name>},
+      {"windowsFullName", "WINDOWS FULL NAME", Value<&Face::windows_full_name>},
+      {"styles", "STYLES", Value<&Face::styles>},
+      {"class", "CLASS", Value<&Face::classification>},
+      {"foundry", "FOUNDRY", Value<&Face::foundry>},
+      {"kind", "KIND", Value<&Face::kind>},
+      {"version", "VERSION", Value<&Face::version>},
+      {"platform", "PLATFORM", Value<&Face::platform>},
+      {"checksum", "CHECKSUM", HexValue<&Face::checksum>},
+      {"legacyChecksum", "LEGACY CHECKSUM", HexValue<&Face::legacy_checksum>},
+      {"kerningChecksum", "KERNING CHECKSUM", HexValue<&Face::kerning_checksum>},
+      {"outlineFileSize", "OUTLINE FILE SIZE", Value<&Face::outline_file_size>},
       {"printerFont", "PRINTER FONT",
        [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file); }, true},
       {"printerFontExists", "PRINTER FONT EXISTS",
        [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file_exists); }},
-      {"fondID", "FOND", [](const Face& face) { return OrNull(face.fond_id); }},
-      {"style", "STYLE", [](const Face& face) { return OrNull(face.style); }},
+      {"fondID", "FOND", ValueOrNull<&Face::fond_id>},
+      {"style", "STYLE", ValueOrNull<&Face::style>},
   };
   return *fields;
 }

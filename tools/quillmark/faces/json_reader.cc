@@ -8,8 +8,8 @@
 #include <string_view>
 #include <utility>
 
-#include "api/font_array.h"
 #include "faces/array_forms.h"
+#include "faces/attributes.h"
 #include "faces/fields.h"
 
 namespace quillmark::tool {
@@ -19,93 +19,55 @@ using Json = nlohmann::json;  // an ordered one takes the square of the keys
 
 constexpr const char* kBlanks = " \t\r\n";
 
-struct TextField {
-  const char* name;
-  std::uint32_t attribute;
-  OmString QM_FontSpecifier::*in_array;
-};
-constexpr TextField kTexts[] = {
-    {"postScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
-    {"family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
-    {"fullName", QM_ATTRIBUTE_FULL_NAME, &QM_FontSpecifier::fullName},
-    {"displayName", QM_ATTRIBUTE_DISPLAY_NAME, &QM_FontSpecifier::displayName},
-    {"windowsFullName", QM_ATTRIBUTE_WINDOWS_FULL_NAME, &QM_FontSpecifier::windowsFullName},
-    {"foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
-    {"kind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
-    {"version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
-    {"platform", QM_ATTRIBUTE_PLATFORM, &QM_FontSpecifier::platform},
-    {"printerFont", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
-};
-
-struct NumberField {
-  const char* name;
-  bool is_hexadecimal;
-  std::uint32_t attribute;
-  std::uint32_t QM_FontSpecifier::*in_array;
-};
-constexpr NumberField kNumbers[] = {
-    {"checksum", true, QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
-    {"legacyChecksum", true, QM_ATTRIBUTE_LEGACY_CHECKSUM, &QM_FontSpecifier::legacyChecksum},
-    {"kerningChecksum", true, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
-    {"outlineFileSize", false, QM_ATTRIBUTE_OUTLINE_FILE_SIZE, &QM_FontSpecifier::outlineFileSize},
-};
-
 // The values of one object. A value that identify does not write is a fault of its field.
 class ObjectReader {
  public:
   explicit ObjectReader(const Json& object) : object_(object) {}
 
-  bool Has(const char* name) const { return object_.contains(name) && !object_[name].is_null(); }
   const char* wrong_field() const { return wrong_field_; }
 
-  std::optional<std::string> Text(const char* name) {
-    if (!Has(name)) return std::nullopt;
-    const Json& value = object_[name];
-    if (IsText(value)) return value.get<std::string>();
-    wrong_field_ = name;
-    return std::nullopt;
-  }
+  std::optional<std::string> Text(const char* name) { return Value<std::string>(name, IsText); }
 
   template <typename T>
   std::optional<T> Number(const char* name) {
-    if (!Has(name)) return std::nullopt;
-    const Json& value = object_[name];
-    // A number that is too large for 64 bits is read as a fraction.
-    const bool fits = value.is_number_integer() && value <= std::numeric_limits<T>::max() &&
-                      value >= std::numeric_limits<T>::min();
-    if (fits) return value.get<T>();
-    wrong_field_ = name;
-    return std::nullopt;
+    // A number of more than 64 bits is read as a fraction.
+    return Value<T>(name, [](const Json& value) {
+      return value.is_number_integer() && value <= std::numeric_limits<T>::max() &&
+             value >= std::numeric_limits<T>::min();
+    });
   }
 
   std::optional<std::uint32_t> Hexadecimal(const char* name) {
-    const std::optional<std::string> text = Text(name);
+    const auto text = Value<std::string>(name, [](const Json& value) {
+      if (!value.is_string()) return false;
+      const auto& digits = value.get_ref<const std::string&>();
+      return digits.size() == 8 && digits.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+    });
     if (!text) return std::nullopt;
-    if (text->size() == 8 && text->find_first_not_of("0123456789ABCDEF") == std::string::npos) {
-      return static_cast<std::uint32_t>(std::stoul(*text, nullptr, 16));
-    }
-    wrong_field_ = name;
-    return std::nullopt;
+    return static_cast<std::uint32_t>(std::stoul(*text, nullptr, 16));
   }
 
   std::optional<bool> Truth(const char* name) {
-    if (!Has(name)) return std::nullopt;
-    if (object_[name].is_boolean()) return object_[name].get<bool>();
-    wrong_field_ = name;
-    return std::nullopt;
+    return Value<bool>(name, [](const Json& value) { return value.is_boolean(); });
   }
 
   std::optional<std::vector<std::string>> Texts(const char* name) {
-    if (!Has(name)) return std::nullopt;
-    const Json& value = object_[name];
-    if (value.is_array() && std::all_of(value.begin(), value.end(), IsText)) {
-      return value.get<std::vector<std::string>>();
-    }
+    return Value<std::vector<std::string>>(name, [](const Json& value) {
+      return value.is_array() && std::all_of(value.begin(), value.end(), IsText);
+    });
+  }
+
+ private:
+  // Nothing for a field that is missing, null, or wrong by `fits`.
+  template <typename T, typename Fits>
+  std::optional<T> Value(const char* name, Fits fits) {
+    const auto found = object_.find(name);
+    if (found == object_.end() || found->is_null()) return std::nullopt;
+    if (fits(*found)) return found->template get<T>();
     wrong_field_ = name;
     return std::nullopt;
   }
 
- private:
   // No name holds a NUL, which would cut it.
   static bool IsText(const Json& value) {
     return value.is_string() && value.get_ref<const std::string&>().find('\0') == std::string::npos;
@@ -187,13 +149,13 @@ class FacesReader {
 
   void TakeFace(ObjectReader& fields) {
     QM_FontSpecifier specifier;
-    for (const TextField& field : kTexts) {
+    for (const TextAttribute& field : kTextAttributes) {
       const auto text = fields.Text(field.name);
       if (!text) continue;
       specifier.*field.in_array = *text;
       specifier.attributes |= field.attribute;
     }
-    for (const NumberField& field : kNumbers) {
+    for (const NumberAttribute& field : kNumberAttributes) {
       const auto number =
           field.is_hexadecimal ? fields.Hexadecimal(field.name) : fields.Number<std::uint32_t>(field.name);
       if (!number) continue;

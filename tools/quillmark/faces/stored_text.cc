@@ -15,22 +15,16 @@
 namespace quillmark::tool {
 namespace {
 
-// Blocks by their beginnings, whether they end or not.
-std::size_t CountBlocks(std::string_view text) {
-  constexpr std::string_view kBegin = "<FontData>";
-  std::size_t blocks = 0;
-  for (std::size_t at = 0; (at = text.find(kBegin, at)) != std::string_view::npos; at += kBegin.size())
-    ++blocks;
-  return blocks;
+std::size_t Count(std::string_view text, std::string_view tag) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(tag, at)) != std::string_view::npos; at += tag.size()) ++count;
+  return count;
 }
 
 // Hosts store a whole document: without its end, or with a block that does not end, it was cut or damaged.
-bool IsBroken(std::string_view text) {
-  constexpr std::string_view kEnd = "</FontData>";
-  std::size_t ends = 0;
-  for (std::size_t at = 0; (at = text.find(kEnd, at)) != std::string_view::npos; at += kEnd.size()) ++ends;
-  const bool has_begin = text.find("<QuillmarkData") != std::string_view::npos;
-  return ends != CountBlocks(text) || (has_begin && text.find("</QuillmarkData>") == std::string_view::npos);
+bool IsBroken(std::string_view text, std::size_t blocks) {
+  return Count(text, "</FontData>") != blocks ||
+         (text.find("<QuillmarkData") != text.npos && text.find("</QuillmarkData>") == text.npos);
 }
 
 std::size_t CountElements(const std::string& text) {
@@ -40,9 +34,6 @@ std::size_t CountElements(const std::string& text) {
       Adopt(CFPropertyListCreateFromXMLData(nullptr, data.get(), kCFPropertyListImmutable, error.Receive()));
   return list ? static_cast<std::size_t>(CFArrayGetCount(static_cast<CFArrayRef>(list.get()))) : 0;
 }
-
-// Stored numbers saturate: this one stands for itself and every larger one.
-constexpr std::uint32_t kLargest = 0x7FFFFFFF;
 
 }  // namespace
 
@@ -56,7 +47,8 @@ std::optional<StoredFaces> ParseStored(const std::string& text) {
   FontArray faces(new QM_FontArray);
   const XmlReading reading = ReadXml(text.c_str(), *faces);
   if (!reading.any_whole) return std::nullopt;
-  return StoredFaces{std::move(faces), StoredForm::kXml, CountBlocks(text), reading.is_cut, IsBroken(text)};
+  const std::size_t blocks = Count(text, "<FontData>");  // whether they end or not
+  return StoredFaces{std::move(faces), StoredForm::kXml, blocks, reading.is_cut, IsBroken(text, blocks)};
 }
 
 std::optional<std::string> ReadText(const std::string& path) {
@@ -94,7 +86,7 @@ std::string NotRead(const StoredFaces& stored) {
   std::size_t saturated = 0;
   for (std::uint32_t i = 0; i < faces.size(); ++i) {
     const QM_FontSpecifier& face = faces.view(i);
-    if (face.checksum == kLargest || face.kerningChecksum == kLargest) ++saturated;
+    if (face.checksum == kLargestStored || face.kerningChecksum == kLargestStored) ++saturated;
   }
   if (saturated > 0) {
     told += (told.empty() ? "" : "; ") + std::to_string(saturated) +

@@ -2,12 +2,16 @@
 #ifndef QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 #define QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "faces/face.h"
 
 namespace quillmark::tool {
+
+// Stored numbers saturate: this one stands for itself and every larger one.
+inline constexpr std::uint32_t kLargestStored = 0x7FFFFFFF;
 
 enum class StoredForm { kPropertyList, kXml };
 

@@ -6,11 +6,11 @@
 #include <new>
 #include <optional>
 #include <shared_mutex>
-#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "api/creation.h"
+#include "faces/attributes.h"
 #include "files/standard_input.h"
 #include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t kFilesAheadPerThread = 64;
 
-constexpr const char* kTooLittleMemory = "there is too little memory for it";
+constexpr const char* kTooLittleMemory = "there is too little memory for it (-j 1 takes the least)";
 
 IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
   return {std::move(source), nullptr, {}, std::move(explanation)};
@@ -76,10 +76,11 @@ class Queue {
   Queue(FontPaths& paths, Identifier& identifier, std::size_t ahead)
       : paths_(paths), identifier_(identifier), ready_(ahead) {}
 
-  void Work() {
+  // `start_another` is called while there may be a path for one worker more.
+  void Work(const std::function<void()>& start_another) {
     try {
       while (TakeRoom()) {
-        auto path = NextPath();
+        auto path = NextPath(start_another);
         if (!path) return GiveRoomBack();
         Deliver(path->first, identifier_.Identify(path->second));
       }
@@ -129,10 +130,11 @@ class Queue {
 
   // The next path and its place in the order. Waiting for one may take long, as a list may come through a
   // pipe: results are handed over meanwhile.
-  std::optional<std::pair<std::size_t, FontPath>> NextPath() {
+  std::optional<std::pair<std::size_t, FontPath>> NextPath(const std::function<void()>& start_another) {
     const std::lock_guard lock(paths_mutex_);
     std::optional<FontPath> path = paths_.Next();
     if (!path) return std::nullopt;
+    if (paths_.MayHaveNext()) start_another();
     return std::pair(next_++, std::move(*path));
   }
 
@@ -160,26 +162,42 @@ class Queue {
 // Joins the workers also when the consumer throws.
 class Workers {
  public:
-  // As many as the system lets start: limits on threads and on memory keep some or all of them from it.
-  Workers(Queue& queue, unsigned threads) : queue_(queue) {
+  Workers(Queue& queue, unsigned threads) : queue_(queue), most_(threads) {
     threads_.reserve(threads);
-    try {
-      while (threads_.size() < threads) threads_.emplace_back([&queue] { queue.Work(); });
-    } catch (const std::system_error&) {
-    } catch (const std::bad_alloc&) {
-    }
+    Start();
   }
   ~Workers() {
     queue_.Abandon();
+    {
+      const std::lock_guard lock(mutex_);
+      most_ = 0;
+    }
     for (std::thread& thread : threads_) thread.join();
   }
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
-  bool empty() const { return threads_.empty(); }
+  bool empty() const {
+    const std::lock_guard lock(mutex_);
+    return threads_.empty();
+  }
 
  private:
+  // Each worker starts the next one, so that few files take few threads, whose stacks are memory, too. Limits
+  // on threads and on memory keep some or all of them from starting.
+  void Start() {
+    const std::lock_guard lock(mutex_);
+    if (threads_.size() >= most_) return;
+    try {
+      threads_.emplace_back([this] { queue_.Work([this] { Start(); }); });
+    } catch (const std::exception&) {
+      most_ = 0;
+    }
+  }
+
   Queue& queue_;
+  mutable std::mutex mutex_;
+  std::size_t most_;
   std::vector<std::thread> threads_;
 };
 

@@ -15,23 +15,10 @@ bool HoldsOtherFilesForks(const std::string& name) {
   return name == "__MACOSX" || name == ".AppleDouble" || name == "resource.frk";
 }
 
-// Whether it is a regular file, or its type is unknown: a file that vanished, a link that leads nowhere or
-// may not be followed is listed too, so that the fault is reported when it is opened.
-bool MayBeFile(const fs::directory_entry& entry) {
-  std::error_code error;
-  if (entry.is_regular_file(error)) return true;
-  return error || !entry.exists(error);
-}
-
 }  // namespace
 
 FolderWalk::FolderWalk(const std::string& folder, WalkOptions options, std::function<bool()> stopped)
     : options_(options), stopped_(std::move(stopped)), pending_{fs::path(folder)} {}
-
-bool FolderWalk::IsEntered(const fs::directory_entry& entry) const {
-  std::error_code ignored;
-  return (options_.follow || !entry.is_symlink(ignored)) && entry.is_directory(ignored);
-}
 
 // Whether folder_ is visited for the first time, by its device and inode. True when these cannot be read:
 // listing it then reports the fault.
@@ -53,9 +40,11 @@ void FolderWalk::List() {
        it.increment(error)) {
     std::string name = it->path().filename().native();
     std::error_code ignored;
-    if (IsEntered(*it)) {
-      if (options_.recurse && !HoldsOtherFilesForks(name)) folders.push_back(std::move(name));
-    } else if (!name.starts_with("._") && MayBeFile(*it)) {
+    if (it->is_directory(ignored)) {
+      if (!options_.recurse || HoldsOtherFilesForks(name)) continue;
+      const bool is_entered = options_.follow || !it->is_symlink(ignored);
+      (is_entered ? folders : names_).push_back(std::move(name));
+    } else if (!name.starts_with("._")) {
       names_.push_back(std::move(name));
     }
   }

@@ -1,5 +1,5 @@
-// FolderWalk: the regular files of a folder and of all folders below it, one after another in a stable order,
-// and the entries that cannot be examined. Only the names in one folder, and the folders still to be entered,
+// FolderWalk: the files of a folder and of all folders below it, one after another in a stable order, and the
+// linked folders that are not entered. Only the names in one folder, and the folders still to be entered,
 // are held at a time.
 #ifndef QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 #define QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
@@ -17,8 +17,8 @@
 namespace quillmark::tool {
 
 struct WalkedPath {
-  std::string path;   // of a file, or of a folder that cannot be listed
-  std::string fault;  // why it cannot be listed; empty for a file
+  std::string path;   // of a file, of a linked folder, or of a folder that cannot be listed
+  std::string fault;  // why it cannot be listed; else empty
 };
 
 struct WalkOptions {
@@ -34,10 +34,11 @@ class FolderWalk {
  public:
   FolderWalk(const std::string& folder, WalkOptions options, std::function<bool()> stopped);
   std::optional<WalkedPath> Next();
+  // False when there is none; true also when only listing more folders can tell.
+  bool MayHaveNext() const { return !names_.empty() || !pending_.empty(); }
 
  private:
   void List();
-  bool IsEntered(const std::filesystem::directory_entry& entry) const;
   bool IsFirstVisit();
 
   const WalkOptions options_;

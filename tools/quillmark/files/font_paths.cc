@@ -6,10 +6,13 @@
 
 #include "files/interrupt.h"
 #include "files/standard_input.h"
+#include "text/printable.h"
 
 namespace quillmark::tool {
 
 namespace fs = std::filesystem;
+
+std::string FontPath::Shown() const { return standard_input_name ? kStandardInputName : Printable(path); }
 
 FontPaths::FontPaths(const PathSources& sources)
     : paths_(sources.paths), standard_input_name_(sources.standard_input_name), walk_options_(sources.walk) {

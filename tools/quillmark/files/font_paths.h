@@ -32,6 +32,8 @@ struct FontPath {
   std::string fault;   // why a folder or the list cannot be read; empty for a file
   // As in PathSources, of standard input; nothing for a file.
   std::optional<std::string> standard_input_name = std::nullopt;
+
+  std::string Shown() const;  // in messages
 };
 
 // Paths are found as they are asked for, so that any number of them takes bounded memory. A named path is
@@ -42,6 +44,8 @@ class FontPaths {
 
   // One thread at a time.
   std::optional<FontPath> Next();
+  // As FolderWalk::MayHaveNext; never waits.
+  bool MayHaveNext() const { return next_ < paths_.size() || list_ || (walk_ && walk_->MayHaveNext()); }
 
   // Any thread: no more paths are wanted.
   void Stop() { stopped_ = true; }

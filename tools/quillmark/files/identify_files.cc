@@ -7,9 +7,7 @@
 
 #include "files/interrupt.h"
 #include "files/open_files.h"
-#include "files/standard_input.h"
 #include "reasons/reason.h"
-#include "text/printable.h"
 #include "text/terminal.h"
 
 namespace quillmark::tool {
@@ -45,6 +43,12 @@ void Count(Outcome outcome, LossCounts& counts) {
       break;
     case Outcome::kLonePrinterFont:
       ++counts.lone_printer_fonts;
+      break;
+    case Outcome::kDanglingLink:
+      ++counts.dangling_links;
+      break;
+    case Outcome::kFolder:
+      ++counts.linked_folders;
       break;
     case Outcome::kOther:
       ++counts.other;
@@ -90,9 +94,7 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
     const Explanation& found = file.explanation;
     if (IsFault(file) || (options.why && !found.reason.empty())) {
       progress.Clear();
-      const std::string shown =
-          file.source.standard_input_name ? kStandardInputName : Printable(file.source.path);
-      std::cerr << shown + ": " + Told(file.faces.size(), found) + '\n';
+      std::cerr << file.source.Shown() + ": " + Told(file.faces.size(), found) + '\n';
     }
     if (IsFault(file)) {
       outcome.complete = false;
@@ -115,9 +117,12 @@ std::string Losses(const LossCounts& counts, const FilesOptions& options) {
   add(counts.damaged, Grouped(counts.damaged) + " damaged");
   add(counts.incomplete, Grouped(counts.incomplete) + " incomplete");
   add(counts.lone_printer_fonts, Grouped(counts.lone_printer_fonts) + " Type 1 without a family file");
+  add(counts.dangling_links, Counted(counts.dangling_links, "dangling link"));
+  add(counts.linked_folders, Counted(counts.linked_folders, "linked folder") + " not entered (--follow)");
   add(counts.other, Counted(counts.other, "other file") + " passed over");
-  const bool are_fonts = counts.damaged + counts.incomplete + counts.lone_printer_fonts > 0;
-  if (are_fonts && !options.why) text += "; quillmark why FOLDER says more";
+  const bool may_be_fonts =
+      counts.damaged + counts.incomplete + counts.lone_printer_fonts + counts.dangling_links > 0;
+  if (may_be_fonts && !options.why) text += "; quillmark why FOLDER says more";
   return text;
 }
 

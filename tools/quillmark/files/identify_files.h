@@ -27,6 +27,8 @@ struct LossCounts {
   std::size_t damaged = 0;
   std::size_t incomplete = 0;
   std::size_t lone_printer_fonts = 0;
+  std::size_t dangling_links = 0;
+  std::size_t linked_folders = 0;
   std::size_t other = 0;
 };
 

@@ -43,8 +43,9 @@ unsigned JobsThatCanOpenFiles(unsigned wanted) {
   const int left = FilesLeft(limit, kSharedFiles + static_cast<int>(wanted) * kFilesOfJob);
   const int jobs = (left - kSharedFiles) / kFilesOfJob;
   if (jobs < 1) {
+    const int needed = limit - left + kSharedFiles + kFilesOfJob;
     throw std::runtime_error("too few files can be open at the same time (ulimit -n): " +
-                             std::to_string(limit));
+                             std::to_string(limit) + ", and " + std::to_string(needed) + " are needed");
   }
   return std::min(wanted, static_cast<unsigned>(jobs));
 }

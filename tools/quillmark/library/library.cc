@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
+#include <string_view>
+#include <utility>
 
 #include "api/font_array.h"
 #include "library/name_letters.h"
@@ -96,22 +99,24 @@ LibraryCounts Library::Count() const {
 void Library::TellDataApart() {
   // When several sizes are known for one name and checksum, they distinguish the data; otherwise faces of
   // unknown size, which those of resources and collections are, count as the same data.
-  const auto name_and_checksum = [](const LibraryFace& face) {
-    return Hex(face.checksum) + face.post_script_name;
-  };
-  std::unordered_map<std::string, std::set<std::uint64_t>> sizes;
+  using NameAndChecksum = std::pair<std::string_view, std::uint32_t>;
+  std::map<NameAndChecksum, std::set<std::uint64_t>> sizes;  // ordered: no names make it slow
   for (const LibraryFile& file : files_) {
     for (const LibraryFace& face : file.faces) {
-      std::set<std::uint64_t>& known = sizes[name_and_checksum(face)];
+      std::set<std::uint64_t>& known = sizes[{face.post_script_name, face.checksum}];
       if (face.bytes > 0) known.insert(face.bytes);
     }
   }
-  std::unordered_map<std::string, std::size_t> numbers;
+  std::map<std::pair<NameAndChecksum, std::uint64_t>, std::size_t> numbers;
   for (LibraryFile& file : files_) {
     for (LibraryFace& face : file.faces) {
-      std::string key = name_and_checksum(face);
-      if (sizes[key].size() > 1) key.append(1, '\0').append(std::to_string(face.bytes));  // no name has a NUL
-      face.data = face.checksum == 0 ? kUnknownData : numbers.emplace(key, numbers.size()).first->second;
+      if (face.checksum == 0) {
+        face.data = kUnknownData;
+        continue;
+      }
+      const NameAndChecksum key(face.post_script_name, face.checksum);
+      const std::uint64_t size = sizes[key].size() > 1 ? face.bytes : 0;
+      face.data = numbers.try_emplace({key, size}, numbers.size()).first->second;
     }
   }
 }

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <optional>
+#include <set>
 #include <string_view>
-#include <unordered_set>
 
 #include "analysis/collection.h"
 #include "analysis/sfnt_directory.h"
-#include "platform/files/font_file.h"
-#include "reasons/resource_faults.h"
+#include "reasons/opened_font.h"
 #include "resources/family.h"
 #include "resources/resource_access.h"
 
@@ -22,26 +22,29 @@ constexpr std::size_t kMostCollectionFonts = 4096;
 
 bool HasAxes(const SfntData& font) { return FindSpecifiedTable(font, "fvar").has_value(); }
 
-bool HasAxes(const RegularFile& file) {
-  const bool fits = file.size() < std::numeric_limits<std::uint32_t>::max();
-  return fits && HasAxes(SfntData(file, static_cast<std::uint32_t>(file.size())));
+// Finds the outlines of FONDs' faces as the library does.
+void FindInFamilies(FontFile& file, const std::vector<LibraryFace>& faces, std::vector<bool>& variable) {
+  const ResourceFileHolder resources(AllocateResourceFile(file, true));
+  std::map<std::int32_t, Family> families;  // by FOND ID: a FOND can have thousands of faces
+  for (std::size_t i = 0; i < faces.size(); ++i) {
+    auto family = families.find(faces[i].fond_id);
+    if (family == families.end()) {
+      const auto fond = static_cast<ResID>(faces[i].fond_id);
+      family = families
+                   .try_emplace(faces[i].fond_id, resources.get(),
+                                getHandleOfTypeAndResID(resources.get(), kFond, fond))
+                   .first;
+    }
+    const std::int16_t id = family->second.getFirstResourceID(static_cast<std::int16_t>(faces[i].style));
+    const ResourceHandle font(getHandleOfTypeAndResID(resources.get(), kSfnt, id));
+    variable[i] = HasAxes(SfntData(HandleBytes(font.get()), file.budget()));
+  }
 }
 
-// Finds the outlines of a FOND's face as the library does.
-bool HasAxes(QuillmarkResourceFile& resources, const LibraryFace& face) {
-  const Family family(&resources,
-                      getHandleOfTypeAndResID(&resources, kFond, static_cast<ResID>(face.fond_id)));
-  const std::int16_t id = family.getFirstResourceID(static_cast<std::int16_t>(face.style));
-  const ResourceHandle font(getHandleOfTypeAndResID(&resources, kSfnt, id));
-  return HasAxes(SfntData(HandleBytes(font.get())));
-}
-
-// The checksums of a collection's variable fonts. The faces of an array are not numbered as in the file.
-std::unordered_set<std::uint32_t> VariableFonts(const std::string& path) {
-  std::unordered_set<std::uint32_t> checksums;
-  std::unordered_set<std::string_view> directories;
-  FileAccess access;
-  FontFile file(access, path);
+// By the checksums of the fonts, since the faces of an array are not numbered as in the file.
+void FindInCollection(FontFile& file, const std::vector<LibraryFace>& faces, std::vector<bool>& variable) {
+  std::set<std::uint32_t> checksums;
+  std::set<std::string_view> directories;
   const TrueTypeCollectionFont collection(file);
   const auto count = std::min<std::size_t>(collection.listedFaceCount(), kMostCollectionFonts);
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -50,24 +53,14 @@ std::unordered_set<std::uint32_t> VariableFonts(const std::string& path) {
     const SfntData font = collection.FontOf(*face);
     if (HasAxes(font)) checksums.insert(collection.ChecksumOf(*face, font));
   }
-  return checksums;
+  for (std::size_t i = 0; i < faces.size(); ++i) variable[i] = checksums.contains(faces[i].checksum);
 }
 
-std::vector<bool> WhichAreVariable(const LibraryFile& file) {
-  std::vector<bool> variable;
-  if (file.faces.front().kind == "TrueType Collection") {
-    const std::unordered_set<std::uint32_t> checksums = VariableFonts(file.path);
-    for (const LibraryFace& face : file.faces) variable.push_back(checksums.contains(face.checksum));
-  } else if (file.faces.front().fond_id != -1) {
-    const ResourceFileHolder resources = OpenResources(file.path);
-    for (const LibraryFace& face : file.faces) {
-      variable.push_back(resources.get() != nullptr && HasAxes(*resources.get(), face));
-    }
-  } else {
-    const auto opened = RegularFile::Open(file.path);
-    variable.assign(file.faces.size(), opened && HasAxes(*opened));
-  }
-  return variable;
+void FindInFile(FontFile& file, std::vector<bool>& variable) {
+  const auto& data = file.Data();
+  if (!data || data->size() >= std::numeric_limits<std::uint32_t>::max()) return;
+  const SfntData font(*data, static_cast<std::uint32_t>(data->size()), file.budget());
+  variable.assign(variable.size(), HasAxes(font));
 }
 
 }  // namespace
@@ -76,7 +69,21 @@ const LibraryDetails::FileDetails& LibraryDetails::DetailsOf(const LibraryFace& 
   const auto [found, is_new] = files_.try_emplace(face.file);
   if (is_new) {
     const LibraryFile& file = library_.files()[face.file];
-    found->second = {TotalForkLength(file.path), WhichAreVariable(file)};
+    FileDetails& details = found->second;
+    details.variable.resize(file.faces.size());
+    OpenedFont opened(file.path);
+    try {
+      details.file_size = opened.file.TotalLength();
+      if (file.faces.front().kind == "TrueType Collection") {
+        FindInCollection(opened.file, file.faces, details.variable);
+      } else if (file.faces.front().fond_id != -1) {
+        FindInFamilies(opened.file, file.faces, details.variable);
+      } else {
+        FindInFile(opened.file, details.variable);
+      }
+    } catch (const BudgetSpent&) {
+      // The faces that were not reached count as not variable.
+    }
   }
   return found->second;
 }

@@ -3,6 +3,7 @@
 #ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_FORMS_H_
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_FORMS_H_
 
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <ostream>
 #include <vector>
@@ -17,6 +18,20 @@ struct LibraryLists {
   std::optional<std::vector<Copy>> copies;
   std::optional<std::vector<Group>> conflicts, formats, versions, near;
 };
+
+// The lists of groups in the order of JSON and TSV: their names, and what the parts of their groups are.
+struct GroupList {
+  const char* name;
+  const char* parts;
+  std::optional<std::vector<Group>> LibraryLists::*groups;
+};
+inline constexpr GroupList kGroupLists[] = {{"conflicts", "data", &LibraryLists::conflicts},
+                                            {"formats", "formats", &LibraryLists::formats},
+                                            {"versions", "versions", &LibraryLists::versions},
+                                            {"near", "names", &LibraryLists::near}};
+
+// A face as JSON and TSV have it.
+nlohmann::ordered_json FaceObject(const Library& library, LibraryDetails& details, const LibraryFace& face);
 
 void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
                         const LibraryLists& lists);

@@ -15,31 +15,20 @@ class JsonWriter {
   JsonWriter(std::ostream& out, const Library& library, LibraryDetails& details)
       : out_(out), library_(library), details_(details) {}
 
-  void Write(const std::vector<Copy>& copies) {
-    WriteList("copies", copies, [this](const Copy& copy) { return CopyObject(copy); });
-  }
-
-  void Write(const char* name, const std::optional<std::vector<Group>>& groups, const char* parts_name) {
-    if (!groups) return;
-    WriteList(name, *groups, [&](const Group& group) { return GroupObject(group, parts_name); });
+  void Write(const LibraryLists& lists) {
+    if (lists.copies)
+      WriteList("copies", *lists.copies, [this](const Copy& copy) { return CopyObject(copy); });
+    for (const GroupList& list : kGroupLists) {
+      const auto& groups = lists.*list.groups;
+      if (!groups) continue;
+      WriteList(list.name, *groups, [&](const Group& group) { return GroupObject(group, list.parts); });
+    }
   }
 
  private:
-  Json Object(const LibraryFace& face) {
-    return {{"path", library_.files()[face.file].path},
-            {"face", face.index},
-            {"postScriptName", face.post_script_name},
-            {"kind", face.kind},
-            {"version", face.version},
-            {"foundry", face.foundry},
-            {"checksum", Hex(face.checksum)},
-            {"fileSize", details_.FileSize(face)},
-            {"variable", details_.IsVariable(face)}};
-  }
-
   Json Array(const Faces& faces) {
     Json array = Json::array();
-    for (const LibraryFace* face : faces) array.push_back(Object(*face));
+    for (const LibraryFace* face : faces) array.push_back(FaceObject(library_, details_, *face));
     return array;
   }
 
@@ -83,15 +72,22 @@ class JsonWriter {
 
 }  // namespace
 
+Json FaceObject(const Library& library, LibraryDetails& details, const LibraryFace& face) {
+  return {{"path", library.files()[face.file].path},
+          {"face", face.index},
+          {"postScriptName", face.post_script_name},
+          {"kind", face.kind},
+          {"version", face.version},
+          {"foundry", face.foundry},
+          {"checksum", Hex(face.checksum)},
+          {"fileSize", details.FileSize(face)},
+          {"variable", details.IsVariable(face)}};
+}
+
 void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
                       const LibraryLists& lists) {
-  JsonWriter writer(out, library, details);
   out << "{\n";
-  if (lists.copies) writer.Write(*lists.copies);
-  writer.Write("conflicts", lists.conflicts, "data");
-  writer.Write("formats", lists.formats, "formats");
-  writer.Write("versions", lists.versions, "versions");
-  writer.Write("near", lists.near, "names");
+  JsonWriter(out, library, details).Write(lists);
   const LibraryCounts counts = library.Count();
   const Json summary = {{"files", library.files().size()},
                         {"faces", counts.faces},

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <compare>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
+#include <type_traits>
 
 #include "analysis/name_match.h"
 #include "faces/version_order.h"
@@ -15,35 +15,51 @@
 namespace quillmark::tool {
 namespace {
 
-// Faces by key, in the order in which the keys were first added.
-class Buckets {
- public:
-  void Add(const std::string& key, const LibraryFace* face) {
-    const auto [found, is_new] = numbers_.emplace(key, faces_.size());
-    if (is_new) faces_.emplace_back();
-    faces_[found->second].push_back(face);
+// Parts faces by a key, in the order in which the keys first occur. Those for which `key_of` gives none are
+// left out. Ordered: no names make it slow.
+template <typename KeyOf>
+std::vector<Faces> PartBy(const Faces& faces, KeyOf key_of) {
+  std::map<typename std::invoke_result_t<KeyOf, const LibraryFace&>::value_type, std::size_t> numbers;
+  std::vector<Faces> parts;
+  for (const LibraryFace* face : faces) {
+    auto key = key_of(*face);
+    if (!key) continue;
+    const auto [found, is_new] = numbers.try_emplace(*std::move(key), parts.size());
+    if (is_new) parts.emplace_back();
+    parts[found->second].push_back(face);
   }
-  std::vector<Faces> Take() { return std::move(faces_); }
+  return parts;
+}
 
- private:
-  std::unordered_map<std::string, std::size_t> numbers_;
-  std::vector<Faces> faces_;
-};
+// Sorts faces and parts them where one comes before the next.
+template <typename Before>
+Group PartInOrder(Faces faces, Before before) {
+  std::stable_sort(faces.begin(), faces.end(),
+                   [&](const LibraryFace* a, const LibraryFace* b) { return before(*a, *b); });
+  Group parts;
+  for (const LibraryFace* face : faces) {
+    if (parts.empty() || before(*parts.back().back(), *face)) parts.emplace_back();
+    parts.back().push_back(face);
+  }
+  return parts;
+}
 
 // A key that is equal for files whose faces are all the same; nothing when the data of a face are unknown.
-std::optional<std::string> DataOf(const LibraryFile& file) {
+std::optional<std::vector<std::size_t>> DataOf(const LibraryFile& file) {
   std::vector<std::size_t> data;
   for (const LibraryFace& face : file.faces) data.push_back(face.data);
   std::sort(data.begin(), data.end());
   data.erase(std::unique(data.begin(), data.end()), data.end());
   if (data.empty() || data.back() == kUnknownData) return std::nullopt;
-  std::string text;
-  for (const std::size_t number : data) text += std::to_string(number) + ' ';
-  return text;
+  return data;
 }
 
-// The key by which faces are grouped; nothing for a face that is left out.
-using Key = std::optional<std::string> (*)(const LibraryFace&);
+// Keys of faces; nothing for a face that is left out.
+
+std::optional<std::size_t> KnownData(const LibraryFace& face) {
+  if (face.data == kUnknownData) return std::nullopt;
+  return face.data;
+}
 
 std::optional<std::string> NameWhereDataIsKnown(const LibraryFace& face) {
   if (face.data == kUnknownData) return std::nullopt;
@@ -68,47 +84,19 @@ std::optional<std::string> ReducedName(const LibraryFace& face) {
   return reduced;
 }
 
-// The key of a font's format. A TrueType font is one with layout tables or without; a resource file is a
-// format of its own, whatever it holds.
+// A TrueType font is one with layout tables or without; a resource file is a format of its own, whatever it
+// holds.
 std::string FormatOf(const LibraryFace& face) {
   const std::string format = face.kind == "OpenType - TT" ? "TrueType" : face.kind;
   return format + (face.fond_id == -1 ? "" : " in resources");
 }
 
-// Sets of faces with equal keys whose names say something.
-std::vector<Faces> NamedAlike(const Library& library, Key key) {
-  Buckets alike;
-  for (const LibraryFile& file : library.files()) {
-    for (const LibraryFace& face : file.faces) {
-      if (!HoldsLetterOrDigit(face.post_script_name)) continue;
-      if (const auto text = key(face)) alike.Add(*text, &face);
-    }
-  }
-  return alike.Take();
-}
-
-// Cuts a set between neighbours of which `apart` holds.
-Group Cut(const Faces& faces, bool (*apart)(const LibraryFace&, const LibraryFace&)) {
-  Group parts;
-  for (const LibraryFace* face : faces) {
-    if (parts.empty() || apart(*parts.back().back(), *face)) parts.emplace_back();
-    parts.back().push_back(face);
-  }
-  return parts;
-}
-
-Group ByData(const Faces& faces) {
-  Buckets by_data;
-  for (const LibraryFace* face : faces) by_data.Add(std::to_string(face->data), face);
-  return by_data.Take();
-}
-
 // Which data of one name conflict with others: all of them when foundries differ or a version is unknown,
 // since then nothing shows that one font is an older version or another format of the other; otherwise those
 // that share version and format.
-std::unordered_set<std::size_t> DataInConflict(const Faces& faces) {
-  std::unordered_set<std::size_t> all;
-  std::unordered_map<std::string, std::set<std::size_t>> by_version_and_format;
+std::set<std::size_t> DataInConflict(const Faces& faces) {
+  std::set<std::size_t> all;
+  std::map<std::string, std::set<std::size_t>> by_version_and_format;
   bool explained = true;
   for (const LibraryFace* face : faces) {
     all.insert(face->data);
@@ -116,42 +104,51 @@ std::unordered_set<std::size_t> DataInConflict(const Faces& faces) {
     explained = explained && HasVersionNumber(face->version) && face->foundry == faces.front()->foundry;
   }
   if (!explained) return all;
-  std::unordered_set<std::size_t> in_conflict;
+  std::set<std::size_t> in_conflict;
   for (const auto& [key, data] : by_version_and_format) {
     if (data.size() > 1) in_conflict.insert(data.begin(), data.end());
   }
   return in_conflict;
 }
 
-// Keeps groups of more than one part.
-void Collect(std::vector<Group>& groups, Group group) {
-  if (group.size() > 1) groups.push_back(std::move(group));
-}
-
-void SortByName(std::vector<Group>& groups) {
+// The faces whose names say something, in sets of equal keys that `part` divides. Sets of one part are left
+// out; the others are sorted by name.
+template <typename KeyOf, typename Part>
+std::vector<Group> Groups(const Library& library, KeyOf key_of, Part part) {
+  Faces named;
+  for (const LibraryFile& file : library.files()) {
+    for (const LibraryFace& face : file.faces) {
+      if (HoldsLetterOrDigit(face.post_script_name)) named.push_back(&face);
+    }
+  }
+  std::vector<Group> groups;
+  for (const Faces& alike : PartBy(named, key_of)) {
+    Group group = part(alike);
+    if (group.size() > 1) groups.push_back(std::move(group));
+  }
   std::stable_sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) {
     return a.front().front()->post_script_name < b.front().front()->post_script_name;
   });
+  return groups;
 }
 
 }  // namespace
 
 std::vector<Copy> Copies(const Library& library) {
-  Buckets files;
-  Buckets faces;
-  std::vector<std::optional<std::string>> data_of_files;
+  Faces firsts;  // of each file
+  Faces all;
+  std::vector<std::optional<std::vector<std::size_t>>> data_of_files;
   for (const LibraryFile& file : library.files()) {
-    const std::optional<std::string>& data = data_of_files.emplace_back(DataOf(file));
-    if (data) files.Add(*data, &file.faces.front());
-    for (const LibraryFace& face : file.faces) {
-      if (face.data != kUnknownData) faces.Add(std::to_string(face.data), &face);
-    }
+    data_of_files.push_back(DataOf(file));
+    firsts.push_back(&file.faces.front());
+    for (const LibraryFace& face : file.faces) all.push_back(&face);
   }
+  const auto data_of_file = [&](const LibraryFace& face) { return data_of_files[face.file]; };
   std::vector<Copy> copies;
-  for (Faces& same : files.Take()) {
+  for (Faces& same : PartBy(firsts, data_of_file)) {
     if (same.size() > 1) copies.push_back({true, std::move(same)});
   }
-  for (Faces& same : faces.Take()) {
+  for (Faces& same : PartBy(all, KnownData)) {
     const auto& first = data_of_files[same.front()->file];
     const bool in_like_files = first && std::all_of(same.begin(), same.end(), [&](const LibraryFace* face) {
                                  return data_of_files[face->file] == first;
@@ -162,55 +159,36 @@ std::vector<Copy> Copies(const Library& library) {
 }
 
 std::vector<Group> Conflicts(const Library& library) {
-  std::vector<Group> groups;
-  for (const Faces& faces : NamedAlike(library, NameWhereDataIsKnown)) {
-    const std::unordered_set<std::size_t> in_conflict = DataInConflict(faces);
-    Group parts = ByData(faces);
+  return Groups(library, NameWhereDataIsKnown, [](const Faces& faces) {
+    const std::set<std::size_t> in_conflict = DataInConflict(faces);
+    Group parts = PartBy(faces, KnownData);
     std::erase_if(parts, [&](const Faces& part) { return !in_conflict.contains(part.front()->data); });
-    Collect(groups, std::move(parts));
-  }
-  SortByName(groups);
-  return groups;
+    return parts;
+  });
 }
 
 std::vector<Group> Formats(const Library& library) {
-  std::vector<Group> groups;
-  for (const Faces& faces : NamedAlike(library, NameFoundryAndVersion)) {
-    if (ByData(faces).size() < 2) continue;  // copies, whatever their file format
-    Buckets by_format;
-    for (const LibraryFace* face : faces) by_format.Add(FormatOf(*face), face);
-    Collect(groups, by_format.Take());
-  }
-  SortByName(groups);
-  return groups;
+  return Groups(library, NameFoundryAndVersion, [](const Faces& faces) {
+    const auto data = [](const LibraryFace& face) { return std::optional(face.data); };
+    const auto format = [](const LibraryFace& face) { return std::optional(FormatOf(face)); };
+    return PartBy(faces, data).size() < 2 ? Group() : PartBy(faces, format);  // equal data are copies
+  });
 }
 
 std::vector<Group> Versions(const Library& library) {
-  std::vector<Group> groups;
-  for (Faces& faces : NamedAlike(library, NameAndFoundry)) {
-    std::stable_sort(faces.begin(), faces.end(), [](const LibraryFace* a, const LibraryFace* b) {
-      return std::is_gt(CompareVersions(a->version, b->version));
+  return Groups(library, NameAndFoundry, [](const Faces& faces) {
+    return PartInOrder(faces, [](const LibraryFace& a, const LibraryFace& b) {
+      return std::is_gt(CompareVersions(a.version, b.version));
     });
-    Collect(groups, Cut(faces, [](const LibraryFace& a, const LibraryFace& b) {
-              return std::is_neq(CompareVersions(a.version, b.version));
-            }));
-  }
-  SortByName(groups);
-  return groups;
+  });
 }
 
 std::vector<Group> NearNames(const Library& library) {
-  std::vector<Group> groups;
-  for (Faces& faces : NamedAlike(library, ReducedName)) {
-    std::stable_sort(faces.begin(), faces.end(), [](const LibraryFace* a, const LibraryFace* b) {
-      return a->post_script_name < b->post_script_name;
+  return Groups(library, ReducedName, [](const Faces& faces) {
+    return PartInOrder(faces, [](const LibraryFace& a, const LibraryFace& b) {
+      return a.post_script_name < b.post_script_name;
     });
-    Collect(groups, Cut(faces, [](const LibraryFace& a, const LibraryFace& b) {
-              return a.post_script_name != b.post_script_name;
-            }));
-  }
-  SortByName(groups);
-  return groups;
+  });
 }
 
 }  // namespace quillmark::tool

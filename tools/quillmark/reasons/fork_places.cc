@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "platform/files/apple_double.h"
-#include "platform/files/font_file.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -40,19 +39,19 @@ std::string NoForkAnywhere(const std::string& path) {
          "; archives and version control lose resource forks, so get the file again from where it is whole";
 }
 
-std::optional<std::string> WhySidecar(const std::string& path) {
-  const auto file = OpenDataFork(path);
+std::optional<std::string> WhySidecar(FontFile& file) {
+  const auto data = file.DataFork();
   std::array<std::uint8_t, 4> magic = {};
-  if (!file || file->ReadAt(0, magic) < magic.size() || U32At(magic, 0) != kAppleDoubleMagic) {
+  if (!data || data->ReadAt(0, magic) < magic.size() || U32At(magic, 0) != kAppleDoubleMagic) {
     return std::nullopt;
   }
-  const std::string owner = OwnerOf(path).native();
-  const auto fork = FindAppleDoubleEntry(*file, kAppleDoubleResourceFork);
+  const std::string owner = OwnerOf(file.path()).native();
+  const auto fork = FindAppleDoubleEntry(*data, kAppleDoubleResourceFork);
   if (!fork || fork->length == 0) {
     return "an AppleDouble sidecar of " + Printable(owner) + ", without a resource fork in it";
   }
   const std::string reason = "an AppleDouble sidecar, which keeps the resource fork of another file";
-  if (owner == path)
+  if (owner == file.path())
     return reason + ": give it that file's name with \"._\" before, and place it beside that file";
   if (IsRegularFile(owner)) return reason + ": give " + Printable(owner) + " instead";
   return reason + ": " + Printable(owner) +

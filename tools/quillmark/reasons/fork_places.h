@@ -6,13 +6,15 @@
 #include <optional>
 #include <string>
 
+#include "platform/files/font_file.h"
+
 namespace quillmark::tool {
 
 // For a file with an empty data fork and no resource fork: where the resource fork was looked for.
 std::string NoForkAnywhere(const std::string& path);
 
 // For an AppleDouble file: which file's resource fork it carries; nothing for any other file.
-std::optional<std::string> WhySidecar(const std::string& path);
+std::optional<std::string> WhySidecar(FontFile& file);
 
 }  // namespace quillmark::tool
 

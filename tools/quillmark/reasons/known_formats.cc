@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string>
+
+#include "platform/text/ascii_case.h"
 
 namespace quillmark::tool {
 namespace {
@@ -35,8 +36,7 @@ bool IsPortableExecutable(const FileStart& file) { return HasNewHeader(file, "PE
 
 std::string LowerCased(const FileStart& file) {
   std::string text(AsText(file.bytes));
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(text.begin(), text.end(), text.begin(), ToLowerAscii);
   return text;
 }
 bool IsHtml(const FileStart& file) {

@@ -7,7 +7,10 @@
 #include <variant>
 #include <vector>
 
+#include "analysis/font_extension.h"
 #include "reasons/fault_words.h"
+#include "resources/resource_access.h"
+#include "text/type_text.h"
 
 namespace quillmark::tool {
 namespace {
@@ -15,6 +18,7 @@ namespace {
 constexpr std::size_t kMostReasons = 3;
 constexpr std::size_t kMostNumbers = 12;
 constexpr std::size_t kMostStylesTold = 3;
+constexpr std::size_t kMostTypesNamed = 8;
 
 std::string Numbers(const std::vector<std::uint32_t>& faces) {
   std::string text = faces.size() == 1 ? "face " : "faces ";
@@ -102,7 +106,7 @@ Explanation LostStyles(const CreationResult& result) {
   return {text.empty() ? Outcome::kFaces : Outcome::kIncomplete, text};
 }
 
-Explanation WhyNoFamilyFace(const CreationResult& result, int fond_count) {
+Explanation WhyNoFamilyFace(const CreationResult& result, std::size_t fond_count) {
   const auto* first = result.faults.empty() ? nullptr : std::get_if<StyleFault>(&result.faults.front().why);
   const bool is_bitmap = first != nullptr && first->kind == StyleFault::kNoPrinterName;
   std::string reason =
@@ -113,6 +117,23 @@ Explanation WhyNoFamilyFace(const CreationResult& result, int fond_count) {
     reason += ")";
   }
   return {is_bitmap ? Outcome::kOther : Outcome::kDamaged, reason};
+}
+
+Explanation WhyNoFonts(const std::string& path, const ResourceMap& map) {
+  const bool is_claimed = fontTypeFromExtension(path.c_str()) == kExtensionDfont;
+  const Outcome outcome = is_claimed ? Outcome::kDamaged : Outcome::kOther;
+  const std::size_t count = map.CountTypes();
+  if (count == 0) return {outcome, "a resource file without fonts: it holds no resources"};
+  std::string types;
+  for (std::size_t i = 0; i < std::min(count, kMostTypesNamed); ++i) {
+    types += (i == 0 ? "" : ", ") + TypeText(map.TypeAt(i).value_or(0));
+  }
+  if (count > kMostTypesNamed) types += " and " + std::to_string(count - kMostTypesNamed) + " more types";
+  if (map.CountResources(kSfnt) > 0) {
+    return {Outcome::kDamaged, "a resource file with fonts that no FOND resource names: it holds " + types +
+                                   "; quillmark split writes those that are TrueType or OpenType to files"};
+  }
+  return {outcome, "a resource file without fonts: it holds " + types};
 }
 
 }  // namespace quillmark::tool

@@ -13,6 +13,8 @@ enum class Outcome {
   kIncomplete,       // gave faces, and lists more that cannot be read
   kDamaged,          // claims to be a font that is read, and gave no face
   kLonePrinterFont,  // outlines that no font family file leads to
+  kDanglingLink,     // a link to nothing, or to itself
+  kFolder,           // of those in a folder only linked ones are told so, when they are not entered
   kOther,            // no font, or a sound one that is not read as it is
   kUnreadable,       // could not be opened or read
 };

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "reasons/opened_font.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "text/printable.h"
@@ -18,11 +19,9 @@ constexpr std::size_t kCacheLimit = 1024;
 
 // The printer fonts that a family file names; none when it spends its budget, as no real file does.
 std::vector<std::string> PrinterFontsOf(const std::string& family) {
-  Budget budget;
-  FileAccess access(SystemFiles(), &budget);
+  OpenedFont opened(family);
   try {
-    FontFile file(access, family);
-    const ResourceFileHolder resources(AllocateResourceFile(file, true));
+    const ResourceFileHolder resources(AllocateResourceFile(opened.file, true));
     if (!FileHasFONDsInResourceFork(resources.get())) return {};
     return resources.get()->getPrinterFiles();
   } catch (const BudgetSpent&) {

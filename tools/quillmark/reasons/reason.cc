@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <limits>
 #include <variant>
+#include <vector>
 
 #include "analysis/font_extension.h"
 #include "analysis/font_kind.h"
@@ -20,9 +20,8 @@
 #include "reasons/gzip_start.h"
 #include "reasons/known_formats.h"
 #include "reasons/lost_faces.h"
+#include "reasons/opened_font.h"
 #include "reasons/printer_fonts.h"
-#include "reasons/resource_faults.h"
-#include "reasons/watched_files.h"
 #include "resources/resource_access.h"
 #include "text/printable.h"
 
@@ -76,18 +75,16 @@ std::string WithAdvice(const std::string& reason, std::string_view advice) {
   return advice.empty() ? reason : reason + ": " + std::string(advice);
 }
 
-// Owns the first bytes of a file.
-class OpenedStart {
- public:
-  explicit OpenedStart(RegularFile file) : file_(std::move(file)) { read_ = file_.ReadAt(0, block_); }
-  FileStart start() const { return {Bytes(block_).first(read_), file_.size()}; }
-  const RegularFile& file() const { return file_; }
+std::vector<std::uint8_t> ReadStart(const RegularFile& file) {
+  std::vector<std::uint8_t> start(kFileStartSize);
+  start.resize(file.ReadAt(0, start));
+  return start;
+}
 
- private:
-  RegularFile file_;
-  std::array<std::uint8_t, kFileStartSize> block_ = {};
-  std::size_t read_ = 0;
-};
+// How an sfnt font of that kind must be named to be read.
+std::string NameAdvice(std::string_view kind) {
+  return std::string(": its name must end in ") + (kind == "an OpenType font" ? ".otf" : ".ttf");
+}
 
 Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name,
                      PrinterFontFamilies& families) {
@@ -114,45 +111,35 @@ std::optional<Explanation> ExplainOtherFormat(const std::string& path, const Fil
   return Describe(path, *format, name, families);
 }
 
-bool IsCollection(const RegularFile& file) {
-  std::array<std::uint8_t, 4> tag = {};
-  return file.ReadAt(0, tag) == tag.size() && StartsWith(tag, "ttcf");
-}
-
-Explanation ExplainCollection(const std::string& path, const CreationResult& result,
-                              PrinterFontFamilies& families) {
+Explanation ExplainCollection(FontFile& opened, const CreationResult& result, PrinterFontFamilies& families) {
   if (result.claimed_faces > 0) {
     const Explanation lost = LostCollectionFaces(result);
     if (lost.outcome == Outcome::kFaces) return ReadOnSecondTry();
     return {Outcome::kDamaged, "a collection of which no face can be read; " + lost.reason, lost.listed};
   }
-  const auto file = RegularFile::Open(path);
+  const auto& file = opened.Data();
   if (!file) return {Outcome::kUnreadable, kUnreadable};
   if (file->size() == 0) return {Outcome::kDamaged, "empty"};
   if (file->size() > std::numeric_limits<std::uint32_t>::max()) {
     return {Outcome::kDamaged, "4 GiB or larger, more than a collection can be"};
   }
-  if (result.collection_status == kCollectionFileError) {
-    return {Outcome::kUnreadable, Words(result.collection_status)};
+  const std::string status = Words(result.collection_status);
+  if (result.collection_status == kCollectionFileError) return {Outcome::kUnreadable, status};
+  const std::vector<std::uint8_t> start = ReadStart(*file);
+  if (StartsWith(start, "ttcf")) return {Outcome::kDamaged, status};
+  const std::string& path = opened.path();
+  if (const auto kind = SfntKind(start)) {
+    return {Outcome::kOther, std::string(*kind) + InSpiteOfExtension(path) + NameAdvice(*kind)};
   }
-  if (IsCollection(*file)) return {Outcome::kDamaged, Words(result.collection_status)};
-  const OpenedStart opened(*file);
-  if (const auto kind = SfntKind(opened.start().bytes)) {
-    return {Outcome::kOther, std::string(*kind) + InSpiteOfExtension(path) +
-                                 ": rename it so that it ends in " +
-                                 (*kind == "an OpenType font" ? ".otf" : ".ttf")};
-  }
-  return ExplainOtherFormat(path, opened.start(), families)
-      .value_or(Explanation{Outcome::kDamaged, Words(result.collection_status) +
-                                                   ", which its extension .ttc makes Quillmark expect"});
+  return ExplainOtherFormat(path, {start, file->size()}, families)
+      .value_or(Explanation{Outcome::kDamaged, status + ", which its extension .ttc makes Quillmark expect"});
 }
 
 // The extension is all that keeps this font from being read, or it is damaged.
-Explanation ExplainSfnt(const std::string& path, const RegularFile& file, std::string_view kind) {
-  Budget budget;
+Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, std::string_view kind) {
   const std::string name(kind);
   try {
-    const SfntData font(file, static_cast<std::uint32_t>(file.size()), &budget);
+    const SfntData font(file, static_cast<std::uint32_t>(file.size()), opened.budget());
     const auto names = getMetaDataFromNamesTable(font);
     if (const auto* fault = std::get_if<NameFault>(&names)) {
       return {Outcome::kDamaged, name + " that is damaged: " + Words(*fault, "the file")};
@@ -160,13 +147,11 @@ Explanation ExplainSfnt(const std::string& path, const RegularFile& file, std::s
   } catch (const BudgetSpent&) {
     return {Outcome::kDamaged, name + " that is damaged: " + kRepeatsItsBytes};
   }
-  if (IsReadAsSfnt(path)) return ReadOnSecondTry();
-  const std::string extension = KnownExtension(path);
-  return {Outcome::kOther, name +
-                               (extension.empty() ? ", which is not read without its extension"
-                                                  : ", which is not read under the extension " + extension) +
-                               ": rename it so that it ends in " +
-                               (kind == "an OpenType font" ? ".otf" : ".ttf")};
+  if (IsReadAsSfnt(opened.path())) return ReadOnSecondTry();
+  const std::string extension = KnownExtension(opened.path());
+  const std::string hindrance = extension.empty() ? ", which is not read without its extension"
+                                                  : ", which is not read under the extension " + extension;
+  return {Outcome::kOther, name + hindrance + NameAdvice(kind)};
 }
 
 bool IsText(Bytes start) {
@@ -210,48 +195,37 @@ Explanation ExplainUnknown(const std::string& path, const FileStart& start, Prin
 }
 
 // Explains a file whose fonts are looked for in its data fork, which is not empty.
-Explanation ExplainDataFork(const std::string& path, const RegularFile& file,
-                            QuillmarkResourceFile* resources, PrinterFontFamilies& families) {
+Explanation ExplainDataFork(FontFile& opened, const RegularFile& file, const FoundMap& found,
+                            PrinterFontFamilies& families) {
+  const std::string& path = opened.path();
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
     return NoFont(path, "4 GiB or larger, more than a font can be");
-  const OpenedStart opened(file);
-  const FileStart start = opened.start();
-  if (start.bytes.empty()) return {Outcome::kUnreadable, kUnreadable};
-  if (StartsWith(start.bytes, "ttcf")) {
+  const std::vector<std::uint8_t> bytes = ReadStart(file);
+  const FileStart start{bytes, file.size()};
+  if (bytes.empty()) return {Outcome::kUnreadable, kUnreadable};
+  if (StartsWith(bytes, "ttcf")) {
     return {Outcome::kOther,
             "a TrueType collection" + InSpiteOfExtension(path) +
-                ", and collections are read by the extension .ttc only: rename it so that it ends in .ttc"};
+                ", and collections are read by the extension .ttc only: its name must end in .ttc"};
   }
-  if (const auto kind = SfntKindOf(path, start.bytes)) return ExplainSfnt(path, file, *kind);
-  if (resources != nullptr && resources->isDataFork()) return WhyNoFonts(*resources);
+  if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(opened, file, *kind);
+  if (found.is_data_fork) return WhyNoFonts(path, *found.map);
   if (auto other = ExplainOtherFormat(path, start, families)) return *std::move(other);
-  const bool is_map =
-      fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(start.bytes);
-  if (is_map && resources == nullptr) {
-    if (const auto fault = FaultOfMap(Fork(file, 0, file.size()))) {
-      return {Outcome::kDamaged, "a damaged resource file: " + Words(*fault)};
-    }
+  const bool is_map = fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(bytes);
+  if (is_map && found.data_fork_fault) {
+    return {Outcome::kDamaged, "a damaged resource file: " + Words(*found.data_fork_fault)};
   }
   return ExplainUnknown(path, start, families);
 }
 
-Explanation ExplainEmptyDataFork(const std::string& path, QuillmarkResourceFile* resources) {
-  if (resources != nullptr) return WhyNoFonts(*resources);
-  const auto found = FindResourceFork(path);
-  const auto fault = found ? FaultOfMap(found->fork) : std::nullopt;
-  if (fault) {
-    return {Outcome::kDamaged, "a font file whose resource fork, in " + Printable(found->where) +
-                                   ", is damaged: " + Words(*fault)};
+Explanation ExplainEmptyDataFork(FontFile& file, const FoundMap& found) {
+  if (found.map) return WhyNoFonts(file.path(), *found.map);
+  if (found.resource_fork_fault) {
+    return {Outcome::kDamaged, "a font file whose resource fork, in " +
+                                   Printable(file.ResourceFork()->where) +
+                                   ", is damaged: " + Words(*found.resource_fork_fault)};
   }
-  return NoFont(path, NoForkAnywhere(path));
-}
-
-// Resource files are opened by paths that are UTF-8 only.
-bool HidesResources(const std::string& path) {
-  if (IsValidUtf8(path)) return false;
-  if (FindResourceFork(path)) return true;
-  const auto data = OpenDataFork(path);
-  return data && !FaultOfMap(*data);
+  return NoFont(file.path(), NoForkAnywhere(file.path()));
 }
 
 // Opens and reads the file, since only that shows missing permissions, too few descriptors and failing media.
@@ -265,15 +239,21 @@ int TryToRead(const std::string& path) {
   return error;
 }
 
-Explanation ExplainNoStatus(const std::string& path, int error) {
+bool IsLink(const std::string& path) {
   struct stat link {};
+  return ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
+}
+
+Explanation ExplainNoStatus(const std::string& path, int error) {
   const bool is_nowhere = error == ENOENT || error == ENOTDIR || error == ELOOP;
-  if (is_nowhere && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
-    return NoFont(path, "a link that leads nowhere");
+  if (is_nowhere && IsLink(path)) {
+    return {Outcome::kDanglingLink, "a link that leads nowhere"};
   }
   switch (error) {
     case ENOENT:
-      return {Outcome::kUnreadable, "no such file"};
+      return {Outcome::kUnreadable,
+              path == "-" ? "no such file; - is standard input only as a path of identify, why and read"
+                          : "no such file"};
     case ENOTDIR:
       return {Outcome::kUnreadable, "no such file, for a part of its path is no folder"};
     case EACCES:
@@ -287,7 +267,10 @@ Explanation ExplainNoStatus(const std::string& path, int error) {
 std::optional<Explanation> ExplainPath(const std::string& path) {
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return ExplainNoStatus(path, errno);
-  if (S_ISDIR(info.st_mode)) return Explanation{Outcome::kOther, "a folder, not a file"};
+  if (S_ISDIR(info.st_mode)) {
+    return Explanation{Outcome::kFolder,
+                       IsLink(path) ? "a link to a folder, not a file" : "a folder, not a file"};
+  }
   if (S_ISFIFO(info.st_mode)) return Explanation{Outcome::kOther, "a named pipe, not a file"};
   if (S_ISSOCK(info.st_mode)) return Explanation{Outcome::kOther, "a socket, not a file"};
   if (!S_ISREG(info.st_mode)) return Explanation{Outcome::kOther, "a device, not a file"};
@@ -299,30 +282,31 @@ std::optional<Explanation> ExplainPath(const std::string& path) {
 }
 
 // Of a file that gave no face.
-Explanation ExplainWithoutFaces(const std::string& path, const CreationResult& result,
-                                PrinterFontFamilies& families) {
+Explanation ExplainWithoutFaces(FontFile& file, const CreationResult& result, PrinterFontFamilies& families) {
+  const std::string& path = file.path();
   if (auto found = ExplainPath(path)) return *std::move(found);
-  if (auto reason = WhySidecar(path)) return {Outcome::kOther, *std::move(reason)};
-  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(path, result, families);
-  const ResourceFileHolder resources = OpenResources(path);
-  if (FileHasFONDsInResourceFork(resources.get())) {
-    return WhyNoFamilyFace(result, countResType(resources.get(), kFond));
-  }
-  if (FileHasPOSTsInResourceFork(resources.get()))
-    return ExplainPrinterFont(path, "a printer font", families);
-  if (HidesResources(path)) {
-    return {Outcome::kUnreadable,
-            "its fonts are resources, and these are read by paths in UTF-8 only: rename it"};
+  if (auto reason = WhySidecar(file)) return {Outcome::kOther, *std::move(reason)};
+  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(file, result, families);
+  const FoundMap found = FindMap(file);
+  if (!IsValidUtf8(path)) {
+    if (found.map || file.ResourceFork()) {
+      return {Outcome::kUnreadable,
+              "its fonts are resources, and these are read by paths in UTF-8 only: rename it"};
+    }
+  } else if (found.map) {
+    const std::size_t fonds = found.map->CountResources(kFond);
+    if (fonds > 0) return WhyNoFamilyFace(result, fonds);
+    if (found.map->CountResources(kPost) > 0) return ExplainPrinterFont(path, "a printer font", families);
   }
   if (path.size() > kLongestFontPath) {
     return {
         IsNamedAsFont(path) ? Outcome::kUnreadable : Outcome::kOther,
         "its path is too long: only " + std::to_string(kLongestFontPath) + " bytes of a path are looked at"};
   }
-  const auto file = RegularFile::Open(path);
-  if (!file) return {Outcome::kUnreadable, kUnreadable};
-  return file->size() == 0 ? ExplainEmptyDataFork(path, resources.get())
-                           : ExplainDataFork(path, *file, resources.get(), families);
+  const auto& data = file.Data();
+  if (!data) return {Outcome::kUnreadable, kUnreadable};
+  return data->size() == 0 ? ExplainEmptyDataFork(file, found)
+                           : ExplainDataFork(file, *data, found, families);
 }
 
 }  // namespace
@@ -333,21 +317,20 @@ std::optional<std::string> WhyNotReadable(const std::string& path) {
   return std::move(found->reason);
 }
 
-Explanation ExplainNoFace(const std::string& path) {
-  PrinterFontFamilies families;
-  const WatchedFiles files;
-  const CreationResult result = CreateFaces(files, path, QM_ATTRIBUTES_ALL);
-  if (files.failure()) return {Outcome::kUnreadable, files.WhyUnread(path)};
-  return Explain(path, result, families);
-}
-
 Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families) {
   const bool is_collection = fontTypeFromExtension(path.c_str()) == kExtensionTtc;
   const bool has_faces = result.faces.size() > 0;
   if (result.budget_spent) {
     return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, kRepeatsItsBytes};
   }
-  if (!has_faces) return ExplainWithoutFaces(path, result, families);
+  if (!has_faces) {
+    OpenedFont opened(path);
+    try {
+      return ExplainWithoutFaces(opened.file, result, families);
+    } catch (const BudgetSpent&) {
+      return {Outcome::kDamaged, kRepeatsItsBytes};
+    }
+  }
   if (!is_collection) return LostStyles(result);
   if (result.faults.empty()) return {Outcome::kFaces, {}, result.claimed_faces};
   return LostCollectionFaces(result);

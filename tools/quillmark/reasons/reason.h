@@ -22,8 +22,6 @@ inline constexpr const char* kRepeatsItsBytes =
 // What became of `path`, for which creation gave `result`. `families` caches the printer fonts of folders for
 // many files.
 Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families);
-// The same of a file that gives no face.
-Explanation ExplainNoFace(const std::string& path);
 
 // The explanation as printed behind the path: "gives 3 of the 4 faces it lists; face 3: ...".
 std::string Told(std::size_t faces, const Explanation& explanation);

@@ -1,8 +1,8 @@
 #include "split/split_names.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "platform/text/ascii_case.h"
 #include "platform/text/text_encoding.h"
 #include "text/printable.h"
 
@@ -22,8 +22,7 @@ std::string SafeName(const std::string& name) {
 }
 
 std::string LowerCased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(text.begin(), text.end(), text.begin(), ToLowerAscii);
   return text;
 }
 
@@ -33,9 +32,12 @@ std::string SplitNames::NameFor(const std::string& post_script_name, const std::
                                 const std::string& extension) {
   std::string stem = SafeName(post_script_name);
   if (stem.empty()) stem = fallback;
-  std::string name = stem;
-  int& number = next_numbers_.try_emplace(LowerCased(stem), 2).first->second;
-  while (!taken_.insert(LowerCased(name)).second) name = stem + "-" + std::to_string(number++);
+  const auto [taken, is_free] = next_numbers_.try_emplace(LowerCased(stem), 2);
+  if (is_free) return stem + extension;
+  std::string name;
+  do {
+    name = stem + "-" + std::to_string(taken->second++);
+  } while (!next_numbers_.try_emplace(LowerCased(name), 2).second);
   return name + extension;
 }
 

@@ -3,7 +3,6 @@
 #define QUILLMARK_TOOL_SPLIT_SPLIT_NAMES_H_
 
 #include <map>
-#include <set>
 #include <string>
 
 namespace quillmark::tool {
@@ -16,8 +15,9 @@ class SplitNames {
                       const std::string& extension);
 
  private:
-  std::set<std::string> taken_;              // in lower case, without extensions
-  std::map<std::string, int> next_numbers_;  // of a stem in lower case: all below it are taken
+  // Of every name that was given, in lower case and without its extension: the number to try next when it is
+  // wanted again.
+  std::map<std::string, int> next_numbers_;
 };
 
 }  // namespace quillmark::tool
