@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "analysis/checksum.h"
-#include "analysis/postscript_metadata.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
@@ -20,12 +19,11 @@ std::uint32_t AddResource(QuillmarkResourceFile& file, ResType type, std::int16_
 
 // Continues `crc` over the POST resources of the style's printer font file; returns that file's own checksum
 // instead when it has no resource map.
-std::uint32_t ChecksumPrinterFile(QuillmarkResourceFile& resources, const Family& family, std::int16_t style,
-                                  PrinterFonts& printer_fonts, std::uint32_t crc) {
-  if (!family.shouldHavePrinterFile(style)) return crc;
-  const std::string path = PrinterFontPath(resources.file(), family.getPSPrinterNameForFOND(style));
-  if (path.empty()) return crc;
-  const PrinterFont& font = printer_fonts.At(path);
+std::uint32_t ChecksumPrinterFile(const Family& family, std::int16_t style, PrinterFonts& printer_fonts,
+                                  std::uint32_t crc) {
+  const auto path = family.PrinterFontPath(style);
+  if (!path) return crc;
+  const PrinterFont& font = printer_fonts.At(*path);
   if (font.segment_sums) return font.segment_sums->Continue(crc);
   // The checksum of a printer font without a resource map replaces the running one.
   return font.whole_checksum.value_or(crc);
@@ -54,7 +52,7 @@ std::uint32_t GetKestineChecksum(Family& family, std::int16_t style) {
 FaceChecksums GetOmbreluxChecksum(FontFile& file, QuillmarkResourceFile& resources, Family& family,
                                   std::int16_t style, PrinterFonts& printer_fonts) {
   const std::uint32_t kerning = family.kerning().CrcOfPairs(style);
-  std::uint32_t result = ChecksumPrinterFile(resources, family, style, printer_fonts, kerning);
+  std::uint32_t result = ChecksumPrinterFile(family, style, printer_fonts, kerning);
   if (result == kerning) result = ChecksumNFNTsfntFONT(resources, family, style, result);
   // Kerning alone does not identify a font, so the whole file is summed for the face.
   std::uint32_t whole_file = 0;

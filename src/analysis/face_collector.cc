@@ -68,7 +68,7 @@ CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources, 
   if (kind == kKindOpenTypeTT) face.kind_name = KindName(kKindOpenTypeTT);
   const CollectStatus status = CollectSfntNames(font, face);
   if (status == kCollected && (request & QM_ATTRIBUTE_PLATFORM) && !GetPlatformTTF(font, &face.platform)) {
-    return kUndecided;
+    return kPlatformUndecided;
   }
   return status;
 }
@@ -86,11 +86,7 @@ CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& re
   if (kind == kKindUnknown) kind = getMetaData_FontType(path, std::nullopt, &resources);
   face.kind_name = KindName(kind);
   if (kind == kKindPostScript) {
-    PostScriptFace found{{}, face.kind_name, {}};
-    const CollectStatus status = CollectPSMetaData(&resources, family, style, request, printer_fonts, found);
-    face.names = std::move(found.names);
-    face.kind_name = std::move(found.kind_name);
-    face.printer_font_path = std::move(found.printer_font_path);
+    const CollectStatus status = CollectPSMetaData(resources, family, style, request, printer_fonts, face);
     RemoveTrailingBlanks(face.names.family);
     if (status == kCollected || status == kPrinterFontMissing) return status;
     kind = kKindTrueType;  // its name stays

@@ -4,12 +4,9 @@
 #define QUILLMARK_ANALYSIS_FACE_COLLECTOR_H_
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
-#include "analysis/collect_status.h"
-#include "analysis/face_names.h"
-#include "analysis/name_record.h"
+#include "analysis/collected_face.h"
 #include "analysis/printer_font.h"
 #include "platform/files/font_file.h"
 #include "resources/family.h"
@@ -17,14 +14,6 @@
 namespace quillmark {
 
 class QuillmarkResourceFile;
-
-struct CollectedFace {
-  FaceNames names;
-  OmString kind_name;
-  OmString platform;               // "mac" or "crossplatform"
-  std::string printer_font_path;   // of PostScript faces only
-  std::optional<NameFault> fault;  // why the name table gives no names
-};
 
 // For the one face of a file without FOND and POST resources, read from its data fork. `request`:
 // QM_Attribute bits.

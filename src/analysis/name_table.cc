@@ -152,16 +152,8 @@ std::string getPostScriptNameFromNamesTable(const SfntData& font) {
   return found == nullptr ? std::string() : found->post_script_name.str();
 }
 
-void ReplaceIllegalCharsInPostScriptName(std::string& name) {
-  constexpr std::string_view kIllegal = " ()/[]{}";
-  std::replace_if(
-      name.begin(), name.end(), [&](char c) { return kIllegal.find(c) != std::string_view::npos; }, '-');
-}
-
 void ReplaceIllegalCharsInPostScriptName(OmString& name) {
-  std::string text = name.str();
-  ReplaceIllegalCharsInPostScriptName(text);
-  name = text;
+  for (const char illegal : std::string_view(" ()/[]{}")) OmString::ReplaceAll(&name, illegal, '-');
 }
 
 }  // namespace quillmark

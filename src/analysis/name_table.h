@@ -21,7 +21,6 @@ std::variant<FaceNames, NameFault> getMetaDataFromNamesTable(const SfntData& fon
 std::string getPostScriptNameFromNamesTable(const SfntData& font);
 
 // Blank ( ) / [ ] { } become "-".
-void ReplaceIllegalCharsInPostScriptName(std::string& name);
 void ReplaceIllegalCharsInPostScriptName(OmString& name);
 
 }  // namespace quillmark

@@ -38,18 +38,18 @@ void PassThroughPlatformString(OmString& text) {
   text.Set(string.get());
 }
 
-CollectStatus GatherFromSegments(const PrinterFont& font, std::uint32_t request, PostScriptFace& face) {
-  if (!font.has_map) return kPrinterFontMissing;
+CollectStatus GatherFromSegments(const PrinterFont& font, std::uint32_t request, CollectedFace& face) {
+  if (!font.segment_sums) return kPrinterFontMissing;
   for (const PostScriptHeader& header : font.segments) {
     GatherPostScriptMetaData(header, request, face.names, face.kind_name);
     for (OmString* text : {&face.names.display_name, &face.names.full_name, &face.names.post_script_name}) {
       PassThroughPlatformString(*text);
     }
   }
-  return font.segments.empty() ? kUndecided : kCollected;
+  return font.segments.empty() ? kNoPostScriptHeader : kCollected;
 }
 
-CollectStatus GatherFromDataFork(const PrinterFont& font, std::uint32_t request, PostScriptFace& face) {
+CollectStatus GatherFromDataFork(const PrinterFont& font, std::uint32_t request, CollectedFace& face) {
   if (!font.data_fork) return kPrinterFontMissing;
   if (*font.data_fork) GatherPostScriptMetaData(**font.data_fork, request, face.names, face.kind_name);
   return kCollected;
@@ -66,15 +66,15 @@ void GatherDisplayName(Family& family, bool is_multiple_master, OmString& displa
   display_name = name;
 }
 
-CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, Family& family, std::int16_t style,
-                                   std::uint32_t request, PrinterFonts& printer_fonts, PostScriptFace& face) {
-  if (resourceFile == nullptr || !family.has_data()) return kUndecided;
+CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile& resourceFile, Family& family, std::int16_t style,
+                                   std::uint32_t request, PrinterFonts& printer_fonts, CollectedFace& face) {
+  if (!family.has_data()) return kNoPostScriptHeader;
   bool is_multiple_master = IsMultipleMasterName(family.stored_name());
-  const CidKind cid_kind = is_multiple_master ? CidKind::kNone : CidKindOf(*resourceFile, family, style);
+  const CidKind cid_kind = is_multiple_master ? CidKind::kNone : CidKindOf(resourceFile, family, style);
 
-  CollectStatus status = kUndecided;
+  CollectStatus status = kNoPostScriptHeader;
   if (family.shouldHavePrinterFile(style)) {
-    face.printer_font_path = PrinterFontPath(resourceFile->file(), family.getPSPrinterNameForFOND(style));
+    face.printer_font_path = family.PrinterFontPath(style).value_or("");
     status = face.printer_font_path.empty()
                  ? kPrinterFontMissing
                  : GatherFromSegments(printer_fonts.At(face.printer_font_path), request, face);
@@ -87,7 +87,7 @@ CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, Family& 
   GatherDisplayName(family, is_multiple_master, face.names.display_name);
   if (status == kCollected) {
     if (face.names.family.empty()) {
-      face.names.family = std::filesystem::path(resourceFile->file()).filename().string();
+      face.names.family = std::filesystem::path(resourceFile.file()).filename().string();
     }
     ReplaceIllegalCharsInPostScriptName(face.names.post_script_name);
   }
@@ -101,18 +101,13 @@ CollectStatus CollectPSMetaDataMac(QuillmarkResourceFile* resourceFile, Family& 
 
 }  // namespace
 
-CollectStatus CollectPSMetaData(QuillmarkResourceFile* resourceFile, Family& family, std::int16_t style,
-                                std::uint32_t request, PrinterFonts& printer_fonts, PostScriptFace& face) {
+CollectStatus CollectPSMetaData(QuillmarkResourceFile& resourceFile, Family& family, std::int16_t style,
+                                std::uint32_t request, PrinterFonts& printer_fonts, CollectedFace& face) {
   const CollectStatus status =
       CollectPSMetaDataMac(resourceFile, family, style, request, printer_fonts, face);
   if (status == kCollected) return status;
-  if (face.printer_font_path.empty()) return kUndecided;
+  if (face.printer_font_path.empty()) return kNoPostScriptHeader;
   return GatherFromDataFork(printer_fonts.At(face.printer_font_path), request, face);
-}
-
-std::string PrinterFontPath(const std::string& font_path, const std::string& name) {
-  if (name.empty() || name.find('/') != std::string::npos) return {};
-  return (std::filesystem::path(font_path).parent_path() / name).string();
 }
 
 }  // namespace quillmark

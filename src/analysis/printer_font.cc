@@ -55,15 +55,14 @@ PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
   if (font.is_file) font.length = file.TotalLength();
   if (font.is_file) font.codes = file.Finder();
   const ResourceFileHolder resources(AllocateResourceFile(file, true));
-  font.has_map = resources.get() != nullptr;
-  if (font.has_map) ReadSegments(*resources.get(), wants_foundry, font);
+  if (resources.get() != nullptr) ReadSegments(*resources.get(), wants_foundry, font);
   if (font.segments.empty() && file.Data()) {
     ChargeBytes(file.budget(), kHeaderSearches * kDataForkHeaderSize);
     font.data_fork = ReadDataForkHeader(*file.Data(), wants_foundry);
   }
   std::uint32_t checksum = 0;
   // The Resource Manager finds no file at a path that is not UTF-8.
-  if (!font.has_map && IsValidUtf8(file.path()) &&
+  if (!font.segment_sums && IsValidUtf8(file.path()) &&
       CChecksum::CalculateFileChecksum(file, &checksum, nullptr)) {
     font.whole_checksum = checksum;
   }

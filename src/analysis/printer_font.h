@@ -20,12 +20,11 @@ struct PrinterFont {
   bool is_file = false;      // there is a regular file
   std::uint64_t length = 0;  // bytes of both forks
   FinderInfo codes;
-  bool has_map = false;                    // a fork holds a resource map
   std::vector<PostScriptHeader> segments;  // headers of the first two POST resources
   // The header in the first bytes of the data fork, read only when there are no segments. Outer nothing: the
   // data fork cannot be opened; inner nothing: it is empty.
   std::optional<std::optional<PostScriptHeader>> data_fork;
-  std::optional<SummedBytes> segment_sums;      // of all POST resources; set with a map
+  std::optional<SummedBytes> segment_sums;      // of all POST resources; set when a fork holds a map
   std::optional<std::uint32_t> whole_checksum;  // of both forks; set without a map
 };
 

@@ -11,17 +11,15 @@
 using quillmark::CopyOut;
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
+using quillmark::WithFaceThatHolds;
 
 namespace {
 
 std::int32_t GetString(const QM_FontArray* array, std::uint32_t index, char* buffer, std::int32_t bufferSize,
                        std::uint32_t attribute, OmString QM_FontSpecifier::*field) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & attribute)) return QM_STATUS_NOT_HELD;
-  CopyOut((face.*field).str(), buffer, bufferSize);
-  return QM_STATUS_OK;
+  return WithFaceThatHolds(array, index, attribute, buffer, [&](const QM_FontSpecifier& face) {
+    CopyOut((face.*field).str(), buffer, bufferSize);
+  });
 }
 
 // Kind and family are fetched before the index is looked at: a bad one throws std::out_of_range. Hosts rely
@@ -29,21 +27,14 @@ std::int32_t GetString(const QM_FontArray* array, std::uint32_t index, char* buf
 std::int32_t GetStringUnchecked(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                 std::int32_t bufferSize, std::uint32_t attribute,
                                 OmString QM_FontSpecifier::*field) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & attribute)) return QM_STATUS_NOT_HELD;
-  CopyOut((face.*field).str(), buffer, bufferSize);
-  return QM_STATUS_OK;
+  if (array && buffer) static_cast<void>(array->view(index));
+  return GetString(array, index, buffer, bufferSize, attribute, field);
 }
 
 std::int32_t GetNumber(const QM_FontArray* array, std::uint32_t index, std::uint32_t* value,
                        std::uint32_t attribute, std::uint32_t QM_FontSpecifier::*field) {
-  if (!array || !value) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & attribute)) return QM_STATUS_NOT_HELD;
-  *value = face.*field;
-  return QM_STATUS_OK;
+  return WithFaceThatHolds(array, index, attribute, value,
+                           [&](const QM_FontSpecifier& face) { *value = face.*field; });
 }
 
 // From the first digit on, as far as digits, "." and "-" go.
@@ -95,23 +86,21 @@ std::int32_t QM_GetPrinterFont(const QM_FontArray* array, std::uint32_t index, c
 
 std::int32_t QM_GetWindowsFullName(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                    std::int32_t bufferSize) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & QM_ATTRIBUTE_WINDOWS_FULL_NAME)) return QM_STATUS_NOT_HELD;
-  if (face.windowsFullName.empty()) return QM_GetFullName(array, index, buffer, bufferSize);
-  CopyOut(face.windowsFullName.str(), buffer, bufferSize);
-  return QM_STATUS_OK;
+  bool is_empty = false;
+  const auto copy = [&](const QM_FontSpecifier& face) {
+    is_empty = face.windowsFullName.empty();
+    if (!is_empty) CopyOut(face.windowsFullName.str(), buffer, bufferSize);
+  };
+  const auto status = WithFaceThatHolds(array, index, QM_ATTRIBUTE_WINDOWS_FULL_NAME, buffer, copy);
+  return is_empty ? QM_GetFullName(array, index, buffer, bufferSize) : status;
 }
 
 std::int32_t QM_GetVersion(const QM_FontArray* array, std::uint32_t index, char* buffer,
                            std::int32_t bufferSize) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & QM_ATTRIBUTE_VERSION)) return QM_STATUS_NOT_HELD;
-  CopyOut(NormalizedVersion(face.version.str()), buffer, bufferSize);
-  return QM_STATUS_OK;
+  const auto copy = [&](const QM_FontSpecifier& face) {
+    CopyOut(NormalizedVersion(face.version.str()), buffer, bufferSize);
+  };
+  return WithFaceThatHolds(array, index, QM_ATTRIBUTE_VERSION, buffer, copy);
 }
 
 // Every bad argument gives 1 here, an index out of range too; so does a missing outline file name.

@@ -53,8 +53,8 @@ class CollectionReader {
     // duplicates of the first.
     const bool has_name = (creation_.request & QM_ATTRIBUTE_POSTSCRIPT_NAME) != 0;
     const std::string name = has_name ? names.post_script_name.str() : std::string();
-    const auto [known, is_new] = face_of_name_.try_emplace(name, face);
-    if (!is_new) return creation_.AddFault({face, DuplicateFault{known->second, name}});
+    const auto first = static_cast<std::uint32_t>(names_.FirstFace(name, face));
+    if (first != face) return creation_.AddFault({face, DuplicateFault{first, name}});
 
     QM_FontSpecifier specifier;
     if (creation_.request & QM_ATTRIBUTE_KERNING_CHECKSUM) {
@@ -71,7 +71,7 @@ class CollectionReader {
   Creation& creation_;
   const TrueTypeCollectionFont collection_;
   std::map<std::uint32_t, std::uint32_t> face_of_offset_;  // faces of one directory are one font
-  std::map<std::string, std::uint32_t> face_of_name_;
+  NamesSeen names_;
 };
 
 }  // namespace

@@ -1,9 +1,7 @@
 #include "api/font_array.h"
 
 #include <map>
-#include <set>
 #include <string>
-#include <string_view>
 
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
@@ -26,9 +24,9 @@ void QM_FontArray::RemoveDups() {
 
   std::vector<std::size_t> kept;
   bool all_stay = true;
-  std::set<std::string_view> seen;
+  quillmark::NamesSeen names;
   for (std::size_t i = 0; i < faces_.size(); ++i) {
-    const bool is_first = seen.insert(faces_[i].postScriptName.str()).second;
+    const bool is_first = names.FirstFace(faces_[i].postScriptName.str(), i) == i;
     if (is_first) kept.push_back(best_from[i]);
     all_stay = all_stay && is_first && best_from[i] == i;
   }

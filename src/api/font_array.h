@@ -5,10 +5,32 @@
 #define QUILLMARK_API_FONT_ARRAY_H_
 
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "api/font_specifier.h"
 #include "quillmark/quillmark.h"
+
+namespace quillmark {
+
+// Which face had a PostScript name, by exact bytes, first. Of faces without resource IDs RemoveDups keeps
+// those alone, so that later ones need not be read. A tree: no choice of names makes it slow.
+class NamesSeen {
+ public:
+  // The number of the first face of that name: `face` itself when the name is new.
+  std::size_t FirstFace(std::string_view name, std::size_t face) {
+    const auto seen = faces_.find(name);
+    return seen != faces_.end() ? seen->second : faces_.emplace(name, face).first->second;
+  }
+
+ private:
+  std::map<std::string, std::size_t, std::less<>> faces_;
+};
+
+}  // namespace quillmark
 
 struct QM_FontArray {
  public:
@@ -32,5 +54,21 @@ struct QM_FontArray {
  private:
   std::vector<quillmark::QM_FontSpecifier> faces_;
 };
+
+namespace quillmark {
+
+// What getters have in common: `copy` gets the face when the arguments are good and it holds the attribute.
+template <typename Copy>
+std::int32_t WithFaceThatHolds(const QM_FontArray* array, std::uint32_t index, std::uint32_t attribute,
+                               const void* out, Copy copy) {
+  if (!array || !out) return QM_STATUS_FAILED;
+  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
+  const QM_FontSpecifier& face = array->view(index);
+  if (!(face.attributes & attribute)) return QM_STATUS_NOT_HELD;
+  copy(face);
+  return QM_STATUS_OK;
+}
+
+}  // namespace quillmark
 
 #endif

@@ -16,6 +16,7 @@ using quillmark::CopyOut;
 using quillmark::OmFontStyleScan;
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
+using quillmark::WithFaceThatHolds;
 
 namespace {
 
@@ -40,27 +41,26 @@ OmString LegacyFoundryName(const CFoundryNameTable& table, const QM_FontSpecifie
 
 std::int32_t QM_GetFoundryName(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                std::int32_t bufferSize) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & QM_ATTRIBUTE_FOUNDRY)) return QM_STATUS_NOT_HELD;
-  if (face.platform == "mac") return QM_GetLegacyFoundryName(array, index, buffer, bufferSize);
-  OmString name;
-  const bool known =
-      CFoundryNameTable::GetSharedFoundryNameTable()->ContainsKnownFoundryName(face.foundry, &name);
-  CopyOut(known ? name.str() : "--", buffer, bufferSize);
-  return QM_STATUS_OK;
+  const auto copy = [&](const QM_FontSpecifier& face) {
+    const CFoundryNameTable& table = *CFoundryNameTable::GetSharedFoundryNameTable();
+    OmString name("--");
+    if (face.platform == "mac") {
+      name = LegacyFoundryName(table, face);
+    } else {
+      table.ContainsKnownFoundryName(face.foundry, &name);
+    }
+    CopyOut(name.str(), buffer, bufferSize);
+  };
+  return WithFaceThatHolds(array, index, QM_ATTRIBUTE_FOUNDRY, buffer, copy);
 }
 
 std::int32_t QM_GetLegacyFoundryName(const QM_FontArray* array, std::uint32_t index, char* buffer,
                                      std::int32_t bufferSize) {
-  if (!array || !buffer) return QM_STATUS_FAILED;
-  if (index >= array->size()) return QM_STATUS_OUT_OF_RANGE;
-  const QM_FontSpecifier& face = array->view(index);
-  if (!(face.attributes & QM_ATTRIBUTE_FOUNDRY)) return QM_STATUS_NOT_HELD;
-  const OmString name = LegacyFoundryName(*CFoundryNameTable::GetSharedFoundryNameTable(), face);
-  CopyOut(name.str(), buffer, bufferSize);
-  return QM_STATUS_OK;
+  const auto copy = [&](const QM_FontSpecifier& face) {
+    CopyOut(LegacyFoundryName(*CFoundryNameTable::GetSharedFoundryNameTable(), face).str(), buffer,
+            bufferSize);
+  };
+  return WithFaceThatHolds(array, index, QM_ATTRIBUTE_FOUNDRY, buffer, copy);
 }
 
 std::int32_t QM_GetStyles(const char* primaryName, const char* secondaryName, std::uint32_t maxStyles,

@@ -1,27 +1,55 @@
-// Converts values for the two stored forms (XML and property list): from the getters to text, and from text
-// to numbers. Tests: tests/api/xml_test.cc, property_list_form_test.cc.
+// What the two stored forms (XML and property list) hold of a face: the values that both write, the fields
+// that both read back, and how a number stands as text. Tests: tests/api/xml_test.cc,
+// property_list_form_test.cc.
 #ifndef QUILLMARK_API_STORED_VALUES_H_
 #define QUILLMARK_API_STORED_VALUES_H_
 
+#include <array>
 #include <cstdint>
 #include <string>
 
+#include "api/font_specifier.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
 
-using TextGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, char*, std::int32_t);
-using NumberGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, std::uint32_t*);
+// A value under the name of its tag or key.
+struct StoredValue {
+  const char* name;
+  std::string text;
+};
+// The values of a face, in the order of the XML form. A text is what its getter copies into 512 bytes: at
+// most 511, possibly cut inside a character. An attribute that is not held gives an empty text, or 0.
+std::array<StoredValue, 9> StoredValues(const QM_FontArray* array, std::uint32_t index);
 
-// What the getter copies into 512 bytes: at most 511, possibly cut inside a character. Empty when the
-// attribute is not held.
-std::string StoredText(TextGetter getter, const QM_FontArray* array, std::uint32_t index);
-// What the getter gives, or `absent` when the attribute is not held.
-std::uint32_t StoredNumber(NumberGetter getter, const QM_FontArray* array, std::uint32_t index,
-                           std::uint32_t absent = 0);
+// The field that a value is read into, and the attribute that it sets.
+struct StoredText {
+  const char* name;
+  std::uint32_t attribute;
+  OmString QM_FontSpecifier::*field;
+};
+struct StoredNumber {
+  const char* name;
+  int base;
+  std::uint32_t attribute;
+  std::uint32_t QM_FontSpecifier::*field;
+};
+inline constexpr StoredText kStoredTexts[] = {
+    {"FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
+    {"Family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
+    {"PostScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
+    {"Foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
+    {"Version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
+    {"OutlineFileName", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
+};
+inline constexpr StoredNumber kStoredNumbers[] = {
+    {"KerningChecksum", 16, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
+    {"Checksum", 16, QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
+    {"OutlineFileSize", 10, QM_ATTRIBUTE_OUTLINE_FILE_SIZE, &QM_FontSpecifier::outlineFileSize},
+};
 
-std::string Hexadecimal(std::uint32_t value);    // eight digits, upper case
-std::string SignedDecimal(std::uint32_t value);  // the value's bits as a signed number
+// A face without attributes, as reading begins: its IDs are not stored.
+QM_FontSpecifier NewStoredFace();
 
 // The C library's conversion to a signed long of 32 bits, stored as an unsigned number: blanks and a sign are
 // taken, "0x" in base 16, what follows the digits is ignored, and what does not fit saturates. So checksums

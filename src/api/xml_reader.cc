@@ -6,9 +6,9 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "api/stored_values.h"
 #include "platform/budget.h"
@@ -62,49 +62,17 @@ class TagValues {
   ForwardSearch closing_;
 };
 
-class TextTag {
- public:
-  TextTag(std::string_view text, const char* tag, std::uint32_t attribute, OmString QM_FontSpecifier::*field)
-      : values_(text, tag), attribute_(attribute), field_(field) {}
-
-  void Read(std::size_t block, QM_FontSpecifier& face, Budget& budget) {
-    const auto value = values_.ExtractTagValue(block);
-    if (!value) return;
-    budget.Charge(value->size() * Budget::kKeptByte);
-    face.*field_ = std::string(*value);
-    face.attributes |= attribute_;
-  }
-
- private:
-  TagValues values_;
-  std::uint32_t attribute_;
-  OmString QM_FontSpecifier::*field_;
+struct TextTag {
+  TagValues values;
+  const StoredText& text;
 };
 
-class NumberTag {
- public:
-  NumberTag(std::string_view text, const char* tag, int base, std::uint32_t attribute,
-            std::uint32_t QM_FontSpecifier::*field)
-      : values_(text, tag), base_(base), attribute_(attribute), field_(field) {}
-
-  void Read(std::size_t block, QM_FontSpecifier& face) {
-    const auto value = values_.ExtractTagValue(block);
-    if (!value) return;
-    // A number ends at the closing tag's "<" at the latest. A long one that many blocks share is converted
-    // once.
-    if (value->data() != last_value_) last_number_ = ParseLong(value->data(), base_);
-    last_value_ = value->data();
-    face.*field_ = last_number_;
-    face.attributes |= attribute_;
-  }
-
- private:
-  TagValues values_;
-  int base_;
-  std::uint32_t attribute_;
-  std::uint32_t QM_FontSpecifier::*field_;
-  const char* last_value_ = nullptr;
-  std::uint32_t last_number_ = 0;
+struct NumberTag {
+  TagValues values;
+  const StoredNumber& number;
+  // A long value that many blocks share is converted once.
+  const char* last_value = nullptr;
+  std::uint32_t last_number = 0;
 };
 
 class XmlReader {
@@ -113,18 +81,12 @@ class XmlReader {
       : budget_(text.size()),
         block_start_(text, "<FontData>"),
         block_end_(text, "</FontData>"),
-        name_(text, "PostScriptName"),
-        texts_{{text, "FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
-               {text, "Family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
-               {text, "PostScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
-               {text, "Foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
-               {text, "Version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
-               {text, "OutlineFileName", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName}},
-        numbers_{
-            {text, "KerningChecksum", 16, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},
-            {text, "Checksum", 16, QM_ATTRIBUTE_CHECKSUM, &QM_FontSpecifier::checksum},
-            {text, "OutlineFileSize", 10, QM_ATTRIBUTE_OUTLINE_FILE_SIZE,
-             &QM_FontSpecifier::outlineFileSize}} {}
+        name_(text, "PostScriptName") {
+    for (const StoredText& stored : kStoredTexts) texts_.push_back({TagValues(text, stored.name), stored});
+    for (const StoredNumber& stored : kStoredNumbers) {
+      numbers_.push_back({TagValues(text, stored.name), stored});
+    }
+  }
 
   // A last block without its end is read too, and not counted as whole. The block that spends the budget
   // gives no face and is the last.
@@ -145,22 +107,32 @@ class XmlReader {
   }
 
  private:
-  // A face whose name is that of an earlier one is passed over: without resource IDs the removal of
-  // duplicates keeps the first of each name, and so no block of a name that is known costs memory.
+  // A face whose name is that of an earlier one is passed over before anything else of it is read.
   void AppendFace(std::size_t block, QM_FontArray& faces) {
     const std::string_view name = name_.ExtractTagValue(block).value_or("");
     if (name.data() == last_name_) return;
     last_name_ = name.data();
     budget_.Charge(Budget::kInsertion);
     budget_.ChargeBytes(name.size());
-    if (!seen_.insert(name).second) return;
+    if (names_.FirstFace(name, faces.size()) != faces.size()) return;
     budget_.Charge(Budget::kFace);
-    QM_FontSpecifier face;
-    for (TextTag& tag : texts_) tag.Read(block, face, budget_);
-    for (NumberTag& tag : numbers_) tag.Read(block, face);
-    face.style = 0;
-    face.firstResourceID = 0;
-    face.fondResourceID = 0;
+    QM_FontSpecifier face = NewStoredFace();
+    for (TextTag& tag : texts_) {
+      const auto value = tag.values.ExtractTagValue(block);
+      if (!value) continue;
+      budget_.Charge(value->size() * Budget::kKeptByte);
+      face.*tag.text.field = std::string(*value);
+      face.attributes |= tag.text.attribute;
+    }
+    for (NumberTag& tag : numbers_) {
+      const auto value = tag.values.ExtractTagValue(block);
+      if (!value) continue;
+      // A number ends at the closing tag's "<" at the latest.
+      if (value->data() != tag.last_value) tag.last_number = ParseLong(value->data(), tag.number.base);
+      tag.last_value = value->data();
+      face.*tag.number.field = tag.last_number;
+      face.attributes |= tag.number.attribute;
+    }
     faces.push_back(std::move(face));
   }
 
@@ -168,10 +140,10 @@ class XmlReader {
   ForwardSearch block_start_;
   ForwardSearch block_end_;
   TagValues name_;
-  std::set<std::string_view> seen_;  // no hash table, so that no choice of names makes reading slow
+  NamesSeen names_;
   const char* last_name_ = nullptr;  // a shared name is looked up once
-  TextTag texts_[6];
-  NumberTag numbers_[3];
+  std::vector<TextTag> texts_;
+  std::vector<NumberTag> numbers_;
 };
 
 }  // namespace

@@ -75,12 +75,8 @@ void CClassificationMappings::GetListOfBuiltinClasses(std::vector<OmString>* cla
   classes->clear();
   if (!table_) return;
   const CFArrayRef names = NCFUtils::GetCFArrayFromDict(table_.get(), TableKey(kBuiltinClasses).get());
-  const CFIndex count = names ? CFArrayGetCount(names) : 0;
-  for (CFIndex i = 0; i < count; ++i) {
-    const CFStringRef name = AsString(CFArrayGetValueAtIndex(names, i));
-    if (const auto text = name ? Utf8Within(name, kClassNameCapacity) : std::nullopt) {
-      classes->emplace_back(*text);
-    }
+  for (const CFStringRef name : ElementsOf(names, AsString)) {
+    if (const auto text = Utf8Within(name, kClassNameCapacity)) classes->emplace_back(*text);
   }
 }
 

@@ -25,17 +25,6 @@ std::string CreatorCodeText(std::uint32_t code) {
   return text;
 }
 
-std::vector<std::string> StringsIn(CFArrayRef array) {
-  std::vector<std::string> strings;
-  const CFIndex count = array ? CFArrayGetCount(array) : 0;
-  for (CFIndex i = 0; i < count; ++i) {
-    if (const CFStringRef value = AsString(CFArrayGetValueAtIndex(array, i))) {
-      strings.push_back(OmString(value).str());
-    }
-  }
-  return strings;
-}
-
 }  // namespace
 
 CFoundryNameTable* CFoundryNameTable::GetSharedFoundryNameTable() {
@@ -49,21 +38,18 @@ void CFoundryNameTable::LoadTable() {
   entries_.clear();
   patterns_ = FoundryPatternIndex();
   const auto list = LoadBundlePropertyList("FoundryNameTable.plist", kCFPropertyListImmutable);
-  const CFArrayRef array = AsArray(list.get());
-  if (!array) return;
-
   const auto name_key = TableKey("FoundryName");
   const auto codes_key = TableKey("CreatorCode");
   const auto pattern_key = TableKey("Pattern");
   std::vector<FoundryPatternIndex::Pattern> patterns;
-  const CFIndex count = CFArrayGetCount(array);
-  for (CFIndex i = 0; i < count; ++i) {
-    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(array, i));
-    if (!element) continue;
+  for (const CFDictionaryRef element : ElementsOf(AsArray(list.get()), AsDictionary)) {
     Entry entry;
     const CFStringRef name = NCFUtils::GetCFStringFromDict(element, name_key.get());
     if (name) entry.name = OmString(name).str();
-    entry.creator_codes = StringsIn(NCFUtils::GetCFArrayFromDict(element, codes_key.get()));
+    const CFArrayRef codes = NCFUtils::GetCFArrayFromDict(element, codes_key.get());
+    for (const CFStringRef code : ElementsOf(codes, AsString)) {
+      entry.creator_codes.push_back(OmString(code).str());
+    }
     // A pattern without a name is ignored.
     const CFStringRef pattern = NCFUtils::GetCFStringFromDict(element, pattern_key.get());
     if (pattern && name) {

@@ -2,8 +2,6 @@
 // Tests: tests/knowledge/style_scanner_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/keyword_table.h"
 
-#include <atomic>
-#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -51,10 +49,9 @@ std::optional<SStyleComponent> ReadComponent(CFDictionaryRef element, const Comp
   component.styleConstant = *constant;
   // The one key that may be absent: such a component does not compound.
   static_cast<void>(NCFUtils::GetBoolFromDict(element, keys.compounds.get(), component.compounds));
-  for (CFIndex i = 0; i < CFArrayGetCount(words); ++i) {
-    const CFStringRef word = AsString(CFArrayGetValueAtIndex(words, i));
-    auto spelling = word ? Utf8Within(word, kTextCapacity) : std::nullopt;
-    if (spelling) component.matchStrings.push_back(std::move(*spelling));
+  for (const CFStringRef word : ElementsOf(words, AsString)) {
+    if (auto spelling = Utf8Within(word, kTextCapacity))
+      component.matchStrings.push_back(std::move(*spelling));
   }
   return component;
 }
@@ -68,9 +65,8 @@ std::optional<SBuiltinStyle> ReadStyle(CFDictionaryRef element, const StyleKeys&
   auto text = Utf8Within(display, kTextCapacity);
   if (!text) return std::nullopt;
   style.display = std::move(*text);
-  for (CFIndex i = 0; i < CFArrayGetCount(constants); ++i) {
-    const auto constant = Constant(AsNumber(CFArrayGetValueAtIndex(constants, i)));
-    if (constant) style.components.push_back(*constant);
+  for (const CFNumberRef number : ElementsOf(constants, AsNumber)) {
+    style.components.push_back(*Constant(number));
   }
   return style;
 }
@@ -95,9 +91,8 @@ void KeywordTable::LoadComponents(CFArrayRef elements) {
   components_.clear();
   component_of_word_.clear();
   const ComponentKeys keys;
-  for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
-    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
-    auto component = element ? ReadComponent(element, keys) : std::nullopt;
+  for (const CFDictionaryRef element : ElementsOf(elements, AsDictionary)) {
+    auto component = ReadComponent(element, keys);
     if (!component) continue;
     for (const std::string& word : component->matchStrings) {
       component_of_word_.try_emplace(word, components_.size());
@@ -111,10 +106,8 @@ void KeywordTable::LoadComponents(CFArrayRef elements) {
 void KeywordTable::LoadStyles(CFArrayRef elements) {
   styles_.clear();
   const StyleKeys keys;
-  for (CFIndex i = 0; i < CFArrayGetCount(elements); ++i) {
-    const CFDictionaryRef element = AsDictionary(CFArrayGetValueAtIndex(elements, i));
-    auto style = element ? ReadStyle(element, keys) : std::nullopt;
-    if (style) styles_.push_back(std::move(*style));
+  for (const CFDictionaryRef element : ElementsOf(elements, AsDictionary)) {
+    if (auto style = ReadStyle(element, keys)) styles_.push_back(std::move(*style));
   }
 }
 
@@ -129,13 +122,8 @@ bool KeywordTable::Compounds(std::int32_t constant) const {
 }
 
 void OmFontStyleScan::Initialize() {
-  static std::atomic<bool> loaded = false;
-  static std::mutex loading;
-  if (loaded.load(std::memory_order_acquire)) return;
-  const std::lock_guard lock(loading);
-  if (loaded.load(std::memory_order_relaxed)) return;
-  OSLoadStyleResources();
-  loaded.store(true, std::memory_order_release);
+  // Once a process, behind the lock of the initialization; a load that throws is tried again.
+  [[maybe_unused]] static const bool loaded = (OSLoadStyleResources(), true);
 }
 
 void OmFontStyleScan::OSLoadStyleResources() {

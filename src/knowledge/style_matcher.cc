@@ -32,25 +32,17 @@ struct ByKind {
 
 // How often each constant occurs among the font's components, so that counting a style's hits costs the
 // style's length whatever the name's.
-class ConstantCounts {
- public:
-  explicit ConstantCounts(std::span<const ScannedComponent> components) {
-    for (const ScannedComponent& component : components) ++counts_[component.constant];
-  }
+using ConstantCounts = std::unordered_map<std::int32_t, std::size_t>;
 
-  // A constant that the style lists twice counts twice.
-  std::size_t HitsOf(const SBuiltinStyle& style) const {
-    std::size_t hits = 0;
-    for (const std::int32_t constant : style.components) {
-      const auto found = counts_.find(constant);
-      if (found != counts_.end()) hits += found->second;
-    }
-    return hits;
+// A constant that the style lists twice counts twice.
+std::size_t HitsOf(const SBuiltinStyle& style, const ConstantCounts& counts) {
+  std::size_t hits = 0;
+  for (const std::int32_t constant : style.components) {
+    const auto found = counts.find(constant);
+    if (found != counts.end()) hits += found->second;
   }
-
- private:
-  std::unordered_map<std::int32_t, std::size_t> counts_;
-};
+  return hits;
+}
 
 // How often the style lists `modifier` without `qualified` right behind it, up to the first place where it
 // does pair them.
@@ -106,11 +98,12 @@ std::vector<SBuiltinStyle> BestCandidates(std::span<const SBuiltinStyleMatcher> 
 
 std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> components) {
   if (components.empty()) return {};
-  const ConstantCounts counts(components);
+  ConstantCounts counts;
+  for (const ScannedComponent& component : components) ++counts[component.constant];
   ByKind best{0, 0};
   std::vector<SBuiltinStyleMatcher> candidates;
   for (const SBuiltinStyle& style : KeywordTable::Shared().styles()) {
-    const std::size_t hits = counts.HitsOf(style);
+    const std::size_t hits = HitsOf(style, counts);
     if (hits == 0 || hits < best.ForKindOf(style)) continue;
     const std::size_t struck = StruckModifiers(style, components);
     const std::size_t remaining_hits = hits - struck;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/core_foundation/cf_ref.h"
 
@@ -18,6 +19,16 @@ CFArrayRef AsArray(CFTypeRef value);
 CFDictionaryRef AsDictionary(CFTypeRef value);
 CFNumberRef AsNumber(CFTypeRef value);
 CFStringRef AsString(CFTypeRef value);
+
+// The elements that `as_type`, one of the above, takes; others are passed over. None for a null array.
+template <typename Ref>
+std::vector<Ref> ElementsOf(CFArrayRef array, Ref (*as_type)(CFTypeRef)) {
+  std::vector<Ref> elements;
+  for (CFIndex i = 0; array && i < CFArrayGetCount(array); ++i) {
+    if (const Ref element = as_type(CFArrayGetValueAtIndex(array, i))) elements.push_back(element);
+  }
+  return elements;
+}
 
 // The string in UTF-8 when that and a NUL fit `capacity` bytes.
 std::optional<std::string> Utf8Within(CFStringRef string, std::size_t capacity);

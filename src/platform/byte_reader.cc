@@ -2,21 +2,7 @@
 
 namespace quillmark {
 
-using byte_order::Load;
-
 bool ByteReader::Skip(std::size_t n) { return Take(n).has_value(); }
-
-std::optional<std::uint32_t> ByteReader::U24() {
-  const auto bytes = Take(3);
-  if (!bytes) return std::nullopt;
-  return (std::uint32_t{(*bytes)[0]} << 16) | (std::uint32_t{(*bytes)[1]} << 8) | (*bytes)[2];
-}
-
-std::optional<ByteReader> ByteReader::Sub(std::size_t offset, std::size_t length) const {
-  const auto bytes = Slice(block_, offset, length);
-  if (!bytes) return std::nullopt;
-  return ByteReader(*bytes);
-}
 
 std::optional<std::uint32_t> LittleU32At(Bytes block, std::size_t offset) {
   const auto value = HostU32At(block, offset);
@@ -27,7 +13,7 @@ std::optional<std::uint32_t> LittleU32At(Bytes block, std::size_t offset) {
 std::optional<std::uint32_t> HostU32At(Bytes block, std::size_t offset) {
   const auto bytes = Slice(block, offset, 4);
   if (!bytes) return std::nullopt;
-  return Load<std::uint32_t>(*bytes);
+  return byte_order::Load<std::uint32_t>(*bytes);
 }
 
 bool PutU32At(std::span<std::uint8_t> block, std::size_t offset, std::uint32_t value) {

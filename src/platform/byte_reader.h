@@ -24,23 +24,24 @@ constexpr std::uint16_t emdBigToHostInt16(std::uint16_t value);
 // A cursor that moves forward. A failed read changes nothing and returns no value.
 class ByteReader {
  public:
-  explicit ByteReader(Bytes bytes) : block_(bytes), rest_(bytes) {}
+  explicit ByteReader(Bytes bytes) : rest_(bytes) {}
 
   [[nodiscard]] std::optional<std::uint8_t> U8();
   [[nodiscard]] std::optional<std::uint16_t> U16();
-  [[nodiscard]] std::optional<std::int16_t> I16();
-  [[nodiscard]] std::optional<std::uint32_t> U24();
   [[nodiscard]] std::optional<std::uint32_t> U32();
   [[nodiscard]] std::optional<Bytes> Take(std::size_t n);
   [[nodiscard]] bool Skip(std::size_t n);
 
-  // A reader over [offset, offset + length) of the whole block, wherever this cursor stands.
-  [[nodiscard]] std::optional<ByteReader> Sub(std::size_t offset, std::size_t length) const;
-
   std::size_t remaining() const { return rest_.size(); }
 
  private:
-  Bytes block_;
+  // Moves behind a value that was read, if one was.
+  template <typename T>
+  std::optional<T> Pass(std::optional<T> value) {
+    if (value) rest_ = rest_.subspan(sizeof(T));
+    return value;
+  }
+
   Bytes rest_;
 };
 
@@ -141,29 +142,9 @@ inline std::optional<Bytes> ByteReader::Take(std::size_t n) {
   return taken;
 }
 
-inline std::optional<std::uint8_t> ByteReader::U8() {
-  const auto value = U8At(rest_, 0);
-  if (value) rest_ = rest_.subspan(1);
-  return value;
-}
-
-inline std::optional<std::uint16_t> ByteReader::U16() {
-  const auto value = U16At(rest_, 0);
-  if (value) rest_ = rest_.subspan(2);
-  return value;
-}
-
-inline std::optional<std::int16_t> ByteReader::I16() {
-  const auto value = I16At(rest_, 0);
-  if (value) rest_ = rest_.subspan(2);
-  return value;
-}
-
-inline std::optional<std::uint32_t> ByteReader::U32() {
-  const auto value = U32At(rest_, 0);
-  if (value) rest_ = rest_.subspan(4);
-  return value;
-}
+inline std::optional<std::uint8_t> ByteReader::U8() { return Pass(U8At(rest_, 0)); }
+inline std::optional<std::uint16_t> ByteReader::U16() { return Pass(U16At(rest_, 0)); }
+inline std::optional<std::uint32_t> ByteReader::U32() { return Pass(U32At(rest_, 0)); }
 
 }  // namespace quillmark
 

@@ -45,7 +45,6 @@ class StepCrcs {
 
   // The next step of the block.
   void Add(Bytes step) { crcs_.push_back(Crc32(crcs_.back(), step)); }
-  std::size_t count() const { return crcs_.size() - 1; }
   // Continues `crc` over the steps [first, last), which were added.
   std::uint32_t Continue(std::uint32_t crc, std::size_t first, std::size_t last) const;
 

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "resources/quillmark_resource_file.h"
-#include "resources/sorted_ids.h"
 
 namespace quillmark {
 namespace {

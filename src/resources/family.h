@@ -53,6 +53,8 @@ class Family {
   PrinterFontName ComposePrinterFontName(int style) const;
   // The file name of the style's printer font; empty when the FOND composes no PostScript name.
   std::string getPSPrinterNameForFOND(int style) const;
+  // Where that file lies; nothing for a style with an outline, which needs none.
+  std::optional<std::string> PrinterFontPath(int style) const;
   // The FOND's resource name in UTF-8; nothing without a FOND, and for a name that cannot be decoded.
   const std::optional<std::string>& getResourceNameFromFOND();
   // The PostScript name that a Multiple Master family's resource name gives, else `name`. `isMM` may be null;

@@ -7,19 +7,8 @@
 #include "resources/family.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_handle.h"
-#include "support/platform_string.h"
 
 namespace quillmark {
-namespace {
-
-// MacRoman, in which no text is invalid.
-std::string DecodeDefault(std::string_view text) {
-  return NSStringWithCStringLengthAndEncoding(text.data(), static_cast<unsigned>(text.size()),
-                                              kDefaultCStringEncoding)
-      .value_or(std::string());
-}
-
-}  // namespace
 
 // Whether an entry's ID is that of a FONT, the form of bitmaps before NFNT.
 bool Family::NamesOldBitmap() const {
@@ -62,12 +51,12 @@ std::string Family::normalizePostScriptName(const std::string& name, bool* isMM)
     text.remove_prefix(mark + 2);
   }
   const auto mm = text.find("MM");
-  if (mm == std::string_view::npos) return *isMM ? DecodeDefault(text) : name;
+  if (mm == std::string_view::npos) return *isMM ? MacRomanToUtf8(text) : name;
   *isMM = true;
   const std::string_view behind = text.substr(mm + 2);
-  std::string result = DecodeDefault(text.substr(0, mm));
+  std::string result = MacRomanToUtf8(text.substr(0, mm));
   if (const auto end = behind.find('_'); end != std::string_view::npos) {
-    result += DecodeDefault(behind.substr(0, end));
+    result += MacRomanToUtf8(behind.substr(0, end));
   }
   return result;
 }
@@ -83,6 +72,11 @@ PrinterFontName Family::ComposePrinterFontName(int style) const {
 std::string Family::getPSPrinterNameForFOND(int style) const {
   if (!exists() || file_ == nullptr) return {};
   return file_->PrinterFileNameOf(ComposePrinterFontName(style));
+}
+
+std::optional<std::string> Family::PrinterFontPath(int style) const {
+  if (!shouldHavePrinterFile(style) || file_ == nullptr) return std::nullopt;
+  return file_->PathOfPrinterFile(getPSPrinterNameForFOND(style));
 }
 
 }  // namespace quillmark

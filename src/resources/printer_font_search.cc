@@ -1,6 +1,7 @@
 // Finds the printer font files that the families of a resource file need. They lie beside it.
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
@@ -13,36 +14,10 @@
 #include "support/om_string.h"
 
 namespace quillmark {
-namespace {
-
-// "Ryumin-Light-83pv-RKSJ-H" gives "Ryumin-Light"; nothing when there is no second hyphen.
-std::optional<std::string> UpToSecondHyphen(const std::string& name) {
-  const auto first = name.find('-');
-  if (first == std::string::npos) return std::nullopt;
-  const auto second = name.find('-', first + 1);
-  if (second == std::string::npos) return std::nullopt;
-  return name.substr(0, second);
-}
-
-// The path without its last component: "a/b" gives "a", "/b" gives "/", "b" gives nothing.
-std::string FolderOf(std::string path) {
-  const auto strip_slashes = [&path] {
-    while (path.size() > 1 && path.back() == '/') path.pop_back();
-  };
-  strip_slashes();
-  if (path == "/") return path;
-  path.erase(path.rfind('/') + 1);  // without a slash, the whole
-  strip_slashes();
-  return path;
-}
-
-}  // namespace
 
 std::optional<std::string> QuillmarkResourceFile::PathOfPrinterFile(const std::string& name) const {
   if (name.empty() || name.find('/') != std::string::npos) return std::nullopt;
-  std::string path = FolderOf(path_);
-  if (!path.empty() && path.back() != '/') path += '/';
-  return path + name;
+  return (std::filesystem::path(path_).parent_path() / name).string();
 }
 
 // Both forms of the name are printable ASCII, so neither can fail to be UTF-8. Nor is there a font service
@@ -52,17 +27,17 @@ std::string QuillmarkResourceFile::PrinterFileNameOf(const PrinterFontName& name
   if (known != printer_file_from_post_script_name_.end()) return known->second;
   std::string file_name;
   if (name.ends_at_second_hyphen) {
-    const auto cut = UpToSecondHyphen(name.post_script_name);
-    if (!cut) return {};
-    file_name = *cut;
+    // "Ryumin-Light-83pv-RKSJ-H" gives "Ryumin-Light". Without a first hyphen the search finds no second one.
+    const std::size_t second = name.post_script_name.find('-', name.post_script_name.find('-') + 1);
+    if (second == std::string::npos) return {};
+    file_name = name.post_script_name.substr(0, second);
   } else {
     Str255 in;
     Str255 out;
     GetPostScriptFontFileName(OmString(name.post_script_name).GetPascalString(in), out);
-    OmString text;
-    text.setPStr(out);
-    file_name = text.str();
+    file_name = AsText(Bytes(out).subspan(1, out[0]));
   }
+  Charge(budget_, Budget::kInsertion + (name.post_script_name.size() + file_name.size()) * Budget::kKeptByte);
   printer_file_from_post_script_name_.emplace(name.post_script_name, file_name);
   return file_name;
 }

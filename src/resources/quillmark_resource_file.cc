@@ -2,11 +2,11 @@
 // printer_font_search.cc.
 #include "resources/quillmark_resource_file.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 #include "resources/resource_handle.h"
-#include "resources/sorted_ids.h"
 
 namespace quillmark {
 namespace {
@@ -23,10 +23,6 @@ class ResourceLoadingOff {
   ResourceLoadingOff& operator=(const ResourceLoadingOff&) = delete;
 };
 
-OSStatus MakeRef(const std::string& path, FSRef* ref) {
-  return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), ref, nullptr);
-}
-
 Handle NullOnError(Handle resource) { return ResError() == noErr ? resource : nullptr; }
 
 // Removes a resource from its map. A protected one stays in the map: it is then released rather than disposed
@@ -41,6 +37,12 @@ void RemoveAndDispose(Handle resource) {
 }
 
 }  // namespace
+
+std::vector<std::int16_t> SortedIds(std::vector<std::int16_t> ids) {
+  std::ranges::sort(ids);
+  ids.erase(std::ranges::unique(ids).begin(), ids.end());
+  return ids;
+}
 
 QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(const std::string& path, bool readOnly) {
   FileAccess access;
@@ -85,7 +87,7 @@ ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess(const FSRef& ref)
 
 OSStatus QuillmarkResourceFile::activate() {
   FSRef ref;
-  const OSStatus status = MakeRef(path_, &ref);
+  const OSStatus status = FSPathMakeRef(AsBytes(path_.c_str()).data(), &ref, nullptr);
   return status != noErr ? status : kATSInvalidFontContainerAccess;
 }
 

@@ -23,6 +23,9 @@ namespace quillmark {
 // The status of activation for a file that exists.
 inline constexpr OSStatus kATSInvalidFontContainerAccess = -985;
 
+// Distinct and ascending, as every list of resource IDs is handed out.
+std::vector<std::int16_t> SortedIds(std::vector<std::int16_t> ids);
+
 class QuillmarkResourceFile {
  public:
   // Opens the resource fork of `path`, failing that its data fork, as a resource map. Null when neither

@@ -5,6 +5,7 @@
 #define QUILLMARK_RESOURCES_RESOURCE_ACCESS_H_
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "platform/core_foundation/cf_ref.h"
@@ -34,17 +35,10 @@ bool has_OTTO_Flag_inResource(Bytes outline);
 bool has_ttc_true_Flag(Bytes outline, std::string_view family_name);
 
 // Owner of one reference to a resource file.
-class ResourceFileHolder {
- public:
-  explicit ResourceFileHolder(QuillmarkResourceFile* file) : file_(file) {}
-  ~ResourceFileHolder() { FreeResourceFile(file_); }
-  ResourceFileHolder(const ResourceFileHolder&) = delete;
-  ResourceFileHolder& operator=(const ResourceFileHolder&) = delete;
-  QuillmarkResourceFile* get() const { return file_; }
-
- private:
-  QuillmarkResourceFile* file_;
+struct ReleaseResourceFile {
+  void operator()(QuillmarkResourceFile* file) const { FreeResourceFile(file); }
 };
+using ResourceFileHolder = std::unique_ptr<QuillmarkResourceFile, ReleaseResourceFile>;
 
 }  // namespace quillmark
 

@@ -132,19 +132,15 @@ int OmString::CompareNoCase(const std::string& a, const std::string& b) {
   return lower(*left) - lower(*right);
 }
 
-OmString& OmString::ToUpper() {
+OmString& OmString::MapBytes(char (*map)(char)) {
   std::string text = str();
-  std::transform(text.begin(), text.end(), text.begin(), ToUpperAscii);
+  std::ranges::transform(text, text.begin(), map);
   SetText(std::move(text));
   return *this;
 }
 
-OmString& OmString::ToLower() {
-  std::string text = str();
-  std::transform(text.begin(), text.end(), text.begin(), ToLowerAscii);
-  SetText(std::move(text));
-  return *this;
-}
+OmString& OmString::ToUpper() { return MapBytes(ToUpperAscii); }
+OmString& OmString::ToLower() { return MapBytes(ToLowerAscii); }
 
 bool OmString::TrimWhitespaceFromEnd() {
   const std::size_t length = str().find_last_not_of(" \t") + 1;  // none: npos + 1 is 0

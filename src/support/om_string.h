@@ -80,6 +80,7 @@ class OmString {
  private:
   static const std::string& EmptyText();
   void SetText(std::string text);
+  OmString& MapBytes(char (*map)(char));
   void TakePascalBytes(const OmString& other) noexcept;
 
   std::shared_ptr<const std::string> text_;           // null when empty

@@ -16,13 +16,9 @@ Ref ValueOfType(CFDictionaryRef dict, CFStringRef key, CFTypeID type) {
   return static_cast<Ref>(value);
 }
 
-template <typename T>
-CFRef<CFTypeRef> Number(CFNumberType type, T value) {
-  return Adopt<CFTypeRef>(CFNumberCreate(kCFAllocatorDefault, type, &value));
+CFRef<CFTypeRef> Number(CFNumberType type, const void* number) {
+  return Adopt<CFTypeRef>(CFNumberCreate(kCFAllocatorDefault, type, number));
 }
-CFRef<CFTypeRef> Char(std::int8_t value) { return Number(kCFNumberCharType, value); }
-CFRef<CFTypeRef> Short(std::int16_t value) { return Number(kCFNumberShortType, value); }
-CFRef<CFTypeRef> Long(std::int32_t value) { return Number(kCFNumberLongType, value); }
 
 CFRef<CFTypeRef> Bool(bool value) { return Share<CFTypeRef>(value ? kCFBooleanTrue : kCFBooleanFalse); }
 
@@ -76,58 +72,10 @@ bool GetNumberFromCFValue(CFTypeRef value, CFNumberType type, void* out) {
   return CFNumberGetValue(static_cast<CFNumberRef>(value), type, out);
 }
 
-bool GetCharFromCFValue(CFTypeRef value, std::int8_t& out) {
-  return GetNumberFromCFValue(value, kCFNumberCharType, &out);
-}
-
-bool GetShortFromCFValue(CFTypeRef value, std::int16_t& out) {
-  return GetNumberFromCFValue(value, kCFNumberShortType, &out);
-}
-
-bool GetLongFromCFValue(CFTypeRef value, std::int32_t& out) {
-  return GetNumberFromCFValue(value, kCFNumberLongType, &out);
-}
-
-bool GetLongLongFromCFValue(CFTypeRef value, std::int64_t& out) {
-  return GetNumberFromCFValue(value, kCFNumberLongLongType, &out);
-}
-
-bool GetFloatFromCFValue(CFTypeRef value, float& out) {
-  return GetNumberFromCFValue(value, kCFNumberFloatType, &out);
-}
-
-bool GetDoubleFromCFValue(CFTypeRef value, double& out) {
-  return GetNumberFromCFValue(value, kCFNumberDoubleType, &out);
-}
-
 bool GetBoolFromCFValue(CFTypeRef value, bool& out) {
   if (!HasType(value, CFBooleanGetTypeID())) return false;
   out = CFBooleanGetValue(static_cast<CFBooleanRef>(value));
   return true;
-}
-
-bool GetCharFromDict(CFDictionaryRef dict, CFStringRef key, std::int8_t& out) {
-  return GetCharFromCFValue(GetCFNumberFromDict(dict, key), out);
-}
-
-bool GetShortFromDict(CFDictionaryRef dict, CFStringRef key, std::int16_t& out) {
-  return GetShortFromCFValue(GetCFNumberFromDict(dict, key), out);
-}
-
-bool GetLongFromDict(CFDictionaryRef dict, CFStringRef key, std::int32_t& out) {
-  return GetLongFromCFValue(GetCFNumberFromDict(dict, key), out);
-}
-
-bool GetLongLongFromDict(CFDictionaryRef dict, CFStringRef key, std::int64_t& out) {
-  return GetLongLongFromCFValue(GetCFNumberFromDict(dict, key), out);
-}
-
-bool GetFloatFromDict(CFDictionaryRef dict, CFStringRef key, float& out) {
-  return GetFloatFromCFValue(GetCFNumberFromDict(dict, key), out);
-}
-
-bool GetDoubleFromDict(CFDictionaryRef dict, CFStringRef key, double& out) {
-  return GetDoubleFromCFValue(GetCFNumberFromDict(dict, key), out);
 }
 
 bool GetBoolFromDict(CFDictionaryRef dict, CFStringRef key, bool& out) {
@@ -173,20 +121,8 @@ bool PutNullTermCharPtrIntoDict(CFMutableDictionaryRef dict, CFStringRef key, co
   return Put(dict, key, Text(text, encoding));
 }
 
-bool PutCharIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int8_t value) {
-  return Put(dict, key, Char(value));
-}
-
-bool PutShortIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int16_t value) {
-  return Put(dict, key, Short(value));
-}
-
-bool PutLongIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int32_t value) {
-  return Put(dict, key, Long(value));
-}
-
-bool PutUnsignedLongIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::uint32_t value) {
-  return Put(dict, key, Long(static_cast<std::int32_t>(value)));
+bool PutNumberIntoDict(CFMutableDictionaryRef dict, CFStringRef key, CFNumberType type, const void* number) {
+  return Put(dict, key, Number(type, number));
 }
 
 bool PutBoolIntoDict(CFMutableDictionaryRef dict, CFStringRef key, bool value) {
@@ -197,14 +133,8 @@ bool AppendCStringOntoArray(CFMutableArrayRef array, const char* text) {
   return Append(array, Text(text, kCFStringEncodingUTF8));
 }
 
-bool AppendCharOntoArray(CFMutableArrayRef array, std::int8_t value) { return Append(array, Char(value)); }
-
-bool AppendShortOntoArray(CFMutableArrayRef array, std::int16_t value) { return Append(array, Short(value)); }
-
-bool AppendLongOntoArray(CFMutableArrayRef array, std::int32_t value) { return Append(array, Long(value)); }
-
-bool AppendUnsignedLongOntoArray(CFMutableArrayRef array, std::uint32_t value) {
-  return Append(array, Long(static_cast<std::int32_t>(value)));
+bool AppendNumberOntoArray(CFMutableArrayRef array, CFNumberType type, const void* number) {
+  return Append(array, Number(type, number));
 }
 
 bool AppendBoolOntoArray(CFMutableArrayRef array, bool value) { return Append(array, Bool(value)); }

@@ -20,23 +20,32 @@ CFNumberRef GetCFNumberFromDict(CFDictionaryRef dict, CFStringRef key);
 CFBooleanRef GetCFBooleanFromDict(CFDictionaryRef dict, CFStringRef key);
 CFStringRef NCFGetCFStringFromDictionary(CFDictionaryRef dict, CFStringRef key);
 
-// --- Numbers and booleans; false also for a number that loses something in the type asked for
-bool GetNumberFromCFValue(CFTypeRef value, CFNumberType type, void* out);
-bool GetCharFromCFValue(CFTypeRef value, std::int8_t& out);
-bool GetShortFromCFValue(CFTypeRef value, std::int16_t& out);
-bool GetLongFromCFValue(CFTypeRef value, std::int32_t& out);
-bool GetLongLongFromCFValue(CFTypeRef value, std::int64_t& out);
-bool GetFloatFromCFValue(CFTypeRef value, float& out);
-bool GetDoubleFromCFValue(CFTypeRef value, double& out);
+// --- Booleans and numbers; false also for a number that loses something in the type asked for
 bool GetBoolFromCFValue(CFTypeRef value, bool& out);
-
-bool GetCharFromDict(CFDictionaryRef dict, CFStringRef key, std::int8_t& out);
-bool GetShortFromDict(CFDictionaryRef dict, CFStringRef key, std::int16_t& out);
-bool GetLongFromDict(CFDictionaryRef dict, CFStringRef key, std::int32_t& out);
-bool GetLongLongFromDict(CFDictionaryRef dict, CFStringRef key, std::int64_t& out);
-bool GetFloatFromDict(CFDictionaryRef dict, CFStringRef key, float& out);
-bool GetDoubleFromDict(CFDictionaryRef dict, CFStringRef key, double& out);
 bool GetBoolFromDict(CFDictionaryRef dict, CFStringRef key, bool& out);
+bool GetNumberFromCFValue(CFTypeRef value, CFNumberType type, void* out);
+
+template <typename T, CFNumberType type>
+bool NumberFromCFValue(CFTypeRef value, T& out) {
+  return GetNumberFromCFValue(value, type, &out);
+}
+inline constexpr auto GetCharFromCFValue = NumberFromCFValue<std::int8_t, kCFNumberCharType>;
+inline constexpr auto GetShortFromCFValue = NumberFromCFValue<std::int16_t, kCFNumberShortType>;
+inline constexpr auto GetLongFromCFValue = NumberFromCFValue<std::int32_t, kCFNumberLongType>;
+inline constexpr auto GetLongLongFromCFValue = NumberFromCFValue<std::int64_t, kCFNumberLongLongType>;
+inline constexpr auto GetFloatFromCFValue = NumberFromCFValue<float, kCFNumberFloatType>;
+inline constexpr auto GetDoubleFromCFValue = NumberFromCFValue<double, kCFNumberDoubleType>;
+
+template <typename T, CFNumberType type>
+bool NumberFromDict(CFDictionaryRef dict, CFStringRef key, T& out) {
+  return GetNumberFromCFValue(GetCFNumberFromDict(dict, key), type, &out);
+}
+inline constexpr auto GetCharFromDict = NumberFromDict<std::int8_t, kCFNumberCharType>;
+inline constexpr auto GetShortFromDict = NumberFromDict<std::int16_t, kCFNumberShortType>;
+inline constexpr auto GetLongFromDict = NumberFromDict<std::int32_t, kCFNumberLongType>;
+inline constexpr auto GetLongLongFromDict = NumberFromDict<std::int64_t, kCFNumberLongLongType>;
+inline constexpr auto GetFloatFromDict = NumberFromDict<float, kCFNumberFloatType>;
+inline constexpr auto GetDoubleFromDict = NumberFromDict<double, kCFNumberDoubleType>;
 
 // --- Strings as UTF-16 units
 // A new buffer of the string's units and a zero one, for the caller to free().
@@ -53,19 +62,31 @@ std::int32_t NCFGetUniStringNullTermFromDictionary(CFDictionaryRef dict, CFStrin
 bool PutCStringIntoDict(CFMutableDictionaryRef dict, CFStringRef key, const char* text);  // UTF-8
 bool PutNullTermCharPtrIntoDict(CFMutableDictionaryRef dict, CFStringRef key, const char* text,
                                 CFStringEncoding encoding);
-bool PutCharIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int8_t value);
-bool PutShortIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int16_t value);
-bool PutLongIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::int32_t value);
-// Kept as a signed long of the same 32 bits.
-bool PutUnsignedLongIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::uint32_t value);
 bool PutBoolIntoDict(CFMutableDictionaryRef dict, CFStringRef key, bool value);
+bool PutNumberIntoDict(CFMutableDictionaryRef dict, CFStringRef key, CFNumberType type, const void* number);
+
+template <typename T, CFNumberType type>
+bool NumberIntoDict(CFMutableDictionaryRef dict, CFStringRef key, T value) {
+  return PutNumberIntoDict(dict, key, type, &value);
+}
+inline constexpr auto PutCharIntoDict = NumberIntoDict<std::int8_t, kCFNumberCharType>;
+inline constexpr auto PutShortIntoDict = NumberIntoDict<std::int16_t, kCFNumberShortType>;
+inline constexpr auto PutLongIntoDict = NumberIntoDict<std::int32_t, kCFNumberLongType>;
+// Kept as a signed long of the same 32 bits.
+inline constexpr auto PutUnsignedLongIntoDict = NumberIntoDict<std::uint32_t, kCFNumberLongType>;
 
 bool AppendCStringOntoArray(CFMutableArrayRef array, const char* text);  // UTF-8
-bool AppendCharOntoArray(CFMutableArrayRef array, std::int8_t value);
-bool AppendShortOntoArray(CFMutableArrayRef array, std::int16_t value);
-bool AppendLongOntoArray(CFMutableArrayRef array, std::int32_t value);
-bool AppendUnsignedLongOntoArray(CFMutableArrayRef array, std::uint32_t value);
 bool AppendBoolOntoArray(CFMutableArrayRef array, bool value);
+bool AppendNumberOntoArray(CFMutableArrayRef array, CFNumberType type, const void* number);
+
+template <typename T, CFNumberType type>
+bool NumberOntoArray(CFMutableArrayRef array, T value) {
+  return AppendNumberOntoArray(array, type, &value);
+}
+inline constexpr auto AppendCharOntoArray = NumberOntoArray<std::int8_t, kCFNumberCharType>;
+inline constexpr auto AppendShortOntoArray = NumberOntoArray<std::int16_t, kCFNumberShortType>;
+inline constexpr auto AppendLongOntoArray = NumberOntoArray<std::int32_t, kCFNumberLongType>;
+inline constexpr auto AppendUnsignedLongOntoArray = NumberOntoArray<std::uint32_t, kCFNumberLongType>;
 
 }  // namespace quillmark::NCFUtils
 

@@ -44,11 +44,11 @@ class Suitcase {
     folder.Write(name, "");
     folder.Write("._" + name, AppleDoubleBuilder().ResourceFork(fork.Build()).Build());
   }
-  PostScriptFace Collect(CollectStatus expected) {
+  CollectedFace Collect(CollectStatus expected) {
     FileAccess access;
     PrinterFonts printer_fonts(access, QM_ATTRIBUTES_ALL);
-    PostScriptFace face;
-    EXPECT_EQ(CollectPSMetaData(file_.get(), family_, 0, QM_ATTRIBUTES_ALL, printer_fonts, face), expected);
+    CollectedFace face;
+    EXPECT_EQ(CollectPSMetaData(*file_.get(), family_, 0, QM_ATTRIBUTES_ALL, printer_fonts, face), expected);
     return face;
   }
 
@@ -143,28 +143,28 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
     ResourceForkBuilder fork;
     const char* kind;
     const char* display;
-    CollectStatus status;  // kUndecided: an outline inside the file needs no printer file
+    CollectStatus status;  // kNoPostScriptHeader: an outline inside the file needs no printer file
   } rows[] = {
       {"Caf\x8E", plain, {}, "", "Caf\xC3\xA9", kPrinterFontMissing},
       {"MyriaMM_400", plain, {}, "PostScript - MM", "MyriaMM_400", kPrinterFontMissing},
       {"%MMyriadMM_400_600_", plain, {}, "PostScript - MM", "MyriadMM", kPrinterFontMissing},
       // No "MM" before a "_": seen as a Multiple Master family only when its PostScript name is composed.
       {"%MQuill_1", plain, {}, "PostScript - MM", "Quill", kPrinterFontMissing},
-      {"%MQuill_1", other_family(128, 0), outline("typ1"), "", "%MQuill_1", kUndecided},
-      {"Qq", cid_family(0), outline("typ1"), "CID", "Qq", kUndecided},
-      {"A-CID Qq", cid_family(0), outline("x"), "CID", "A-CID Qq", kUndecided},
-      {"Qq", cid_family(0), outline("true"), "", "Qq", kUndecided},
-      {"A-CID", cid_family(0), {}, "OCF", "A-CID", kUndecided},
-      {"Qq", other_family(128, 1), outline("typ1"), "CID", "Qq", kUndecided},
-      {"Qq", other_family(0x41FF, 0), outline("typ1"), "CID", "Qq", kUndecided},
-      {"Qq", other_family(0x4200, 0), outline("typ1"), "", "Qq", kUndecided},
-      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kUndecided},  // no name of a file
-      {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kUndecided},
-      {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM", "A-CID MM_", kUndecided},
+      {"%MQuill_1", other_family(128, 0), outline("typ1"), "", "%MQuill_1", kNoPostScriptHeader},
+      {"Qq", cid_family(0), outline("typ1"), "CID", "Qq", kNoPostScriptHeader},
+      {"A-CID Qq", cid_family(0), outline("x"), "CID", "A-CID Qq", kNoPostScriptHeader},
+      {"Qq", cid_family(0), outline("true"), "", "Qq", kNoPostScriptHeader},
+      {"A-CID", cid_family(0), {}, "OCF", "A-CID", kNoPostScriptHeader},
+      {"Qq", other_family(128, 1), outline("typ1"), "CID", "Qq", kNoPostScriptHeader},
+      {"Qq", other_family(0x41FF, 0), outline("typ1"), "CID", "Qq", kNoPostScriptHeader},
+      {"Qq", other_family(0x4200, 0), outline("typ1"), "", "Qq", kNoPostScriptHeader},
+      {"Qq", cid_family(0).substr(0, 59), {}, "OCF", "Qq", kNoPostScriptHeader},  // no name of a file
+      {"Qq", cid_family(0).substr(0, 51), {}, "", "Qq", kNoPostScriptHeader},
+      {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM", "A-CID MM_", kNoPostScriptHeader},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.resource_name + " " + row.kind);
-    const PostScriptFace face = Suitcase(row.resource_name, row.fond, row.fork).Collect(row.status);
+    const CollectedFace face = Suitcase(row.resource_name, row.fond, row.fork).Collect(row.status);
     EXPECT_EQ(face.kind_name.str(), row.kind);
     EXPECT_EQ(face.names.display_name.str(), row.display);
   }
@@ -173,7 +173,7 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
 TEST(PostScriptMetadata, FallsBackToTheDataFork) {
   Suitcase family("Qq");
   const std::string path = family.folder.Path("QuillBol");
-  const PostScriptFace missing = family.Collect(kPrinterFontMissing);
+  const CollectedFace missing = family.Collect(kPrinterFontMissing);
   EXPECT_EQ(missing.printer_font_path, path);
   EXPECT_EQ(missing.names.post_script_name.str(), "Quill-Bold");
   // Only the beginning is read, and zero bytes end values but not the search.
@@ -206,7 +206,7 @@ TEST(PostScriptMetadata, MakesNoPathOfANameThatHoldsASlash) {
   // In a double-byte family the file's name is what stands before the second hyphen.
   Suitcase family("Qq", FondBuilder(0x4000).Association(9, 0, 7).StyleString("sub/secret-Light-H").Build());
   family.folder.Write("sub/secret-Light", "/FamilyName (Secret)");
-  EXPECT_EQ(family.Collect(kUndecided).printer_font_path, "");
+  EXPECT_EQ(family.Collect(kNoPostScriptHeader).printer_font_path, "");
 }
 
 }  // namespace

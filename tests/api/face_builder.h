@@ -8,7 +8,6 @@
 #include <string>
 
 #include "api/font_array.h"
-#include "api/stored_values.h"
 #include "builders/exported_calls.h"
 
 namespace quillmark {
@@ -28,6 +27,8 @@ inline QM_FontArray ArrayOf(const QM_FontSpecifier& face) {
   array.push_back(face);
   return array;
 }
+
+using TextGetter = std::int32_t (*)(const QM_FontArray*, std::uint32_t, char*, std::int32_t);
 
 // The text, or "status N".
 inline std::string Ask(TextGetter getter, const QM_FontArray& array, std::uint32_t index = 0) {

@@ -16,6 +16,11 @@
 namespace quillmark {
 namespace {
 
+FinderInfo ReadFinderInfo(const std::string& path) {
+  FileAccess access;
+  return FontFile(access, path).Finder();
+}
+
 std::string Contents(const std::optional<Fork>& fork) {
   if (!fork) return "(none)";
   std::string bytes(fork->length(), '\0');

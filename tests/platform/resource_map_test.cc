@@ -21,6 +21,11 @@
 namespace quillmark {
 namespace {
 
+FinderInfo ReadFinderInfo(const std::string& path) {
+  FileAccess access;
+  return FontFile(access, path).Finder();
+}
+
 constexpr std::uint32_t kFond = FourCharCode("FOND");
 constexpr std::uint32_t kNfnt = FourCharCode("NFNT");
 

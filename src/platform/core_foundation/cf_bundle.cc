@@ -11,7 +11,6 @@
 
 #include "platform/core_foundation/cf_ref.h"
 #include "platform/core_foundation/cf_string.h"
-#include "platform/core_foundation/cf_url.h"
 
 namespace quillmark::cf {
 namespace {
@@ -62,6 +61,13 @@ std::optional<std::string> BundleFolderBeside(const std::string& image) {
 }
 
 }  // namespace quillmark::cf
+
+CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
+  if (style != kCFURLPOSIXPathStyle) return nullptr;
+  return quillmark::CFRef<CFStringRef>(url->path).Yield();
+}
+
+CFStringRef CFURLGetString(CFURLRef url) { return url->string.get(); }
 
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier) {
   if (!identifier || identifier->units() != quillmark::cf::kIdentifier) return nullptr;

@@ -11,7 +11,17 @@
 #include <utility>
 
 #include "platform/core_foundation/cf_object.h"
+#include "platform/core_foundation/cf_ref.h"
 #include "platform/core_foundation/core_foundation.h"
+
+// The URL of a bundle's folder: a text, and the file-system path that it stands for.
+struct CFURLObject final : quillmark::cf::Object {
+  CFURLObject(quillmark::CFRef<CFStringRef> text, quillmark::CFRef<CFStringRef> file_path)
+      : Object(quillmark::cf::Type::kUrl), string(std::move(text)), path(std::move(file_path)) {}
+
+  const quillmark::CFRef<CFStringRef> string;
+  const quillmark::CFRef<CFStringRef> path;
+};
 
 struct CFBundleObject final : quillmark::cf::Object {
   explicit CFBundleObject(std::string path) : Object(quillmark::cf::Type::kBundle), folder(std::move(path)) {}

@@ -8,15 +8,6 @@ const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks{};
 
 CFTypeID CFDictionaryGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kDictionary); }
 
-CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
-                                   CFIndex count, const CFDictionaryKeyCallBacks* keyCallbacks,
-                                   const CFDictionaryValueCallBacks* valueCallbacks) {
-  auto dictionary =
-      quillmark::Adopt(CFDictionaryCreateMutable(allocator, count, keyCallbacks, valueCallbacks));
-  for (CFIndex i = 0; i < count; ++i) CFDictionarySetValue(dictionary.get(), keys[i], values[i]);
-  return dictionary.Yield();
-}
-
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
                                                  const CFDictionaryKeyCallBacks* /*key_callbacks*/,
                                                  const CFDictionaryValueCallBacks* /*value_callbacks*/) {

@@ -139,9 +139,6 @@ void CFArrayAppendValue(CFMutableArrayRef array, const void* value);
 void CFArraySetValueAtIndex(CFMutableArrayRef array, CFIndex index, const void* value);
 
 // Keys are strings, compared by UTF-16 code unit.
-CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
-                                   CFIndex count, const CFDictionaryKeyCallBacks* keyCallbacks,
-                                   const CFDictionaryValueCallBacks* valueCallbacks);
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const CFDictionaryKeyCallBacks* keyCallbacks,
                                                  const CFDictionaryValueCallBacks* valueCallbacks);

@@ -57,8 +57,7 @@ std::optional<AppleDoubleEntry> FindAppleDoubleEntry(const Fork& file, std::uint
 bool ReplaceAppleDoubleEntry(const std::string& path, std::uint32_t number,
                              const std::function<bool(const ByteSink&)>& produce) {
   auto opened = RegularFile::Open(path);
-  const std::uint64_t size = opened ? opened->size() : 0;
-  const auto file = opened ? std::optional(Fork(*std::move(opened), 0, size)) : std::nullopt;
+  const auto file = opened ? std::optional(Fork(*std::move(opened))) : std::nullopt;
   const auto replaced = file ? FindAppleDoubleEntry(*file, number) : std::nullopt;
   if (!replaced) return false;
   std::vector<std::uint8_t> head = ReadHead(*file);

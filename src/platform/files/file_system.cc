@@ -7,19 +7,35 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <utility>
 
 #include "platform/files/extended_attributes.h"
-#include "platform/files/folders_above.h"
 
 namespace quillmark {
 namespace {
 
+// Owns an open file descriptor, or none (a negative number, AT_FDCWD too).
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
 class SystemFile : public OpenedFile {
  public:
-  SystemFile(int descriptor, std::uint64_t size) : descriptor_(descriptor), size_(size) {}
-  ~SystemFile() override { ::close(descriptor_); }
-  SystemFile(const SystemFile&) = delete;
-  SystemFile& operator=(const SystemFile&) = delete;
+  SystemFile(Descriptor descriptor, std::uint64_t size) : descriptor_(std::move(descriptor)), size_(size) {}
 
   std::uint64_t size() const override { return size_; }
 
@@ -29,7 +45,7 @@ class SystemFile : public OpenedFile {
       const std::uint64_t at = offset + done;
       if (at > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) break;
       const std::span<std::uint8_t> rest = out.subspan(done);
-      const ssize_t length = ::pread(descriptor_, rest.data(), rest.size(), static_cast<off_t>(at));
+      const ssize_t length = ::pread(descriptor_.number(), rest.data(), rest.size(), static_cast<off_t>(at));
       if (length < 0 && errno == EINTR) continue;
       if (length < 0) return {done, errno};
       if (length == 0) break;
@@ -39,8 +55,33 @@ class SystemFile : public OpenedFile {
   }
 
  private:
-  const int descriptor_;
+  const Descriptor descriptor_;
   const std::uint64_t size_;
+};
+
+// The base folder moves down after this many levels; paths of fewer levels, as nearly all are, open no
+// folder.
+constexpr int kLevelsAtOnce = 32;
+
+// An open folder, relative to which the folders below it are asked about.
+class BaseFolder {
+ public:
+  // Moves on to a folder below this one. False when that fails.
+  bool Enter(const std::string& below) {
+    Descriptor folder(::openat(folder_.number(), below.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (folder.number() < 0) return false;
+    folder_ = std::move(folder);
+    return true;
+  }
+
+  // False only when nothing is there; then no longer path through it finds anything either.
+  bool MayHold(const std::string& below) const {
+    struct stat ignored = {};
+    return ::fstatat(folder_.number(), below.c_str(), &ignored, 0) == 0 || errno != ENOENT;
+  }
+
+ private:
+  Descriptor folder_{AT_FDCWD};
 };
 
 class MachineFileSystem : public FileSystem {
@@ -62,25 +103,43 @@ class MachineFileSystem : public FileSystem {
   }
 
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override {
-    int descriptor = -1;
+    int number = -1;
     do {
       // The path may lead to another kind of file by this time: with O_NONBLOCK and O_NOCTTY opening a FIFO
       // or terminal does no harm.
-      descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    } while (descriptor < 0 && errno == EINTR);
-    if (descriptor < 0) return nullptr;
+      number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    } while (number < 0 && errno == EINTR);
+    if (number < 0) return nullptr;
+    Descriptor descriptor(number);
     struct stat found = {};
-    if (::fstat(descriptor, &found) == 0 && S_ISREG(found.st_mode)) {
-      const auto size = static_cast<std::uint64_t>(std::max<off_t>(found.st_size, 0));
-      return std::make_unique<SystemFile>(descriptor, size);
+    if (::fstat(number, &found) != 0 || !S_ISREG(found.st_mode)) {
+      errno = EINVAL;
+      return nullptr;
     }
-    ::close(descriptor);
-    errno = EINVAL;
-    return nullptr;
+    const auto size = static_cast<std::uint64_t>(std::max<off_t>(found.st_size, 0));
+    return std::make_unique<SystemFile>(std::move(descriptor), size);
   }
 
-  std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const override {
-    return quillmark::FoldersAboveWith(name, folders);
+  // The system walks a path in full at each call, so asking by whole paths would cost the square of the
+  // depth.
+  std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view path) const override {
+    std::vector<std::size_t> ends;
+    BaseFolder base;
+    bool can_be_told = true;
+    int levels = 0;
+    std::string below;  // the path below the base
+    for (std::size_t start = 0; start < path.size();) {
+      const std::size_t end = path.find('/', start) + 1;
+      below += path.substr(start, end - start);
+      if (++levels % kLevelsAtOnce == 0 && can_be_told) {
+        can_be_told = base.Enter(below);
+        below.clear();
+      }
+      if (!can_be_told || base.MayHold(below + std::string(name))) ends.push_back(end);
+      start = end;
+    }
+    std::reverse(ends.begin(), ends.end());
+    return ends;
   }
 
   std::vector<std::string> AttributeNames(const std::string& path) const override {

@@ -48,8 +48,8 @@ class FileSystem {
   // Null, with errno set, for what is no regular file or cannot be opened. Never blocks.
   virtual std::unique_ptr<OpenedFile> Open(const std::string& path) const = 0;
   // Which of the folders above a file may hold something of this name: lengths of their paths, each with its
-  // slash, the longest first. `folders` is the path of the file's folder, with its slash. A file system that
-  // cannot tell cheaply gives all.
+  // slash, the longest first. `folders` is the path of the file's folder: empty, or with "/" at both ends and
+  // no empty part. A file system that cannot tell cheaply gives all.
   virtual std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const;
   // Extended attributes of a file; none where the file system has no such thing.
   virtual std::vector<std::string> AttributeNames(const std::string& path) const = 0;

@@ -99,7 +99,7 @@ const std::optional<RegularFile>& FontFile::Data() {
 
 std::optional<Fork> FontFile::DataFork() {
   if (!Data()) return std::nullopt;
-  return Fork(*Data(), 0, Data()->size());
+  return Fork(*Data());
 }
 
 // Lists all names with one call: most files have no attributes, and asking for each of four names would take
@@ -152,8 +152,7 @@ std::optional<Fork> FontFile::OpenFork(const std::string& path) {
   if (!access_.Status(path).regular) return std::nullopt;
   auto file = RegularFile::Open(access_, path);
   if (!file) return std::nullopt;
-  const std::uint64_t size = file->size();
-  return Fork(*std::move(file), 0, size);
+  return Fork(*std::move(file));
 }
 
 std::optional<ResourceForkLocation> FontFile::FindResourceFork() {
@@ -250,10 +249,6 @@ std::optional<Fork> OpenResourceFork(const std::string& path) {
 
 std::uint64_t TotalForkLength(const std::string& path) {
   return AskOnce(path, [](FontFile& file) { return file.TotalLength(); });
-}
-
-FinderInfo ReadFinderInfo(const std::string& path) {
-  return AskOnce(path, [](FontFile& file) { return file.Finder(); });
 }
 
 }  // namespace quillmark

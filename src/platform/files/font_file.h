@@ -92,7 +92,6 @@ std::optional<Fork> OpenDataFork(const std::string& path);
 std::optional<ResourceForkLocation> FindResourceFork(const std::string& path);
 std::optional<Fork> OpenResourceFork(const std::string& path);
 std::uint64_t TotalForkLength(const std::string& path);
-FinderInfo ReadFinderInfo(const std::string& path);
 
 }  // namespace quillmark
 

@@ -6,8 +6,7 @@
 
 namespace quillmark {
 
-Fork::Fork(RegularFile file, std::uint64_t start, std::uint64_t length)
-    : file_(std::move(file)), start_(start), length_(length) {}
+Fork::Fork(RegularFile file) : file_(std::move(file)), length_(file_->size()) {}
 
 Fork::Fork(std::shared_ptr<const std::string> bytes) : bytes_(std::move(bytes)), length_(bytes_->size()) {}
 

@@ -21,7 +21,7 @@ using ByteSink = std::function<bool(Bytes)>;
 // One fork, open for reading: a range of a file, or bytes held in memory (an extended attribute).
 class Fork {
  public:
-  Fork(RegularFile file, std::uint64_t start, std::uint64_t length);
+  explicit Fork(RegularFile file);
   explicit Fork(std::shared_ptr<const std::string> bytes);
 
   std::uint64_t length() const { return length_; }

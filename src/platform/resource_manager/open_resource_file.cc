@@ -1,37 +1,28 @@
 #include "platform/resource_manager/open_resource_file.h"
 
 #include <memory>
-#include <new>
 #include <span>
 #include <utility>
 
 namespace quillmark {
 
-OpenResourceFile::~OpenResourceFile() {
-  for (const auto& [key, block] : handles_) FreeBlock(block);
-}
-
 Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error) {
-  const auto known = handles_.find(IndexOf(key));
+  auto known = handles_.find(IndexOf(key));
   const bool is_new = known == handles_.end();
-  HandleBlock* block = is_new ? nullptr : known->second;
   if (is_new) {
     auto fresh = std::make_unique<HandleBlock>();
     fresh->file = this;
     fresh->key = key;
-    handles_.emplace(IndexOf(key), fresh.get());
-    block = fresh.release();
+    known = handles_.emplace(IndexOf(key), std::move(fresh)).first;
   }
+  HandleBlock& block = *known->second;
   if (load) {
-    *error = Load(*block);
+    *error = Load(block);
   } else {
-    *error = block->data != nullptr || map_.Data(key) ? noErr : mapReadErr;
+    *error = block.data != nullptr || map_.Data(key) ? noErr : mapReadErr;
   }
-  if (*error == noErr) return HandleOf(block);
-  if (is_new) {  // a handle that a caller holds already is kept
-    Forget(*block);
-    FreeBlock(block);
-  }
+  if (*error == noErr) return HandleOf(&block);
+  if (is_new) handles_.erase(known);  // a handle that a caller holds already is kept
   return nullptr;
 }
 
@@ -39,17 +30,17 @@ OSErr OpenResourceFile::Load(HandleBlock& block) {
   if (block.data != nullptr) return noErr;
   const auto range = map_.Data(block.key);
   if (!range) return mapReadErr;
-  MemoryBlock memory = AllocateMemory(range->length);
-  if (memory == nullptr) throw std::bad_alloc();
+  std::unique_ptr<char[]> memory(new char[range->length]);  // not null for length 0
   const std::span<std::uint8_t> bytes(reinterpret_cast<std::uint8_t*>(memory.get()), range->length);
   if (map_.fork().ReadAt(range->start, bytes) != bytes.size()) return ioErr;
-  SetData(block, std::move(memory), range->length);
+  block.data = memory.release();
+  block.size = range->length;
   return noErr;
 }
 
-void OpenResourceFile::Forget(HandleBlock& block) {
-  handles_.erase(IndexOf(block.key));
+std::unique_ptr<HandleBlock> OpenResourceFile::Forget(HandleBlock& block) {
   block.file = nullptr;
+  return std::move(handles_.extract(IndexOf(block.key)).mapped());
 }
 
 OSErr OpenResourceFile::Save() const {

@@ -4,6 +4,7 @@
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_OPEN_RESOURCE_FILE_H_
 
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 
@@ -17,7 +18,7 @@ class OpenResourceFile {
  public:
   OpenResourceFile(MapOrigin origin, ResourceMap map, bool writable)
       : origin_(std::move(origin)), map_(std::move(map)), writable_(writable) {}
-  ~OpenResourceFile();  // frees the handles of its resources; writes nothing
+  ~OpenResourceFile() = default;  // frees the handles of its resources; writes nothing
   OpenResourceFile(const OpenResourceFile&) = delete;
   OpenResourceFile& operator=(const OpenResourceFile&) = delete;
 
@@ -29,8 +30,8 @@ class OpenResourceFile {
   // Loads the data of one of this file's handles, if they are not there. Throws std::bad_alloc rather than
   // answer that there is too little memory: a font with a resource left out would pass for the whole one.
   OSErr Load(HandleBlock& block);
-  // Detaches a handle from this file: the next HandleFor of its resource makes a new one.
-  void Forget(HandleBlock& block);
+  // Gives up a handle: the next HandleFor of its resource makes a new one.
+  std::unique_ptr<HandleBlock> Forget(HandleBlock& block);
   // Writes the map if it was changed and the file is open for writing.
   [[nodiscard]] OSErr Save() const;
 
@@ -40,7 +41,7 @@ class OpenResourceFile {
   MapOrigin origin_;
   ResourceMap map_;
   bool writable_;
-  std::unordered_map<std::uint32_t, HandleBlock*> handles_;
+  std::unordered_map<std::uint32_t, std::unique_ptr<HandleBlock>> handles_;
 };
 
 }  // namespace quillmark

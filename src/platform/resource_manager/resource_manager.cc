@@ -1,8 +1,10 @@
-// The Resource Manager's calls that read and remove resources.
+// The Resource Manager's calls that read and remove resources, and the Memory Manager's handles, whose data
+// are never moved.
 
 #include "platform/resource_manager/resource_manager.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "platform/resource_manager/resource_files.h"
 
@@ -37,6 +39,12 @@ void Assign(Str255 text, std::string_view value) {
 }
 
 }  // namespace
+
+Bytes HandleBytes(Handle handle) {
+  if (handle == nullptr || *handle == nullptr) return {};
+  const HandleBlock& block = *BlockOf(handle);
+  return AsBytes({block.data, block.size});
+}
 
 }  // namespace quillmark
 
@@ -113,14 +121,12 @@ void LoadResource(Handle resource) {
 
 void ReleaseResource(Handle resource) {
   HandleBlock* block = ResourceBlock(ThreadResourceFiles(), resource);
-  if (block == nullptr) return;
-  block->file->Forget(*block);
-  quillmark::FreeBlock(block);
+  if (block != nullptr) block->file->Forget(*block);
 }
 
 void DetachResource(Handle resource) {
   HandleBlock* block = ResourceBlock(ThreadResourceFiles(), resource);
-  if (block != nullptr) block->file->Forget(*block);
+  if (block != nullptr) static_cast<void>(block->file->Forget(*block).release());
 }
 
 void RemoveResource(Handle resource) {
@@ -130,8 +136,18 @@ void RemoveResource(Handle resource) {
     files.error = rmvResFailed;
     return;
   }
-  block->file->Forget(*block);
+  static_cast<void>(block->file->Forget(*block).release());  // an ordinary handle from here on
 }
+
+void DisposeHandle(Handle handle) {
+  if (handle == nullptr) return;
+  HandleBlock* block = quillmark::BlockOf(handle);
+  // The resource file must not hand out the freed handle again.
+  const std::unique_ptr<HandleBlock> freed(block->file != nullptr ? block->file->Forget(*block).release()
+                                                                  : block);
+}
+
+Size GetHandleSize(Handle handle) { return static_cast<Size>(quillmark::HandleBytes(handle).size()); }
 
 void GetIndString(Str255 text, std::int16_t listID, std::int16_t index) {
   quillmark::Assign(text, {});

@@ -61,7 +61,6 @@ void GetIndString(Str255 text, std::int16_t listID, std::int16_t index);
 
 Size GetHandleSize(Handle handle);  // 0 for null or unloaded data
 void DisposeHandle(Handle handle);
-Handle NewHandle(Size size);  // zero-filled; null when the memory cannot be had
 
 namespace quillmark {
 // The handle's bytes; empty for null or unloaded data. A loaded resource of length 0 has non-null data.

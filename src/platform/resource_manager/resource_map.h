@@ -75,8 +75,6 @@ class ResourceMap {
   std::optional<std::string> Name(Key key) const;
   // Nothing when the data leave the data area.
   std::optional<DataRange> Data(Key key) const;
-  // Where all data lie.
-  DataRange DataArea() const { return {data_start_, data_length_}; }
   const Fork& fork() const { return fork_; }
 
   std::uint16_t MapAttributes() const;

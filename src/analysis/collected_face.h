@@ -1,0 +1,33 @@
+// CollectedFace: what is read of one face out of its font data, and CollectStatus: whether it could be read
+// (face_collector.h, postscript_metadata.h).
+#ifndef QUILLMARK_ANALYSIS_COLLECTED_FACE_H_
+#define QUILLMARK_ANALYSIS_COLLECTED_FACE_H_
+
+#include <optional>
+#include <string>
+
+#include "analysis/face_names.h"
+#include "analysis/name_record.h"
+#include "support/om_string.h"
+
+namespace quillmark {
+
+enum CollectStatus : int {
+  kCollected = 0,
+  kNoFontData = 3,           // no sfnt bytes, or no usable name table
+  kPrinterFontMissing = 6,   // the outlines of a PostScript face are not where its family names them
+  kPlatformUndecided = -1,   // the font is too short for its platform to be told
+  kNoPostScriptHeader = -1,  // no PostScript header was read
+};
+
+struct CollectedFace {
+  FaceNames names;
+  OmString kind_name;
+  OmString platform;               // "mac" or "crossplatform"
+  std::string printer_font_path;   // of PostScript faces only; empty when the family names none
+  std::optional<NameFault> fault;  // why the name table gives no names
+};
+
+}  // namespace quillmark
+
+#endif
