@@ -22,15 +22,21 @@ namespace {
 
 constexpr std::size_t kFilesAheadPerThread = 64;
 
-constexpr const char* kTooLittleMemory = "there is too little memory for it (-j 1 takes the least)";
-
 IdentifiedFile WithoutFaces(FontPath source, Explanation explanation) {
   return {std::move(source), nullptr, {}, std::move(explanation)};
+}
+
+IdentifiedFile WithTooLittleMemory(const FontPath& source, unsigned threads) {
+  const char* const advice = threads > 1 ? " (-j 1 takes the least)" : "";
+  return WithoutFaces(source,
+                      {Outcome::kUnreadable, std::string("there is too little memory for it") + advice, {}});
 }
 
 // Identifies files, on any number of threads.
 class Identifier {
  public:
+  explicit Identifier(unsigned threads) : threads_(threads) {}
+
   IdentifiedFile Identify(const FontPath& source) {
     if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
     try {
@@ -44,7 +50,7 @@ class Identifier {
       const std::lock_guard alone(tries_);
       return Try(source);
     } catch (const std::bad_alloc&) {
-      return WithoutFaces(source, {Outcome::kUnreadable, kTooLittleMemory, {}});
+      return WithTooLittleMemory(source, threads_);
     }
   }
 
@@ -67,6 +73,7 @@ class Identifier {
   }
 
   PrinterFontFamilies families_;
+  const unsigned threads_;
   std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
@@ -203,27 +210,27 @@ class Workers {
 
 using Consumer = std::function<void(IdentifiedFile)>;
 
-void HandOver(IdentifiedFile file, const Consumer& consume) {
+void HandOver(IdentifiedFile file, unsigned threads, const Consumer& consume) {
   FontPath source = file.source;
   try {
     return consume(std::move(file));
   } catch (const std::bad_alloc&) {
   }
-  consume(WithoutFaces(std::move(source), {Outcome::kUnreadable, kTooLittleMemory, {}}));
+  consume(WithTooLittleMemory(source, threads));
 }
 
 }  // namespace
 
 void IdentifyAll(FontPaths& paths, unsigned threads, const Consumer& consume) {
-  Identifier identifier;
+  Identifier identifier(threads);
   const auto one_by_one = [&] {
-    while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), consume);
+    while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), threads, consume);
   };
   if (threads <= 1) return one_by_one();
   Queue queue(paths, identifier, kFilesAheadPerThread * threads);
   const Workers workers(queue, threads);
   if (workers.empty()) return one_by_one();
-  while (auto file = queue.Next()) HandOver(std::move(*file), consume);
+  while (auto file = queue.Next()) HandOver(std::move(*file), threads, consume);
 }
 
 }  // namespace quillmark::tool
