@@ -7,18 +7,16 @@
 
 #include <map>
 #include <string>
-#include <utility>
+#include <tuple>
+#include <vector>
 
+#include "analysis/collection.h"
 #include "api/face_builder.h"
 #include "builders/apple_double_builder.h"
-#include "builders/big_endian.h"
 #include "builders/collection_builder.h"
-#include "builders/fond_builder.h"
 #include "builders/memory_files.h"
-#include "builders/resource_fork_builder.h"
-#include "builders/sfnt_builder.h"
 #include "builders/temp_folder.h"
-#include "platform/byte_reader.h"
+#include "hostile/sample_files.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -27,7 +25,7 @@ namespace {
 using ::testing::ElementsAre;
 
 SfntBuilder Font(std::u16string_view full_name) {
-  return SfntBuilder::CrossPlatform().WindowsName(1, u"Quill  ").WindowsName(4, full_name);
+  return SfntBuilder::CrossPlatform().WindowsName(1, u"Quill").WindowsName(4, full_name);
 }
 
 std::uint32_t Crc(std::string_view bytes) {
@@ -35,10 +33,13 @@ std::uint32_t Crc(std::string_view bytes) {
       crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
 }
 
-std::vector<std::string> Names(const QM_FontArray& array) {
-  std::vector<std::string> names;
-  for (std::size_t i = 0; i < array.size(); ++i) names.push_back(array.view(i).postScriptName.str());
-  return names;
+// One font, reached in two ways.
+void ExpectSameFont(const QM_FontSpecifier& a, const QM_FontSpecifier& b) {
+  for (const TextGetter get : {QM_GetFamilyName, QM_GetPostScriptName, QM_GetFullName, QM_GetDisplayName,
+                               QM_GetWindowsFullName, QM_GetVersion, QM_GetFoundryName}) {
+    EXPECT_EQ(Ask(get, ArrayOf(a)), Ask(get, ArrayOf(b)));
+  }
+  EXPECT_EQ(a.checksum, b.checksum);
 }
 
 struct CreationTest : ::testing::Test {
@@ -58,17 +59,22 @@ TEST_F(CreationTest, AnswersOneWithoutAFace) {
   }
 }
 
-TEST_F(CreationTest, GivesOnlyWhatWasAskedFor) {
-  const std::string path = folder_.Write("a.ttf", Font(u"A").Build());
-  const std::pair<std::uint32_t, OmString QM_FontSpecifier::*> rows[] = {
-      {0x1, &QM_FontSpecifier::postScriptName},      {0x2, &QM_FontSpecifier::kind},
-      {0x1000, &QM_FontSpecifier::family},           {0x8000, &QM_FontSpecifier::displayName},
-      {0x10000, &QM_FontSpecifier::fullName},        {0x40000, &QM_FontSpecifier::platform},
-      {0x100000, &QM_FontSpecifier::windowsFullName}};
-  for (const auto& [asked, unused] : rows) {
-    const QM_FontSpecifier face = Create(path, asked)->at(0);
-    EXPECT_EQ(face.attributes, asked);
-    for (const auto& [bit, field] : rows) EXPECT_EQ((face.*field).empty(), bit != asked) << asked;
+TEST_F(CreationTest, GivesWhatWasAskedFor) {
+  SfntBuilder font = SfntBuilder::CrossPlatform().MacName(0, "Copyright URW").MacName(1, "Mac family  ");
+  font.MacName(4, "Mac full").MacName(5, "Version 1.5").MacName(6, "Name").WindowsName(4, u"Windows full");
+  const std::string path = folder_.Write("a.ttf", font.Build());
+  for (const auto& [asked, getter, text] : {std::tuple(0x1u, &QM_GetPostScriptName, "Name"),
+                                            {0x2u, &QM_GetKindName, "TrueType"},
+                                            {0x4u, &QM_GetFoundryName, "URW"},
+                                            {0x8u, &QM_GetVersion, "1.5"},
+                                            {0x1000u, &QM_GetFamilyName, "Mac family"},
+                                            {0x8000u, &QM_GetDisplayName, "Name"},
+                                            {0x10000u, &QM_GetFullName, "Mac full"},
+                                            {0x40000u, &QM_GetPlatform, "crossplatform"},
+                                            {0x100000u, &QM_GetWindowsFullName, "Windows full"}}) {
+    const OwnedArray array = Create(path, asked);
+    EXPECT_EQ(Ask(getter, *array), text);
+    EXPECT_EQ(array->view(0).attributes, asked);
   }
 }
 
@@ -77,77 +83,72 @@ TEST_F(CreationTest, ChecksumDependsOnThePlatformAskedFor) {
   const std::string font = Font(u"A").Build();
   const std::string fork = ResourceForkBuilder().Add(FourCharCode("vers"), 1, "1.0").Build();
   const std::string path = folder_.Write("a.ttf", font);
-  folder_.Write("._a.ttf", AppleDoubleBuilder().ResourceFork(fork).Build());
+  folder_.Write("._a.ttf", AppleDoubleBuilder().ResourceFork(fork).FinderInfo("sfnt", "ASPF").Build());
   const QM_FontSpecifier with = Create(path)->at(0);
-  EXPECT_EQ(with.family.str(), "Quill") << "trimmed";
   EXPECT_EQ(with.checksum, Crc(font));
   EXPECT_EQ(with.legacyChecksum, Crc(font + fork));
   EXPECT_EQ(with.outlineFileSize, font.size() + fork.size());
+  EXPECT_EQ(with.fileCreator, FourCharCode("ASPF"));
+  EXPECT_EQ(with.style, 0);
   EXPECT_EQ(Create(path, 0x1)->at(0).checksum, Crc(font + fork));
 }
 
 TEST_F(CreationTest, ReadsTheFacesOfACollection) {
-  const SfntBuilder kerned =
-      Font(u"C").Table("kern", big_endian::U32(3) + big_endian::U32(4)).Table("more", "behind it");
-  const std::string bytes = CollectionBuilder()
-                                .Face(Font(u"A"))
-                                .Face(SfntBuilder::CrossPlatform())  // without names
-                                .Face(kerned)
-                                .Face(Font(u"a"))
-                                .Face(Font(u"A").Table("more", "another face"))
-                                .Trailer(std::string(2000, '.'))
-                                .Build();
-  const std::string path = folder_.Write("a.TTC", bytes);
+  CollectionBuilder collection;
+  collection.Face(Font(u"A")).Face(SfntBuilder::CrossPlatform());  // without names
+  collection.Face(Font(u"C").Table("kern", std::string("\0\0\0\3\0\0\0\4", 8)).Table("more", "behind it"));
+  collection.Face(Font(u"a")).Face(Font(u"A").Table("more", "another face")).Trailer(std::string(2000, '.'));
+  const std::string path = folder_.Write("a.TTC", collection.Build());
   const OwnedArray array = Create(path);
   ASSERT_TRUE(array);
   EXPECT_THAT(Names(*array), ElementsAre("A", "C", "a"));
-  const QM_FontSpecifier face = array->at(1);
-  EXPECT_EQ(face.kerningChecksum, 7u);
-  EXPECT_EQ(face.legacyChecksum | face.outlineFileSize, 0u);
+  EXPECT_EQ(array->view(1).kerningChecksum, 7u);
+  EXPECT_EQ(array->view(1).legacyChecksum | array->view(1).outlineFileSize, 0u);
   const OwnedArray bare = Create(path, 0);
   ASSERT_EQ(bare->size(), 1u) << "faces without a name are duplicates";
   EXPECT_EQ(bare->at(0).kind.str(), "TrueType Collection") << "whatever was asked for";
   EXPECT_EQ(bare->at(0).platform.str(), "crossplatform");
+
+  std::vector<std::string> alone;
+  ASSERT_EQ(TrueTypeCollectionFont::SeparateTTCFonts(path, folder_.path(), alone), kCollectionOk);
+  ExpectSameFont(array->view(0), Create(alone.at(0))->view(0));
 }
 
 TEST_F(CreationTest, ReadsEveryStyleOfEveryFond) {
   ResourceForkBuilder fork;
-  const auto add_fond = [&fork](std::int16_t id, std::int16_t styles) {
-    FondBuilder fond(id);
-    for (std::int16_t style = 0; style < styles; ++style) {
-      const auto font_id = static_cast<std::int16_t>(id + style);
-      fond.Association(0, style, font_id);
-      const std::string digits = std::to_string(font_id);
-      fork.Add(FourCharCode("sfnt"), font_id,
-               Font(u"F" + std::u16string(digits.begin(), digits.end())).Build());
-    }
-    fork.Add(FourCharCode("FOND"), id, fond.Kerning(1, {{'A', 'V', -50}}).Build(), "Quill");
-  };
-  add_fond(200, 3);
-  add_fond(300, 2);
-  const OwnedArray array = Create(folder_.Write("a.dfont", fork.Build()));
+  AddFamily(fork, 200, 3, 1);
+  AddFamily(fork, 300, 2, 1);
+  const std::string path = folder_.Write("a.dfont", fork.Build());
+  const OwnedArray array = Create(path);
   ASSERT_TRUE(array);
-  EXPECT_THAT(Names(*array), ElementsAre("F200", "F201", "F202", "F300", "F301"));
-  for (std::size_t i = 0; i < array->size(); ++i) {
+  EXPECT_THAT(Names(*array), ElementsAre("Face-200", "Face-201", "Face-202", "Face-300", "Face-301"));
+  for (std::size_t i = 0; i < 5; ++i) {
     const QM_FontSpecifier face = array->at(i);
-    EXPECT_EQ(face.postScriptName.str(), "F" + std::to_string(face.firstResourceID));
+    EXPECT_EQ(face.postScriptName.str(), "Face-" + std::to_string(face.firstResourceID));
     EXPECT_EQ(face.firstResourceID, face.fondResourceID + face.style);
-    EXPECT_EQ(face.platform.str(), "mac");
+    EXPECT_EQ(face.kind.str() + face.platform.str(), "TrueTypemac");
+    EXPECT_EQ(face.outlineFileSize, ReadFile(path).size());
     EXPECT_EQ(face.kerningChecksum != 0, face.style == 1) << "the FOND's, for the style that it kerns";
   }
+  std::uint32_t index = 7;
+  EXPECT_EQ(QM_GetFontIndexForFONDResourceID(array.get(), 300, 1, &index), 0);
+  EXPECT_EQ(index, 4u);
+  const std::string outline = SfntBuilder::CrossPlatform().MacName(4, "Face 200").Build();
+  ExpectSameFont(array->view(0), Create(folder_.Write("a.ttf", outline))->view(0));
 }
 
 // The second family's face goes again, as a duplicate. Its PostScript name has a file name from then on,
 // which the third one, of a script whose names are made by another rule, finds.
 TEST_F(CreationTest, KeepsThePrinterFileNamesOfDuplicates) {
-  const std::string outline = FondBuilder(128).Association(0, 0, 600).Build();
-  const std::string bitmap = FondBuilder(129).StyleString("Nib").Association(12, 0, 600).Build();
-  const std::string japanese =
-      FondBuilder(16400).StyleString("Nib").International(0, 1).Association(12, 0, 500).Build();
+  const FondBuilder outline = FondBuilder(128).Association(0, 0, 600);
+  const FondBuilder bitmap = FondBuilder(129).StyleString("Nib").Association(12, 0, 600);
+  const FondBuilder japanese =
+      FondBuilder(16400).StyleString("Nib").International(0, 1).Association(12, 0, 500);
   ResourceForkBuilder fork;
   fork.Add(FourCharCode("NFNT"), 500, "bits").Add(FourCharCode("sfnt"), 600, Font(u"Outline").Build());
-  fork.Add(FourCharCode("FOND"), 128, outline, "A").Add(FourCharCode("FOND"), 129, bitmap, "B");
-  fork.Add(FourCharCode("FOND"), 130, japanese, "C");
+  fork.Add(FourCharCode("FOND"), 128, outline.Build(), "A")
+      .Add(FourCharCode("FOND"), 129, bitmap.Build(), "B");
+  fork.Add(FourCharCode("FOND"), 130, japanese.Build(), "C");
   const std::string nib = folder_.Write("Nib", "%!PS /FontName /Nib def");
 
   const OwnedArray array = Create(folder_.Write("fonts", fork.Build()));
@@ -157,36 +158,22 @@ TEST_F(CreationTest, KeepsThePrinterFileNamesOfDuplicates) {
   EXPECT_EQ(array->view(1).outlineFileName.str(), nib);
 }
 
-// A suitcase whose bitmaps go with PostScript printer fonts beside it; the second one is missing.
+// A suitcase whose bitmaps go with PostScript printer fonts beside it; but for the first they are missing.
 TEST_F(CreationTest, CarriesTheOutlineFilesCodesOnToTheNextFace) {
-  const FondBuilder fond = FondBuilder(128)
-                               .Association(12, 0, 500)
-                               .Association(12, 1, 501)
-                               .StyleString("Quill")
-                               .StyleString("\x03")
-                               .StyleString("-Bold")
-                               .StyleIndex(1, 2);
-  const std::string suitcase = ResourceForkBuilder()
-                                   .Add(FourCharCode("NFNT"), 500, std::string(30, 'b'))
-                                   .Add(FourCharCode("FOND"), 128, fond.Build(), "Quill")
-                                   .Build();
-  const std::string path = folder_.Write("Suitcase", "");
-  folder_.Write("._Suitcase", AppleDoubleBuilder().ResourceFork(suitcase).FinderInfo("FFIL", "DMOV").Build());
-  const std::string post =
-      ResourceForkBuilder().Add(FourCharCode("POST"), 501, "\x01 /FullName (Quill) readonly def\r").Build();
-  const std::string printer = folder_.Write("Quill", "data");
-  folder_.Write("._Quill", AppleDoubleBuilder().ResourceFork(post).FinderInfo("LWFN", "ASPF").Build());
-  const OwnedArray array = Create(path);
+  Sample suitcase = SamplesOf(SmallOutlines()).at(6);
+  suitcase.parts.resize(4);
+  ASSERT_TRUE(WriteSample(folder_.path(), suitcase));
+  const OwnedArray array = Create(folder_.Path("Suitcase"));
   ASSERT_TRUE(array);
-  ASSERT_EQ(array->size(), 2u);
-  const QM_FontSpecifier plain = array->at(0);
-  EXPECT_EQ(plain.outlineFileName.str(), printer);
-  EXPECT_EQ(plain.outlineFileSize, 4 + post.size()) << "both forks of the printer font";
+  ASSERT_THAT(Names(*array), ElementsAre("Quill", "Quill-Bold", "Quill-Italic"));
+  const QM_FontSpecifier& plain = array->view(0);
+  EXPECT_EQ(plain.outlineFileName.str(), folder_.Path("Quill"));
+  EXPECT_EQ(plain.outlineFileSize, SmallOutlines().post.size()) << "of both forks; the other is empty";
+  const std::uint32_t printer = FourCharCode("ASPF");
+  EXPECT_EQ(plain.outlineFileCreator, printer);
+  EXPECT_EQ(array->view(1).outlineFileCreator, 0u);
   EXPECT_EQ(plain.fileCreator, FourCharCode("DMOV"));
-  EXPECT_EQ(plain.outlineFileCreator, FourCharCode("ASPF"));
-  const QM_FontSpecifier bold = array->at(1);
-  EXPECT_EQ(bold.fileCreator, FourCharCode("ASPF"));
-  EXPECT_EQ(bold.outlineFileCreator, 0u);
+  EXPECT_EQ(array->view(1).fileCreator, printer);
 }
 
 // It gets one pass, in which the outline of ID -1 stands for the one that no entry names.
@@ -213,25 +200,44 @@ TEST_F(CreationTest, TextPastASharedNameTableIsThatOfTheFace) {
   EXPECT_THAT(Names(*array), ElementsAre("One-", "Two-", "Six-"));
 }
 
-// Every sound file cut at every length, and with every header byte at its extremes.
-TEST_F(CreationTest, SurvivesDamagedFiles) {
-  const std::string font = Font(u"A").Build();
-  const std::string collection = CollectionBuilder().Face(Font(u"A")).Face(Font(u"B")).Build();
-  const std::string fond = FondBuilder(128).Association(0, 0, 200).Build();
-  const std::string resources =
-      ResourceForkBuilder().Add(FourCharCode("sfnt"), 200, font).Add(FourCharCode("FOND"), 128, fond).Build();
-  for (const auto& [name, bytes] :
-       {std::pair{"a.ttf", font}, {"a.otf", font}, {"a.ttc", collection}, {"a.dfont", resources}}) {
-    const auto create = [path = "/" + std::string(name)](const std::string& damaged) {
-      const std::map<std::string, std::string> files = {{path, damaged}};
-      return CreateFaces(MemoryFiles(files), path, QM_ATTRIBUTES_ALL).faces.size() > 0;
-    };
-    ASSERT_TRUE(create(bytes)) << name;
-    for (std::size_t at = 0; at < bytes.size(); at += at < 400 ? 1 : 7) {
-      create(bytes.substr(0, at));
-      for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {
-        if (at < 300) create(std::string(bytes).replace(at, 1, 1, value));
+// From the disk and from memory, and cut at every length. Other damage is done by fuzz/mutate.
+TEST_F(CreationTest, ReadsEveryKindOfFileAndSurvivesCuts) {
+  const std::map<std::string, std::string> expected = {
+      {"truetype", "OpenType - TT Quill, "},
+      {"opentype", "OpenType - PS QuillPS, "},
+      {"collection",
+       "TrueType Collection QuillOne, TrueType Collection QuillTwo, TrueType Collection QuillThree, "},
+      {"dfont", "TrueType Quill, TrueType QuillBold, PostScript Quill-Italic, "},
+      {"appledouble", "TrueType Quill, TrueType QuillBold, PostScript Quill-Italic, "},
+      {"attribute", "PostScript Quill, PostScript Quill-Bold, PostScript Quill-Italic, "},
+      {"suitcase", "PostScript Quill [outlines], "},
+      {"post", ""}};
+  for (const Sample& sample : SamplesOf(SmallOutlines())) {
+    SCOPED_TRACE(sample.kind);
+    const TempFolder folder;
+    if (!WriteSample(folder.path(), sample)) continue;  // no extended attributes
+    const std::string path = folder.Path(sample.font);
+    const QM_FontArray on_disk = CreateFaces(SystemFiles(), path, QM_ATTRIBUTES_ALL).faces;
+    std::string faces;
+    for (std::size_t i = 0; i < on_disk.size(); ++i) {
+      const QM_FontSpecifier& face = on_disk.view(i);
+      faces += face.kind.str() + " " + face.postScriptName.str();
+      faces += face.outlineFileName.empty() || face.outlineFileSize == 0 ? ", " : " [outlines], ";
+    }
+    EXPECT_EQ(faces, expected.at(sample.kind));
+    if (sample.kind == "attribute") continue;
+    std::map<std::string, std::string> files;
+    for (const SamplePart& part : sample.parts) files[folder.Path(part.name)] = part.bytes;
+    const auto create = [&] { return CreateFaces(MemoryFiles(files), path, QM_ATTRIBUTES_ALL).faces; };
+    const QM_FontArray in_memory = create();
+    EXPECT_EQ(EverythingOf(&in_memory), EverythingOf(&on_disk));
+    for (auto& [name, bytes] : files) {
+      const std::string sound = bytes;
+      for (std::size_t length = 0; length < sound.size(); length += length < 400 ? 1 : 7) {
+        bytes = sound.substr(0, length);
+        create();
       }
+      bytes = sound;
     }
   }
 }

@@ -8,7 +8,21 @@
 namespace quillmark {
 namespace {
 
-TEST(FontSpecifier, ComparesEachAttributeOnItsOwn) {
+// The attributes that match and those that differ, or the status.
+std::pair<std::uint32_t, std::uint32_t> Match(const QM_FontSpecifier& a, const QM_FontSpecifier& b) {
+  const QM_FontArray one = ArrayOf(a);
+  const QM_FontArray other = ArrayOf(b);
+  std::uint32_t matching = 5;
+  std::uint32_t differing = 6;
+  EXPECT_EQ(QM_Match(&one, 0, nullptr, 0, &matching, &differing), 1);
+  EXPECT_EQ(matching + differing, 11u) << "pointers are checked, the numbers cleared, then indexes checked";
+  EXPECT_EQ(QM_Match(&one, 0, &other, 1, &matching, &differing), 4);
+  EXPECT_EQ(matching | differing, 0u);
+  EXPECT_EQ(QM_Match(&one, 0, &other, 0, &matching, &differing), 0);
+  return {matching, differing};
+}
+
+TEST(Match, ComparesEachAttributeOnItsOwn) {
   const struct {
     std::uint32_t attribute;
     OmString QM_FontSpecifier::*text;
@@ -23,45 +37,26 @@ TEST(FontSpecifier, ComparesEachAttributeOnItsOwn) {
       {0x10, nullptr, &QM_FontSpecifier::kerningChecksum},
       {0x20, nullptr, &QM_FontSpecifier::outlineFileSize},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.attribute);
-    QM_FontSpecifier a;
-    QM_FontSpecifier b;
-    const auto expect = [&](std::uint32_t matching, std::uint32_t differing) {
-      EXPECT_EQ(a.MatchingAttributes(b), matching);
-      EXPECT_EQ(a.DifferingAttributes(b), differing);
-    };
-    const auto set = [&](QM_FontSpecifier& face, int value) {  // 1 and 2 differ in case alone
+  for (const auto& [bit, text, number] : rows) {
+    SCOPED_TRACE(bit);
+    QM_FontSpecifier faces[4];
+    for (std::uint32_t i = 0; i < 4; ++i) {
       const char* const texts[] = {"", "Arial", "ARIAL", "Times"};
-      if (row.text) face.*row.text = texts[value];
-      if (row.number) face.*row.number = static_cast<std::uint32_t>(value);
-    };
-    a.attributes = row.attribute;
-    b.attributes = ~row.attribute;
-    expect(0, 0);
-    b.attributes = row.attribute;
-    expect(row.text ? row.attribute : 0, 0);  // empty strings match, zeros do not
-    set(a, 1);
-    expect(0, 0);
-    set(b, 1);
-    expect(row.attribute, 0);
-    set(b, 2);
-    expect(row.text ? row.attribute : 0, row.attribute);
-    set(b, 3);
-    expect(0, row.attribute);
+      faces[i].attributes = bit;
+      if (text) faces[i].*text = texts[i];
+      if (number) faces[i].*number = i;
+    }
+    using Bits = std::pair<std::uint32_t, std::uint32_t>;
+    const std::uint32_t text_bit = text ? bit : 0;
+    EXPECT_EQ(Match(faces[0], faces[0]), Bits(text_bit, 0)) << "empty strings match, zeros do not";
+    EXPECT_EQ(Match(faces[1], faces[0]), Bits(0, 0));
+    EXPECT_EQ(Match(faces[1], faces[1]), Bits(bit, 0));
+    EXPECT_EQ(Match(faces[1], faces[2]), Bits(text_bit, bit)) << "strings in case alone";
+    EXPECT_EQ(Match(faces[1], faces[3]), Bits(0, bit));
+    faces[1].attributes = ~bit;
+    EXPECT_EQ(Match(faces[1], faces[1]).first & bit, 0u);
+    EXPECT_EQ(Match(faces[1], faces[3]), Bits(0, 0));
   }
-}
-
-TEST(Match, ChecksPointersThenClearsThenChecksIndexes) {
-  const QM_FontArray a = ArrayOf(NamedFace("A"));
-  std::uint32_t matching = 5;
-  std::uint32_t differing = 6;
-  EXPECT_EQ(QM_Match(&a, 0, nullptr, 0, &matching, &differing), 1);
-  EXPECT_EQ(matching + differing, 11u);
-  EXPECT_EQ(QM_Match(&a, 0, &a, 1, &matching, &differing), 4);
-  EXPECT_EQ(matching | differing, 0u);
-  EXPECT_EQ(QM_Match(&a, 0, &a, 0, &matching, &differing), 0);
-  EXPECT_EQ(matching, 0x300Fu);  // what is empty on both sides, too
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "api/face_builder.h"
 #include "platform/core_foundation/cf_object.h"
@@ -29,59 +30,44 @@ struct PropertyListForm : ::testing::Test {
 };
 
 TEST_F(PropertyListForm, WritesElevenStringsAFace) {
-  QM_FontSpecifier face;
-  face.kind = "TrueType";
-  face.family = "Quill <&> Sans";
-  face.postScriptName = "Quill\x01";
-  face.version = "Version 1.5;x";
-  face.outlineFileName = "/a/b";
-  face.kerningChecksum = 0x1234;
-  face.checksum = 0xFFFFFFFF;
-  face.outlineFileSize = 0xFFFFFFFE;
-  face.attributes = QM_ATTRIBUTES_ALL & ~std::uint32_t{QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_FOUNDRY};
+  QM_FontSpecifier face = StoredFace();
+  face.attributes &= ~std::uint32_t{QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_FOUNDRY};
   const std::string text = PropertyList(ArrayOf(face));
   const auto entry = [](const std::string& key, const std::string& value) {
     return "\t\t<key>" + key + "</key>\n\t\t<string>" + value + "</string>\n";
   };
-  EXPECT_EQ(text, kHead + "<array>\n\t<dict>\n" + entry("Checksum", "00001234") +
+  EXPECT_EQ(text, kHead + "<array>\n\t<dict>\n" + entry("Checksum", "1A2B3C4D") +
                       entry("Family", "Quill &lt;&amp;&gt; Sans") + entry("FontKind", "TrueType") +
-                      entry("Foundry", "") + entry("KerningChecksum", "00001234") + entry("Keywords", "") +
+                      entry("Foundry", "") + entry("KerningChecksum", "1A2B3C4D") + entry("Keywords", "") +
                       entry("OutlineFileName", "/a/b") + entry("OutlineFileSize", "-2") + entry("Path", "") +
                       entry("PostScriptName", "Quill\x01") + entry("Version", "1.5") +
                       "\t</dict>\n</array>\n</plist>\n");
   const OwnedArray read = Read(text);
-  EXPECT_EQ(read->at(0).attributes, 0x703Fu) << "what was absent is held now, empty";
-  EXPECT_EQ(read->at(0).kerningChecksum, 0x1234u);
+  EXPECT_EQ(read->at(0).attributes, 0x703Fu) << "what was absent is held, empty";
+  EXPECT_EQ(read->at(0).kerningChecksum, 0x1A2B3C4Du);
   EXPECT_EQ(read->at(0).outlineFileSize, 0xFFFFFFFEu);
 }
 
 TEST_F(PropertyListForm, WritesTheLongestValidBeginning) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"Quill\xFF Sans", "Quill"},
-      {std::string(510, 'a') + "\xC3\xA9", std::string(510, 'a')},  // cut inside the character
-  };
-  for (const auto& [name, expected] : rows) {
+  const std::string cut(510, 'a');  // inside the character that follows
+  for (const auto& [name, expected] : {std::pair<std::string, std::string>("Quill\xFF Sans", "Quill"),
+                                       {"\xEF\xBB\xBFQuill", "Quill"},
+                                       {cut + "\xC3\xA9", cut}}) {
     EXPECT_EQ(Read(PropertyList(ArrayOf(NamedFace(name.c_str()))))->at(0).postScriptName.str(), expected);
   }
 }
 
 TEST_F(PropertyListForm, ReadsStringsOnly) {
-  const struct {
-    const char* what;
-    const char* element;
-    std::uint32_t attributes;
-  } rows[] = {
-      {"one key", "<dict><key>PostScriptName</key><string>A</string></dict>", 0x1},
-      {"a number", "<dict><key>Checksum</key><integer>5</integer></dict>", 0},
-      {"no dictionary", "<string>PostScriptName</string>", 0},
-  };
-  for (const auto& row : rows) {
-    const OwnedArray read = Read("<array>" + std::string(row.element) + "</array>");
-    ASSERT_EQ(read->size(), 1u) << row.what;
-    EXPECT_EQ(read->at(0).attributes, row.attributes) << row.what;
+  for (const auto& [element, attributes, checksum] :
+       {std::tuple("<dict><key>PostScriptName</key><string>A</string></dict>", 0x1u, 0u),
+        {"<dict><key>Checksum</key><string>FFFFFFFF</string></dict>", 0x4000u, 0x7FFFFFFFu},
+        {"<dict><key>Checksum</key><integer>5</integer></dict>", 0u, 0u},
+        {"<string>PostScriptName</string>", 0u, 0u}}) {
+    const OwnedArray read = Read("<array>" + std::string(element) + "</array>");
+    ASSERT_EQ(read->size(), 1u) << element;
+    EXPECT_EQ(read->at(0).attributes, attributes) << element;
+    EXPECT_EQ(read->at(0).checksum, checksum) << element;
   }
-  EXPECT_EQ(Read("<array><dict><key>Checksum</key><string>FFFFFFFF</string></dict></array>")->at(0).checksum,
-            0x7FFFFFFFu);
 }
 
 TEST_F(PropertyListForm, WritesNoFaceAndRefusesWhatHoldsNone) {

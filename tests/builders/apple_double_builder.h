@@ -3,11 +3,7 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_APPLE_DOUBLE_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_APPLE_DOUBLE_BUILDER_H_
 
-#include <cstdint>
-#include <string>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "builders/spoilable_builder.h"
 
@@ -36,10 +32,10 @@ class AppleDoubleBuilder : public SpoilableBuilder {
  protected:
   std::string Lay() const override {
     BigEndianWriter file;
-    file.U32(0x00051607).U32(version_).Zeros(16).U16(static_cast<std::uint32_t>(entries_.size()));
+    file.U32(0x00051607).U32(version_).Zeros(16).U16(entries_.size());
     std::size_t start = kFirstEntryOffset + 12 * entries_.size();
     for (const auto& [number, bytes] : entries_) {
-      file.U32(number).U32(static_cast<std::uint32_t>(start)).U32(static_cast<std::uint32_t>(bytes.size()));
+      file.U32(number).U32(start).U32(bytes.size());
       start += bytes.size();
     }
     for (const auto& [number, bytes] : entries_) file.Text(bytes);

@@ -8,13 +8,14 @@
 
 namespace quillmark::big_endian {
 
-inline std::string Field(std::uint32_t value, int size) {
+// The low bytes of the value.
+inline std::string Field(std::uint64_t value, int size) {
   std::string bytes;
   for (int shift = 8 * (size - 1); shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift & 0xFFu);
   return bytes;
 }
-inline std::string U16(std::uint32_t value) { return Field(value, 2); }
-inline std::string U32(std::uint32_t value) { return Field(value, 4); }
+inline std::string U16(std::uint64_t value) { return Field(value, 2); }
+inline std::string U32(std::uint64_t value) { return Field(value, 4); }
 
 // Replace a field; an offset outside the bytes throws.
 inline void Set16(std::string& bytes, std::size_t offset, std::uint32_t value) {

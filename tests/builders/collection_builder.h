@@ -3,9 +3,7 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_COLLECTION_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_COLLECTION_BUILDER_H_
 
-#include <cstdint>
-#include <string>
-#include <vector>
+#include <map>
 
 #include "builders/sfnt_builder.h"
 
@@ -32,7 +30,32 @@ class CollectionBuilder {
     trailer_ = bytes;
     return *this;
   }
-  std::string Build() const;
+
+  std::string Build() const {
+    const std::size_t directories_start = 12 + 4 * faces_.size();
+    std::size_t data_start = directories_start;
+    for (const SfntBuilder& font : fonts_) data_start += 12 + 16 * font.Tables().size();
+
+    std::vector<std::size_t> directory_offsets;
+    std::string directories;
+    std::string data;
+    std::map<std::string, std::size_t> stored;  // offset in `data`
+    for (const SfntBuilder& font : fonts_) {
+      const auto tables = font.Tables();
+      directory_offsets.push_back(directories_start + directories.size());
+      directories += SfntHeader(font.version(), tables.size());
+      for (const auto& [tag, bytes] : tables) {
+        const auto [place, is_new] = stored.try_emplace(bytes, data.size());
+        directories += SfntDirectoryEntry(tag, bytes, data_start + place->second);
+        if (!is_new) continue;
+        data += bytes;
+        data.resize((data.size() + 3) / 4 * 4);
+      }
+    }
+    std::string header = "ttcf" + big_endian::U32(version_) + big_endian::U32(faces_.size());
+    for (const std::size_t font : faces_) header += big_endian::U32(directory_offsets[font]);
+    return header + directories + data + trailer_;
+  }
 
  private:
   std::uint32_t version_ = 0x00010000;

@@ -4,11 +4,7 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_FOND_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_FOND_BUILDER_H_
 
-#include <cstdint>
 #include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "builders/spoilable_builder.h"
 
@@ -25,7 +21,7 @@ class FondBuilder : public SpoilableBuilder {
   explicit FondBuilder(std::int16_t family_id) : family_id_(family_id) {}
 
   FondBuilder& Association(std::int16_t size, std::int16_t style, std::int16_t resource_id) {
-    associations_.push_back({size, style, resource_id});
+    associations_.I16s({size, style, resource_id});
     return *this;
   }
   // Stores this as "number of entries minus 1", whatever was added.
@@ -34,20 +30,22 @@ class FondBuilder : public SpoilableBuilder {
     return *this;
   }
   FondBuilder& International(std::int16_t word_1, std::int16_t word_2) {
-    international_1_ = word_1;
-    international_2_ = word_2;
+    international_ = BigEndianWriter().I16s({word_1, word_2}).bytes();
     return *this;
   }
 
-  FondBuilder& Kerning(std::int16_t style, std::vector<KerningPair> pairs) {
-    kerning_.push_back({style, std::move(pairs)});
+  FondBuilder& Kerning(std::int16_t style, const std::vector<KerningPair>& pairs) {
+    kerning_.I16(style).U16(pairs.size());
+    for (const KerningPair& pair : pairs) kerning_.U8(pair.first).U8(pair.second).I16(pair.value);
+    ++kerning_count_;
     return *this;
   }
 
   // Appends a string of the style mapping table; the first is the base PostScript name. A suffix list is a
   // string of string numbers, as in StyleString("\x02\x04").
-  FondBuilder& StyleString(std::string text) {
-    style_strings_.push_back(std::move(text));
+  FondBuilder& StyleString(std::string_view text) {
+    style_strings_.Pascal(text);
+    ++style_string_count_;
     return *this;
   }
   // Makes style index 0 to 47 point at a string, from 1. Without a call it is 1.
@@ -58,55 +56,34 @@ class FondBuilder : public SpoilableBuilder {
 
  protected:
   std::string Lay() const override {
-    BigEndianWriter associations;
-    associations.I16(stored_association_count_.value_or(static_cast<std::int16_t>(associations_.size()) - 1));
-    for (const auto& entry : associations_)
-      associations.I16(entry.size).I16(entry.style).I16(entry.resource_id);
-
+    const auto entries = static_cast<std::int16_t>(associations_.size() / 6);
     BigEndianWriter kerning;
-    if (!kerning_.empty()) {
-      kerning.U16(static_cast<std::uint32_t>(kerning_.size()) - 1);
-      for (const auto& table : kerning_) {
-        kerning.I16(table.style).U16(static_cast<std::uint32_t>(table.pairs.size()));
-        for (const auto& pair : table.pairs) kerning.U8(pair.first).U8(pair.second).I16(pair.value);
-      }
-    }
-
-    BigEndianWriter styles;
-    if (!style_strings_.empty()) {
-      styles.Zeros(10);  // font class, glyph-encoding offset, reserved
-      styles.Text(style_indexes_).U16(static_cast<std::uint32_t>(style_strings_.size()));
-      for (const std::string& text : style_strings_) styles.Pascal(text);
-    }
-
-    const std::size_t kerning_offset = 52 + associations.size();
+    if (kerning_count_ > 0) kerning.U16(kerning_count_ - 1).Text(kerning_.bytes());
+    const std::size_t kerning_offset = 54 + associations_.size();
     const std::size_t styles_offset = kerning_offset + kerning.size();
+
     BigEndianWriter fond;
-    fond.U16(0).I16(family_id_).Zeros(12).U32(0);  // flags, ID, metrics, width table
-    fond.U32(kerning.size() == 0 ? 0 : static_cast<std::uint32_t>(kerning_offset));
-    fond.U32(styles.size() == 0 ? 0 : static_cast<std::uint32_t>(styles_offset));
-    fond.Zeros(18).I16(international_1_).I16(international_2_).U16(2);
-    return fond.bytes() + associations.bytes() + kerning.bytes() + styles.bytes();
+    fond.U16(0).I16(family_id_).Zeros(16);  // flags, ID, metrics, width table
+    fond.U32(kerning_count_ > 0 ? kerning_offset : 0).U32(style_string_count_ > 0 ? styles_offset : 0);
+    fond.Zeros(18).Text(international_).U16(2);
+    fond.I16(stored_association_count_.value_or(entries - 1)).Text(associations_.bytes());
+    fond.Text(kerning.bytes());
+    if (style_string_count_ > 0) {
+      fond.Zeros(10);  // font class, glyph-encoding offset, reserved
+      fond.Text(style_indexes_).U16(style_string_count_).Text(style_strings_.bytes());
+    }
+    return fond.bytes();
   }
 
  private:
-  struct AssociationEntry {
-    std::int16_t size;
-    std::int16_t style;
-    std::int16_t resource_id;
-  };
-  struct KerningSubtable {
-    std::int16_t style;
-    std::vector<KerningPair> pairs;
-  };
-
   std::int16_t family_id_;
-  std::int16_t international_1_ = 0;
-  std::int16_t international_2_ = 0;
-  std::vector<AssociationEntry> associations_;
+  std::string international_ = std::string(4, '\0');
+  BigEndianWriter associations_;
   std::optional<std::int16_t> stored_association_count_;
-  std::vector<KerningSubtable> kerning_;
-  std::vector<std::string> style_strings_;
+  BigEndianWriter kerning_;
+  std::size_t kerning_count_ = 0;
+  BigEndianWriter style_strings_;
+  std::size_t style_string_count_ = 0;
   std::string style_indexes_ = std::string(48, 1);
 };
 

@@ -4,14 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <map>
-#include <memory>
-#include <optional>
-#include <span>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/files/file_system.h"
 
@@ -19,9 +13,7 @@ namespace quillmark {
 
 class MemoryFiles : public FileSystem {
  public:
-  // Reads of a file give no byte from `fail_from` on, but an error.
-  explicit MemoryFiles(std::map<std::string, std::string> files, std::uint64_t fail_from = UINT64_MAX)
-      : files_(std::move(files)), fail_from_(fail_from) {}
+  explicit MemoryFiles(std::map<std::string, std::string> files) : files_(std::move(files)) {}
 
   FileStatus Status(const std::string& path) const override {
     const auto found = files_.find(path);
@@ -30,8 +22,7 @@ class MemoryFiles : public FileSystem {
   }
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override {
     const auto found = files_.find(path);
-    if (found == files_.end()) return nullptr;
-    return std::make_unique<File>(found->second, fail_from_);
+    return found == files_.end() ? nullptr : std::make_unique<File>(found->second);
   }
   std::vector<std::string> AttributeNames(const std::string&) const override { return {}; }
   std::optional<std::string> Attribute(const std::string&, const std::string&) const override {
@@ -41,23 +32,20 @@ class MemoryFiles : public FileSystem {
  private:
   class File : public OpenedFile {
    public:
-    File(const std::string& bytes, std::uint64_t fail_from) : bytes_(bytes), fail_from_(fail_from) {}
+    explicit File(std::string_view bytes) : bytes_(bytes) {}
     std::uint64_t size() const override { return bytes_.size(); }
     ReadResult ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
-      const std::uint64_t end = std::min<std::uint64_t>(bytes_.size(), fail_from_);
-      const std::size_t length = offset < end ? std::min<std::size_t>(out.size(), end - offset) : 0;
-      std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(length == 0 ? 0 : offset), length,
-                  out.begin());
-      return {length, length < out.size() && end < bytes_.size() ? EIO : 0};
+      const std::string_view rest = bytes_.substr(std::min<std::uint64_t>(offset, bytes_.size()));
+      const std::size_t length = std::min(rest.size(), out.size());
+      std::copy_n(rest.begin(), length, out.begin());
+      return {length, 0};
     }
 
    private:
-    const std::string& bytes_;
-    const std::uint64_t fail_from_;
+    const std::string_view bytes_;
   };
 
   const std::map<std::string, std::string> files_;
-  const std::uint64_t fail_from_;
 };
 
 }  // namespace quillmark

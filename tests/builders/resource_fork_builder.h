@@ -4,10 +4,11 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_RESOURCE_FORK_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_RESOURCE_FORK_BUILDER_H_
 
-#include <cstdint>
+#include <algorithm>
+#include <map>
 #include <optional>
-#include <string>
-#include <vector>
+#include <set>
+#include <utility>
 
 #include "builders/spoilable_builder.h"
 #include "platform/byte_reader.h"
@@ -20,7 +21,12 @@ class ResourceForkBuilder : public SpoilableBuilder {
 
   // Types are listed in the order in which their first resources came, resources in the order they came.
   ResourceForkBuilder& Add(std::uint32_t type, std::int16_t id, std::string data,
-                           std::optional<std::string> name = std::nullopt, std::uint8_t attributes = 0);
+                           std::optional<std::string> name = std::nullopt, std::uint8_t attributes = 0) {
+    auto entry = std::find_if(types_.begin(), types_.end(), [&](const auto& t) { return t.type == type; });
+    if (entry == types_.end()) entry = types_.insert(types_.end(), TypeEntry{type, {}});
+    entry->resources.push_back({id, std::move(data), std::move(name), attributes});
+    return *this;
+  }
   // A type that is listed without any resource (count FFFF); may repeat a type that is there.
   ResourceForkBuilder& AddEmptyType(std::uint32_t type) {
     types_.push_back({type, {}});
@@ -36,7 +42,7 @@ class ResourceForkBuilder : public SpoilableBuilder {
     odd_order_ = true;
     return *this;
   }
-  // Stores data of equal bytes once, for all the resources that hold them.
+  // Resources with the same data have one copy of them.
   ResourceForkBuilder& ShareEqualData() {
     share_equal_data_ = true;
     return *this;
@@ -48,10 +54,56 @@ class ResourceForkBuilder : public SpoilableBuilder {
   }
 
   // Offset in the fork of the 12-byte reference of resource `index` (from 0) of type entry `type_index`.
-  static std::size_t ReferenceOffset(const std::string& fork, std::size_t type_index, std::size_t index);
+  static std::size_t ReferenceOffset(const std::string& fork, std::size_t type_index, std::size_t index) {
+    const Bytes bytes = AsBytes(fork);
+    const std::size_t map = U32At(bytes, 4).value();
+    const std::size_t types = map + U16At(bytes, map + 24).value();
+    return types + U16At(bytes, types + 2 + 8 * type_index + 6).value() + 12 * index;
+  }
 
  protected:
-  std::string Lay() const override;
+  std::string Lay() const override {
+    constexpr std::size_t kHeaderSize = 256;  // 16 bytes, 240 kept for the system and the application
+    constexpr std::size_t kMapHeaderSize = 28;
+    std::size_t data_size = 0;
+    std::set<std::string> different;
+    for (const TypeEntry& entry : types_) {
+      for (const Resource& resource : entry.resources) {
+        if (different.insert(resource.data).second || !share_equal_data_)
+          data_size += 4 + resource.data.size();
+      }
+    }
+    std::map<std::string, std::size_t> starts;  // of the data, where they are shared
+    std::string data, references, names;
+    BigEndianWriter types;
+    types.U16(types_.size() - 1);
+    for (const TypeEntry& entry : types_) {
+      types.U32(entry.type).U16(entry.resources.size() - 1).U16(2 + 8 * types_.size() + references.size());
+      for (const Resource& resource : entry.resources) {
+        const std::string block = big_endian::U32(resource.data.size()) + resource.data;
+        std::size_t at = odd_order_ ? data_size - data.size() - block.size() : data.size();
+        const auto [stored, is_new] = starts.try_emplace(resource.data, at);
+        if (share_equal_data_) at = stored->second;
+        if (is_new || !share_equal_data_) data.insert(odd_order_ ? 0 : data.size(), block);
+        BigEndianWriter reference;
+        reference.I16(resource.id).U16(resource.name ? names.size() : 0xFFFF);
+        references += reference.U8(resource.attributes).U24(at).U32(0).bytes();
+        if (resource.name) names += BigEndianWriter().Pascal(*resource.name).bytes();
+      }
+    }
+    const std::string lists = types.bytes() + references;
+    const std::size_t map_size = kMapHeaderSize + lists.size() + names.size();
+    BigEndianWriter header;
+    header.U32(kHeaderSize + (map_first_ ? map_size : 0)).U32(kHeaderSize + (map_first_ ? 0 : data_size));
+    header.U32(data_size).U32(map_size);
+    BigEndianWriter map;
+    map.Text(header.bytes()).Zeros(6).U16(map_attributes_);
+    map.U16(kMapHeaderSize + (odd_order_ ? names.size() : 0));
+    map.U16(kMapHeaderSize + (odd_order_ ? 0 : lists.size()));
+    map.Text(odd_order_ ? names + lists : lists + names);
+    header.Zeros(kHeaderSize - header.size());
+    return header.bytes() + (map_first_ ? map.bytes() + data : data + map.bytes());
+  }
 
  private:
   struct Resource {

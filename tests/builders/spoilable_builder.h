@@ -3,36 +3,38 @@
 #ifndef QUILLMARK_TESTS_BUILDERS_SPOILABLE_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_SPOILABLE_BUILDER_H_
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
-#include <string>
-#include <string_view>
+#include <initializer_list>
+#include <stdexcept>
 #include <vector>
 
 #include "builders/big_endian.h"
 
 namespace quillmark {
 
-// Appends big-endian values to a string.
+// Appends big-endian values, of which it takes the low bytes, to a string.
 class BigEndianWriter {
  public:
-  BigEndianWriter& U8(std::uint32_t value) { return Put(value, 1); }
-  BigEndianWriter& U16(std::uint32_t value) { return Put(value, 2); }
-  BigEndianWriter& U24(std::uint32_t value) { return Put(value, 3); }
-  BigEndianWriter& U32(std::uint32_t value) { return Put(value, 4); }
+  BigEndianWriter& U8(std::uint64_t value) { return Text(big_endian::Field(value, 1)); }
+  BigEndianWriter& U16(std::uint64_t value) { return Text(big_endian::Field(value, 2)); }
+  BigEndianWriter& U24(std::uint64_t value) { return Text(big_endian::Field(value, 3)); }
+  BigEndianWriter& U32(std::uint64_t value) { return Text(big_endian::Field(value, 4)); }
   BigEndianWriter& I16(std::int16_t value) { return U16(static_cast<std::uint16_t>(value)); }
-  BigEndianWriter& Text(std::string_view text);
-  BigEndianWriter& Pascal(std::string_view text) {
-    return U8(static_cast<std::uint32_t>(text.size())).Text(text);
+  BigEndianWriter& I16s(std::initializer_list<std::int16_t> values) {
+    for (const std::int16_t value : values) I16(value);
+    return *this;
   }
-  BigEndianWriter& Zeros(std::size_t count);
+  BigEndianWriter& Text(std::string_view text) {
+    bytes_ += text;
+    return *this;
+  }
+  BigEndianWriter& Pascal(std::string_view text) { return U8(text.size()).Text(text); }
+  BigEndianWriter& Zeros(std::size_t count) { return Text(std::string(count, '\0')); }
 
   std::size_t size() const { return bytes_.size(); }
   const std::string& bytes() const { return bytes_; }
 
  private:
-  BigEndianWriter& Put(std::uint32_t value, int width) { return Text(big_endian::Field(value, width)); }
   std::string bytes_;
 };
 
@@ -41,18 +43,29 @@ class SpoilableBuilder {
   virtual ~SpoilableBuilder() = default;
 
   // Overwrite bytes that the built file has at `offset`; std::out_of_range when it has none there.
-  void SetU8(std::size_t offset, std::uint8_t value) { Set(offset, value, 1); }
-  void SetU16(std::size_t offset, std::uint16_t value) { Set(offset, value, 2); }
-  void SetU32(std::size_t offset, std::uint32_t value) { Set(offset, value, 4); }
-  void Truncate(std::size_t length);
+  void SetU8(std::size_t offset, std::uint8_t value) { Set(offset, big_endian::Field(value, 1)); }
+  void SetU16(std::size_t offset, std::uint16_t value) { Set(offset, big_endian::U16(value)); }
+  void SetU32(std::size_t offset, std::uint32_t value) { Set(offset, big_endian::U32(value)); }
+  void Truncate(std::size_t length) {
+    spoils_.push_back([=](std::string& built) { built.resize(length); });
+  }
 
-  std::string Build() const;
+  std::string Build() const {
+    std::string built = Lay();
+    for (const auto& spoil : spoils_) spoil(built);
+    return built;
+  }
 
  protected:
   virtual std::string Lay() const = 0;
 
  private:
-  void Set(std::size_t offset, std::uint32_t value, int width);
+  void Set(std::size_t offset, const std::string& bytes) {
+    spoils_.push_back([=](std::string& built) {
+      if (offset + bytes.size() > built.size()) throw std::out_of_range("nothing to overwrite");
+      built.replace(offset, bytes.size(), bytes);
+    });
+  }
   std::vector<std::function<void(std::string&)>> spoils_;
 };
 

@@ -25,84 +25,74 @@ static const char kStored[] =
     "<KerningChecksum>0000000B</KerningChecksum><Checksum>0000000C</Checksum>"
     "<OutlineFileSize>13</OutlineFileSize></FontData>";
 
+/* Attributes with their text, null where none is held; how a bad index is answered, -1 by an exception. */
+static const struct {
+  string_getter get;
+  const char* expected;
+  int32_t bad_index;
+} kTexts[] = {{QM_GetKindName, "TrueType", -1},
+              {QM_GetFamilyName, "Quill", -1},
+              {QM_GetPostScriptName, "Quill-Sans", 4},
+              {QM_GetFullName, NULL, 4},
+              {QM_GetDisplayName, NULL, 4},
+              {QM_GetPlatform, NULL, 4},
+              {QM_GetPrinterFont, "/a/b.pfb", 4},
+              {QM_GetWindowsFullName, NULL, 4},
+              {QM_GetVersion, "1.5", 4},
+              {QM_GetFoundryName, "--", 4},
+              {QM_GetLegacyFoundryName, "--", 4},
+              {QM_GetWindowsMMFile, NULL, 1}};
+
+static const struct {
+  number_getter get;
+  int32_t status;
+  uint32_t expected;
+} kNumbers[] = {{QM_GetKerningChecksum, QM_STATUS_OK, 11},
+                {QM_GetQuillmarkChecksum, QM_STATUS_OK, 12},
+                {QM_GetLegacyQuillmarkChecksum, QM_STATUS_NOT_HELD, 77},
+                {QM_GetOutlineFileSize, QM_STATUS_OK, 13}};
+
 /* A buffer of `size` bytes in the middle of a larger one: nothing outside it may change. */
-static void check_copy(string_getter getter, const QM_FontArray* array, const char* expected, int32_t size) {
+static void check_copy(string_getter get, const QM_FontArray* array, const char* expected, int32_t size) {
   char buffer[80];
-  const size_t length = strlen(expected);
+  char wanted[80];
   memset(buffer, '?', sizeof buffer);
-  CHECK(getter(array, 0, buffer + 1, size) == QM_STATUS_OK);
-  CHECK(buffer[0] == '?');
-  if (size < 1) {
-    CHECK(buffer[1] == '?');
-  } else {
-    const size_t copied = length < (size_t)size - 1 ? length : (size_t)size - 1;
-    CHECK(memcmp(buffer + 1, expected, copied) == 0);
-    CHECK(buffer[1 + copied] == '\0');
-    CHECK(buffer[2 + copied] == '?');
-  }
+  memset(wanted, '?', sizeof wanted);
+  if (size > 0) sprintf(wanted + 1, "%.*s", (int)size - 1, expected);
+  CHECK(get(array, 0, buffer + 1, size) == QM_STATUS_OK);
+  CHECK(memcmp(buffer, wanted, sizeof buffer) == 0);
 }
 
-static void check_string_getters(const QM_FontArray* array) {
-  /* Held attributes with their text; the others, null; how a bad index is answered, -1 by an exception. */
-  static const struct {
-    string_getter getter;
-    const char* expected;
-    int32_t bad_index;
-  } rows[] = {
-      {QM_GetKindName, "TrueType", -1},
-      {QM_GetFamilyName, "Quill", -1},
-      {QM_GetPostScriptName, "Quill-Sans", 4},
-      {QM_GetFullName, NULL, 4},
-      {QM_GetDisplayName, NULL, 4},
-      {QM_GetPlatform, NULL, 4},
-      {QM_GetPrinterFont, "/a/b.pfb", 4},
-      {QM_GetWindowsFullName, NULL, 4},
-      {QM_GetVersion, "1.5", 4},
-      {QM_GetFoundryName, "--", 4},
-      {QM_GetLegacyFoundryName, "--", 4},
-      {QM_GetWindowsMMFile, NULL, 1},
-  };
-  char buffer[8];
+static void check_getters(const QM_FontArray* array) {
+  static const uint32_t bad[] = {1, UINT32_MAX};
+  char text[8] = "?";
+  uint32_t value = 77;
   size_t i;
-  for (i = 0; i < sizeof rows / sizeof rows[0]; ++i) {
-    memset(buffer, '?', sizeof buffer);
-    CHECK(rows[i].getter(NULL, 0, buffer, sizeof buffer) == QM_STATUS_FAILED);
-    CHECK(rows[i].getter(array, 0, NULL, sizeof buffer) == QM_STATUS_FAILED);
-    if (rows[i].bad_index >= 0) {
-      CHECK(rows[i].getter(array, 1, buffer, sizeof buffer) == rows[i].bad_index);
-      CHECK(rows[i].getter(array, UINT32_MAX, buffer, sizeof buffer) == rows[i].bad_index);
+  size_t k;
+  for (i = 0; i < sizeof kTexts / sizeof kTexts[0]; ++i) {
+    const string_getter get = kTexts[i].get;
+    CHECK(get(NULL, 0, text, sizeof text) == QM_STATUS_FAILED);
+    CHECK(get(array, 0, NULL, sizeof text) == QM_STATUS_FAILED);
+    for (k = 0; k < 2 && kTexts[i].bad_index >= 0; ++k) {
+      CHECK(get(array, bad[k], text, sizeof text) == kTexts[i].bad_index);
     }
-    if (!rows[i].expected) CHECK(rows[i].getter(array, 0, buffer, sizeof buffer) == QM_STATUS_NOT_HELD);
-    CHECK(buffer[0] == '?');
-    if (rows[i].expected) {
-      const int32_t needed = (int32_t)strlen(rows[i].expected) + 1;
+    if (kTexts[i].expected) {
+      const int32_t needed = (int32_t)strlen(kTexts[i].expected) + 1;
       const int32_t sizes[] = {INT32_MIN, -1, 0, 1, needed - 1, needed};
-      size_t k;
-      for (k = 0; k < sizeof sizes / sizeof sizes[0]; ++k) {
-        check_copy(rows[i].getter, array, rows[i].expected, sizes[k]);
-      }
+      for (k = 0; k < 6; ++k) check_copy(get, array, kTexts[i].expected, sizes[k]);
+    } else {
+      CHECK(get(array, 0, text, sizeof text) == QM_STATUS_NOT_HELD);
     }
+    CHECK(text[0] == '?');
   }
-}
-
-static void check_number_getters(const QM_FontArray* array) {
-  static const struct {
-    number_getter getter;
-    int32_t status;
-    uint32_t expected;
-  } rows[] = {{QM_GetKerningChecksum, 0, 11},
-              {QM_GetQuillmarkChecksum, 0, 12},
-              {QM_GetLegacyQuillmarkChecksum, 5, 77},
-              {QM_GetOutlineFileSize, 0, 13}};
-  size_t i;
-  for (i = 0; i < sizeof rows / sizeof rows[0]; ++i) {
-    uint32_t value = 77;
-    CHECK(rows[i].getter(NULL, 0, &value) == QM_STATUS_FAILED);
-    CHECK(rows[i].getter(array, 0, NULL) == QM_STATUS_FAILED);
-    CHECK(rows[i].getter(array, 1, &value) == QM_STATUS_OUT_OF_RANGE);
-    CHECK(rows[i].getter(array, UINT32_MAX, &value) == QM_STATUS_OUT_OF_RANGE);
+  for (i = 0; i < sizeof kNumbers / sizeof kNumbers[0]; ++i) {
+    const number_getter get = kNumbers[i].get;
+    value = 77;
+    CHECK(get(NULL, 0, &value) == QM_STATUS_FAILED);
+    CHECK(get(array, 0, NULL) == QM_STATUS_FAILED);
+    for (k = 0; k < 2; ++k) CHECK(get(array, bad[k], &value) == QM_STATUS_OUT_OF_RANGE);
     CHECK(value == 77);
-    CHECK(rows[i].getter(array, 0, &value) == rows[i].status && value == rows[i].expected);
+    CHECK(get(array, 0, &value) == kNumbers[i].status && value == kNumbers[i].expected);
   }
 }
 
@@ -136,8 +126,7 @@ static void check_stored_form(const QM_FontArray* array, writer write, reader re
   CHECK(read("", &again) == unreadable && again == NULL);
   CHECK(read(text, &again) == QM_STATUS_OK);
   length = sizeof cut;
-  CHECK(write(again, cut, &length) == QM_STATUS_OK);
-  CHECK(strcmp(cut, text) == 0);
+  CHECK(write(again, cut, &length) == QM_STATUS_OK && strcmp(cut, text) == 0);
   CHECK(QM_SpecifierFree(again) == QM_STATUS_OK);
 }
 
@@ -176,6 +165,7 @@ int main(void) {
   QM_FontArray* array = NULL;
   uint32_t major = 77;
   uint32_t minor = 77;
+  uint32_t number = 77;
   QM_GetQuillmarkVersion(NULL, &minor);
   QM_GetQuillmarkVersion(&major, NULL);
   CHECK(major == 77 && minor == 77);
@@ -188,23 +178,18 @@ int main(void) {
   CHECK(array == NULL);
 
   CHECK(QM_CreateSpecifierFromXML(kStored, &array) == QM_STATUS_OK);
-  if (array) {
-    uint32_t number = 77;
-    CHECK(QM_GetFontCount(NULL, &number) == QM_STATUS_FAILED);
-    CHECK(QM_GetFontCount(array, NULL) == QM_STATUS_FAILED);
-    CHECK(number == 77);
-    CHECK(QM_GetFontCount(array, &number) == QM_STATUS_OK && number == 1);
-    CHECK(QM_GetFontIndexForFONDResourceID(NULL, 0, 0, &number) == QM_STATUS_FAILED && number == 0);
-    number = 77;
-    CHECK(QM_GetFontIndexForFONDResourceID(array, 0, 1, &number) == QM_STATUS_FAILED && number == 0);
-    number = 77;
-    CHECK(QM_GetFontIndexForFONDResourceID(array, 0, 0, &number) == QM_STATUS_OK && number == 0);
-    check_string_getters(array);
-    check_number_getters(array);
-    check_stored_form(array, QM_GetXMLRepresentation, QM_CreateSpecifierFromXML, QM_STATUS_OUT_OF_RANGE);
-    check_stored_form(array, QM_GetPropertyListRepresentation, QM_CreateSpecifierFromPropertyList,
-                      QM_STATUS_FAILED);
-  }
+  CHECK(QM_GetFontCount(NULL, &number) == QM_STATUS_FAILED && number == 77);
+  CHECK(QM_GetFontCount(array, NULL) == QM_STATUS_FAILED);
+  CHECK(QM_GetFontCount(array, &number) == QM_STATUS_OK && number == 1);
+  CHECK(QM_GetFontIndexForFONDResourceID(NULL, 0, 0, &number) == QM_STATUS_FAILED && number == 0);
+  number = 77;
+  CHECK(QM_GetFontIndexForFONDResourceID(array, 0, 1, &number) == QM_STATUS_FAILED && number == 0);
+  number = 77;
+  CHECK(QM_GetFontIndexForFONDResourceID(array, 0, 0, &number) == QM_STATUS_OK && number == 0);
+  check_getters(array);
+  check_stored_form(array, QM_GetXMLRepresentation, QM_CreateSpecifierFromXML, QM_STATUS_OUT_OF_RANGE);
+  check_stored_form(array, QM_GetPropertyListRepresentation, QM_CreateSpecifierFromPropertyList,
+                    QM_STATUS_FAILED);
   check_names_without_an_array();
   CHECK(QM_SpecifierFree(NULL) == QM_STATUS_FAILED);
   CHECK(QM_SpecifierFree(array) == QM_STATUS_OK);

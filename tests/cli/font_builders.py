@@ -6,18 +6,17 @@ import zlib
 FOUNDRIES = {"Adobe": "Adobe Systems Incorporated", "Monotype": "Monotype Imaging Inc."}
 
 
-def name_table(*names):
-    """Windows US English records of (name ID, text)."""
-    texts = [text.encode("utf-16-be") for _, text in names]
-    table = struct.pack(">HHH", 0, len(names), 6 + 12 * len(names))
-    offset = 0
-    for (number, _), text in zip(names, texts):
-        table += struct.pack(">6H", 3, 1, 0x409, number, len(text), offset)
-        offset += len(text)
-    return table + b"".join(texts)
+def name_table(*names, platform=(3, 1, 0x409), encoding="utf-16-be"):
+    """Records of (name ID, text), of Windows unless told."""
+    records, strings = b"", b""
+    for number, text in names:
+        encoded = text.encode(encoding)
+        records += struct.pack(">6H", *platform, number, len(encoded), len(strings))
+        strings += encoded
+    return struct.pack(">3H", 0, len(names), 6 + len(records)) + records + strings
 
 
-def directory(tables, version):
+def directory(tables, version=b"\0\1\0\0"):
     """The directory and the tables behind it, padded but for the last."""
     head = version + struct.pack(">4H", len(tables), 0, 0, 0)
     offset = 12 + 16 * len(tables)
@@ -30,8 +29,8 @@ def directory(tables, version):
     return head + body
 
 
-def sfnt(name="Quill", version=b"\0\1\0\0", **tables):
-    return directory({"name": name_table((6, name)), "zero": bytes(8), **tables}, version)
+def sfnt(name="Quill", version=b"\0\1\0\0"):
+    return directory({"name": name_table((6, name)), "zero": bytes(8)}, version)
 
 
 def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data", full_name=None, **tables):
@@ -39,13 +38,8 @@ def mac_font(name, version="1.0", family="Quill", foundry="Adobe", data=b"data",
     texts = {1: family, 4: full_name or name, 5: f"Version {version}", 8: FOUNDRIES.get(foundry, foundry)}
     if name:
         texts[6] = name
-    records, strings = b"", b""
-    for number, text in texts.items():
-        encoded = text.encode("mac_roman")
-        records += struct.pack(">6H", 1, 0, 0, number, len(encoded), len(strings))
-        strings += encoded
-    table = struct.pack(">3H", 0, len(texts), 6 + len(records)) + records + strings
-    return directory({"glyf": data, "name": table + bytes(-len(table) % 4), **tables}, b"\0\1\0\0")
+    table = name_table(*texts.items(), platform=(1, 0, 0), encoding="mac_roman")
+    return directory({"glyf": data, "name": table + bytes(-len(table) % 4), **tables})
 
 
 def collection(*fonts):
@@ -53,21 +47,23 @@ def collection(*fonts):
     offsets, body = [], b""
     for font in fonts:
         if isinstance(font, str):
-            font = directory({"zero": bytes(7), "name": name_table((6, font))}, b"\0\1\0\0")
+            font = directory({"zero": bytes(7), "name": name_table((6, font))})
         offsets.append(12 + 4 * len(fonts) + len(body))
         moved = bytearray(font)
         for entry in range(12, 12 + 16 * struct.unpack_from(">H", font, 4)[0], 16):
             (offset,) = struct.unpack_from(">L", font, entry + 8)
             struct.pack_into(">L", moved, entry + 8, offset + offsets[-1])
         body += moved + bytes(-len(moved) % 4)
-    return b"ttcf" + struct.pack(">2L", 0x10000, len(fonts)) + struct.pack(f">{len(fonts)}L", *offsets) + body
+    return b"ttcf" + struct.pack(f">2L{len(fonts)}L", 0x10000, len(fonts), *offsets) + body
 
 
 def resource_fork(*resources):
-    """Resources of (type, ID, data)."""
-    data, references = b"", {}
-    for kind, number, content in resources:
-        references.setdefault(kind, []).append(struct.pack(">hHLL", number, 0xFFFF, len(data), 0))
+    """Resources of (type, ID, data), or with a name behind it."""
+    data, names, references = b"", b"", {}
+    for kind, number, content, *name in resources:
+        entry = struct.pack(">hHLL", number, len(names) if name else 0xFFFF, len(data), 0)
+        references.setdefault(kind, []).append(entry)
+        names += b"".join(bytes([len(text)]) + text for text in name)
         data += struct.pack(">L", len(content)) + content
     types = struct.pack(">H", (len(references) - 1) & 0xFFFF)
     lists = b""
@@ -76,8 +72,8 @@ def resource_fork(*resources):
         types += struct.pack(">4sHH", kind.encode(), len(entries) - 1, offset)
         lists += b"".join(entries)
     body = types + lists
-    header = struct.pack(">4L", 256, 256 + len(data), len(data), 28 + len(body))
-    return header + bytes(240) + data + header + bytes(8) + struct.pack(">2H", 28, 28 + len(body)) + body
+    header = struct.pack(">4L", 256, 256 + len(data), len(data), 28 + len(body) + len(names))
+    return header + bytes(240) + data + header + bytes(8) + struct.pack(">2H", 28, 28 + len(body)) + body + names
 
 
 def fond(number, *associations, name=b""):
@@ -94,18 +90,7 @@ def apple_double(fork):
 
 def with_checksum(content, wanted):
     """The bytes and four more that give the whole the wanted CRC-32."""
-    table = []
-    for value in range(256):
-        for _ in range(8):
-            value = value >> 1 ^ (0xEDB88320 if value & 1 else 0)
-        table.append(value)
-    by_top_byte = {value >> 24: index for index, value in enumerate(table)}
-    state, indexes = wanted ^ 0xFFFFFFFF, []
-    for _ in range(4):
-        indexes.append(by_top_byte[state >> 24])
-        state = (state ^ table[indexes[-1]]) << 8 & 0xFFFFFFFF
-    state = zlib.crc32(content) ^ 0xFFFFFFFF
-    for index in reversed(indexes):
-        content += bytes([(state ^ index) & 0xFF])
-        state = table[index] ^ state >> 8
-    return content
+    state = wanted ^ 0xFFFFFFFF
+    for _ in range(32):  # a step of the checksum, backwards
+        state = state << 1 ^ (0x1DB710641 if state >> 31 else 0)
+    return content + (state ^ zlib.crc32(content) ^ 0xFFFFFFFF).to_bytes(4, "little")

@@ -2,130 +2,88 @@
 
 import os
 import subprocess
+import unittest
 
-import tool_case
 from font_builders import collection
-from tool_case import ToolCase, made_font, run
+from tool_case import TOOL, ToolCase, made_font
+
+NAMES = "identify -q --format tsv --fields postScriptName"
 
 
 class InputTest(ToolCase):
-    def names(self, *arguments, **options):
-        result = run("identify", "-q", "--format", "tsv", "--fields", "postScriptName", *arguments, **options)
-        self.assertEqual((result.returncode, result.stderr), (0, b""))
-        return result.stdout.decode().split()[1:]
-
     def test_lists_of_paths(self):
-        a, b = (self.write(f"{name}.ttf", made_font(name)) for name in "ab")
-        deep = self.write("folder/deep/c.ttf", made_font("c"))
-        odd = self.write("line\nend.ttf", made_font("odd"))
-        lines = self.write("lines", f"\n{b}\n\n{deep.parent.parent}\n{a}".encode())
-        nuls = self.write("nuls", os.fsencode(odd) + b"\0\0" + os.fsencode(a) + b"\0")
-        with open(lines, "rb") as file:
+        self.write_all({f"{name}.ttf": made_font(name[-1]) for name in ("a", "b", "folder/deep/c", "line\no")})
+        self.write_all({"lines": b"\nb.ttf\n\nfolder\na.ttf", "nuls": b"line\no.ttf\0\0a.ttf\0"})
+        with open(self.folder / "lines", "rb") as file:
             rows = [
-                (["--files-from", lines], {}, ["b", "c", "a"]),
-                (["--files-from", lines, a], {}, ["a", "b", "c", "a"]),
-                (["--files-from", nuls, "-0"], {}, ["odd", "a"]),
-                (["--files-from", "-", "-0", b], {"input": nuls.read_bytes()}, ["b", "odd", "a"]),
-                (["--files-from", "-"], {"stdin": file}, ["b", "c", "a"]),
+                ("--files-from lines", {}, "bca"),
+                ("--files-from lines a.ttf", {}, "abca"),
+                ("--files-from nuls -0", {}, "oa"),
+                ("--files-from - -0 b.ttf", {"input": b"line\no.ttf\0\0a.ttf\0"}, "boa"),
+                ("--files-from -", {"stdin": file}, "bca"),
             ]
-            for arguments, options, expected in rows:
-                with self.subTest(arguments):
-                    for jobs in (1, 3):
-                        file.seek(0)
-                        self.assertEqual(self.names("-j", jobs, *arguments, **options), expected)
+            for words, options, expected in rows:
+                for jobs in (1, 3):
+                    file.seek(0)
+                    self.check(f"{NAMES} -j {jobs} {words}", 0, "\n".join(["postScriptName", *expected, ""]), **options)
+        # A path of a list counts as named.
+        self.check("identify --files-from -", 1, err="none.ttf: no such file\n0 faces in 0 files\n", input=b"none.ttf\n")
 
     def test_how_folders_are_walked(self):
-        for name in ("a.ttf", "in/b.ttf", "in/deep/c.ttf", "__MACOSX/x.ttf", "../other/d.ttf"):
-            self.write("top/" + name, made_font(name[-5]))
-        top = self.folder / "top"
-        for link, target in {"in/a-deep": "deep", "in/deep/up": "../..", "links": "../other", "none": "gone"}.items():
-            os.symlink(target, top / link)
+        names = ("a.ttf", "in/b.ttf", "in/deep/c.ttf", "__MACOSX/x.ttf", "._a.ttf", "../other/d.ttf")
+        self.write_all({"top/" + name: made_font(name[-5]) for name in names})
+        self.write("top/notes.txt", b"notes")
+        links = {"in/a-deep": "deep", "in/deep/up": "../..", "links": "../other", "none": "gone", "e.ttf": "../other/d.ttf"}
+        for link, target in links.items():
+            os.symlink(target, self.folder / "top" / link)
         rows = [
-            ([top], "abc"),
-            (["--no-recurse", top], "a"),
-            (["--follow", top], "abcd"),
-            (["--follow", "--no-recurse", top, top / "links"], "ad"),
-            (["--follow", top, top], "abcdabcd"),  # named twice
-            ([top / "links"], "d"),
+            ("top", "adbc"),
+            ("--no-recurse top", "ad"),
+            ("--follow top", "adbcd"),
+            ("--follow --no-recurse top top/links", "add"),
+            ("--follow top top", "adbcdadbcd"),  # named twice
+            ("top/links", "d"),
         ]
-        for arguments, expected in rows:
-            with self.subTest(arguments):
-                self.assertEqual(self.names("-j", 3, *arguments), list(expected))
-
-    def test_a_path_of_a_list_counts_as_named(self):
-        missing = self.folder / "missing.ttf"
-        result = run("identify", "--files-from", "-", input=os.fsencode(missing) + b"\n")
-        self.assertEqual(result.returncode, 1)
-        self.assertEqual(result.stderr.decode(), f"{missing}: no such file\n0 faces in 0 files\n")
+        for words, expected in rows:
+            for jobs in (1, 3):
+                self.check(f"{NAMES} -j {jobs} {words}", 0, "\n".join(["postScriptName", *expected, ""]))
+        self.check("identify top", 0, "...", "4 faces in 4 files; 1 dangling link, 3 linked folders not entered (--follow), 1 other file passed over...\n")
 
     def test_lists_that_cannot_be_read(self):
-        a = self.write("a.ttf", made_font("a"))
-        nuls = self.write("nuls", os.fsencode(a) + b"\0")
+        self.write_all({"a.ttf": made_font("a"), "nuls": b"a.ttf\0"})
         rows = [
-            (self.folder / "none", "No such file or directory"),
-            (self.folder, "Is a directory"),
-            (nuls, "it holds a NUL; paths separated by NUL need -0"),
+            ("none", "No such file or directory"),
+            (".", "Is a directory"),
+            ("nuls", "it holds a NUL; paths separated by NUL need -0"),
             ("/dev/zero", "a line is too long for a path"),
         ]
         for path, reason in rows:
-            with self.subTest(reason):
-                result = run("identify", "-q", "--format", "tsv", "--fields", "face", a, "--files-from", path)
-                self.assertEqual((result.returncode, result.stdout), (1, b"face\n0\n"))
-                self.assertEqual(result.stderr.decode(), f"{path}: the list cannot be read: {reason}\n")
-        for arguments in (["-0", a], ["--files-from"]):
-            self.assertEqual(run("identify", *arguments).returncode, 2)
+            self.check(f"{NAMES} a.ttf --files-from {path}", 1, "postScriptName\na\n", f"{path}: the list cannot be read: {reason}\n")
 
-    def test_results_come_while_the_list_is_still_open(self):
-        a = self.write("a.ttf", made_font("a"))
-        for jobs in ("1", "3"):
-            command = [tool_case.TOOL, "identify", "-q", "--format", "tsv", "--fields", "face", "-j", jobs, "--files-from", "-"]
-            with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
-                process.stdin.write(os.fsencode(a) + b"\n")
-                process.stdin.flush()
-                self.assertEqual([process.stdout.readline() for _ in range(2)], [b"face\n", b"0\n"])
-                process.stdin.close()
-                self.assertEqual(process.wait(100), 0)
-
-    def test_a_folder_that_cannot_be_listed_is_told(self):
-        self.write("a.ttf", made_font("a"))
-        here = os.open(self.folder, os.O_RDONLY)
-        self.addCleanup(os.close, here)
-        for _ in range(20):  # deeper than the system takes a path
-            os.mkdir("d" * 250, dir_fd=here)
-            deeper = os.open("d" * 250, os.O_RDONLY, dir_fd=here)
-            self.addCleanup(os.close, deeper)
-            here = deeper
-        result = run("identify", "-q", "--format", "tsv", "--fields", "postScriptName", self.folder)
-        self.assertEqual((result.returncode, result.stdout), (1, b"postScriptName\na\n"))
-        self.assertTrue(result.stderr.endswith(b": the folder cannot be read: File name too long\n"), result.stderr)
-
-    def test_memory_does_not_grow_with_the_number_of_files(self):
+    def test_memory_grows_with_neither_files_nor_much_with_faces(self):
         # With such a name the faces of 10,000 files would take well over 100 MB.
         many = self.links(10000, made_font("Made", family="M" * 6000))
-        some = self.folder / "some"
-        some.write_text("".join(f"{many}/{i:05}.ttf\n" for i in range(300)))
-        few_peak, few_lines = self.peak_and_lines("--files-from", str(some))
-        many_peak, many_lines = self.peak_and_lines(str(many))
-        self.assertEqual((few_lines, many_lines), (300, 10000))
-        self.assertLess(many_peak - few_peak, 60000)
+        self.write("some", "".join(f"{many}/{i:05}.ttf\n" for i in range(300)).encode())
+        self.write_all({"one.ttc": collection("N"), "more.ttc": collection(*(f"N{i}" for i in range(2001)))})
+        rows = [
+            (["--files-from", "some"], 300, ["many"], 10000, 60000),
+            (["one.ttc"], 1, ["more.ttc"], 2001, 2000 * 8),  # 1.5 KB a face without a sanitizer
+        ]
+        for few, few_faces, more, more_faces, bound in rows:
+            self.assertLess(self.peak(more, more_faces) - self.peak(few, few_faces), bound)
 
-    def test_a_face_takes_little_memory(self):
-        few, many = (self.write(f"{n}.ttc", collection(*(f"N{i}" for i in range(n)))) for n in (1, 2001))
-        few_peak, many_peak = (self.peak_and_lines(str(path))[0] for path in (few, many))
-        self.assertLess(many_peak - few_peak, 2000 * 8)  # 1.5 KB without a sanitizer
-
-    def peak_and_lines(self, *arguments):
+    def peak(self, words, faces):
         # The address sanitizer keeps freed memory for a while, which is not what is looked at here.
         options = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1"
-        command = [tool_case.TOOL, "identify", "-q", "--format", "jsonl", "--fields", "face", "-j", "2", *arguments]
+        command = [TOOL, "identify", "-q", "--format", "jsonl", "--fields", "face", "-j", "2", *words]
         with open(self.folder / "out", "w+b") as out:
-            process = subprocess.Popen(command, stdout=out, env=dict(os.environ, ASAN_OPTIONS=options))
+            process = subprocess.Popen(command, stdout=out, cwd=self.folder, env=dict(os.environ, ASAN_OPTIONS=options))
             _, status, usage = os.wait4(process.pid, 0)
             process.returncode = os.waitstatus_to_exitcode(status)
-            self.assertEqual(process.returncode, 0)
             out.seek(0)
-            return usage.ru_maxrss, sum(1 for _ in out)
+            self.assertEqual((process.returncode, len(out.readlines())), (0, faces))
+            return usage.ru_maxrss
 
 
 if __name__ == "__main__":
-    tool_case.main()
+    unittest.main()

@@ -1,203 +1,158 @@
-"""quillmark same: copies, conflicts, formats, versions and near names over made fonts.
+"""quillmark same: copies, conflicts, formats, versions and near names over made fonts."""
 
-Usage: same_test.py TOOL [unittest arguments]
-"""
-
-import json
 import os
+import pathlib
 import re
+import unittest
 import zlib
 
-import tool_case
 from font_builders import apple_double, collection, fond, mac_font, resource_fork, with_checksum
-from tool_case import ToolCase, run
+from tool_case import ToolCase
 
 AXES = {"fvar": bytes(4)}  # the table of variation axes, which makes a font a variable one
+PARTS = {"conflicts": "data", "formats": "formats", "versions": "versions", "near": "names"}
+COUNTS = ["nameless", "links", "namesWithoutLetters"]
 
 
 def open_type(font):
     return b"OTTO" + font[4:]
 
 
+def suitcase(font):
+    return resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, font))
+
+
+def releases(*rows):
+    return {f"{name}.ttf": mac_font("Quill", version, foundry=foundry) for name, version, foundry in rows}
+
+
+def two_versions_and_a_conflict(name):
+    return {f"{i}.ttf": mac_font(name, version, data=bytes(i)) for i, version in enumerate(["1", "2", "1"])}
+
+
+QUILL, ELSE, OTHER = mac_font("Quill"), mac_font("Quill", data=b"else"), mac_font("Other")
+NEWER, LAYOUT = mac_font("Quill", "3"), mac_font("Quill", GSUB=bytes(4))
+OTF, MONOTYPE = open_type(mac_font("Quill", "001")), open_type(mac_font("Quill", foundry="Monotype"))
+UNVERSIONED = mac_font("Quill", "none", data=b"else")
+BOTH, FORK = collection(QUILL, OTHER), suitcase(QUILL)
+LONGER = with_checksum(mac_font("Quill", data=b"longer"), zlib.crc32(QUILL))
+ZERO = with_checksum(QUILL, 0)
+MOVING, FIXED = mac_font("Moving", **AXES), mac_font("Fixed")
+FAMILY = resource_fork(("FOND", 128, fond(128, (0, 0, 200), (0, 1, 201))), ("sfnt", 200, FIXED), ("sfnt", 201, MOVING))
+
+# Files, where a text is another name of a file and a path is a link to one, and what is told of them.
+SITUATIONS = [
+    # Copies are other files with the same faces.
+    ({"a.ttf": QUILL, "b.ttf": QUILL, "c.ttf": OTHER, "hard.ttf": "b.ttf", "link.ttf": pathlib.Path("b.ttf")},
+     "copies: a.ttf b.ttf; links: 2"),
+    # The carrier of a resource fork does not matter. Equal empty data forks are linked by tools that save space.
+    ({"a.ttf": QUILL, "b.dfont": FORK, "c": (b"", FORK), "d": "c", "._d": apple_double(FORK)}, "copies: a.ttf b.dfont c d"),
+    ({"a": (b"note", FORK), "b": "a", "._b": apple_double(suitcase(OTHER))}, ""),
+    # Sizes count, and checksums of 0 do not.
+    ({"a.ttf": QUILL, "b.ttf": QUILL, "c.ttf": LONGER, "d.ttf": ZERO, "e.ttf": ZERO},
+     "copies: a.ttf b.ttf; conflicts: Quill a.ttf b.ttf | c.ttf"),
+    # A face that different files hold is copied alone.
+    ({"a.ttf": QUILL, "b.ttc": BOTH, "c.ttc": BOTH}, "copies: b.ttc c.ttc; copies: Quill a.ttf b.ttc c.ttc"),
+    ({"a.ttf": MOVING, "b.dfont": FAMILY, "c.ttc": collection("First", FIXED, MOVING), "d.ttf": FIXED, "e": (b"", FAMILY)},
+     "copies: b.dfont e; copies: Moving a.ttf* b.dfont* c.ttc* e*; copies: Fixed b.dfont c.ttc d.ttf e"),
+    ({"a.ttf": mac_font(""), "b.ttf": mac_font(""), "c.ttf": mac_font("", data=b"else")}, "copies: a.ttf b.ttf; nameless: 3"),
+    # A name with different data is a conflict, but in another format or version it is none.
+    ({"a.ttf": QUILL, "b.ttf": ELSE, "c.ttf": QUILL, "e.ttf": mac_font("quill"), "f.ttf": NEWER + b"x", "g.ttf": OTHER,
+      "h.ttf": mac_font("Other", data=b"else")},
+     "copies: a.ttf c.ttf; conflicts: Other g.ttf | h.ttf; conflicts: Quill a.ttf c.ttf | b.ttf; "
+     "versions: Quill f.ttf | a.ttf b.ttf c.ttf"),
+    ({"a.ttf": QUILL, "b.ttf": LAYOUT}, "conflicts: Quill a.ttf | b.ttf"),
+    ({"a.ttf": QUILL, "b.otf": OTF}, "formats: Quill a.ttf | b.otf"),
+    ({"a.ttf": QUILL, "b.dfont": suitcase(ELSE)}, "formats: Quill a.ttf | b.dfont"),
+    ({"a.ttf": QUILL, "b.ttc": collection(ELSE, "More")}, "formats: Quill a.ttf | b.ttc"),
+    ({"a.ttf": QUILL, "b.ttf": ELSE, "c.otf": OTF}, "conflicts: Quill a.ttf | b.ttf; formats: Quill a.ttf b.ttf | c.otf"),
+    ({"a.ttf": QUILL, "b.ttf": NEWER}, "versions: Quill b.ttf | a.ttf"),
+    ({"a.ttf": QUILL, "b.otf": open_type(NEWER)}, "versions: Quill b.otf | a.ttf"),
+    ({"a.ttf": QUILL, "b.ttf": UNVERSIONED}, "conflicts: Quill a.ttf | b.ttf"),
+    ({"a.ttf": QUILL, "b.otf": MONOTYPE}, "conflicts: Quill a.ttf | b.otf"),
+    (releases(("a", "2.9", "Adobe"), ("b", "2.10", "Adobe"), ("c", "002.010", "Adobe"), ("d", "1", "Monotype"),
+              ("e", "10.0", "Adobe"), ("f", f"2.1{'0' * 30}", "Adobe")),
+     "conflicts: Quill a.ttf | b.ttf | c.ttf | d.ttf | e.ttf | f.ttf; versions: Quill e.ttf | f.ttf | b.ttf c.ttf | a.ttf"),
+    # Names without a letter say nothing. Of a Macintosh name, only ASCII stays: the third reads "??".
+    (two_versions_and_a_conflict("-"), "namesWithoutLetters: 3"),
+    (two_versions_and_a_conflict("._"), "namesWithoutLetters: 3"),
+    (two_versions_and_a_conflict("éß"), "namesWithoutLetters: 3"),
+    (two_versions_and_a_conflict("-7"), "conflicts: -7 0.ttf | 2.ttf; versions: -7 1.ttf | 0.ttf 2.ttf"),
+    # Near names differ in punctuation alone.
+    ({f"{i}.ttf": mac_font(name) for i, name in enumerate(["Quill-Bold", "QuillBold", "Quill-bold", "Quill-Bold-Old", "--", "_"])},
+     "near: Quill-Bold 0.ttf | 3.ttf | 1.ttf; namesWithoutLetters: 2"),
+]  # fmt: skip
+
+
+def told(lists):
+    """The lists as one text: each group with its name and files, variable faces with a star, and a bar between its parts."""
+    def files(faces):
+        return " ".join(os.path.normpath(face["path"]) + "*" * face["variable"] for face in faces)
+
+    groups = []
+    for copy in lists["copies"]:
+        faces = f"{copy['faces'][0]['postScriptName']} {files(copy['faces'])}"
+        groups.append("copies: " + (" ".join(map(os.path.normpath, copy["paths"])) if copy["copied"] == "file" else faces))
+    for name, key in PARTS.items():
+        groups += [f"{name}: {group['postScriptName']} {' | '.join(map(files, group[key]))}" for group in lists[name]]
+    groups += [f"{name}: {lists['summary'][name]}" for name in COUNTS if lists["summary"][name]]
+    return "; ".join(groups)
+
+
 class SameTest(ToolCase):
-    def write_all(self, files):
-        for name, content in files.items():
-            self.write(name, content)
-
     def lists(self, *arguments, status=0):
-        result = run("same", "--format", "json", *(arguments or [self.folder]))
-        self.assertEqual(result.returncode, status, result.stderr)
-        return json.loads(result.stdout)
+        return self.json_of(["same", "--near", "--format", "json", *arguments], status)
 
-    def names(self, faces):
-        return [os.path.relpath(face["path"], self.folder) for face in faces]
+    def test_situations(self):
+        top = self.folder
+        for number, (files, expected) in enumerate(SITUATIONS):
+            self.folder = top / str(number)
+            for name, content in files.items():
+                if isinstance(content, str):
+                    os.link(self.folder / content, self.folder / name)
+                elif isinstance(content, pathlib.Path):
+                    (self.folder / name).symlink_to(content)
+                else:
+                    self.write(name, content)
+            with self.subTest(files=[*files], expected=expected):
+                self.assertEqual(told(self.lists(".", status=3 if "conflicts" in expected else 0)), expected)
 
-    def parts(self, groups, key):
-        return {group["postScriptName"]: [self.names(part) for part in group[key]] for group in groups}
+    def test_neither_order_nor_threads_count(self):
+        paths = self.write_all({"a.ttf": QUILL, "b.ttf": ELSE, "c.ttf": QUILL, "d.ttf": OTHER, "e.ttf": OTHER})
+        lists = self.lists(self.folder, self.folder / "e.ttf", status=3)
+        summary = {"files": 5, "faces": 5, "nameless": 0, "links": 1, "namesWithoutLetters": 0}
+        self.assertEqual(lists["summary"], summary)
+        again = self.lists("-j", 4, *reversed(paths), status=3)
+        self.assertEqual(again, {**lists, "summary": {**summary, "links": 0}})
 
-    def copies(self, lists):
-        return [
-            sorted(os.path.relpath(path, self.folder) for path in copy["paths"])
-            if copy["copied"] == "file"
-            else [copy["faces"][0]["postScriptName"], *self.names(copy["faces"])]
-            for copy in lists["copies"]
-        ]
-
-    def test_copies_are_other_files_with_the_same_faces(self):
-        self.write_all({"b.ttf": mac_font("Quill"), "a/c.ttf": mac_font("Quill"), "d.ttf": mac_font("Other")})
-        os.symlink("b.ttf", self.folder / "linked.ttf")
-        os.link(self.folder / "b.ttf", self.folder / "hard.ttf")
-        lists = self.lists(self.folder, self.folder / "d.ttf")
-        self.assertEqual(self.copies(lists), [["a/c.ttf", "b.ttf"]])
-        self.assertEqual(lists["summary"], {"files": 3, "faces": 3, "nameless": 0, "links": 3, "namesWithoutLetters": 0})
-        self.assertNotIn("near", lists)
-
-    def test_the_carrier_of_a_resource_fork_does_not_matter(self):
-        font = mac_font("Quill")
-        fork = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, font))
-        # Equal empty data forks are linked to each other by tools that save space.
-        self.write_all({"loose.ttf": font, "family.dfont": fork, "Suitcase": b"", "._Suitcase": apple_double(fork)})
-        os.link(self.folder / "Suitcase", self.folder / "Twin")
-        self.write_all({"._Twin": apple_double(fork)})
-        lists = self.lists()
-        self.assertEqual(self.copies(lists), [["Suitcase", "Twin", "family.dfont", "loose.ttf"]])
-        self.assertEqual(lists["formats"], [])
-        sizes = [len(apple_double(fork)) - len(apple_double(b""))] * 2 + [len(fork), len(font)]
-        self.assertEqual(lists["copies"][0]["fileSizes"], sizes)
-
-    def test_links_with_other_resource_forks_beside_them_are_files(self):
-        self.write_all({"One": b"note"})
-        os.link(self.folder / "One", self.folder / "Two")
-        for name in ("One", "Two"):
-            fork = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, mac_font(name)))
-            self.write_all({f"._{name}": apple_double(fork)})
-        summary = self.lists()["summary"]
-        self.assertEqual((summary["files"], summary["links"]), (2, 0))
-
-    def test_sizes_count_and_checksums_of_0_do_not(self):
-        font, longer = mac_font("Quill"), mac_font("Quill", data=b"longer")
-        self.write_all({"a.ttf": font, "b.ttf": font, "c.ttf": with_checksum(longer, zlib.crc32(font))})
-        self.write_all({"d.ttf": with_checksum(font, 0), "e.ttf": with_checksum(font, 0)})
-        lists = self.lists(status=3)
-        self.assertEqual(self.copies(lists), [["a.ttf", "b.ttf"]])
-        self.assertEqual(self.parts(lists["conflicts"], "data"), {"Quill": [["a.ttf", "b.ttf"], ["c.ttf"]]})
-
-    def test_a_face_that_different_files_hold_is_copied_alone(self):
-        quill, other = mac_font("Quill"), mac_font("Other")
-        both = collection(quill, other)
-        self.write_all({"loose.ttf": quill, "one.ttc": both, "two.ttc": both})
-        lists = self.lists()
-        self.assertEqual(self.copies(lists), [["one.ttc", "two.ttc"], ["Quill", "loose.ttf", "one.ttc", "two.ttc"]])
-        self.assertEqual(lists["conflicts"], [])
-
-    def test_a_name_with_different_data_is_a_conflict_and_status_3(self):
-        quill = mac_font("Quill")
-        self.write_all({"a.ttf": quill, "b.ttf": mac_font("Quill", data=b"else"), "c.ttf": quill})
-        self.write_all({"e.ttf": mac_font("quill"), "f.ttf": mac_font("Able"), "g.ttf": mac_font("Able", data=b"else")})
-        lists = self.lists(status=3)
-        self.assertEqual(
-            list(self.parts(lists["conflicts"], "data").items()),
-            [("Able", [["f.ttf"], ["g.ttf"]]), ("Quill", [["a.ttf", "c.ttf"], ["b.ttf"]])],
-        )
-        reverse = sorted(self.folder.iterdir(), reverse=True)
-        self.assertEqual(self.lists("-j", 4, *reverse, status=3), lists)
-
-    def test_formats_and_versions_are_no_conflicts(self):
-        quill, other = mac_font("Quill", "2.0"), mac_font("Quill", "2.0", data=b"else")
-        newer, layout = mac_font("Quill", "3"), mac_font("Quill", "2.0", GSUB=bytes(4))
-        dfont = resource_fork(("FOND", 128, fond(128, (0, 0, 200))), ("sfnt", 200, other))
-        apart, unversioned = [["a.ttf"], ["b.ttf"]], mac_font("Quill", "none", data=b"else")
-        otf = open_type(mac_font("Quill", "002"))
-        rows = [
-            # files, then the parts in conflict, those of formats, those of versions
-            ({"a.ttf": quill, "b.otf": otf}, [], [["a.ttf"], ["b.otf"]], []),
-            ({"a.ttf": quill, "b.dfont": dfont}, [], [["a.ttf"], ["b.dfont"]], []),
-            ({"a.ttf": quill, "b.ttc": collection(other, "More")}, [], [["a.ttf"], ["b.ttc"]], []),
-            ({"a.ttf": quill, "b.ttf": layout}, apart, [], []),
-            ({"a.ttf": quill, "b.ttf": newer}, [], [], apart[::-1]),
-            ({"a.ttf": quill, "b.otf": open_type(newer)}, [], [], [["b.otf"], ["a.ttf"]]),
-            ({"a.ttf": quill, "b.ttf": other, "c.ttf": newer}, apart, [], [["c.ttf"], ["a.ttf", "b.ttf"]]),
-            ({"a.ttf": quill, "b.ttf": other, "c.otf": otf}, apart, [["a.ttf", "b.ttf"], ["c.otf"]], []),
-            ({"a.ttf": quill, "b.ttf": unversioned}, apart, [], []),
-            ({"a.ttf": quill, "b.otf": open_type(mac_font("Quill", "2.0", foundry="Monotype"))}, [["a.ttf"], ["b.otf"]], [], []),
-        ]
-        for number, (files, *expected) in enumerate(rows):
-            with self.subTest(files=list(files), number=number):
-                folder = str(number)
-                self.write_all({f"{folder}/{name}": content for name, content in files.items()})
-                lists = self.lists(self.folder / folder, status=3 if expected[0] else 0)
-                keys = {"conflicts": "data", "formats": "formats", "versions": "versions"}
-                parts = [self.parts(lists[name], key).get("Quill", []) for name, key in keys.items()]
-                self.assertEqual(parts, [[[f"{folder}/{name}" for name in part] for part in group] for group in expected])
-
-    def test_names_without_a_letter_say_nothing(self):
-        # Of a Macintosh name, only ASCII stays: the third reads "??".
-        for number, (name, conflicts) in enumerate([("-", 0), ("._", 0), ("éß", 0), ("-7", 1), ("Q", 1)]):
-            folder = str(number)
-            self.write_all({f"{folder}/{data}.ttf": mac_font(name, str(data), data=bytes(data)) for data in (1, 2)})
-            self.write_all({f"{folder}/3.ttf": mac_font(name, "1", data=b"else")})
-            with self.subTest(name):
-                lists = self.lists("--near", self.folder / folder, status=3 * conflicts)
-                found = [len(lists[name]) for name in ("conflicts", "versions", "near")]
-                self.assertEqual(found, [conflicts, conflicts, 0])
-                self.assertEqual(lists["summary"]["namesWithoutLetters"], 0 if conflicts else 3)
-
-    def test_variable_fonts_are_marked_however_they_are_carried(self):
-        variable, fixed = mac_font("Moving", **AXES), mac_font("Fixed")
-        fork = resource_fork(
-            ("FOND", 128, fond(128, (0, 0, 200), (0, 1, 201))), ("sfnt", 200, fixed), ("sfnt", 201, variable)
-        )
-        self.write_all({"a.ttf": variable, "b.dfont": fork, "c.ttc": collection("First", fixed, variable), "d.ttf": fixed})
-        self.write_all({"e": b"", "._e": apple_double(fork)})
-        faces = [face for copy in self.lists()["copies"] for face in copy["faces"]]
-        marks = {(name, face["postScriptName"], face["variable"]) for name, face in zip(self.names(faces), faces)}
-        expected = {(name, "Moving", True) for name in ("a.ttf", "b.dfont", "c.ttc", "e")}
-        self.assertEqual(marks, expected | {(name, "Fixed", False) for name in ("b.dfont", "c.ttc", "d.ttf", "e")})
+    def test_file_sizes_are_those_of_the_fork_that_is_read(self):
+        fork = suitcase(QUILL)
+        self.write_all({"loose.ttf": QUILL, "family.dfont": fork, "Suitcase": (b"", fork)})
+        sizes = [len(apple_double(fork)) - len(apple_double(b"")), len(fork), len(QUILL)]
+        self.assertEqual(self.lists(".")["copies"][0]["fileSizes"], sizes)
 
     def test_lists_can_be_left_out(self):
-        self.write_all({"a.ttf": mac_font("Quill"), "b.ttf": mac_font("Quill", data=b"else")})
+        self.write_all({"a.ttf": QUILL, "b.ttf": ELSE})
         names = ["copies", "conflicts", "formats", "versions", "near"]
-        for left_out, arguments in [
-            (["conflicts"], ["--without", "conflicts"]),
-            (["near", "copies"], ["--without", "near", "--without", "copies"]),
-            (["formats", "versions", "near"], ["--without", "formats,versions,near"]),
+        self.assertNotIn("near", self.json_of("same --format json .", 3))
+        for left_out, words in [
+            (["conflicts"], "--without conflicts"),
+            (["near", "copies"], "--without near --without copies"),
+            (["formats", "versions", "near"], "--without formats,versions,near"),
         ]:
-            with self.subTest(arguments):
+            with self.subTest(words):
                 kept = [name for name in names if name not in left_out]
                 status = 3 if "conflicts" in kept else 0
-                self.assertEqual([*self.lists("--near", *arguments, self.folder, status=status)], [*kept, "summary"])
-                for form in ("table", "tsv"):
-                    text = run("same", "--near", "--format", form, *arguments, self.folder).stdout.decode().lower()
-                    shown = {name for name in names if re.search(rf"^{name}\b", text, re.MULTILINE)}
-                    self.assertEqual(shown, set(kept if form == "table" else set(kept) & {"conflicts"}))
-        self.assertEqual(run("same", "--without", "near,all", self.folder).returncode, 2)
-
-    def test_versions_are_of_one_foundry_newest_first(self):
-        rows = [("a", "2.9", "Adobe"), ("b", "2.10", "Adobe"), ("c", "002.010", "Adobe"), ("d", "1", "Monotype")]
-        rows += [("e", "10.0", "Adobe"), ("f", f"2.1{'0' * 30}", "Adobe")]
-        self.write_all({f"{name}.ttf": mac_font("Quill", version, foundry=foundry) for name, version, foundry in rows})
-        self.write_all({"g.ttf": mac_font("Even", "1.0"), "h.ttf": mac_font("Even", "1.00")})
-        versions = self.lists(status=3)["versions"]
-        self.assertEqual(self.parts(versions, "versions"), {"Quill": [["e.ttf"], ["f.ttf"], ["b.ttf", "c.ttf"], ["a.ttf"]]})
-
-    def test_near_names_differ_in_punctuation_alone(self):
-        names = {"a": "Quill-Bold", "b": "QuillBold", "c": "Quill-bold", "d": "Quill-Bold-Old", "e": "--", "f": "_"}
-        self.write_all({f"{file}.ttf": mac_font(name) for file, name in names.items()})
-        near = self.lists("--near", self.folder)["near"]
-        self.assertEqual(self.parts(near, "names"), {"Quill-Bold": [["a.ttf"], ["d.ttf"], ["b.ttf"]]})
-
-    def test_faces_without_a_name_are_counted_and_can_be_copies(self):
-        self.write_all({"a.ttf": mac_font(""), "b.ttf": mac_font(""), "c.ttf": mac_font("", data=b"else")})
-        lists = self.lists()
-        self.assertEqual((self.copies(lists), lists["summary"]["nameless"]), ([["a.ttf", "b.ttf"]], 3))
+                self.assertEqual([*self.lists(*words.split(), ".", status=status)], [*kept, "summary"])
+                for form, shown in ("table", kept), ("tsv", set(kept) & {"conflicts"}):
+                    text = self.run_tool(f"same --near --format {form} {words} .").stdout.decode().lower()
+                    self.assertEqual({name for name in names if re.search(rf"^{name}\b", text, re.MULTILINE)}, set(shown))
 
     def test_the_table_is_grouped_with_paths_last(self):
         old, other = mac_font("Quill", "2.9"), mac_font("Quill", "2.9", data=b"else" * 300)
         self.write_all({"a.ttf": old, "c.ttf": old, "d.ttf": other, "e.otf": open_type(old)})
-        self.write_all({"new/b.ttf": mac_font("Quill", "2.10", **AXES)})
-        result = run("same", ".", cwd=self.folder)
-        parts = self.lists(status=3)["conflicts"][0]["data"]
-        a, d = (part[0]["checksum"] for part in parts)
+        self.write("new/b.ttf", mac_font("Quill", "2.10", **AXES))
+        a, d = (f"{zlib.crc32(font):08X}" for font in (old, other))
         expected = f"""Conflicts: 1 (one PostScript name, different data)
   CHECKSUM  SIZE    FILE
 Quill  (2.9, TrueType, Adobe)
@@ -209,17 +164,14 @@ Formats: 1 (one font in several formats)
   KIND           SIZE    FILE
 Quill  (2.9, Adobe)
   TrueType       168 B   ./a.ttf
-  TrueType       168 B   ./c.ttf
-  TrueType       1.4 kB  ./d.ttf
+...
   OpenType - PS  168 B   ./e.otf
 
 Versions: 1 (one font in several versions, newest first)
   VERSION  KIND                SIZE    FILE
 Quill  (Adobe)
   2.10     TrueType, variable  188 B   ./new/b.ttf
-  2.9      TrueType            168 B   ./a.ttf
-  2.9      TrueType            168 B   ./c.ttf
-  2.9      TrueType            1.4 kB  ./d.ttf
+...
   2.9      OpenType - PS       168 B   ./e.otf
 
 Copies: 1 (the same data in several files, 168 B besides the first of each)
@@ -230,39 +182,26 @@ Quill  (2.9, TrueType)
 
 conflicts 1, formats 1, versions 1, copies 1
 """
-        self.assertEqual(result.stdout.decode(), expected)
-        self.assertEqual(result.stderr, b"5 faces in 5 files\n")
+        self.check("same .", 3, expected, "5 faces in 5 files\n")
 
     def test_tsv_is_a_line_a_face(self):
-        font, other = mac_font("Quill"), mac_font("Quill", data=b"longer", **AXES)
-        self.write_all({"a\tb.ttf": font, "c.ttf": font, "d.ttf": other})
-        header, *lines = run("same", "--format", "tsv", self.folder).stdout.decode().splitlines()
-        rows = [dict(zip(header.split("\t"), line.split("\t"), strict=True)) for line in lines]
-        common = {"postScriptName": "Quill", "kind": "TrueType", "version": "1.0", "foundry": "Adobe"}
-        expected = []
-        for place, name, content in [
-            (("copies", "1", "1", "file", ""), r"a\tb.ttf", font),
-            (("copies", "1", "1", "file", ""), "c.ttf", font),
-            (("conflicts", "1", "1", "", "0"), r"a\tb.ttf", font),
-            (("conflicts", "1", "1", "", "0"), "c.ttf", font),
-            (("conflicts", "1", "2", "", "0"), "d.ttf", other),
-        ]:
-            row = {**dict(zip(("list", "group", "part", "copied", "face"), place)), **common}
-            row |= {"path": f"{self.folder}/{name}", "checksum": f"{zlib.crc32(content):08X}"}
-            expected.append(row | {"fileSize": str(len(content)), "variable": "true" if content is other else "false"})
-        self.assertEqual(rows, expected)
+        other = mac_font("Quill", data=b"longer", **AXES)
+        self.write_all({"a\tb.ttf": QUILL, "c.ttf": QUILL, "d.ttf": other})
+        quill, moving = (f"Quill TrueType 1.0 Adobe {zlib.crc32(font):08X} {len(font)}" for font in (QUILL, other))
+        expected = f"""list group part copied path face postScriptName kind version foundry checksum fileSize variable
+copies 1 1 file ./a\\tb.ttf - {quill} false
+copies 1 1 file ./c.ttf - {quill} false
+conflicts 1 1 - ./a\\tb.ttf 0 {quill} false
+conflicts 1 1 - ./c.ttf 0 {quill} false
+conflicts 1 2 - ./d.ttf 0 {moving} true
+"""
+        self.check("same --format tsv .", 3, expected.replace(" - ", "  ").replace(" ", "\t"), "3 faces in 3 files\n")
 
     def test_a_named_path_without_a_face_is_1_even_with_conflicts(self):
-        self.write_all({"a.ttf": mac_font("Quill"), "b.ttf": mac_font("Quill", data=b"else"), "text": b"no font"})
-        missing = self.folder / "missing"
-        result = run("same", self.folder, missing)
-        self.assertEqual(result.returncode, 1)
-        self.assertIn(f"{missing}: no such file\n".encode(), result.stderr)
-        self.assertIn(b"conflicts 1", result.stdout)
-        self.assertEqual(run("same", self.folder / "text").returncode, 1)
-        for arguments in ([], ["--format", "xml", self.folder]):
-            self.assertEqual(run("same", *arguments).returncode, 2)
+        self.write_all({"a.ttf": QUILL, "b.ttf": ELSE, "text": b"no font"})
+        self.check("same . missing", 1, "...conflicts 1...", "missing: no such file\n...")
+        self.check("same text", 1, "...conflicts 0...", "text: a text file, ...")
 
 
 if __name__ == "__main__":
-    tool_case.main()
+    unittest.main()

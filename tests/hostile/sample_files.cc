@@ -3,104 +3,56 @@
 #include <sys/xattr.h>
 
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 #include "builders/apple_double_builder.h"
-#include "builders/big_endian.h"
 #include "builders/collection_builder.h"
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/sfnt_builder.h"
+#include "builders/temp_folder.h"
 
 namespace quillmark {
 namespace {
 
 constexpr std::uint32_t kFond = FourCharCode("FOND");
 constexpr std::uint32_t kNfnt = FourCharCode("NFNT");
+constexpr std::uint32_t kPost = FourCharCode("POST");
 constexpr std::uint32_t kSfnt = FourCharCode("sfnt");
 
 // Names for both systems, a kerning table of one subtable with two pairs, and a layout table.
 SfntBuilder SmallFont(const std::string& name) {
   const std::u16string wide(name.begin(), name.end());
-  const std::string kern = BigEndianWriter()
-                               .U16(0)
-                               .U16(1)
-                               .U16(0)
-                               .U16(26)
-                               .U16(1)
-                               .U16(2)
-                               .U16(12)
-                               .U16(1)
-                               .U16(0)
-                               .U16(1)
-                               .U16(2)
-                               .I16(-30)
-                               .U16(2)
-                               .U16(1)
-                               .I16(-20)
-                               .bytes();
-  return SfntBuilder::CrossPlatform()
-      .Table("GPOS", BigEndianWriter().U32(0x00010000).U16(10).U16(12).U16(14).Zeros(6).bytes())
-      .Table("OS/2", std::string(96, '\0'))
-      .Table("kern", kern)
-      .MacName(0, "Copyright URW")
-      .MacName(1, "Quill")
-      .MacName(4, name)
-      .MacName(5, "Version 1.5")
-      .MacName(6, name)
-      .UnicodeName(4, wide)
-      .Name(1, 1, 11, 4, "\x83\x65\x83\x58\x83\x67")  // Shift-JIS
-      .WindowsName(0, u"Copyright URW")
-      .WindowsName(1, u"Quill")
-      .WindowsName(4, wide)
-      .WindowsName(5, u"Version 1.5")
-      .WindowsName(6, wide)
-      .WindowsName(4, wide, 0x411);
+  SfntBuilder font = SfntBuilder::CrossPlatform();
+  font.Table("GPOS", BigEndianWriter().I16s({1, 0, 10, 12, 14, 0, 0, 0}).bytes());
+  font.Table("OS/2", std::string(96, '\0'));
+  font.Table("kern", BigEndianWriter().I16s({0, 1, 0, 26, 1, 2, 12, 1, 0, 1, 2, -30, 2, 1, -20}).bytes());
+  font.MacName(0, "Copyright URW").MacName(1, "Quill").MacName(4, name);
+  font.MacName(5, "Version 1.5").MacName(6, name).UnicodeName(4, wide);
+  font.Name(1, 1, 11, 4, "\x83\x65\x83\x58\x83\x67");  // Shift-JIS
+  font.WindowsName(0, u"Copyright URW").WindowsName(1, u"Quill").WindowsName(4, wide);
+  return font.WindowsName(5, u"Version 1.5").WindowsName(6, wide).WindowsName(4, wide, 0x411);
 }
 
 // Two outlines with kerning; the bitmaps of a third style go with a printer font.
 std::string Fork(const SampleOutlines& outlines) {
-  const std::string fond = FondBuilder(1000)
-                               .Association(0, 0, 128)
-                               .Association(0, 1, 129)
-                               .Association(12, 2, 130)
-                               .Kerning(0, {{'A', 'V', -50}, {'V', 'A', -50}})
-                               .Kerning(1, {{'A', 'V', -40}})
-                               .StyleString("Quill")
-                               .StyleString("\x03")
-                               .StyleString("-Italic")
-                               .StyleIndex(2, 2)
-                               .Build();
-  return ResourceForkBuilder()
-      .Add(kFond, 1000, fond, "Quill")
-      .Add(kSfnt, 128, outlines.regular)
-      .Add(kSfnt, 129, outlines.bold)
-      .Add(kNfnt, 130, "bitmap")
-      .Build();
+  FondBuilder fond(1000);
+  fond.Association(0, 0, 128).Association(0, 1, 129).Association(12, 2, 130);
+  fond.Kerning(0, {{'A', 'V', -50}, {'V', 'A', -50}}).Kerning(1, {{'A', 'V', -40}});
+  fond.StyleString("Quill").StyleString("\x03").StyleString("-Italic").StyleIndex(2, 2);
+  ResourceForkBuilder fork;
+  fork.Add(kFond, 1000, fond.Build(), "Quill").Add(kSfnt, 128, outlines.regular);
+  return fork.Add(kSfnt, 129, outlines.bold).Add(kNfnt, 130, "bitmap").Build();
 }
 
 // Bitmaps of three styles that name the printer font files Quill, QuillBol and QuillIta.
 std::string Suitcase() {
-  const std::string fond = FondBuilder(128)
-                               .Association(12, 0, 500)
-                               .Association(12, 1, 501)
-                               .Association(12, 2, 502)
-                               .Kerning(1, {{'A', 'V', -40}})
-                               .StyleString("Quill")
-                               .StyleString("\x04")
-                               .StyleString("\x05")
-                               .StyleString("-Bold")
-                               .StyleString("-Italic")
-                               .StyleIndex(1, 2)
-                               .StyleIndex(2, 3)
-                               .Build();
-  return ResourceForkBuilder()
-      .Add(kNfnt, 500, "bitmap")
-      .Add(kNfnt, 501, "bitmap")
-      .Add(kNfnt, 502, "bitmap")
-      .Add(kFond, 128, fond, "Quill")
-      .Build();
+  FondBuilder fond(128);
+  fond.Association(12, 0, 500).Association(12, 1, 501).Association(12, 2, 502).Kerning(1, {{'A', 'V', -40}});
+  for (const char* text : {"Quill", "\x04", "\x05", "-Bold", "-Italic"}) fond.StyleString(text);
+  fond.StyleIndex(1, 2).StyleIndex(2, 3);
+  ResourceForkBuilder fork;
+  for (std::int16_t id = 500; id < 503; ++id) fork.Add(kNfnt, id, "bitmap");
+  return fork.Add(kFond, 128, fond.Build(), "Quill").Build();
 }
 
 std::string Sidecar(const std::string& fork, std::string_view type, std::string_view creator) {
@@ -114,23 +66,17 @@ SampleOutlines SmallOutlines() {
       "%!PS-AdobeFont-1.0: Quill 001.005\n/FontInfo 9 dict dup begin /version (001.005) readonly def "
       "/Notice (Copyright URW) readonly def /FullName (Quill) readonly def /FamilyName (Quill) readonly def "
       "end readonly def /FontName /Quill def currentfile eexec";
-  const auto post = ResourceForkBuilder()
-                        .Add(FourCharCode("POST"), 501, "\x01 " + type1)
-                        .Add(FourCharCode("POST"), 502, "\x02 outlines")
-                        .Add(FourCharCode("POST"), 503, "\x05 ");
-  return {
-      .regular = SmallFont("Quill").Build(),
-      .bold = SmallFont("QuillBold").Build(),
-      .cff =
-          SmallFont("QuillPS").Version(FourCharCode("OTTO")).RemoveTable("glyf").Table("CFF ", "c").Build(),
-      .collection = CollectionBuilder()
-                        .Face(SmallFont("QuillOne"))
-                        .Face(SmallFont("QuillTwo"))
-                        .Face(SmallFont("QuillThree"))
-                        .Trailer(std::string(2000, '.'))
-                        .Build(),
-      .type1 = type1,
-      .post = post.Build()};
+  ResourceForkBuilder post;
+  post.Add(kPost, 501, "\x01 " + type1).Add(kPost, 502, "\x02 outlines").Add(kPost, 503, "\x05 ");
+  CollectionBuilder collection;
+  for (const char* name : {"QuillOne", "QuillTwo", "QuillThree"}) collection.Face(SmallFont(name));
+  SfntBuilder cff = SmallFont("QuillPS").Version(FourCharCode("OTTO")).RemoveTable("glyf").Table("CFF ", "c");
+  return {.regular = SmallFont("Quill").Build(),
+          .bold = SmallFont("QuillBold").Build(),
+          .cff = cff.Build(),
+          .collection = collection.Trailer(std::string(2000, '.')).Build(),
+          .type1 = type1,
+          .post = post.Build()};
 }
 
 std::vector<Sample> SamplesOf(const SampleOutlines& outlines) {
@@ -160,22 +106,15 @@ std::vector<Sample> SamplesOf(const SampleOutlines& outlines) {
   };
 }
 
-bool WriteSamplePart(const std::string& folder, const SamplePart& part) {
-  const std::string path = folder + "/" + part.name;
-  if (!part.attribute.empty()) {
-    return ::setxattr(path.c_str(), part.attribute.c_str(), part.bytes.data(), part.bytes.size(), 0) == 0;
-  }
-  std::filesystem::remove(path);  // some file systems write a truncated file out at once
-  std::ofstream out(path, std::ios::binary);
-  out.write(part.bytes.data(), static_cast<std::streamsize>(part.bytes.size()));
-  out.close();
-  if (!out) throw std::runtime_error("cannot write " + path);
-  return true;
-}
-
 bool WriteSample(const std::string& folder, const Sample& sample) {
-  for (const SamplePart& part : sample.parts) {
-    if (!WriteSamplePart(folder, part)) return false;
+  for (const auto& [name, bytes, attribute] : sample.parts) {
+    const std::string path = folder + "/" + name;
+    if (attribute.empty()) {
+      std::filesystem::remove(path);  // some file systems write a truncated file out at once
+      WriteFile(path, bytes);
+    } else if (::setxattr(path.c_str(), attribute.c_str(), bytes.data(), bytes.size(), 0) != 0) {
+      return false;
+    }
   }
   return true;
 }

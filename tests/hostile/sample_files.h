@@ -34,9 +34,7 @@ SampleOutlines SmallOutlines();  // of some hundred bytes each
 // The kinds truetype, opentype, collection, dfont, appledouble, attribute, suitcase and post.
 std::vector<Sample> SamplesOf(const SampleOutlines& outlines);
 
-// Writes one part in place of an earlier one. False when the file system refuses the extended attribute.
-[[nodiscard]] bool WriteSamplePart(const std::string& folder, const SamplePart& part);
-// All parts, as above.
+// Writes all parts, in place of earlier ones. False when the file system refuses the extended attributes.
 [[nodiscard]] bool WriteSample(const std::string& folder, const Sample& sample);
 
 }  // namespace quillmark

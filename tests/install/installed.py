@@ -45,13 +45,13 @@ class InstalledTree:
         cls.folder = pathlib.Path(holder.name)
         cls.prefix = cls.lay_out()
 
-    def files(self):
-        return {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*") if not path.is_dir()}
+    def files(self, prefix=None):
+        prefix = prefix or self.prefix
+        return {str(path.relative_to(prefix)) for path in prefix.rglob("*") if not path.is_dir()}
 
-    def check_library(self):
-        exports = SOURCE / "tests/c/exports_test.sh"
+    def test_library(self):
         library = self.prefix / LIBDIR / f"libquillmark.so.{VERSION}"
-        run("sh", exports, SOURCE, library, os.environ["QM_NM"])
+        run("sh", SOURCE / "tests/c/exports_test.sh", SOURCE, library, os.environ["QM_NM"])
         self.assertIn("Library soname: [libquillmark.so.1]", run("readelf", "-dW", library))
 
     @unittest.skipUnless(HAS_TOOL, "built without the tool")

@@ -5,6 +5,7 @@ usage: python_test.py MODULE_FOLDER   with QUILLMARK_LIBRARY set
 
 import concurrent.futures
 import doctest
+import operator
 import os
 import pathlib
 import pickle
@@ -20,15 +21,7 @@ import quillmark._library  # noqa: E402
 DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 WQY = "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc"
 TOOL = pathlib.Path(os.environ["QUILLMARK_LIBRARY"]).parent.parent / "bin/quillmark"
-BLOCK = """<?xml version="1.0" encoding="utf-8" ?>
-<QuillmarkData>
-\t<FontData>
-\t\t<FontKind>TrueType</FontKind>
-\t\t<PostScriptName>{name}</PostScriptName>
-\t\t<Checksum>{checksum}</Checksum>
-\t</FontData>
-</QuillmarkData>
-"""
+BLOCK = "<FontData><FontKind>TrueType</FontKind><PostScriptName>{}</PostScriptName><Checksum>FFFFFFFF</Checksum></FontData>"
 
 
 def load_tests(loader, tests, pattern):
@@ -40,18 +33,16 @@ class Texts(unittest.TestCase):
     def test_text_of_any_length_is_whole(self):
         # Around the sizes of the buffers, where a text is cut without notice.
         for length in [0, 1, 510, 511, 512, 513, 1022, 1023, 1024, 40_000]:
-            with self.subTest(length=length):
-                name = "N" * length
-                self.assertEqual(quillmark.from_xml(BLOCK.format(name=name, checksum="1"))[0].postscript_name, name)
+            self.assertEqual(quillmark.from_xml(BLOCK.format("N" * length))[0].postscript_name, "N" * length)
 
     def test_bytes_that_are_no_utf8_survive(self):
         name = b"Gar\xe9mond \xff".decode("utf-8", "surrogateescape")
-        with quillmark.FontArray.from_xml(BLOCK.format(name=name, checksum="1")) as array:
+        with quillmark.FontArray.from_xml(BLOCK.format(name)) as array:
             self.assertEqual(array.faces()[0].postscript_name, name)
             self.assertIn(f"<PostScriptName>{name}</PostScriptName>", array.to_xml())
 
     def test_what_is_not_held_is_none(self):
-        face = quillmark.from_xml(BLOCK.format(name="A", checksum="FFFFFFFF"))[0]
+        face = quillmark.from_xml(BLOCK.format("A"))[0]
         self.assertEqual((face.checksum, face.kind), (0x7FFFFFFF, "TrueType"))
         self.assertEqual((face.family, face.font_class, face.kerning_checksum), (None, None, None))
         face = quillmark.identify(DEJAVU, request=0x1)[0]
@@ -67,21 +58,16 @@ class Texts(unittest.TestCase):
         self.assertEqual(quillmark.styles("Garamond"), [])
 
     def test_nul_is_refused(self):
-        for call in [quillmark.identify, quillmark.from_xml, quillmark.from_property_list, quillmark.styles,
-                     quillmark.classify]:  # fmt: skip
-            with self.subTest(call=call.__name__), self.assertRaisesRegex(ValueError, "null byte"):
-                call(DEJAVU + "\0.ttf")
+        for call in [quillmark.identify, quillmark.from_xml, quillmark.from_property_list, quillmark.styles, quillmark.classify]:
+            self.assertRaisesRegex(ValueError, "null byte", call, DEJAVU + "\0.ttf")
 
 
 class Arrays(unittest.TestCase):
     def test_both_stored_forms_come_back(self):
+        kept = operator.attrgetter("postscript_name", "family", "kind", "version", "foundry", "styles", "outline_file_size")
         with quillmark.FontArray.from_file(pathlib.Path(DEJAVU)) as array:
-            face = array.faces()[0]
-            for read, text in [(quillmark.from_xml, array.to_xml()),
-                               (quillmark.from_property_list, array.to_property_list())]:  # fmt: skip
-                again = read(text)[0]
-                for name in ["postscript_name", "family", "kind", "version", "foundry", "styles", "outline_file_size"]:
-                    self.assertEqual(getattr(again, name), getattr(face, name), name)
+            for again in [quillmark.from_xml(array.to_xml()), quillmark.from_property_list(array.to_property_list())]:
+                self.assertEqual(kept(again[0]), kept(array[0]))
             self.assertEqual((array.index_of(-1, 0), array.index_of(128, 0)), (0, None))
 
     def test_refusals_carry_the_status(self):
@@ -95,8 +81,8 @@ class Arrays(unittest.TestCase):
         array = quillmark.FontArray.from_file(DEJAVU)
         array.close()
         array.close()
-        for call in [array.faces, array.to_xml, array.to_property_list, lambda: array.index_of(-1, 0),
-                     lambda: array[0], lambda: next(iter(array))]:  # fmt: skip
+        for call in [array.faces, array.to_xml, array.to_property_list, lambda: array.index_of(-1, 0), lambda: array[0],
+                     lambda: next(iter(array))]:  # fmt: skip
             self.assertRaisesRegex(ValueError, "closed", call)
 
     def test_array_is_a_sequence_of_faces(self):
@@ -113,8 +99,7 @@ class Arrays(unittest.TestCase):
         expected = quillmark.identify(DEJAVU)
         self.assertEqual(pickle.loads(pickle.dumps(expected)), expected)
         with concurrent.futures.ThreadPoolExecutor(4) as pool:
-            for faces in pool.map(quillmark.identify, [DEJAVU] * 16):
-                self.assertEqual(faces, expected)
+            self.assertEqual(list(pool.map(quillmark.identify, [DEJAVU] * 16)), [expected] * 16)
 
 
 class Files(unittest.TestCase):

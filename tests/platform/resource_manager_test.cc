@@ -4,8 +4,6 @@
 
 #include <filesystem>
 #include <string>
-#include <thread>
-#include <utility>
 
 #include "builders/resource_fork_builder.h"
 #include "builders/temp_folder.h"
@@ -19,7 +17,7 @@ constexpr ResType kNfnt = FourCharCode("NFNT");
 
 ResFileRefNum OpenData(const std::string& path, SInt8 permission = fsRdPerm) {
   FSRef ref;
-  EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, nullptr), noErr);
+  EXPECT_EQ(FSPathMakeRef(AsBytes(path.c_str()).data(), &ref, nullptr), noErr);
   ResFileRefNum number = 0;
   const OSErr error = FSOpenResourceFile(&ref, 0, nullptr, permission, &number);
   EXPECT_EQ(error, ResError());
@@ -28,115 +26,66 @@ ResFileRefNum OpenData(const std::string& path, SInt8 permission = fsRdPerm) {
 
 std::string Text(Handle handle) { return std::string(AsText(HandleBytes(handle))); }
 
-std::string Suitcase() {
-  return ResourceForkBuilder()
-      .Add(kFond, 128, "fond", "Times")
-      .Add(kNfnt, 129, "")
-      .Add(kNfnt, 130, "locked", std::nullopt, ResourceForkBuilder::kProtected)
-      .Build();
-}
-
 class ResourceManagerTest : public testing::Test {
  protected:
   void SetUp() override {
-    path_ = folder_.Write("suitcase", Suitcase());
-    file_ = OpenData(path_, fsRdWrPerm);
-    ASSERT_GT(file_, 0);
+    ResourceForkBuilder fork;
+    fork.Add(kFond, 128, "fond").Add(kNfnt, 129, "").Add(kNfnt, 130, "bitmap");
+    file_ = OpenData(folder_.Write("suitcase", fork.Build()), fsRdWrPerm);
   }
   void TearDown() override {
     CloseResFile(file_);
     EXPECT_EQ(ThreadResourceFiles().current, 0);
   }
-  TempFolder folder_;
-  std::string path_;
+  const TempFolder folder_;
   ResFileRefNum file_ = -1;
 };
 
 TEST_F(ResourceManagerTest, GetGivesOneHandleUntilItIsReleased) {
   SetResLoad(false);
-  const Handle locked = Get1Resource(kNfnt, 130);
-  EXPECT_EQ(*locked, nullptr);
+  const Handle bitmap = Get1Resource(kNfnt, 130);
+  EXPECT_EQ(*bitmap, nullptr);
   SetResLoad(true);
-  EXPECT_EQ(Get1Resource(kNfnt, 130), locked);
-  EXPECT_EQ(Text(locked), "locked");
+  EXPECT_EQ(Get1Resource(kNfnt, 130), bitmap);
+  EXPECT_EQ(Text(bitmap), "bitmap");
   const Handle fond = Get1IndResource(kFond, 1);
-  EXPECT_EQ(Text(fond), "fond");
   EXPECT_EQ(Get1Resource(kFond, 128), fond);
-  const Handle empty = Get1Resource(kNfnt, 129);
-  ASSERT_NE(empty, nullptr);
-  EXPECT_NE(*empty, nullptr);  // length 0 is loaded all the same
+  EXPECT_NE(*Get1Resource(kNfnt, 129), nullptr) << "length 0 is loaded all the same";
   ReleaseResource(fond);
   EXPECT_EQ(Text(Get1Resource(kFond, 128)), "fond");
 }
 
-TEST_F(ResourceManagerTest, DetachedAndOrdinaryHandlesLiveOn) {
+TEST_F(ResourceManagerTest, HandlesLeaveTheirFile) {
   const Handle detached = Get1Resource(kFond, 128);
   DetachResource(detached);
   EXPECT_EQ(ResError(), noErr);
-  EXPECT_NE(Get1Resource(kFond, 128), detached);
-  DetachResource(detached);
-  EXPECT_EQ(ResError(), resNotFound);
+  const Handle removed = Get1Resource(kFond, 128);
+  EXPECT_NE(removed, detached);
+  RemoveResource(removed);
+  EXPECT_EQ(Count1Resources(kFond), 0);
+  RemoveResource(removed);
+  EXPECT_EQ(ResError(), rmvResFailed);
   ReleaseResource(detached);  // not a resource: stays
   EXPECT_EQ(ResError(), resNotFound);
-  CloseResFile(file_);
-  EXPECT_EQ(Text(detached), "fond");
-  DisposeHandle(detached);
-}
-
-TEST_F(ResourceManagerTest, RemovalReachesTheFileWhenItIsClosed) {
-  const Handle fond = Get1Resource(kFond, 128);
-  RemoveResource(fond);
-  EXPECT_EQ(ResError(), noErr);
-  EXPECT_EQ(Text(fond), "fond");  // an ordinary handle now
-  RemoveResource(fond);
-  EXPECT_EQ(ResError(), rmvResFailed);
-  DisposeHandle(fond);
-  EXPECT_EQ(Count1Resources(kFond), 0);
-
-  const Handle locked = Get1Resource(kNfnt, 130);
-  RemoveResource(locked);
-  EXPECT_EQ(ResError(), rmvResFailed);
-  DisposeHandle(locked);  // the map must not hand it out again
-  EXPECT_EQ(Text(Get1Resource(kNfnt, 130)), "locked");
-
-  EXPECT_EQ(ReadFile(path_), Suitcase());
+  DisposeHandle(Get1Resource(kNfnt, 130));  // the map must not hand it out again
+  EXPECT_EQ(Text(Get1Resource(kNfnt, 130)), "bitmap");
   CloseResFile(file_);
   EXPECT_EQ(ResError(), noErr);
-  file_ = OpenData(path_);
-  EXPECT_EQ(Count1Types(), 1);
-}
-
-TEST_F(ResourceManagerTest, ReadOnlyFilesAreNeverWritten) {
-  const std::string locked_map = ResourceForkBuilder().Add(kFond, 1, "x").MapAttributes(0x80).Build();
-  for (const auto& [bytes, permission] :
-       {std::pair(Suitcase(), fsRdPerm), std::pair(locked_map, fsRdWrPerm)}) {
-    const std::string path = folder_.Write("other", bytes);
-    const ResFileRefNum other = OpenData(path, permission);
-    const Handle fond = Get1IndResource(kFond, 1);
-    RemoveResource(fond);
-    DisposeHandle(fond);
-    CloseResFile(other);
-    EXPECT_EQ(ResError(), noErr);
-    EXPECT_EQ(ReadFile(path), bytes);
+  for (const Handle handle : {detached, removed}) {
+    EXPECT_EQ(Text(handle), "fond");
+    DisposeHandle(handle);
   }
 }
 
-TEST_F(ResourceManagerTest, ChainOfFiles) {
-  const std::string list = BigEndianWriter().U16(2).Pascal("one").Pascal("two").Text("x").bytes();
-  ResourceForkBuilder lists;
-  lists.Add(FourCharCode("STR#"), 5, list).Add(kFond, 7, "lists");
-  const ResFileRefNum second = OpenData(folder_.Write("lists", lists.Build()));
-  EXPECT_EQ(ThreadResourceFiles().current, second);
+TEST_F(ResourceManagerTest, FilesAreSearchedFromTheCurrentOneToThoseOpenedBefore) {
+  const std::string lists = ResourceForkBuilder().Add(kFond, 7, "second").Build();
+  const ResFileRefNum second = OpenData(folder_.Write("second", lists));
   EXPECT_EQ(Get1Resource(kNfnt, 130), nullptr);
-  EXPECT_EQ(Text(GetResource(kNfnt, 130)), "locked");  // of the file opened before
+  EXPECT_EQ(Text(GetResource(kNfnt, 130)), "bitmap");
   const ResFileRefNum third = OpenData(folder_.Write("third", ResourceForkBuilder().Build()));
-  Str255 text = {};
-  GetIndString(text, 5, 2);
-  EXPECT_EQ(std::string(reinterpret_cast<char*>(text), 4), "\3two");
-  GetIndString(text, 5, 3);
-  EXPECT_EQ(text[0], 0);
+  EXPECT_EQ(Text(GetResource(kFond, 7)), "second");
   UseResFile(file_);
-  EXPECT_EQ(GetResource(kFond, 7), nullptr);  // opened later
+  EXPECT_EQ(GetResource(kFond, 7), nullptr);
   UseResFile(third);
   CloseResFile(second);
   EXPECT_EQ(ThreadResourceFiles().current, third);
@@ -144,33 +93,16 @@ TEST_F(ResourceManagerTest, ChainOfFiles) {
   EXPECT_EQ(ThreadResourceFiles().current, file_);
 }
 
-TEST_F(ResourceManagerTest, StateIsOfTheThread) {
-  SetResLoad(false);
-  std::thread([this] {
-    EXPECT_EQ(ThreadResourceFiles().current, 0);
-    UseResFile(file_);
-    EXPECT_EQ(ResError(), resFNotFound);
-    const ResFileRefNum own = OpenData(path_);
-    EXPECT_EQ(Text(Get1Resource(kFond, 128)), "fond");
-    CloseResFile(own);
-  }).join();
-  EXPECT_EQ(*Get1Resource(kFond, 128), nullptr);
-  SetResLoad(true);
-  EXPECT_EQ(ThreadResourceFiles().current, file_);
-}
-
-TEST(ResourceFilesTest, WhatCannotBeOpened) {
-  const TempFolder folder;
+TEST_F(ResourceManagerTest, TellsWhyAFileCannotBeOpened) {
   FSRef ref;
   Boolean is_folder = 2;
   const auto make = [&](const std::string& path) {
-    return FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, &is_folder);
+    return FSPathMakeRef(AsBytes(path.c_str()).data(), &ref, &is_folder);
   };
-  EXPECT_EQ(make(folder.Write("bad\xFF", "x")), fnfErr);
-  EXPECT_EQ(make(folder.path()), noErr);
+  EXPECT_EQ(make(folder_.Write("bad\xFF", "x")), fnfErr);
+  EXPECT_EQ(make(folder_.path()), noErr);
   EXPECT_EQ(is_folder, 1);
-
-  const std::string font = folder.Write("font", "data");
+  const std::string font = folder_.Write("font", "data");
   ASSERT_EQ(make(font), noErr);
   EXPECT_EQ(FSOpenResFile(&ref, fsRdPerm), -1);
   EXPECT_EQ(ResError(), resFNotFound);
@@ -178,38 +110,29 @@ TEST(ResourceFilesTest, WhatCannotBeOpened) {
   EXPECT_EQ(ResError(), mapReadErr);
 }
 
-TEST(ResourceFilesTest, CountsAreSigned) {
-  ResourceForkBuilder builder;
-  builder.Add(kFond, 1, "");
-  std::string fork = builder.Build();
-  const std::size_t type_list = fork.size() - 12 - 8 - 2;
-  fork.resize(fork.size() + std::size_t{40000} * 12);
-  BigEndianWriter map_length;
-  fork.replace(12, 4, map_length.U32(static_cast<std::uint32_t>(50 + 40000 * 12)).bytes());
-  fork.replace(type_list + 6, 2, BigEndianWriter().U16(39999).bytes());
-  const TempFolder folder;
-  const ResFileRefNum file = OpenData(folder.Write("font", fork));
+TEST_F(ResourceManagerTest, CountsAreSigned) {
+  constexpr std::uint32_t kCount = 40000;
+  BigEndianWriter fork;  // the map directly behind the header, with one type
+  fork.U32(16).U32(16).U32(0).U32(38 + 12 * kCount).Zeros(24).U16(28).U16(0);
+  fork.U16(0).U32(kFond).U16(kCount - 1).U16(10).Zeros(12 * kCount);
+  const ResFileRefNum file = OpenData(folder_.Write("font", fork.bytes()));
   EXPECT_EQ(Count1Resources(kFond), -25536) << "callers that count up to it walk none";
   CloseResFile(file);
 }
 
-TEST(ResourceFilesTest, LostDataGiveNoHandle) {
-  const TempFolder folder;
+TEST_F(ResourceManagerTest, LostDataGiveNoHandle) {
   ResourceForkBuilder builder;
   const std::string long_data(70'000, 's');  // more than is read of a file at once
   builder.Add(kFond, 1, "first").Add(kFond, 1, long_data).Add(kFond, 3, "cut off");
   builder.SetU32(ResourceForkBuilder::ReferenceOffset(builder.Build(), 0, 0) + 4, 0x00FFFFFF);
-  const std::string path = folder.Write("font", builder.Build());
+  const std::string path = folder_.Write("font", builder.Build());
   const ResFileRefNum file = OpenData(path);
-  EXPECT_EQ(Count1Resources(kFond), 3);
   for (const bool load : {true, false}) {
     SetResLoad(load);
-    EXPECT_EQ(Get1IndResource(kFond, 1), nullptr);
-    EXPECT_NE(ResError(), noErr);
     EXPECT_EQ(Get1Resource(kFond, 1), nullptr);
+    EXPECT_EQ(ResError(), mapReadErr);
     EXPECT_NE(Get1IndResource(kFond, 2), nullptr);
   }
-  SetResLoad(false);
   const Handle third = Get1IndResource(kFond, 3);
   std::filesystem::resize_file(path, 256 + 4 + 5 + 4 + long_data.size() + 4);
   SetResLoad(true);

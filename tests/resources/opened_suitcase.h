@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -21,7 +21,6 @@
 namespace quillmark {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class OpenedSuitcase {
  public:
@@ -30,23 +29,24 @@ class OpenedSuitcase {
     Reopen(read_only);
   }
   // A file with one FOND, of ID 128.
-  explicit OpenedSuitcase(const std::string& fond, const std::string& name = "Family")
-      : OpenedSuitcase(ResourceForkBuilder().Add(kFond, 128, fond, name)) {}
+  explicit OpenedSuitcase(const FondBuilder& fond, const std::string& name = "Family")
+      : OpenedSuitcase(ResourceForkBuilder().Add(kFond, 128, fond.Build(), name)) {}
 
   void Reopen(bool read_only = true) {
     file_.reset();  // closed, and so written, before it is read again
-    file_ = std::make_unique<ResourceFileHolder>(QuillmarkResourceFile::initWithFile(path_, read_only));
+    file_.emplace(QuillmarkResourceFile::initWithFile(path_, read_only));
   }
-  QuillmarkResourceFile* get() const { return file_->get(); }
   QuillmarkResourceFile* operator->() const { return file_->get(); }
-  Handle Fond(std::int16_t id = 128) const { return get()->getResourceHandleForType(kFond, id); }
+  Family FamilyOf(std::int16_t id = 128) const {
+    return {file_->get(), file_->get()->getResourceHandleForType(kFond, id)};
+  }
   const TempFolder& folder() const { return folder_; }
   const std::string& path() const { return path_; }
 
  private:
   TempFolder folder_;
   std::string path_;
-  std::unique_ptr<ResourceFileHolder> file_;
+  std::optional<ResourceFileHolder> file_;
 };
 
 }  // namespace quillmark

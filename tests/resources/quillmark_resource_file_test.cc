@@ -8,9 +8,9 @@
 namespace quillmark {
 namespace {
 
-ResourceForkBuilder Bitmaps(const std::vector<std::int16_t>& ids, std::uint8_t attributes = 0) {
+ResourceForkBuilder Bitmaps(const std::vector<std::int16_t>& ids) {
   ResourceForkBuilder fork;
-  for (const std::int16_t id : ids) fork.Add(kNfnt, id, "bitmap", std::nullopt, attributes);
+  for (const std::int16_t id : ids) fork.Add(kNfnt, id, "bitmap");
   return fork;
 }
 
@@ -68,13 +68,19 @@ TEST(QuillmarkResourceFile, RemovesResourcesAndWritesThatAtTheEnd) {
   }
 }
 
-TEST(QuillmarkResourceFile, ProtectedResourcesStayThoughRemovalIsReported) {
-  OpenedSuitcase file(Bitmaps({1, 2, 3}, ResourceForkBuilder::kProtected), false);
-  EXPECT_TRUE(file->purgeResource(kNfnt, 2));
-  EXPECT_TRUE(file->purgeAllBut({}, kNfnt));
-  EXPECT_EQ(AsText(HandleBytes(file->getResourceHandleForType(kNfnt, 2))), "bitmap");
-  file.Reopen();
-  EXPECT_EQ(file->countResType(kNfnt), 3);
+TEST(QuillmarkResourceFile, WhatMayNotBeWrittenStaysThoughRemovalIsReported) {
+  // Attributes of the resource and of the map, and whether the file is open for reading only.
+  const std::tuple<std::uint8_t, std::uint16_t, bool> rows[] = {
+      {ResourceForkBuilder::kProtected, 0, false}, {0, 0x80, false}, {0, 0, true}};
+  for (const auto& [attributes, map_attributes, read_only] : rows) {
+    ResourceForkBuilder fork;
+    fork.Add(kNfnt, 1, "bitmap", std::nullopt, attributes).MapAttributes(map_attributes);
+    OpenedSuitcase file(fork, read_only);
+    EXPECT_TRUE(file->purgeResource(kNfnt, 1));
+    EXPECT_EQ(file->purgeAllBut({}, kNfnt), attributes != 0);
+    file.Reopen();
+    EXPECT_EQ(AsText(HandleBytes(file->getResourceHandleForType(kNfnt, 1))), "bitmap");
+  }
 }
 
 TEST(QuillmarkResourceFile, ActivationAnswersAnError) {

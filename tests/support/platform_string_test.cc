@@ -2,18 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <tuple>
 
 namespace quillmark {
 namespace {
 
 TEST(PlatformString, ReadsExactlyTheGivenBytes) {
-  const struct {
-    const char* bytes;
-    unsigned length;
-    unsigned encoding;
-    std::optional<std::string> text;
-  } rows[] = {
+  const std::tuple<const char*, unsigned, unsigned, std::optional<std::string>> rows[] = {
       {"Times\xC3", 5, NSUTF8StringEncoding, "Times"},
       {"Times\xC3", 6, NSUTF8StringEncoding, std::nullopt},
       {"\xEF\xBB\xBFT", 4, NSUTF8StringEncoding, "T"},
@@ -21,20 +16,17 @@ TEST(PlatformString, ReadsExactlyTheGivenBytes) {
       {"\x8E", 1, kDefaultCStringEncoding, "\u00E9"},
       {"a\x8E", 1, NSASCIIStringEncoding, "a"},
       {"a", 1, 99, std::nullopt},
-      {"", 0, NSUTF8StringEncoding, ""},
-      {nullptr, 0, NSUTF8StringEncoding, std::nullopt},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(NSStringWithCStringLengthAndEncoding(row.bytes, row.length, row.encoding), row.text)
-        << row.encoding << " " << row.length;
+      {nullptr, 0, NSUTF8StringEncoding, std::nullopt}};
+  for (const auto& [bytes, length, encoding, text] : rows) {
+    EXPECT_EQ(NSStringWithCStringLengthAndEncoding(bytes, length, encoding), text) << encoding << length;
   }
 }
 
 TEST(PlatformString, ConvertsMacRomanInABuffer) {
-  std::array<char, 6> buffer = {'\xAA', '\xAA', '\0', '#', '#', '#'};  // two trade mark signs of 3 bytes each
+  char buffer[] = "\xAA\xAA\0###";  // two trade mark signs of 3 bytes each
   std::uint32_t length = 99;
-  EXPECT_TRUE(NVMacRomanToUTF8InPlace(buffer.data(), 5, &length));
-  EXPECT_STREQ(buffer.data(), "\xE2\x84\xA2\xE2") << "cut to fit, inside a sequence if it comes so";
+  EXPECT_TRUE(NVMacRomanToUTF8InPlace(buffer, 5, &length));
+  EXPECT_STREQ(buffer, "\xE2\x84\xA2\xE2") << "cut to fit, inside a sequence if it comes so";
   EXPECT_EQ(length, 4u);
   EXPECT_EQ(buffer[5], '#');
 }

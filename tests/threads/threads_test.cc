@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <latch>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -33,8 +32,7 @@ void ExpectSameFromAllThreads(Work work) {
       });
     }
   }
-  const std::string alone = work();
-  for (const std::string& result : results) EXPECT_EQ(result, alone);
+  EXPECT_EQ(results, std::vector<std::string>(kThreads, work()));
 }
 
 std::string CreatedAndReadBack(const std::string& path) {
@@ -58,37 +56,19 @@ std::string NamesWithoutAnArray() {
   return std::to_string(count) + style + family;
 }
 
-class Threads : public testing::Test {
- protected:
-  Threads() {
-    for (const Sample& sample : SamplesOf(SmallOutlines())) {
-      folders_.push_back(std::make_unique<TempFolder>());
-      if (WriteSample(folders_.back()->path(), sample)) paths_.push_back(folders_.back()->Path(sample.font));
-    }
-  }
-  std::vector<std::string> paths_;
-
- private:
-  std::vector<std::unique_ptr<TempFolder>> folders_;
-};
-
-TEST_F(Threads, CreateQueryStoreAndReadBackAtOnce) {
-  ExpectSameFromAllThreads([this] {
-    std::string all = NamesWithoutAnArray();
-    for (const std::string& path : paths_) all += CreatedAndReadBack(path);
-    return all;
-  });
-}
-
-TEST_F(Threads, LoadEachTableOnce) {
+TEST(Threads, LoadEachTableOnce) {
   ExpectSameFromAllThreads(NamesWithoutAnArray);
   EXPECT_EQ(NamesWithoutAnArray().substr(0, 5), "1Bold") << "the tables were not found";
 }
 
-TEST_F(Threads, AskOneArray) {
-  for (const std::string& path : paths_) {
+TEST(Threads, CreateQueryStoreAndReadBackAtOnce) {
+  for (const Sample& sample : SamplesOf(SmallOutlines())) {
+    const TempFolder folder;
+    if (!WriteSample(folder.path(), sample)) continue;
+    const std::string path = folder.Path(sample.font);
+    ExpectSameFromAllThreads([&path] { return CreatedAndReadBack(path); });
     const OwnedArray array = Create(path);
-    if (array) ExpectSameFromAllThreads([&array] { return EverythingOf(array.get()); });
+    ExpectSameFromAllThreads([&array] { return EverythingOf(array.get()); });
   }
 }
 
