@@ -2,10 +2,7 @@
 """Fails on a file or folder under /usr that tests, fuzz targets, examples or benchmarks name and that no package of
 script/bootstrap --tests brings: on another machine it would be missing. A package brings also what its dependencies
 bring, and what every Debian has is there. Fonts count by their file names alone, too, where an installed package has
-one of that name.
-
-Usage: check_machine_files.py SOURCE_FOLDER
-"""
+one of that name."""
 
 import pathlib
 import re

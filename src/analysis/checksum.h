@@ -1,5 +1,5 @@
 // CRC-32 (ISO 3309, ITU-T V.42) over bytes and over both forks of a file.
-// Tests: tests/analysis/checksum_test.cc.
+// Tests: tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_CHECKSUM_H_
 #define QUILLMARK_ANALYSIS_CHECKSUM_H_
 

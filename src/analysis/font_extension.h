@@ -1,4 +1,4 @@
-// What a font file's extension says about it. Tests: tests/analysis/font_kind_test.cc.
+// What a font file's extension says about it. Tests: tests/analysis/font_file_test.cc.
 #ifndef QUILLMARK_ANALYSIS_FONT_EXTENSION_H_
 #define QUILLMARK_ANALYSIS_FONT_EXTENSION_H_
 

@@ -1,5 +1,5 @@
 // The decision what kind of font a file holds: by its resources, its extension, and last its first bytes.
-// Tests: tests/analysis/font_kind_test.cc.
+// Tests: tests/analysis/font_file_test.cc.
 #ifndef QUILLMARK_ANALYSIS_FONT_KIND_H_
 #define QUILLMARK_ANALYSIS_FONT_KIND_H_
 

@@ -1,4 +1,4 @@
-// Loose comparison of PostScript names. Tests: tests/analysis/name_match_test.cc.
+// Loose comparison of PostScript names. Tests: tests/analysis/names_test.cc.
 #ifndef QUILLMARK_ANALYSIS_NAME_MATCH_H_
 #define QUILLMARK_ANALYSIS_NAME_MATCH_H_
 

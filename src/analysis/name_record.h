@@ -1,5 +1,5 @@
 // The records of an sfnt font's `name` table (OpenType name table) and their text. name_table.h decides which
-// record is preferred. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
+// record is preferred. Tests: tests/analysis/names_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_NAME_RECORD_H_
 #define QUILLMARK_ANALYSIS_NAME_RECORD_H_
 

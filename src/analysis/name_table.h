@@ -1,5 +1,5 @@
 // Names, version and maker's text out of the `name` table of an sfnt font (OpenType name table), with a fixed
-// order of preference among its records. Tests: tests/analysis/name_table_test.cc; fuzz/sfnt_fuzzer.cc.
+// order of preference among its records. Tests: tests/analysis/names_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_NAME_TABLE_H_
 #define QUILLMARK_ANALYSIS_NAME_TABLE_H_
 

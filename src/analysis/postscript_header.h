@@ -1,7 +1,7 @@
 // Reads names out of the clear-text header of a PostScript font program (Adobe Type 1 Font Format, chapter 2;
 // Adobe CID-Keyed Font Files). The functions take a header as two texts of one length: its bytes, and a copy
 // to search in, in lower case and with "_" for each zero byte. Every scan is one pass. Tests:
-// tests/analysis/postscript_header_test.cc; fuzz/postscript_header_fuzzer.cc.
+// tests/analysis/postscript_test.cc; fuzz/postscript_header_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_POSTSCRIPT_HEADER_H_
 #define QUILLMARK_ANALYSIS_POSTSCRIPT_HEADER_H_
 

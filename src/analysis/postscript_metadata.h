@@ -1,5 +1,5 @@
 // Names of PostScript faces, from the clear-text header of their printer font file (Type 1, Multiple Master,
-// CID), which lies beside the resource file. Tests: tests/analysis/postscript_metadata_test.cc.
+// CID), which lies beside the resource file. Tests: tests/analysis/postscript_test.cc.
 #ifndef QUILLMARK_ANALYSIS_POSTSCRIPT_METADATA_H_
 #define QUILLMARK_ANALYSIS_POSTSCRIPT_METADATA_H_
 

@@ -1,6 +1,6 @@
 // PrinterFont: a printer font file, which holds the outlines of PostScript faces in POST resources or in its
 // data fork. PrinterFonts caches those of one request, so that each is read once for all faces that name it.
-// Tests: tests/analysis/postscript_metadata_test.cc, tests/analysis/face_checksums_test.cc.
+// Tests: tests/analysis/postscript_test.cc, tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 #define QUILLMARK_ANALYSIS_PRINTER_FONT_H_
 

@@ -1,6 +1,6 @@
 // The bytes of one stand-alone sfnt font: in memory, in a file of which only the ranges asked for are read,
 // or in the tables of a collection. Offsets and lengths are in bytes from the start of the font; nothing
-// outside [0, size) is ever handed out. For one thread at a time. Tests: tests/analysis/sfnt_data_test.cc.
+// outside [0, size) is ever handed out. For one thread at a time. Tests: tests/analysis/font_file_test.cc.
 #ifndef QUILLMARK_ANALYSIS_SFNT_DATA_H_
 #define QUILLMARK_ANALYSIS_SFNT_DATA_H_
 

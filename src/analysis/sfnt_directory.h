@@ -1,6 +1,6 @@
 // The table directory of an sfnt font (OpenType table directory), and what its tables decide: the platform,
 // and the kerning checksum. Directory checksums are not verified. Tests:
-// tests/analysis/sfnt_directory_test.cc; fuzz/sfnt_fuzzer.cc.
+// tests/analysis/font_file_test.cc; fuzz/sfnt_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_SFNT_DIRECTORY_H_
 #define QUILLMARK_ANALYSIS_SFNT_DIRECTORY_H_
 

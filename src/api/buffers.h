@@ -1,5 +1,5 @@
 // Copies texts into the host's buffers: names, and whole stored forms, cut to fit.
-// Tests: tests/api/queries_test.cc, xml_test.cc; tests/c/contract.c.
+// Tests: tests/api/queries_test.cc, stored_forms_test.cc; tests/c/contract.c.
 #ifndef QUILLMARK_API_BUFFERS_H_
 #define QUILLMARK_API_BUFFERS_H_
 

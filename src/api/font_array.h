@@ -1,6 +1,6 @@
 // QM_FontArray: the ordered specifiers of one creation, behind the C interface's opaque pointer.
 // The host owns an array from its creation until QM_SpecifierFree. Queries only read it, from any thread.
-// Tests: tests/api/font_array_test.cc.
+// Tests: tests/api/queries_test.cc.
 #ifndef QUILLMARK_API_FONT_ARRAY_H_
 #define QUILLMARK_API_FONT_ARRAY_H_
 

@@ -1,6 +1,6 @@
 // QM_FontSpecifier: what the library knows about one face, and how two faces compare.
 // A plain value. `attributes` says which of the fields count: a getter looks at a field only when its bit is
-// set there, whatever the field holds. Tests: tests/api/font_specifier_test.cc.
+// set there, whatever the field holds. Tests: tests/api/queries_test.cc.
 #ifndef QUILLMARK_API_FONT_SPECIFIER_H_
 #define QUILLMARK_API_FONT_SPECIFIER_H_
 

@@ -1,5 +1,5 @@
 // The property-list form of an array, written and read: an array of dictionaries in which every value is a
-// string, numbers too. Tests: tests/api/property_list_form_test.cc; fuzz/property_list_form_fuzzer.cc.
+// string, numbers too. Tests: tests/api/stored_forms_test.cc; fuzz/property_list_form_fuzzer.cc.
 #include <cstring>
 #include <limits>
 #include <map>

@@ -1,6 +1,5 @@
 // What the two stored forms (XML and property list) hold of a face: the values that both write, the fields
-// that both read back, and how a number stands as text. Tests: tests/api/xml_test.cc,
-// property_list_form_test.cc.
+// that both read back, and how a number stands as text. Tests: tests/api/stored_forms_test.cc.
 #ifndef QUILLMARK_API_STORED_VALUES_H_
 #define QUILLMARK_API_STORED_VALUES_H_
 

@@ -1,7 +1,7 @@
 // QM_CreateSpecifierFromXML: reads the XML form back by searching for its tags; it is no XML parser and must
 // not become one. A tag is searched from the start of a face's block to the end of the whole text, so a block
 // that lacks it takes the value of a later one. Overlapping and shared values are charged to a budget;
-// reading ends when it is spent. Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+// reading ends when it is spent. Tests: tests/api/stored_forms_test.cc; fuzz/xml_fuzzer.cc.
 #include "api/xml_reader.h"
 
 #include <memory>

@@ -1,5 +1,5 @@
 // ReadXml: reads the XML form, and tells the tool what QM_CreateSpecifierFromXML has no status for. Tests:
-// tests/api/xml_test.cc.
+// tests/api/stored_forms_test.cc.
 #ifndef QUILLMARK_API_XML_READER_H_
 #define QUILLMARK_API_XML_READER_H_
 

@@ -1,5 +1,5 @@
 // QM_GetXMLRepresentation: a fixed template, filled by replacing placeholders. Nothing is escaped, since the
-// reader undoes no escapes (xml_reader.cc). Tests: tests/api/xml_test.cc; fuzz/xml_fuzzer.cc.
+// reader undoes no escapes (xml_reader.cc). Tests: tests/api/stored_forms_test.cc; fuzz/xml_fuzzer.cc.
 #include <array>
 #include <string>
 #include <string_view>

@@ -1,5 +1,5 @@
 // Loads DefaultClassifications.plist and looks families up in it.
-// Tests: tests/knowledge/classification_mappings_test.cc, fuzz/table_fuzzer.cc.
+// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/classification_mappings.h"
 
 #include "knowledge/table_values.h"

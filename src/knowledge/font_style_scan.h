@@ -2,7 +2,7 @@
 // Names are cut into words, words become style components (style_scanner.cc), components become the table's
 // built-in styles (style_matcher.cc). Matching is by byte and case throughout. The table loads once, behind a
 // lock, and lives as long as the process; call Initialize before any scan. Tests:
-// tests/knowledge/style_scanner_test.cc, style_matcher_test.cc.
+// tests/knowledge/style_scan_test.cc.
 #ifndef QUILLMARK_KNOWLEDGE_FONT_STYLE_SCAN_H_
 #define QUILLMARK_KNOWLEDGE_FONT_STYLE_SCAN_H_
 

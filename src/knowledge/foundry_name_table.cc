@@ -1,5 +1,5 @@
 // Loads FoundryNameTable.plist into plain records and answers for creator codes and texts.
-// Tests: tests/knowledge/foundry_name_table_test.cc, fuzz/table_fuzzer.cc.
+// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/foundry_name_table.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Builds and runs the automaton over the patterns of the foundry table.
-// Tests: tests/knowledge/foundry_name_table_test.cc.
+// Tests: tests/knowledge/lookup_tables_test.cc.
 #include "knowledge/foundry_pattern_index.h"
 
 #include <algorithm>

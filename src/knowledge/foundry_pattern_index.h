@@ -1,6 +1,6 @@
 // Tells which of many patterns occur in a text in one pass over it (the automaton of Aho and Corasick), so
 // that a foundry query over a long font header costs the header's length, however many patterns the table
-// has. Tests: tests/knowledge/foundry_name_table_test.cc.
+// has. Tests: tests/knowledge/lookup_tables_test.cc.
 #ifndef QUILLMARK_KNOWLEDGE_FOUNDRY_PATTERN_INDEX_H_
 #define QUILLMARK_KNOWLEDGE_FOUNDRY_PATTERN_INDEX_H_
 

@@ -1,5 +1,5 @@
 // Loads KeywordTable.plist.
-// Tests: tests/knowledge/style_scanner_test.cc, fuzz/table_fuzzer.cc.
+// Tests: tests/knowledge/style_scan_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/keyword_table.h"
 
 #include <optional>

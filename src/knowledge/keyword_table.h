@@ -1,6 +1,6 @@
 // The style words and built-in styles of KeywordTable.plist, one set for the process, which OmFontStyleScan's
 // functions read without a lock once it is loaded.
-// Tests: tests/knowledge/style_scanner_test.cc, fuzz/table_fuzzer.cc.
+// Tests: tests/knowledge/style_scan_test.cc, fuzz/table_fuzzer.cc.
 #ifndef QUILLMARK_KNOWLEDGE_KEYWORD_TABLE_H_
 #define QUILLMARK_KNOWLEDGE_KEYWORD_TABLE_H_
 

@@ -1,6 +1,6 @@
 // Finds the built-in styles that a list of style components stands for: one style that is exactly the list,
 // or else the best weights and the best other styles. Also the plain test for a user's own style word. Tests:
-// tests/knowledge/style_matcher_test.cc, fuzz/style_name_fuzzer.cc.
+// tests/knowledge/style_scan_test.cc, fuzz/style_name_fuzzer.cc.
 #include <algorithm>
 #include <cstddef>
 #include <limits>

@@ -1,6 +1,6 @@
 // Cuts names into style words, recognises the words, and corrects the list for conventions that the keyword
 // table cannot express. Letters are the ASCII letters; every other byte only separates. Tests:
-// tests/knowledge/style_scanner_test.cc, fuzz/style_name_fuzzer.cc.
+// tests/knowledge/style_scan_test.cc, fuzz/style_name_fuzzer.cc.
 #include "knowledge/style_scanner.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 // The scan from a font's names to style components, in the light form that the matcher works on: components
 // are named by their entries of the keyword table, not copied. Results live as long as the loaded table.
-// Tests: tests/knowledge/style_scanner_test.cc.
+// Tests: tests/knowledge/style_scan_test.cc.
 #ifndef QUILLMARK_KNOWLEDGE_STYLE_SCANNER_H_
 #define QUILLMARK_KNOWLEDGE_STYLE_SCANNER_H_
 

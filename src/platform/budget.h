@@ -2,7 +2,7 @@
 // for each byte that it reads, so that its cost grows with the bytes of its input, however often the input
 // repeats them through lists that overlap. Whatever hands out a fork, a resource, a table or a range of
 // records charges for what it hands out; readers of single numbers do not. A step is about a nanosecond.
-// Tests: tests/api/budget_test.cc.
+// Tests: tests/api/creation_test.cc.
 #ifndef QUILLMARK_PLATFORM_BUDGET_H_
 #define QUILLMARK_PLATFORM_BUDGET_H_
 

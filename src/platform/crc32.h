@@ -1,5 +1,5 @@
 // CRC-32 (ISO 3309, ITU-T V.42) over bytes, and the combination of the CRCs of neighbouring blocks. Tests:
-// tests/analysis/checksum_test.cc.
+// tests/analysis/face_checksums_test.cc.
 #ifndef QUILLMARK_PLATFORM_CRC32_H_
 #define QUILLMARK_PLATFORM_CRC32_H_
 

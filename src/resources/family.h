@@ -1,7 +1,7 @@
 // Family: one FOND of a resource file, parsed once for all of its styles: its association table, its style
 // mapping table, its kerning and its names. Without a FOND, or with one that has no data, it is a family
 // without styles. The record layouts are those of Inside Macintosh: Text, "The Font Family Resource". Tests:
-// tests/resources/family_test.cc, tests/resources/fond_names_test.cc; fuzz/resource_map_fuzzer.cc.
+// tests/resources/family_test.cc; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_RESOURCES_FAMILY_H_
 #define QUILLMARK_RESOURCES_FAMILY_H_
 

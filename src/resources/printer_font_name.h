@@ -1,6 +1,6 @@
 // Names that a FOND composes for its styles, and the file names of printer fonts derived from them.
 // Sources: Inside Macintosh: Text, "Style-Mapping Table"; the five-three-three rule of PostScript printer
-// fonts. Tests: tests/resources/printer_font_name_test.cc.
+// fonts. Tests: tests/resources/printer_font_test.cc.
 #ifndef QUILLMARK_RESOURCES_PRINTER_FONT_NAME_H_
 #define QUILLMARK_RESOURCES_PRINTER_FONT_NAME_H_
 

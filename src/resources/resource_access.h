@@ -1,6 +1,6 @@
 // Plain functions over a resource file that may be null: each then returns its failure value, so that a font
 // without a resource fork goes through the same steps as one with it. Handles are as in
-// quillmark_resource_file.h. Tests: tests/resources/resource_access_test.cc.
+// quillmark_resource_file.h. Tests: tests/resources/resource_file_test.cc.
 #ifndef QUILLMARK_RESOURCES_RESOURCE_ACCESS_H_
 #define QUILLMARK_RESOURCES_RESOURCE_ACCESS_H_
 

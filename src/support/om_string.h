@@ -2,7 +2,7 @@
 // asked for. Every comparison operator ignores ASCII case; where exact bytes count (keys, sets), compare
 // str() instead. Pointers and references handed out live until the string next changes. Copies share their
 // text, which never changes itself: one string is for one thread at a time, but two that share may be on two.
-// Tests: tests/support/om_string_test.cc.
+// Tests: tests/support/string_test.cc.
 #ifndef QUILLMARK_SUPPORT_OM_STRING_H_
 #define QUILLMARK_SUPPORT_OM_STRING_H_
 

@@ -1,5 +1,5 @@
 // Pascal strings: a length byte followed by that many bytes, the form in which resources hold names.
-// A limit counts the whole buffer, length byte included. Tests: tests/support/pascal_string_test.cc.
+// A limit counts the whole buffer, length byte included. Tests: tests/support/string_test.cc.
 #ifndef QUILLMARK_SUPPORT_PASCAL_STRING_H_
 #define QUILLMARK_SUPPORT_PASCAL_STRING_H_
 

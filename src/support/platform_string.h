@@ -1,5 +1,5 @@
 // Strings made from the bytes of font resources in a stated or the default encoding (MacRoman).
-// Tests: tests/support/platform_string_test.cc.
+// Tests: tests/support/string_test.cc.
 #ifndef QUILLMARK_SUPPORT_PLATFORM_STRING_H_
 #define QUILLMARK_SUPPORT_PLATFORM_STRING_H_
 

@@ -1,7 +1,7 @@
 // Property-list files: the whole file into memory, parsed; a list written out. Failures give null or false,
 // and the stated message on standard output, which for the reading functions has no line end. Nothing but a
 // regular file is read, and opening anything else does not block. Tests:
-// tests/support/property_list_file_test.cc.
+// tests/support/bundle_property_list_test.cc.
 #ifndef QUILLMARK_SUPPORT_PROPERTY_LIST_FILE_H_
 #define QUILLMARK_SUPPORT_PROPERTY_LIST_FILE_H_
 

@@ -2,7 +2,7 @@
 // type (a number is no boolean); when they return false or null the output is unchanged, except for a number
 // that does not fit its type: its converted value is stored. Null dictionaries, arrays, keys and values are
 // allowed and answer false or null. What a Get function returns is not retained. Tests:
-// tests/support/property_list_values_test.cc.
+// tests/support/bundle_property_list_test.cc.
 #ifndef QUILLMARK_SUPPORT_PROPERTY_LIST_VALUES_H_
 #define QUILLMARK_SUPPORT_PROPERTY_LIST_VALUES_H_
 

@@ -1,5 +1,5 @@
 // Finds a property-list resource of the library's own bundle and loads it.
-// Tests: tests/support/resource_location_test.cc.
+// Tests: tests/support/bundle_property_list_test.cc.
 #ifndef QUILLMARK_SUPPORT_RESOURCE_LOCATION_H_
 #define QUILLMARK_SUPPORT_RESOURCE_LOCATION_H_
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <tuple>
 
 #include "builders/big_endian.h"
 #include "builders/collection_builder.h"
@@ -82,11 +83,7 @@ TEST_F(Collection, FacesMustFitTheFile) {
   const std::string no_tables = With(good, 12, size) + SfntHeader(0x00010000, 0);
   const SfntBuilder two = SfntBuilder().Table("aaaa", std::string(100, 'a')).Table("bbbb", "");
   const std::string repeating = With(CollectionBuilder().Face(two).Build(), 52, 60);  // 160 bytes
-  const struct {
-    const char* what;
-    std::string bytes;
-    CollectionStatus status;
-  } rows[] = {
+  const std::tuple<const char*, std::string, CollectionStatus> rows[] = {
       {"only its header inside", With(good, 12, size - 12), kCollectionOutOfBounds},
       {"directory whose end wraps", With(good, 12, 0xFFFFFFF8), kCollectionOutOfBounds},
       {"table whose end wraps", With(good, entry + 8, 0xFFFFFFFC), kCollectionOutOfBounds},
@@ -98,34 +95,22 @@ TEST_F(Collection, FacesMustFitTheFile) {
       {"face of 156 bytes", With(repeating, 56, 12), kCollectionOk},
       {"face as large as the file", With(repeating, 56, 13), kCollectionNoFace},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Load(row.bytes), kCollectionOk) << row.what;
-    EXPECT_EQ(Cut(0), row.status) << row.what;
+  for (const auto& [what, bytes, status] : rows) {
+    EXPECT_EQ(Load(bytes), kCollectionOk) << what;
+    EXPECT_EQ(Cut(0), status) << what;
   }
 }
 
-TEST_F(Collection, WritesFacesUnderTheFirstFreeNumber) {
-  const std::vector<char> data = {'d', 'a', 't', 'a'};
-  std::string written = "old";
-  for (int n = 1; n < 100; ++n) folder_.Write(std::to_string(n) + ".ttf", "taken");
-  folder_.Write("4294967295.ttf", "taken");
-  for (const auto& [face, name] : {std::pair(7u, "/100.ttf"), {0xFFFFFFFF, "/0.ttf"}, {0u, "/99.ttf"}}) {
-    ASSERT_EQ(TrueTypeCollectionFont::WriteTTF(data, face, folder_.path(), written), kCollectionOk);
-    EXPECT_EQ(written, folder_.path() + name);
-    EXPECT_EQ(ReadFile(written), "data");
-  }
-  EXPECT_EQ(TrueTypeCollectionFont::WriteTTF(data, 0, "/nowhere", written), kCollectionFileError);
-  EXPECT_EQ(TrueTypeCollectionFont::WriteTTF({}, 0, folder_.path(), written), kCollectionNoFace);
-}
-
-TEST_F(Collection, SeparatesEveryFaceAndRemembersTheLastFailure) {
+TEST_F(Collection, SeparatesFacesUnderFreeNumbersAndRemembersTheLastFailure) {
   CollectionBuilder three;
   three.Face(Face("One")).Face(Face("Two")).Face(Face("Three"));
   const std::string path = folder_.Write("a.ttc", With(three.Build(), 16, 0xFFFFFFFF));
+  folder_.Write("0.ttf", "taken");
   std::vector<std::string> written;
   EXPECT_EQ(TrueTypeCollectionFont::SeparateTTCFonts(path, folder_.path(), written), kCollectionOutOfBounds);
-  EXPECT_EQ(written, (std::vector<std::string>{folder_.Path("0.ttf"), folder_.Path("2.ttf")}));
+  EXPECT_EQ(written, (std::vector<std::string>{folder_.Path("1.ttf"), folder_.Path("2.ttf")}));
   EXPECT_EQ(ReadFile(folder_.Path("2.ttf")), Face("Three").Build());
+  EXPECT_EQ(TrueTypeCollectionFont::WriteTTF({'x'}, 0, "/nowhere", written[0]), kCollectionFileError);
 }
 
 // Tables are put together from steps of the file, wherever their words begin.

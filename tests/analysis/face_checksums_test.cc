@@ -1,11 +1,12 @@
 #include "analysis/face_checksums.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 
-#include "analysis/checksum.h"
 #include "builders/apple_double_builder.h"
 #include "builders/big_endian.h"
 #include "builders/fond_builder.h"
@@ -22,14 +23,29 @@ namespace {
 using std::string_literals::operator""s;
 
 std::uint32_t Crc(std::string_view bytes, std::uint32_t crc = 0) {
-  return CChecksum::icrc(AsBytes(bytes), crc);
+  return static_cast<std::uint32_t>(crc32_z(crc, AsBytes(bytes).data(), bytes.size()));
 }
 
-// The sum of the bytes and the CRC of the pairs.
-using KerningChecksums = std::pair<std::uint32_t, std::uint32_t>;
-KerningChecksums Checksums(const std::string& fond, std::int16_t style) {
-  const FondKerning kerning(AsBytes(fond));
-  return {kerning.SumOfBytes(style), kerning.CrcOfPairs(style)};
+TEST(FaceChecksums, JoinTheForksOfAFile) {
+  std::string data;  // more than one block
+  for (std::uint32_t i = 0; i < 200'000; ++i) data += static_cast<char>(i * 31 + i / 251);
+  const std::string fork = data.substr(7, 70'000);
+  const TempFolder folder;
+  folder.Write("Both", data);
+  folder.Write("Data", data);
+  folder.Write("Fork", "");
+  for (const char* name : {"._Both", "._Fork"}) {
+    folder.Write(name, AppleDoubleBuilder().ResourceFork(fork).Build());
+  }
+  for (const auto& [name, data_fork, both_forks] : {std::tuple("Both", Crc(data), Crc(data + fork)),
+                                                    {"Data", Crc(data), Crc(data)},
+                                                    {"Fork", 0, Crc(fork)},
+                                                    {"Missing", 0, 0}}) {
+    FileAccess access;
+    FontFile file(access, folder.Path(name));
+    const FaceChecksums checksums = GetOmbreluxChecksum(file, true);
+    EXPECT_EQ(std::pair(checksums.current, checksums.legacy), std::pair(data_fork, both_forks)) << name;
+  }
 }
 
 TEST(FaceChecksums, FollowKerningTablesToTheLetter) {
@@ -45,12 +61,8 @@ TEST(FaceChecksums, FollowKerningTablesToTheLetter) {
   };
   std::string tiny = with(22, 24);  // a table in the header, of one sub-table of -1 pairs
   big_endian::Set16(tiny, 28, 0xFFFF);
-  const struct {
-    const char* what;
-    std::string fond;
-    std::uint32_t sum;  // the first sub-table gives 23, the last 519
-    std::string pairs;
-  } rows[] = {
+  // The sum, to which the first sub-table gives 23 and the last 519, and the pairs.
+  const std::tuple<const char*, std::string, std::uint32_t, std::string> rows[] = {
       {"no sub-tables", with(table, 0xFFFF), 0, ""},
       {"one of three", with(table, 0), 23, first},
       {"more than there are", with(table, 0x7FFF), 542, first + last},
@@ -64,8 +76,9 @@ TEST(FaceChecksums, FollowKerningTablesToTheLetter) {
       {"shorter than any FOND", tiny.substr(0, 51), 0, ""},
       {"the shortest", tiny.substr(0, 52), 2 * 0xFF, ""},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Checksums(row.fond, 0), KerningChecksums(row.sum, Crc(row.pairs))) << row.what;
+  for (const auto& [what, fond, sum, pairs] : rows) {
+    const FondKerning kerning(AsBytes(fond));
+    EXPECT_EQ(std::pair(kerning.SumOfBytes(0), kerning.CrcOfPairs(0)), std::pair(sum, Crc(pairs))) << what;
   }
 }
 

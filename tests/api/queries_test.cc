@@ -1,9 +1,14 @@
+// What faces made by hand give when they are asked, compared, and freed of duplicates; and names without a
+// face.
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "api/face_builder.h"
+#include "api/match.h"
 #include "platform/byte_reader.h"
 #include "quillmark/quillmark.h"
 
@@ -67,30 +72,23 @@ TEST(Version, IsTheNumberInTheText) {
 TEST(FoundryName, DependsOnPlatformAndCreatorCodes) {
   const std::uint32_t adobe = FourCharCode("ASPF");
   const std::uint32_t tool = FourCharCode("KSet");
-  const struct {
-    const char* platform;
-    const char* foundry;
-    std::uint32_t creator, outline_creator;
-    const char* name;
-    const char* legacy;
-  } rows[] = {
-      {"crossplatform", "Copyright Monotype", 0, 0, "Monotype", "Monotype"},
-      {"mac", "Copyright Monotype", adobe, 0, "Adobe", "Adobe"},
-      {"MAC", "Copyright Monotype", 0, adobe, "Adobe", "Adobe"},
-      {"crossplatform", "Copyright Monotype", adobe, 0, "Monotype", "Adobe"},  // only the legacy way looks
-      {"mac", "Copyright Monotype", adobe, tool, "Monotype", "Monotype"},      // text first beside a tool's
-      {"mac", "unheard of", tool, adobe, "Adobe", "Adobe"},
-      {"mac", "", tool, 0, "--", "--"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(&row - rows);
+  const char* const known = "Copyright Monotype";
+  // Platform, text, creators of the font file and the outline file, and the name by each way.
+  for (const auto& [platform, foundry, creator, outline_creator, name, legacy] :
+       {std::tuple("crossplatform", known, 0u, 0u, "Monotype", "Monotype"),
+        {"mac", known, adobe, 0, "Adobe", "Adobe"},
+        {"MAC", known, 0, adobe, "Adobe", "Adobe"},
+        {"crossplatform", known, adobe, 0, "Monotype", "Adobe"},  // only the legacy way looks
+        {"mac", known, adobe, tool, "Monotype", "Monotype"},      // text first beside a tool's
+        {"mac", "unheard of", tool, adobe, "Adobe", "Adobe"},
+        {"mac", "", tool, 0, "--", "--"}}) {
     QM_FontSpecifier face = NamedFace("A");
-    face.platform = row.platform;
-    face.foundry = row.foundry;
-    face.fileCreator = row.creator;
-    face.outlineFileCreator = row.outline_creator;
-    EXPECT_EQ(Ask(QM_GetFoundryName, ArrayOf(face)), row.name);
-    EXPECT_EQ(Ask(QM_GetLegacyFoundryName, ArrayOf(face)), row.legacy);
+    face.platform = platform;
+    face.foundry = foundry;
+    face.fileCreator = creator;
+    face.outlineFileCreator = outline_creator;
+    EXPECT_EQ(Ask(QM_GetFoundryName, ArrayOf(face)), name) << platform << foundry << creator;
+    EXPECT_EQ(Ask(QM_GetLegacyFoundryName, ArrayOf(face)), legacy) << platform << foundry << creator;
   }
 }
 
@@ -111,6 +109,64 @@ TEST(NamesAlone, TellStylesAndClassWithTheirOddities) {
   EXPECT_NE(class_of("Helvetica", nullptr), class_of("Times", nullptr));
   EXPECT_EQ(class_of("Helvetica", "Times"), class_of("Helvetica", nullptr));
   EXPECT_EQ(class_of("No Such Family", "Times"), class_of("Times", nullptr));
+}
+
+TEST(Match, ComparesWhatBothHold) {
+  using Bits = std::pair<std::uint32_t, std::uint32_t>;  // of the attributes that match and that differ
+  const auto match = [](const QM_FontSpecifier& a, const QM_FontSpecifier& b) {
+    const QM_FontArray one = ArrayOf(a);
+    const QM_FontArray other = ArrayOf(b);
+    Bits bits = {5, 6};
+    EXPECT_EQ(QM_Match(&one, 0, nullptr, 0, &bits.first, &bits.second), 1);
+    EXPECT_EQ(bits, Bits(5, 6));
+    EXPECT_EQ(QM_Match(&one, 0, &other, 1, &bits.first, &bits.second), 4);
+    EXPECT_EQ(bits, Bits(0, 0));
+    EXPECT_EQ(QM_Match(&one, 0, &other, 0, &bits.first, &bits.second), 0);
+    return bits;
+  };
+  const QM_FontSpecifier face = StoredFace();
+  EXPECT_EQ(match(face, face), Bits(0x303F, 0));
+  QM_FontSpecifier other = face;
+  other.kind = "TRUETYPE";  // differs in case alone: both
+  other.family = other.foundry = "";
+  other.version = "Version 2";
+  other.kerningChecksum = 1;
+  other.outlineFileSize = 0;
+  EXPECT_EQ(match(face, other), Bits(0x2003, 0x1A));
+  EXPECT_EQ(match(other, face), match(face, other));
+  EXPECT_EQ(match(other, other), Bits(0x301F, 0)) << "empty texts match, zeros do not";
+  other.attributes = 0;
+  EXPECT_EQ(match(face, other), Bits(0, 0));
+}
+
+// Faces as words: a letter for the name, a digit for the style and one for the first resource ID.
+std::string Kept(const std::string& words) {
+  QM_FontArray array;
+  std::istringstream in(words);
+  for (std::string word; in >> word;) {
+    QM_FontSpecifier face = NamedFace(word.substr(0, 1).c_str());
+    face.style = word[1] - '0';
+    face.firstResourceID = word[2] - '0';
+    face.family = word.c_str();
+    array.push_back(face);
+  }
+  array.RemoveDups();
+  std::string kept;
+  for (std::size_t i = 0; i < array.size(); ++i) kept += (i == 0 ? "" : " ") + array.view(i).family.str();
+  return kept;
+}
+
+TEST(Duplicates, LeaveTheFirstOfTheLowestStyle) {
+  for (const auto& [faces, kept] :
+       {std::pair("", ""),
+        {"A20 A21 B20", "A20 B20"},  // the first, unless a later style is lower
+        {"A20 A10 A11 A12", "A11"},  // and has a resource ID
+        {"B20 A20 A11 B31 A01 B11", "B11 A01"},
+        {"A20 a11", "a11 a11"},  // a spelling is a name, which case does not tell apart
+        {"A20 a11 A02 a01", "A02 A02"},
+        {"A01 a20 A20", "A01 a20"}}) {
+    EXPECT_EQ(Kept(faces), kept) << faces;
+  }
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "builders/spoilable_builder.h"
+#include "builders/big_endian.h"
 
 namespace quillmark {
 
@@ -15,10 +15,6 @@ class AppleDoubleBuilder : public SpoilableBuilder {
   static constexpr std::size_t kCountOffset = 24;
   static constexpr std::size_t kFirstEntryOffset = 26;
 
-  AppleDoubleBuilder& Version(std::uint32_t version) {
-    version_ = version;
-    return *this;
-  }
   AppleDoubleBuilder& Entry(std::uint32_t number, std::string bytes) {
     entries_.emplace_back(number, std::move(bytes));
     return *this;
@@ -32,7 +28,7 @@ class AppleDoubleBuilder : public SpoilableBuilder {
  protected:
   std::string Lay() const override {
     BigEndianWriter file;
-    file.U32(0x00051607).U32(version_).Zeros(16).U16(entries_.size());
+    file.U32(0x00051607).U32(0x00020000).Zeros(16).U16(entries_.size());
     std::size_t start = kFirstEntryOffset + 12 * entries_.size();
     for (const auto& [number, bytes] : entries_) {
       file.U32(number).U32(start).U32(bytes.size());
@@ -43,7 +39,6 @@ class AppleDoubleBuilder : public SpoilableBuilder {
   }
 
  private:
-  std::uint32_t version_ = 0x00020000;
   std::vector<std::pair<std::uint32_t, std::string>> entries_;
 };
 

@@ -11,10 +11,6 @@ namespace quillmark {
 
 class CollectionBuilder {
  public:
-  CollectionBuilder& Version(std::uint32_t version) {  // 0x00010000 unless set
-    version_ = version;
-    return *this;
-  }
   CollectionBuilder& Face(const SfntBuilder& font) {
     faces_.push_back(fonts_.size());
     fonts_.push_back(font);
@@ -52,13 +48,12 @@ class CollectionBuilder {
         data.resize((data.size() + 3) / 4 * 4);
       }
     }
-    std::string header = "ttcf" + big_endian::U32(version_) + big_endian::U32(faces_.size());
+    std::string header = "ttcf" + big_endian::U32(0x00010000) + big_endian::U32(faces_.size());
     for (const std::size_t font : faces_) header += big_endian::U32(directory_offsets[font]);
     return header + directories + data + trailer_;
   }
 
  private:
-  std::uint32_t version_ = 0x00010000;
   std::vector<SfntBuilder> fonts_;
   std::vector<std::size_t> faces_;  // index into fonts_
   std::string trailer_;

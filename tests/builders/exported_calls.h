@@ -18,7 +18,6 @@ inline constexpr auto kTextGetters = {QM_GetKindName,    QM_GetFamilyName,      
                                       QM_GetFoundryName, QM_GetLegacyFoundryName, QM_GetWindowsMMFile};
 inline constexpr auto kNumberGetters = {QM_GetKerningChecksum, QM_GetQuillmarkChecksum,
                                         QM_GetLegacyQuillmarkChecksum, QM_GetOutlineFileSize};
-inline constexpr auto kStoredForms = {QM_GetXMLRepresentation, QM_GetPropertyListRepresentation};
 
 // An array as a host holds it.
 struct FreeArray {
@@ -68,8 +67,7 @@ inline std::string EverythingOf(const QM_FontArray* array) {
       all += std::to_string(status) + " " + std::to_string(value) + "\n";
     }
   }
-  for (const auto write : kStoredForms) all += Stored(write, array);
-  return all;
+  return all + Stored(QM_GetXMLRepresentation, array) + Stored(QM_GetPropertyListRepresentation, array);
 }
 
 }  // namespace quillmark

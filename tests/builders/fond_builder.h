@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "builders/spoilable_builder.h"
+#include "builders/big_endian.h"
 
 namespace quillmark {
 

@@ -7,10 +7,9 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
 #include <utility>
 
-#include "builders/spoilable_builder.h"
+#include "builders/big_endian.h"
 #include "platform/byte_reader.h"
 
 namespace quillmark {
@@ -65,44 +64,43 @@ class ResourceForkBuilder : public SpoilableBuilder {
   std::string Lay() const override {
     constexpr std::size_t kHeaderSize = 256;  // 16 bytes, 240 kept for the system and the application
     constexpr std::size_t kMapHeaderSize = 28;
-    std::size_t data_size = 0;
-    std::set<std::string> different;
+    std::vector<const Resource*> order;
     for (const TypeEntry& entry : types_) {
-      for (const Resource& resource : entry.resources) {
-        if (different.insert(resource.data).second || !share_equal_data_)
-          data_size += 4 + resource.data.size();
-      }
+      for (const Resource& resource : entry.resources) order.push_back(&resource);
     }
-    std::map<std::string, std::size_t> starts;  // of the data, where they are shared
-    std::string data, references, names;
+    if (odd_order_) std::reverse(order.begin(), order.end());
+    BigEndianWriter data;
+    std::map<const Resource*, std::size_t> places;
+    std::map<std::string, std::size_t> shared;
+    for (const Resource* resource : order) {
+      const std::size_t same = shared.try_emplace(resource->data, data.size()).first->second;
+      places[resource] = share_equal_data_ ? same : data.size();
+      if (places[resource] == data.size()) data.U32(resource->data.size()).Text(resource->data);
+    }
+    std::string references, names;
     BigEndianWriter types;
     types.U16(types_.size() - 1);
     for (const TypeEntry& entry : types_) {
       types.U32(entry.type).U16(entry.resources.size() - 1).U16(2 + 8 * types_.size() + references.size());
       for (const Resource& resource : entry.resources) {
-        const std::string block = big_endian::U32(resource.data.size()) + resource.data;
-        std::size_t at = odd_order_ ? data_size - data.size() - block.size() : data.size();
-        const auto [stored, is_new] = starts.try_emplace(resource.data, at);
-        if (share_equal_data_) at = stored->second;
-        if (is_new || !share_equal_data_) data.insert(odd_order_ ? 0 : data.size(), block);
         BigEndianWriter reference;
         reference.I16(resource.id).U16(resource.name ? names.size() : 0xFFFF);
-        references += reference.U8(resource.attributes).U24(at).U32(0).bytes();
+        references += reference.U8(resource.attributes).U24(places.at(&resource)).U32(0).bytes();
         if (resource.name) names += BigEndianWriter().Pascal(*resource.name).bytes();
       }
     }
     const std::string lists = types.bytes() + references;
     const std::size_t map_size = kMapHeaderSize + lists.size() + names.size();
     BigEndianWriter header;
-    header.U32(kHeaderSize + (map_first_ ? map_size : 0)).U32(kHeaderSize + (map_first_ ? 0 : data_size));
-    header.U32(data_size).U32(map_size);
+    header.U32(kHeaderSize + (map_first_ ? map_size : 0)).U32(kHeaderSize + (map_first_ ? 0 : data.size()));
+    header.U32(data.size()).U32(map_size);
     BigEndianWriter map;
     map.Text(header.bytes()).Zeros(6).U16(map_attributes_);
     map.U16(kMapHeaderSize + (odd_order_ ? names.size() : 0));
     map.U16(kMapHeaderSize + (odd_order_ ? 0 : lists.size()));
     map.Text(odd_order_ ? names + lists : lists + names);
     header.Zeros(kHeaderSize - header.size());
-    return header.bytes() + (map_first_ ? map.bytes() + data : data + map.bytes());
+    return header.bytes() + (map_first_ ? map.bytes() + data.bytes() : data.bytes() + map.bytes());
   }
 
  private:

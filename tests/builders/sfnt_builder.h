@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <stdexcept>
 #include <utility>
-#include <vector>
 
 #include "builders/big_endian.h"
 #include "platform/byte_reader.h"
@@ -17,15 +15,15 @@ namespace quillmark {
 
 // Version, table count and the search fields.
 inline std::string SfntHeader(std::uint32_t version, std::size_t table_count) {
-  using big_endian::U16;
   const std::size_t power = std::bit_floor(table_count);
-  return big_endian::U32(version) + U16(table_count) + U16(power * 16) +
-         U16(static_cast<std::uint32_t>(std::bit_width(power)) - 1) + U16((table_count - power) * 16);
+  BigEndianWriter header;
+  header.U32(version).U16(table_count).U16(power * 16).U16(std::bit_width(power) - std::size_t{1});
+  return header.U16((table_count - power) * 16).bytes();
 }
 // One 16-byte directory entry whose checksum is that of `bytes`.
 inline std::string SfntDirectoryEntry(const std::string& tag, const std::string& bytes, std::size_t offset) {
-  using big_endian::U32;
-  return tag + U32(SumBigEndianWords(AsBytes(bytes))) + U32(offset) + U32(bytes.size());
+  const std::uint32_t sum = SumBigEndianWords(AsBytes(bytes));
+  return BigEndianWriter().Text(tag).U32(sum).U32(offset).U32(bytes.size()).bytes();
 }
 
 class SfntBuilder {
@@ -67,10 +65,8 @@ class SfntBuilder {
 
   SfntBuilder& Name(std::uint16_t platform, std::uint16_t encoding, std::uint16_t language, std::uint16_t id,
                     const std::string& bytes) {
-    using big_endian::U16;
-    if (name_count_++ == 0) Table("name", "");
-    name_records_ +=
-        U16(platform) + U16(encoding) + U16(language) + U16(id) + U16(bytes.size()) + U16(name_texts_.size());
+    if (name_records_.size() == 0) Table("name", "");
+    name_records_.U16(platform).U16(encoding).U16(language).U16(id).U16(bytes.size()).U16(name_texts_.size());
     name_texts_ += bytes;
     return *this;
   }
@@ -87,10 +83,11 @@ class SfntBuilder {
   // The tables as Build lays them out, the name table made of the records among them.
   TableList Tables() const {
     TableList tables = tables_;
+    BigEndianWriter names;
+    names.U16(0).U16(name_records_.size() / 12).U16(6 + name_records_.size());
+    names.Text(name_records_.bytes()).Text(name_texts_);
     for (auto& [tag, bytes] : tables) {
-      if (tag != "name" || !bytes.empty()) continue;
-      bytes = big_endian::U16(0) + big_endian::U16(name_count_) + big_endian::U16(6 + name_records_.size()) +
-              name_records_ + name_texts_;
+      if (tag == "name" && bytes.empty()) bytes = names.bytes();
     }
     return tables;
   }
@@ -111,8 +108,7 @@ class SfntBuilder {
  private:
   std::uint32_t version_ = 0x00010000;
   TableList tables_;
-  std::size_t name_count_ = 0;
-  std::string name_records_;
+  BigEndianWriter name_records_;
   std::string name_texts_;
 };
 

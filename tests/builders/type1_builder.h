@@ -1,9 +1,7 @@
 // Turns a Type 1 font program into the POST resources of a Macintosh printer font file (LWFN): 2 bytes of
 // type and at most 2046 of data each, numbered from 501. Source: Adobe technical note 5040, "Supporting
 // Downloadable PostScript Language Fonts".
-//   TempFolder folder;  ResourceForkBuilder fork;
 //   AddPostResources(fork, PostSegments(ReadFile("NimbusSans-Regular.t1")));
-//   folder.Write("NimbuSanReg", fork.Build());
 #ifndef QUILLMARK_TESTS_BUILDERS_TYPE1_BUILDER_H_
 #define QUILLMARK_TESTS_BUILDERS_TYPE1_BUILDER_H_
 
@@ -13,7 +11,6 @@
 #include <vector>
 
 #include "builders/resource_fork_builder.h"
-#include "platform/byte_reader.h"
 
 namespace quillmark {
 

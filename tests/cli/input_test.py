@@ -1,31 +1,36 @@
-"""What identify reads: lists of paths, folders, many files."""
+"""What is read: lists of paths, folders, standard input, and faces from the tool's own JSON."""
 
+import json
 import os
 import subprocess
-import unittest
 
-from font_builders import collection
+from font_builders import collection, fond, mac_font, resource_fork, sfnt
 from tool_case import TOOL, ToolCase, made_font
 
 NAMES = "identify -q --format tsv --fields postScriptName"
 
+FONTS = {
+    "a.ttf": made_font("Made-BoldItalic", "Größe"),
+    "b.otf": sfnt("Other", b"OTTO"),
+    "c.ttc": collection(mac_font("One"), mac_font("Two", foundry="Monotype")),
+    "d.dfont": resource_fork(("FOND", 130, fond(0, (0, 1, 128))), ("sfnt", 128, made_font("Held"))),
+    "e.dfont": resource_fork(("FOND", 9, fond(9, (9, 0, 2), name=b"Lone")), ("NFNT", 2, b"bits")),
+}
+WRONG_VALUE = "face 1 of its JSON: the value of {} is none that identify writes"
+
 
 class InputTest(ToolCase):
+    def check_names(self, words, names, **options):
+        for jobs in (1, 3):
+            self.check(f"{NAMES} -j {jobs} {words}", 0, "\n".join(["postScriptName", *names, ""]), **options)
+
     def test_lists_of_paths(self):
         self.write_all({f"{name}.ttf": made_font(name[-1]) for name in ("a", "b", "folder/deep/c", "line\no")})
-        self.write_all({"lines": b"\nb.ttf\n\nfolder\na.ttf", "nuls": b"line\no.ttf\0\0a.ttf\0"})
-        with open(self.folder / "lines", "rb") as file:
-            rows = [
-                ("--files-from lines", {}, "bca"),
-                ("--files-from lines a.ttf", {}, "abca"),
-                ("--files-from nuls -0", {}, "oa"),
-                ("--files-from - -0 b.ttf", {"input": b"line\no.ttf\0\0a.ttf\0"}, "boa"),
-                ("--files-from -", {"stdin": file}, "bca"),
-            ]
-            for words, options, expected in rows:
-                for jobs in (1, 3):
-                    file.seek(0)
-                    self.check(f"{NAMES} -j {jobs} {words}", 0, "\n".join(["postScriptName", *expected, ""]), **options)
+        nuls = b"line\no.ttf\0\0a.ttf\0"
+        self.write_all({"lines": b"\nb.ttf\n\nfolder\na.ttf", "nuls": nuls})
+        self.check_names("--files-from lines a.ttf", "abca")
+        self.check_names("--files-from nuls -0", "oa")
+        self.check_names("--files-from - -0 b.ttf", "boa", input=nuls)
         # A path of a list counts as named.
         self.check("identify --files-from -", 1, err="none.ttf: no such file\n0 faces in 0 files\n", input=b"none.ttf\n")
 
@@ -36,28 +41,21 @@ class InputTest(ToolCase):
         links = {"in/a-deep": "deep", "in/deep/up": "../..", "links": "../other", "none": "gone", "e.ttf": "../other/d.ttf"}
         for link, target in links.items():
             os.symlink(target, self.folder / "top" / link)
-        rows = [
-            ("top", "adbc"),
-            ("--no-recurse top", "ad"),
-            ("--follow top", "adbcd"),
-            ("--follow --no-recurse top top/links", "add"),
-            ("--follow top top", "adbcdadbcd"),  # named twice
-            ("top/links", "d"),
-        ]
-        for words, expected in rows:
-            for jobs in (1, 3):
-                self.check(f"{NAMES} -j {jobs} {words}", 0, "\n".join(["postScriptName", *expected, ""]))
+        self.check_names("top", "adbc")
+        self.check_names("--no-recurse top", "ad")
+        self.check_names("--follow --no-recurse top top/links", "add")
+        self.check_names("--follow top top", "adbcdadbcd")
+        self.check_names("top/links", "d")
         self.check("identify top", 0, "...", "4 faces in 4 files; 1 dangling link, 3 linked folders not entered (--follow), 1 other file passed over...\n")
 
     def test_lists_that_cannot_be_read(self):
         self.write_all({"a.ttf": made_font("a"), "nuls": b"a.ttf\0"})
-        rows = [
+        for path, reason in [
             ("none", "No such file or directory"),
             (".", "Is a directory"),
             ("nuls", "it holds a NUL; paths separated by NUL need -0"),
             ("/dev/zero", "a line is too long for a path"),
-        ]
-        for path, reason in rows:
+        ]:
             self.check(f"{NAMES} a.ttf --files-from {path}", 1, "postScriptName\na\n", f"{path}: the list cannot be read: {reason}\n")
 
     def test_memory_grows_with_neither_files_nor_much_with_faces(self):
@@ -65,25 +63,85 @@ class InputTest(ToolCase):
         many = self.links(10000, made_font("Made", family="M" * 6000))
         self.write("some", "".join(f"{many}/{i:05}.ttf\n" for i in range(300)).encode())
         self.write_all({"one.ttc": collection("N"), "more.ttc": collection(*(f"N{i}" for i in range(2001)))})
-        rows = [
-            (["--files-from", "some"], 300, ["many"], 10000, 60000),
-            (["one.ttc"], 1, ["more.ttc"], 2001, 2000 * 8),  # 1.5 KB a face without a sanitizer
-        ]
-        for few, few_faces, more, more_faces, bound in rows:
-            self.assertLess(self.peak(more, more_faces) - self.peak(few, few_faces), bound)
+        self.assertLess(self.peak("many") - self.peak("--files-from", "some"), 60000)
+        self.assertLess(self.peak("more.ttc") - self.peak("one.ttc"), 2000 * 8)  # 1.5 KB a face without a sanitizer
 
-    def peak(self, words, faces):
+    def peak(self, *words):
         # The address sanitizer keeps freed memory for a while, which is not what is looked at here.
         options = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1"
         command = [TOOL, "identify", "-q", "--format", "jsonl", "--fields", "face", "-j", "2", *words]
-        with open(self.folder / "out", "w+b") as out:
-            process = subprocess.Popen(command, stdout=out, cwd=self.folder, env=dict(os.environ, ASAN_OPTIONS=options))
-            _, status, usage = os.wait4(process.pid, 0)
-            process.returncode = os.waitstatus_to_exitcode(status)
-            out.seek(0)
-            self.assertEqual((process.returncode, len(out.readlines())), (0, faces))
-            return usage.ru_maxrss
+        environment = dict(os.environ, ASAN_OPTIONS=options)
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, cwd=self.folder, env=environment)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(process.returncode, 0)
+        return usage.ru_maxrss
 
+    def test_a_font_gives_the_faces_of_its_file(self):
+        self.write_all(FONTS)
+        (self.folder / "held").mkdir()
+        environment = dict(os.environ, TMPDIR=str(self.folder / "held"))
+        for name in list(FONTS)[:4]:
+            expected = [{**face, "path": "-"} for face in self.faces(name)]
+            for words in ["--name folder/" + name] + [""] * (name != "d.dfont"):  # which nothing inside tells
+                faces = self.json_of(f"identify --format json - {words}", input=FONTS[name], env=environment)
+                self.assertEqual(faces, expected, words)
+        self.assertEqual(os.listdir(self.folder / "held"), [])
 
-if __name__ == "__main__":
-    unittest.main()
+    def test_it_is_one_path_among_others(self):
+        self.write_all({"a.ttf": made_font("A"), "-": FONTS["b.otf"]})  # a list may name the file "-"
+        self.check_names("a.ttf - a.ttf", ["A", "Other", "A"], input=FONTS["b.otf"])
+        self.check_names("--files-from -", ["Other"], input=b"-\n")
+        self.check("why - --name a.ttf", 0, "standard input: gives 1 face\n", input=FONTS["b.otf"])
+        (self.folder / "-").unlink()
+        self.check("same -", 1, "...", "-: no such file; - is standard input only as a path of identify, why and read\n...")
+
+    def test_what_cannot_be_read_is_told(self):
+        for data, words, reason in [
+            (b"", "-", "it is empty"),
+            (b"hello", "-", "a text file, not a font that Quillmark reads"),
+            (FONTS["a.ttf"], "- --name a.txt", "a TrueType font, which is not read ..."),
+        ]:
+            self.check(f"identify -q {words}", 1, err=f"standard input: {reason}\n", input=data)
+        with open("/dev/zero", "rb") as endless:
+            reason = "it is larger than 1 GiB, more than is taken from there"
+            self.check("identify -q -", 1, err=f"standard input: {reason}\n", stdin=endless)
+
+    def test_json_reads_back_as_every_form(self):
+        self.write_all(FONTS)
+        forms = ("json", "jsonl", "table", "tsv", "xml", "plist")
+        written = {form: self.run_tool(f"identify -q --format {form} .").stdout for form in forms}
+        faces = json.loads(written["json"])
+        self.assertTrue({"styles", "fondID", "printerFont"} <= {field for face in faces for field in face}, faces)
+        for form, expected in written.items():
+            for source in ("json", "jsonl"):
+                self.check(f"read --format {form} -", 0, expected.decode(), "...", input=written[source])
+        indented = json.dumps(faces[0], indent=2) + json.dumps(faces[1], indent=2)
+        self.assertEqual(self.json_of("read --format json -", input=indented.encode()), faces[:2])
+        kept = "--format tsv --fields postScriptName,family,kind,foundry,version,outlineFileSize"
+        for form in ("xml", "plist"):
+            self.check(f"read {kept} -", 0, self.run_tool(f"identify {kept} .").stdout.decode(), "...", input=written[form])
+        self.check("read --format tsv --fields path -", 0, "path\n" + "-\n" * len(faces), "...", input=written["xml"])
+
+    def test_json_that_is_none_of_the_tool_is_told(self):
+        for text, reason in [
+            ("[]", "its JSON lists no face"),
+            ('[{"face":0},\n{"fa', "JSON that is damaged or cut short in line 2"),
+            ('{"face":0}\n{"face":1}\n{"fa', "JSON that is damaged or cut short in line 3"),
+            ("[" * 100000, "JSON that is damaged or cut short in line 1"),
+            ('{"a":"x","pairs":[]}', "face 1 of its JSON has no field that identify writes"),
+            ('[{"face":0},7]', "face 2 of its JSON has no field that identify writes"),
+            ('[{"checksum":"12"}]', WRONG_VALUE.format("checksum")),
+            ('[{"face":-1}]', WRONG_VALUE.format("face")),
+            ('[{"fondID":40000}]', WRONG_VALUE.format("fondID")),
+            ('[{"family":"a\\u0000b"}]', WRONG_VALUE.format("family")),
+            ('[{"styles":["Bold",1]}]', WRONG_VALUE.format("styles")),
+            ("", "it is empty"),
+        ]:
+            self.check("read -", 1, err=f"standard input: {reason}\n", input=text.encode())
+
+    def test_fields_that_json_lacks(self):
+        (face,) = self.json_of("read --format json -", input=b'[{"postScriptName":"Made-Bold","new":[1]}]')
+        expected = {"path": "-", "face": 0, "postScriptName": "Made-Bold", "styles": ["Bold"], "class": "--", "family": ""}
+        self.assertLessEqual(expected.items(), face.items())
+        self.assertNotIn("fondID", face)

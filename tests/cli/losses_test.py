@@ -1,12 +1,14 @@
-"""What files that give no face, or fewer than they list, do to a run: lines, counts and the exit status."""
+"""What costs a run faces, or does not: files that give fewer than they list, many threads, and too little of anything.
+
+The library that makes threads and memory scarce is named by the variable SCARCITY (scarcity.cc).
+"""
 
 import os
 import re
 import resource
-import unittest
 
-from font_builders import collection, fond, resource_fork, sfnt
-from tool_case import DEJAVU, ToolCase
+from font_builders import collection, fond, mac_font, resource_fork, sfnt
+from tool_case import DEJAVU, ToolCase, made_font
 
 FONT = sfnt()
 FORK = resource_fork(("FOND", 9, fond(9, (0, 0, 7))), ("sfnt", 7, sfnt("Suitcase")))
@@ -14,6 +16,13 @@ FAMILY = resource_fork(("FOND", 9, fond(9, (12, 0, 200), name=b"Quill")), ("NFNT
 PROGRAM = b"%!PS-AdobeFont-1.0: Quill\n"
 CUT_COLLECTION = collection("A", "B")[:-2]
 CUT_LINE = "cut.ttc: gives 1 of the 2 faces it lists; face 1: its table name runs to byte ..."
+
+
+def scarce(**limits):
+    """The environment of a run under the limits that scarcity.cc reads."""
+    # The library comes before the sanitizer's, whose check for leaks needs threads of its own; it makes arrays by `new`.
+    asan = os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0:detect_leaks=0:alloc_dealloc_mismatch=0"
+    return dict(os.environ, LD_PRELOAD=os.environ["SCARCITY"], ASAN_OPTIONS=asan, **limits)
 
 
 class LossesTest(ToolCase):
@@ -94,6 +103,41 @@ class LossesTest(ToolCase):
         self.links(1000, b"no font")
         self.check("identify many", 1, err="0 faces in 0 files; 1,000 damaged; quillmark why FOLDER says more\n")
 
+    def test_printer_fonts_of_several_folders(self):
+        family = resource_fork(("FOND", 9, fond(9, (12, 0, 200), name=b"P0")), ("NFNT", 200, b"bits"))
+        program = b"%!PS-AdobeFont-1.0"
+        paths = []
+        for i in range(8):
+            if i % 2:
+                self.write(f"{i}/Family.dfont", family)
+            for k in range(12):
+                files = {f"P{k}": program, f"P{k}.pfb": b"\x80\1\0\0\0\0" + program, f"P{k}.pfm": b"\0\1" + bytes(99)}
+                paths += self.write_all({f"{i}/{name}": data for name, data in files.items()})
+        paths.sort(key=lambda path: path.name)
+        for command in ("identify", "same"):
+            alone = self.run_tool([command, *paths])
+            together = self.check([command, "-j", 8, *paths], 1, alone.stdout.decode(), alone.stderr.decode())
+            self.assertEqual(together.stderr.count(b"give " + bytes(self.folder)), 4)
 
-if __name__ == "__main__":
-    unittest.main()
+    def test_threads_that_cannot_be_started(self):
+        self.write_all(dict.fromkeys(["a.ttf", "b.ttf"], made_font("Twin")))
+        for command in ("identify --format json -j 8 .", "same --format json -j 8 ."):
+            expected = self.run_tool(command)
+            self.assertIn(b"Twin", expected.stdout)
+            for threads in "013":  # counting takes the first
+                self.check(command, 0, expected.stdout.decode(), expected.stderr.decode(), env=scarce(SCARCE_THREADS=threads))
+
+    def test_too_little_memory_costs_one_file(self):
+        for content, form, reason in [
+            (collection(*[f"N{i}" for i in range(8000)]), "json", "there is too little memory for it"),
+            (collection(*[mac_font(f"N{i}", family='"' * 400) for i in range(4000)]), "jsonl", "there is too little memory for it"),
+            (collection("N", mac_font("M", data=bytes(4 << 20))), "json", "cannot be read whole: ..."),
+        ]:
+            self.write_all({"fonts/a.ttf": made_font("A"), "fonts/b.ttc": content, "fonts/c.ttf": made_font("C")})
+            lines = ['{"postScriptName":"A","family":"Made"}', '{"postScriptName":"C","family":"Made"}']
+            out = "[\n  " + ",\n  ".join(lines) + "\n]\n" if form == "json" else "\n".join([*lines, ""])
+            for jobs, told in ((1, reason), (4, reason.replace("memory for it", "memory for it (-j 1 takes the least)"))):
+                self.check(
+                    f"identify --format {form} --fields postScriptName,family -j {jobs} fonts", 1, out,
+                    f"fonts/b.ttc: {told}\n2 faces in 2 files...\n", env=scarce(SCARCE_BLOCK=str(3 << 20)),
+                )  # fmt: skip

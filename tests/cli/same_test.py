@@ -1,9 +1,8 @@
-"""quillmark same: copies, conflicts, formats, versions and near names over made fonts."""
+"""quillmark same and compare: copies, conflicts, formats, versions and near names, and attribute by attribute."""
 
 import os
 import pathlib
 import re
-import unittest
 import zlib
 
 from font_builders import apple_double, collection, fond, mac_font, resource_fork, with_checksum
@@ -62,7 +61,6 @@ SITUATIONS = [
      "copies: a.ttf c.ttf; conflicts: Other g.ttf | h.ttf; conflicts: Quill a.ttf c.ttf | b.ttf; "
      "versions: Quill f.ttf | a.ttf b.ttf c.ttf"),
     ({"a.ttf": QUILL, "b.ttf": LAYOUT}, "conflicts: Quill a.ttf | b.ttf"),
-    ({"a.ttf": QUILL, "b.otf": OTF}, "formats: Quill a.ttf | b.otf"),
     ({"a.ttf": QUILL, "b.dfont": suitcase(ELSE)}, "formats: Quill a.ttf | b.dfont"),
     ({"a.ttf": QUILL, "b.ttc": collection(ELSE, "More")}, "formats: Quill a.ttf | b.ttc"),
     ({"a.ttf": QUILL, "b.ttf": ELSE, "c.otf": OTF}, "conflicts: Quill a.ttf | b.ttf; formats: Quill a.ttf b.ttf | c.otf"),
@@ -75,7 +73,6 @@ SITUATIONS = [
      "conflicts: Quill a.ttf | b.ttf | c.ttf | d.ttf | e.ttf | f.ttf; versions: Quill e.ttf | f.ttf | b.ttf c.ttf | a.ttf"),
     # Names without a letter say nothing. Of a Macintosh name, only ASCII stays: the third reads "??".
     (two_versions_and_a_conflict("-"), "namesWithoutLetters: 3"),
-    (two_versions_and_a_conflict("._"), "namesWithoutLetters: 3"),
     (two_versions_and_a_conflict("éß"), "namesWithoutLetters: 3"),
     (two_versions_and_a_conflict("-7"), "conflicts: -7 0.ttf | 2.ttf; versions: -7 1.ttf | 0.ttf 2.ttf"),
     # Near names differ in punctuation alone.
@@ -140,13 +137,11 @@ class SameTest(ToolCase):
             (["near", "copies"], "--without near --without copies"),
             (["formats", "versions", "near"], "--without formats,versions,near"),
         ]:
-            with self.subTest(words):
-                kept = [name for name in names if name not in left_out]
-                status = 3 if "conflicts" in kept else 0
-                self.assertEqual([*self.lists(*words.split(), ".", status=status)], [*kept, "summary"])
-                for form, shown in ("table", kept), ("tsv", set(kept) & {"conflicts"}):
-                    text = self.run_tool(f"same --near --format {form} {words} .").stdout.decode().lower()
-                    self.assertEqual({name for name in names if re.search(rf"^{name}\b", text, re.MULTILINE)}, set(shown))
+            kept = [name for name in names if name not in left_out]
+            status = 3 if "conflicts" in kept else 0
+            self.assertEqual([*self.lists(*words.split(), ".", status=status)], [*kept, "summary"])
+            table = self.run_tool(f"same --near {words} .").stdout.decode().lower()
+            self.assertEqual({name for name in names if re.search(rf"^{name}\b", table, re.MULTILINE)}, {*kept})
 
     def test_the_table_is_grouped_with_paths_last(self):
         old, other = mac_font("Quill", "2.9"), mac_font("Quill", "2.9", data=b"else" * 300)
@@ -203,5 +198,61 @@ conflicts 1 2 - ./d.ttf 0 {moving} true
         self.check("same text", 1, "...conflicts 0...", "text: a text file, ...")
 
 
-if __name__ == "__main__":
-    unittest.main()
+class CompareTest(ToolCase):
+    def verdicts(self, a, b, status):
+        (pair,) = self.json_of(["compare", "--format", "json", a, b], status)["pairs"]
+        return {row["attribute"]: row["verdict"] for row in pair["attributes"]}
+
+    def test_tells_what_agrees_and_what_conflicts(self):
+        one = self.write("one.ttf", QUILL)
+        for other, expected in [
+            (mac_font("Quill", data=b"else"), {"checksum": "differs", "legacyChecksum": "differs"}),
+            (mac_font("Quill", data=b"longer"), {"checksum": "differs", "outlineFileSize": "differs"}),
+            (mac_font("Quill", "1.1"), {"version": "differs", "foundry": "same"}),
+            (mac_font("Quill", family="QUILL"), {"family": "sameButForCase"}),
+            (mac_font("Quill", foundry=""), {"foundry": "onlyA", "checksum": "differs"}),
+            (mac_font("Squill", full_name="quill"), {"postScriptName": "differs", "family": "same"}),
+        ]:
+            self.assertLessEqual(expected.items(), self.verdicts(one, self.write("other.ttf", other), 3).items())
+        self.assertEqual(set(self.verdicts(one, self.write("equal.ttf", QUILL), 0).values()), {"same"})
+
+    def test_pairs_each_face_of_a_with_the_nearest_name(self):
+        self.write("a.ttc", collection(*map(mac_font, ["Able", "Baker", "Lone", "cast"])))
+        self.write("b.ttc", collection(*map(mac_font, ["CAST", "baker", "Baker", "Able", "Only"])))
+        told = self.json_of("compare --format json a.ttc b.ttc", 3)["pairs"]
+        pairs = [(pair["postScriptName"], pair["faceA"], pair["faceB"]) for pair in told]
+        self.assertEqual(pairs, [("Able", 0, 3), ("Baker", 1, 2), ("cast", 3, 0)])
+        self.check("compare a.ttc b.ttc", 3, "...", "3 pairs of faces, ...; without a partner: 1 of A, 2 of B\n")
+
+    def test_a_stored_text_agrees_with_the_font_it_was_made_of(self):
+        font = mac_font("Quill", foundry="Unknown & Co")
+        for checksum, told in [(0x7FFFFFFE, "same"), (0x7FFFFFFF, "unknown")]:  # which stands for all larger ones
+            self.write("a.ttf", with_checksum(font, checksum))
+            for form in ("xml", "plist"):
+                self.write(form, self.run_tool(f"identify --format {form} a.ttf").stdout)
+                verdicts = self.verdicts(form, "a.ttf", 0)
+                expected = {"foundry": "same", "version": "same", "outlineFileSize": "same", "checksum": told}
+                self.assertLessEqual(expected.items(), verdicts.items())
+                self.assertNotIn("fullName", verdicts)
+        self.assertEqual(self.verdicts("xml", "plist", 0)["kind"], "same")
+        self.write("other.ttf", mac_font("Quill", "2.0", foundry="Unknown & Co"))
+        self.assertEqual(self.verdicts("other.ttf", "xml", 3)["version"], "differs")
+
+    def test_nothing_to_compare_is_1_with_a_line(self):
+        self.write_all({"one.ttf": QUILL, "two.ttf": mac_font("Other"), "text": b"no font"})
+        self.check("compare one.ttf two.ttf", 1, err="one.ttf: no face shares a name with one of two.ttf\n")
+        self.check("compare one.ttf text", 1, err="text: a text file, not a font that Quillmark reads\n")
+        self.check("compare missing one.ttf", 1, err="missing: no such file\n")
+
+    def test_the_table_has_a_row_an_attribute(self):
+        self.write_all({"a.ttf": QUILL, "b.ttf": mac_font("Quill", "1.1", family="QUILL")})
+        table = """A: a.ttf\nB: b.ttf
+
+Quill: face 0 of A, face 0 of B
+ATTRIBUTE        VERDICT          A                           B
+postScriptName   same             Quill                       Quill
+family           differs in case  Quill                       QUILL
+...
+outlineFileSize  same             168                         168
+"""
+        self.check("compare a.ttf b.ttf", 3, table, "...")

@@ -10,37 +10,28 @@
 #include <cstdlib>
 #include <new>
 
-namespace {
-
-long Limit(const char* name) {
+static long Limit(const char* name) {
   const char* text = std::getenv(name);
   return text == nullptr ? LONG_MAX : std::atol(text);
 }
 
-using Allocate = void*(std::size_t);
-
-void* AllocateBlock(std::size_t size, Allocate* allocate) {
-  static const auto largest = static_cast<std::size_t>(Limit("SCARCE_BLOCK"));
-  if (size > largest) throw std::bad_alloc();
-  return allocate(size);
+template <typename Function>
+static Function* Next(const char* name) {
+  return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
-
-}  // namespace
 
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
                               void* argument) {
   static std::atomic<long> left = Limit("SCARCE_THREADS");
-  static const auto create =
-      reinterpret_cast<decltype(&pthread_create)>(::dlsym(RTLD_NEXT, "pthread_create"));
+  static const auto create = Next<decltype(::pthread_create)>("pthread_create");
   return left.fetch_sub(1) > 0 ? create(thread, attributes, start, argument) : EAGAIN;
 }
 
 void* operator new(std::size_t size) {
-  static const auto allocate = reinterpret_cast<Allocate*>(::dlsym(RTLD_NEXT, "_Znwm"));
-  return AllocateBlock(size, allocate);
+  static const auto largest = static_cast<std::size_t>(Limit("SCARCE_BLOCK"));
+  static const auto allocate = Next<void*(std::size_t)>("_Znwm");
+  if (size > largest) throw std::bad_alloc();
+  return allocate(size);
 }
 
-void* operator new[](std::size_t size) {
-  static const auto allocate = reinterpret_cast<Allocate*>(::dlsym(RTLD_NEXT, "_Znam"));
-  return AllocateBlock(size, allocate);
-}
+void* operator new[](std::size_t size) { return operator new(size); }

@@ -4,7 +4,6 @@ import pathlib
 import resource
 import shutil
 import struct
-import unittest
 
 from font_builders import collection, directory, fond, mac_font, name_table, resource_fork, sfnt
 from tool_case import ToolCase
@@ -77,14 +76,12 @@ class SplitTest(ToolCase):
 
     def test_what_cannot_be_split(self):
         most, more = (struct.pack(">4s2L", b"ttcf", 0x10000, count) + b"\xFF" * 4 * (count + 1) for count in (4096, 4097))
-        rows = [
+        for name, data, reason in [
             ("a.ttf", sfnt(), "neither a collection nor a resource file, so there is nothing to split"),
             ("a.dfont", resource_fork(("ICON", 1, b"icon")), "its resources hold no TrueType or OpenType font"),
             ("more.ttc", more, "lists more than 4096 faces"),
             ("most.ttc", most, "faces 0 to 4095 cannot be written: ..."),
-            ("cut.ttc", most[:12], "a damaged collection: the file ends inside its header"),
-        ]
-        for name, data, reason in rows:
+        ]:
             self.split((name, data), [], f"{name}: {reason}\n")
         self.split("none.ttc", [], "none.ttc: no such file\n")
 
@@ -124,7 +121,3 @@ class SplitTest(ToolCase):
             struct.pack_into(">L", places, overlapping.index(struct.pack(">hHL", i, 0xFFFF, 4 * i)) + 4, 4 * 200 + 4 + 8 * i)
         told = "...its fonts overlap, as only those of damaged files do; nothing was written\n"
         self.split(("a.dfont", places), [], told, "--max-bytes 5k")
-
-
-if __name__ == "__main__":
-    unittest.main()

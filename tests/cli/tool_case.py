@@ -1,6 +1,6 @@
 """What the tests of the tool share: running it, a small font, and a folder for each test.
 
-Each test file is run as: FILE TOOL [unittest arguments]
+In this folder, with the path of the tool as TOOL: python3 -m unittest split_test
 """
 
 import json
@@ -9,14 +9,13 @@ import pathlib
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import unittest
 
 from font_builders import apple_double, mac_font
 
-TOOL = os.path.abspath(sys.argv.pop(1))
-DEJAVU = pathlib.Path("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf")
+TOOL = os.environ["TOOL"]
+DEJAVU = pathlib.Path("/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf")
 
 
 def made_font(post_script_name, family="Made"):

@@ -1,100 +1,151 @@
-"""Installs the build tree, moves the installed tree elsewhere, and uses it from there as hosts do."""
+"""The build tree as others get it: installed and moved elsewhere, as Debian packages, and with texts that fit the tool.
 
+Everything comes by environment variables, as tests/install/CMakeLists.txt sets them.
+"""
+
+import gzip
 import os
+import pathlib
 import re
 import shlex
 import shutil
 import subprocess
+import tempfile
 import unittest
 
-from installed import (BUILD, DEJAVU, FLAGS, FOUNDRY, HAS_TOOL, LIBDIR, SOURCE, VERSION, InstalledTree, environment,
-                       run)  # fmt: skip
+BUILD = pathlib.Path(os.environ["QM_BUILD"])
+SOURCE = pathlib.Path(os.environ["QM_SOURCE"])
+LIBDIR = os.environ["QM_LIBDIR"]
+VERSION = os.environ["QM_VERSION"]
+HAS_TOOL = os.environ["QM_TOOL"] == "ON"
+FLAGS = os.environ["QM_FLAGS"].split()  # sanitizers: a sanitized library wants hosts that are sanitized too
+PRELOAD = os.environ["QM_PRELOAD"]  # their runtime, for the interpreter, which is not
+DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
+WQY = "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc"
+FOUNDRY = "DejaVu Fonts"
+EXAMPLE_PRINTS = f"""face 0
+  PostScript name   DejaVuSans-Bold
+  kind              OpenType - TT
+  family            DejaVu Sans
+  version           2.37
+  foundry           {FOUNDRY}
+  checksum          FD8FF11C, read back as 7FFFFFFF
+  kerning checksum  00000000
+the stored faces agree
+"""
 
-CONSUMER = SOURCE / "tests/install/consumer"
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Werror"]
-COMPONENTS = {
-    "library": r"{lib}/libquillmark\.so\.\d+(\.\d+\.\d+)?|share/quillmark/Resources/\w+\.plist",
-    "development": r"include/quillmark/quillmark\.h|{lib}/libquillmark\.so|{lib}/pkgconfig/quillmark\.pc|"
-    r"{lib}/cmake/quillmark/quillmark-(config|config-version|targets|targets-\w+)\.cmake|"
-    r"share/doc/quillmark/(README|CHANGELOG|bindings/python/README|docs/[\w-]+)\.md|share/doc/quillmark/examples/\w+\.cc?",
-    "tool": r"bin/quillmark|share/man/man1/quillmark\.1|share/bash-completion/completions/quillmark|"
-    r"share/zsh/site-functions/_quillmark",
-    "python": r"lib/python3/dist-packages/quillmark/(\w+\.py|py\.typed)",
-    "license": r"share/doc/quillmark/LICENSE",
-}
 
 
-def install(prefix, *options):
-    run("cmake", "--install", BUILD, "--prefix", prefix, *options)
+def run(*command, ok=True, **options):
+    """Standard output of a command that succeeds, or else its standard error, with `ok=False`."""
+    done = subprocess.run([str(part) for part in command], capture_output=True, text=True, **options)
+    if (done.returncode == 0) != ok:
+        raise AssertionError(f"{command} gave {done.returncode}:\n{done.stdout}{done.stderr}")
+    return done.stdout if ok else done.stderr
+
+
+def environment(**values):
+    """This environment without what would lead to another library or other tables."""
+    kept = {name: value for name, value in os.environ.items()
+            if not name.startswith("QUILLMARK_") and name not in ("LD_LIBRARY_PATH", "PYTHONPATH")}
+    return {**kept, "ASAN_OPTIONS": "detect_leaks=0", **{name: str(value) for name, value in values.items()}}
+
+
+class InstalledTree:
+    """Part of test classes. Lays a tree out once, in a temporary folder, and asks it for the maker of a font."""
+
+    @classmethod
+    def setUpClass(cls):
+        holder = tempfile.TemporaryDirectory(prefix="quillmark install ")  # a blank, as paths may have
+        cls.addClassCleanup(holder.cleanup)
+        cls.folder = pathlib.Path(holder.name)
+        cls.prefix = cls.lay_out()
+
+    def test_library(self):
+        library = self.prefix / LIBDIR / f"libquillmark.so.{VERSION}"
+        declared = re.findall(r"^QM_EXPORT .*\b(QM_\w+)\(", (SOURCE / "include/quillmark/quillmark.h").read_text(), re.M)
+        listed = re.findall(r"^ *(QM_\w+);$", (SOURCE / "cmake/quillmark.map").read_text(), re.M)
+        symbols = run(os.environ["QM_NM"], "-D", "--defined-only", library).splitlines()
+        self.assertEqual(len(declared), 28)
+        self.assertEqual([sorted(listed), sorted(line.split()[-1] for line in symbols)], [sorted(declared)] * 2)
+        self.assertIn("Library soname: [libquillmark.so.1]", run("readelf", "-dW", library))
+
+    @unittest.skipUnless(HAS_TOOL, "built without the tool")
+    def test_tool_finds_its_tables(self):
+        link = self.folder / "another name"
+        link.symlink_to(self.prefix / "bin/quillmark")
+        for tool in [self.prefix / "bin/quillmark", link]:
+            self.assertIn(FOUNDRY, run(tool, "identify", DEJAVU, env=environment(), cwd="/"))
+
+    def test_python_module_finds_its_library(self):
+        code = f"import quillmark; print(quillmark.identify({DEJAVU!r})[0].foundry, quillmark.__file__)"
+        module = self.prefix / "lib/python3/dist-packages"
+        env = environment(PYTHONPATH=module, LD_PRELOAD=PRELOAD, PYTHONDONTWRITEBYTECODE=1)
+        self.assertEqual(run(os.environ["QM_PYTHON"], "-c", code, env=env).strip(),
+                         f"{FOUNDRY} {module}/quillmark/__init__.py")
 
 
 class InstallTest(InstalledTree, unittest.TestCase):
     @classmethod
     def lay_out(cls):
-        install(cls.folder / "first")
+        run("cmake", "--install", BUILD, "--prefix", cls.folder / "first")
         return (cls.folder / "first").rename(cls.folder / "moved")
 
-    def test_every_file_belongs_to_its_component(self):
-        together = set()
-        for component, pattern in COMPONENTS.items():
-            prefix = self.folder / component
-            install(prefix, "--component", component)
-            found = self.files(prefix)
-            pattern = pattern.format(lib=re.escape(LIBDIR))
-            self.assertEqual([path for path in found if not re.fullmatch(pattern, path)], [], component)
-            self.assertEqual(found == set(), component == "tool" and not HAS_TOOL, component)
-            together |= found
-            shutil.rmtree(prefix, ignore_errors=True)
-        self.assertEqual(together, self.files())
-
-    def test_nothing_knows_where_it_was_installed(self):
-        for path in self.prefix.rglob("*"):
-            if path.suffix in (".cmake", ".pc", ".py"):
-                self.assertEqual([folder for folder in (self.folder / "first", BUILD, SOURCE) if str(folder) in path.read_text()], [], path)
+    def example(self, suffix):
+        return self.prefix / ("share/doc/quillmark/examples/identify_store_compare" + suffix)
 
     def test_consumer_by_cmake(self):
         def configure(build, version, ok=True):
-            words = {"PREFIX_PATH": self.prefix, "C_COMPILER": os.environ["CC"], "C_FLAGS": " ".join(FLAGS)}
-            words = [f"-DCMAKE_{name}={value}" for name, value in words.items()]
-            return run("cmake", "-S", CONSUMER, "-B", build, f"-DWANTED_VERSION={version}", *words, ok=ok)
+            words = {"CMAKE_PREFIX_PATH": self.prefix, "CMAKE_C_COMPILER": os.environ["CC"], "CMAKE_C_FLAGS": " ".join(FLAGS),
+                     "EXAMPLE": self.example(".c"), "WANTED_VERSION": version}  # fmt: skip
+            words = [f"-D{name}={value}" for name, value in words.items()]
+            return run("cmake", "-S", SOURCE / "tests/install/consumer", "-B", build, *words, ok=ok)
 
         build = self.folder / "by cmake"
         configure(build, "1.4")
         run("cmake", "--build", build)
-        self.assertEqual(run(build / "consumer", DEJAVU, env=environment()).strip(), FOUNDRY)
+        self.assertEqual(run(build / "consumer", DEJAVU, build / "store", env=environment()), EXAMPLE_PRINTS)
         for version in ["0.9", "1.5", "2"]:
             self.assertIn("compatible with", configure(self.folder / f"refused {version}", version, ok=False))
 
-    def test_consumer_by_pkg_config(self):
+    def compile(self, *command):
         env = environment(PKG_CONFIG_PATH=self.prefix / LIBDIR / "pkgconfig")
         self.assertEqual(run("pkg-config", "--modversion", "quillmark", env=env).strip(), VERSION)
-        flags = shlex.split(run("pkg-config", "--cflags", "--libs", "quillmark", env=env))
-        c, cc = os.environ["CC"], os.environ["CXX"]
-        examples = self.prefix / "share/doc/quillmark/examples"
-        env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR)
-        for command, arguments in [([c, "-std=c99", CONSUMER / "consumer.c"], []),
-                                   ([cc, "-x", "c++", CONSUMER / "consumer.c"], []),
-                                   ([c, examples / "identify_store_compare.c"], [self.folder / "stored.xml"]),
-                                   ([cc, examples / "identify_store_compare.cc"], [self.folder / "stored.plist"])]:  # fmt: skip
-            program = self.folder / "by pkg-config"
-            run(*command, *WARNINGS, *FLAGS, *flags, "-o", program)
-            self.assertIn(FOUNDRY, run(program, DEJAVU, *arguments, env=env), command)
+        run(*command, *WARNINGS, *shlex.split(run("pkg-config", "--cflags", "--libs", "quillmark", env=env)))
+
+    def test_examples_tell_whether_the_stored_faces_agree(self):
+        def ask(font, store):
+            env = environment(LD_LIBRARY_PATH=self.prefix / LIBDIR, ASAN_OPTIONS="detect_leaks=1")
+            done = subprocess.run([self.folder / "example", font, store], capture_output=True, text=True, env=env)
+            return done.returncode, done.stdout
+
+        for compiler, suffix in [([os.environ["CC"], "-std=c99"], ".c"), ([os.environ["CXX"]], ".cc")]:
+            self.compile(*compiler, self.example(suffix), *FLAGS, "-o", self.folder / "example")
+            store, collection = (self.folder / (name + suffix) for name in ("store", "collection"))
+            for _ in ("new", "known"):
+                self.assertEqual(ask(DEJAVU, store), (0, EXAMPLE_PRINTS))
+                self.assertEqual(ask(WQY, collection)[1].count("  kerning checksum  44764C75\n"), 3)
+            for other in (DEJAVU.replace("-Bold", ""), WQY):  # with as many faces, which are compared, and with more
+                self.assertEqual(ask(other, store)[0], 1)
+                self.assertRegex(ask(other, store)[1], r"(?ms)^! .*\nthe stored faces differ\n")
+            store.write_text("no stored face")
+            self.assertEqual([ask(font, store)[0] for font in (DEJAVU, "/none")], [2, 2])
         # Its default is an older C++ than that of other compilers.
-        run("clang++-14", examples / "identify_store_compare.cc", *WARNINGS, *flags, "-fsyntax-only", "-Qunused-arguments")
+        self.compile("clang++-14", self.example(".cc"), "-fsyntax-only", "-Qunused-arguments")
 
     def test_pip_leaves_nothing_in_the_folder(self):
-        for python in [os.environ["QM_PYTHON"], "/usr/bin/python3"]:
-            if subprocess.run([python, "-c", "import setuptools, wheel, pip"], capture_output=True).returncode == 0:
-                break
-        else:
+        wanted = "import setuptools, wheel, pip"
+        pythons = [python for python in (os.environ["QM_PYTHON"], "/usr/bin/python3")
+                   if subprocess.run([python, "-c", wanted], capture_output=True).returncode == 0]  # fmt: skip
+        if not pythons:
             self.skipTest("no pip with setuptools and wheel")
         folder, target = self.folder / "python", self.folder / "by pip"
         shutil.copytree(SOURCE / "bindings/python", folder, ignore=shutil.ignore_patterns("__pycache__"))
         before = sorted(folder.rglob("*"))
-        run(python, "-m", "pip", "install", "--no-build-isolation", "--no-index", "--target", target, folder)
+        run(pythons[0], "-m", "pip", "install", "--no-build-isolation", "--no-index", "--target", target, folder)
         self.assertEqual(sorted(folder.rglob("*")), before)
-        env = environment(PYTHONPATH=target)
-        self.assertEqual(run(python, "-c", "import quillmark; print(quillmark.__version__)", env=env).strip(), VERSION)
+        self.assertTrue((target / "quillmark/__init__.py").is_file())
 
     def test_links_between_pages_hold(self):
         pages = list((self.prefix / "share/doc/quillmark").rglob("*.md"))
@@ -109,6 +160,52 @@ class InstallTest(InstalledTree, unittest.TestCase):
             lines = (SOURCE / path).read_text().splitlines()
             first = next(text for text in lines if re.match(r"__version__|## |quillmark \(", text))
             self.assertRegex(first, line, path)
+
+
+@unittest.skipUnless(shutil.which("dpkg-deb"), "no dpkg-deb")
+class PackagesTest(InstalledTree, unittest.TestCase):
+    @classmethod
+    def lay_out(cls):
+        run("cpack", "--config", BUILD / "CPackConfig.cmake", "-B", cls.folder / "packages")
+        cls.packages = {path.name.partition("_")[0]: path for path in (cls.folder / "packages").glob("*.deb")}
+        for path in cls.packages.values():
+            run("dpkg-deb", "-x", path, cls.folder / "root")
+        return cls.folder / "root/usr"
+
+    def test_what_they_depend_on(self):
+        depends = {package: run("dpkg-deb", "-f", path, "Depends") for package, path in self.packages.items()}
+        wanted = {"libquillmark1": ["libc6 (>= ", "libstdc++6 (>= ", "zlib1g (>= "],
+                  "libquillmark-dev": [f"libquillmark1 (= {VERSION}-1)"],
+                  "python3-quillmark": [f"libquillmark1 (>= {VERSION})"],
+                  "quillmark": [f"libquillmark1 (= {VERSION}-1)", "libc6 (>= "]}  # fmt: skip
+        self.assertEqual(set(depends), set(wanted if HAS_TOOL else wanted.keys() - {"quillmark"}))
+        for package, others in depends.items():
+            self.assertEqual([other for other in wanted[package] if other not in others], [], package)
+
+    def test_library_tells_the_linker_and_other_packages(self):
+        control = self.folder / "control"
+        run("dpkg-deb", "-e", self.packages["libquillmark1"], control)
+        self.assertIn("activate-noawait ldconfig", (control / "triggers").read_text())
+        self.assertEqual((control / "shlibs").read_text().strip(), f"libquillmark 1 libquillmark1 (>= {VERSION}-1)")
+
+    def test_contents(self):
+        wanted = {
+            "libquillmark1": [f"{LIBDIR}/libquillmark.so.1", "share/quillmark/Resources/KeywordTable.plist"],
+            "libquillmark-dev": ["include/quillmark/quillmark.h", f"{LIBDIR}/pkgconfig/quillmark.pc", f"{LIBDIR}/libquillmark.so"],
+            "python3-quillmark": ["lib/python3/dist-packages/quillmark/py.typed"],
+            "quillmark": ["bin/quillmark", "share/man/man1/quillmark.1.gz", "share/zsh/vendor-completions/_quillmark",
+                          "share/bash-completion/completions/quillmark"],
+        }  # fmt: skip
+        for package, path in self.packages.items():
+            doc = self.prefix / "share/doc" / package
+            self.assertIn("Quillmark authors", (doc / "copyright").read_text())
+            self.assertIn(f"quillmark ({VERSION}-1)", gzip.decompress((doc / "changelog.Debian.gz").read_bytes()).decode())
+            listed = run("dpkg-deb", "-c", path)
+            for line in listed.splitlines():
+                self.assertRegex(line, r"^(drwxr-xr-x|-rw-r--r--|-rwxr-xr-x|lrwxrwxrwx) root/root ", package)
+            for owner, names in wanted.items():
+                found = [name for name in names if re.search(rf" \./usr/{re.escape(name)}\s", listed)]
+                self.assertEqual(found, names if owner == package else [])
 
 
 @unittest.skipUnless(HAS_TOOL, "built without the tool")
@@ -156,7 +253,3 @@ class ToolTextsTest(unittest.TestCase):
         self.assertEqual(set(re.search(r"\nfields=\(([\w\s]+)\)", text)[1].split()), self.fields)
         for word in [f"\n  '{command}:" for command in self.commands] + [rf"{option}\b" for _, option in self.options]:
             self.assertRegex(text, word)
-
-
-if __name__ == "__main__":
-    unittest.main()

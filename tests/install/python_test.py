@@ -1,22 +1,18 @@
 """The Python module over the library of the build tree: its examples, and the library's rules for texts.
 
-usage: python_test.py MODULE_FOLDER   with QUILLMARK_LIBRARY set
+The environment tells where the module is, and the library as QUILLMARK_LIBRARY.
 """
 
-import concurrent.futures
 import doctest
 import operator
 import os
 import pathlib
-import pickle
-import sys
 import tempfile
 import unittest
 import unittest.mock
 
-sys.path.insert(0, sys.argv.pop(1))
-import quillmark  # noqa: E402
-import quillmark._library  # noqa: E402
+import quillmark
+import quillmark._library
 
 DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 WQY = "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc"
@@ -45,8 +41,7 @@ class Texts(unittest.TestCase):
         face = quillmark.from_xml(BLOCK.format("A"))[0]
         self.assertEqual((face.checksum, face.kind), (0x7FFFFFFF, "TrueType"))
         self.assertEqual((face.family, face.font_class, face.kerning_checksum), (None, None, None))
-        face = quillmark.identify(DEJAVU, request=0x1)[0]
-        self.assertEqual((face.postscript_name, face.kind, face.checksum), ("DejaVuSans-Bold", None, None))
+        self.assertIsNone(quillmark.identify(DEJAVU, request=0x1)[0].kind)
 
     def test_every_style_whole(self):
         names = ("Garamond-LightItalic", "Garamond Light Italic Small Caps Condensed")
@@ -90,16 +85,7 @@ class Arrays(unittest.TestCase):
             faces = array.faces()
             self.assertEqual([face.index for face in faces], [0, 1, 2])
             self.assertEqual((list(array), array[-1], array[1:]), (faces, faces[2], faces[1:]))
-            self.assertIn(faces[1], array)
-            self.assertNotIn(quillmark.identify(DEJAVU)[0], array)
-            self.assertEqual(set(array), set(faces))
             self.assertRaises(IndexError, lambda: array[3])
-
-    def test_faces_pickle_and_threads_agree(self):
-        expected = quillmark.identify(DEJAVU)
-        self.assertEqual(pickle.loads(pickle.dumps(expected)), expected)
-        with concurrent.futures.ThreadPoolExecutor(4) as pool:
-            self.assertEqual(list(pool.map(quillmark.identify, [DEJAVU] * 16)), [expected] * 16)
 
 
 class Files(unittest.TestCase):
@@ -117,16 +103,10 @@ class Files(unittest.TestCase):
         self.addCleanup(os.chdir, os.getcwd())
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)
-            for name in ["-a.ttf", b"\xff.ttf"]:
-                with open(name, "wb") as file:
-                    file.write(b"\x89PNG\r\n\x1a\n")
-                self.assertIn("a PNG image in spite of its extension .ttf", quillmark.why(name))
+            pathlib.Path(os.fsdecode(b"-\xff.ttf")).write_bytes(b"\x89PNG\r\n\x1a\n")
+            self.assertIn("a PNG image in spite of its extension .ttf", quillmark.why(b"-\xff.ttf"))
 
     def test_why_without_an_answer(self):
         for tool, fault in [("/nonexistent/quillmark", "cannot be run"), ("/bin/false", "no answer, status 1")]:
             with unittest.mock.patch.dict(os.environ, QUILLMARK_TOOL=tool):
                 self.assertRaisesRegex(OSError, fault, quillmark.why, DEJAVU)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,10 +1,10 @@
-// Small tables that a test writes itself, in place of the shipped ones, and rows of names with what they
-// tell.
+// Small tables that a test writes itself, in place of the shipped ones, and rows of files.
 #ifndef QUILLMARK_TESTS_KNOWLEDGE_SMALL_TABLES_H_
 #define QUILLMARK_TESTS_KNOWLEDGE_SMALL_TABLES_H_
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -29,7 +29,7 @@ class TableBundle {
   TempFolder folder_;  // not to be copied
 };
 
-// The lines of a file beside the tests, behind its header: what to ask (two fields), the answer, a remark.
+// The lines of a table beside the tests, behind its header, as four fields.
 inline std::vector<std::array<std::string, 4>> RowsOf(const std::string& file_name) {
   std::ifstream lines(QM_TEST_KNOWLEDGE_ROWS "/" + file_name);
   std::vector<std::array<std::string, 4>> rows;
@@ -51,20 +51,17 @@ inline std::string KeywordElements(const std::string& texts, bool styles) {
   for (std::string text; std::getline(in, text, ',');) {
     std::istringstream parts(text);
     std::string name, kind, item;
-    if (styles) {
-      parts >> name >> kind;
-      array += "<dict><key>display</key><string>" + name + "</string><key>isweight</key>" +
-               (kind == "w" ? "<true/>" : "<false/>") + "<key>components</key><array>";
-    } else {
-      int constant = 0;
-      parts >> constant;
-      std::getline(parts, kind, ' ');
-      name = std::to_string(constant);
-      array += "<dict><key>display</key><string>D" + name + "</string><key>style-constant</key><integer>" +
-               name + "</integer><key>is-modifier</key>" + (kind == "m" ? "<true/>" : "<false/>") +
-               "<key>compounds</key>" + (kind == "c" ? "<true/>" : "<false/>") +
-               "<key>match-strings</key><array>";
-    }
+    parts >> name;
+    if (styles) parts >> kind;
+    if (!styles) kind = name.substr(std::min(name.find_first_of("mc"), name.size()));
+    if (!styles) name.resize(name.size() - kind.size());
+    const auto flag = [&kind](const std::string& key, const char* letter) {
+      return "<key>" + key + (kind == letter ? "</key><true/>" : "</key><false/>");
+    };
+    array += "<dict><key>display</key><string>" + name + "</string>";
+    array += styles ? flag("isweight", "w") + "<key>components</key><array>"
+                    : "<key>style-constant</key><integer>" + name + "</integer>" + flag("is-modifier", "m") +
+                          flag("compounds", "c") + "<key>match-strings</key><array>";
     const std::string tag = styles ? "integer>" : "string>";
     while (parts >> item) array += "<" + tag + item + "</" + tag;
     array += "</array></dict>";

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -24,29 +23,23 @@ using testing::ElementsAre;
 
 class OpenedSuitcase {
  public:
-  explicit OpenedSuitcase(const ResourceForkBuilder& fork, bool read_only = true)
-      : path_(folder_.Write("Suitcase", fork.Build())) {
-    Reopen(read_only);
-  }
+  explicit OpenedSuitcase(const ResourceForkBuilder& fork)
+      : path_(folder_.Write("Suitcase", fork.Build())),
+        file_(QuillmarkResourceFile::initWithFile(path_, true)) {}
   // A file with one FOND, of ID 128.
   explicit OpenedSuitcase(const FondBuilder& fond, const std::string& name = "Family")
       : OpenedSuitcase(ResourceForkBuilder().Add(kFond, 128, fond.Build(), name)) {}
 
-  void Reopen(bool read_only = true) {
-    file_.reset();  // closed, and so written, before it is read again
-    file_.emplace(QuillmarkResourceFile::initWithFile(path_, read_only));
-  }
-  QuillmarkResourceFile* operator->() const { return file_->get(); }
-  Family FamilyOf(std::int16_t id = 128) const {
-    return {file_->get(), file_->get()->getResourceHandleForType(kFond, id)};
-  }
+  QuillmarkResourceFile* operator->() const { return file_.get(); }
+  QuillmarkResourceFile* get() const { return file_.get(); }
+  Family FamilyOf(std::int16_t id = 128) const { return {get(), get()->getResourceHandleForType(kFond, id)}; }
   const TempFolder& folder() const { return folder_; }
   const std::string& path() const { return path_; }
 
  private:
   TempFolder folder_;
   std::string path_;
-  std::optional<ResourceFileHolder> file_;
+  ResourceFileHolder file_;
 };
 
 }  // namespace quillmark

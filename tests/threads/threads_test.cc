@@ -1,6 +1,5 @@
-// Many threads at once, from the first call of the process on, get what one thread gets.
-// ctest runs each test in a process of its own, in which no table is loaded yet; the thread sanitizer watches
-// in the tsan preset.
+// Many threads at once, from the first call of the process on, get what one thread gets. The thread sanitizer
+// watches in the tsan preset.
 #include <gtest/gtest.h>
 
 #include <latch>
@@ -35,6 +34,17 @@ void ExpectSameFromAllThreads(Work work) {
   EXPECT_EQ(results, std::vector<std::string>(kThreads, work()));
 }
 
+// Each function that loads a table, in the first calls of the process.
+std::string NamesWithoutAnArray() {
+  char style[64] = "";
+  char* styles[] = {style};
+  std::uint32_t count = 0;
+  QM_GetStyles("Foo-BoldItalic", "Foo Bold", 1, sizeof(style), &count, styles);
+  char family[64] = "";
+  QM_GetClassificationFromFamily("Nobody's", "Garamond", family, sizeof(family));
+  return std::to_string(count) + style + family;
+}
+
 std::string CreatedAndReadBack(const std::string& path) {
   const OwnedArray array = Create(path);
   if (!array) return "no face";
@@ -46,22 +56,9 @@ std::string CreatedAndReadBack(const std::string& path) {
          EverythingOf(OwnedArray(list).get());
 }
 
-std::string NamesWithoutAnArray() {
-  char style[64] = "";
-  char* styles[] = {style};
-  std::uint32_t count = 0;
-  QM_GetStyles("Foo-BoldItalic", "Foo Bold", 1, sizeof(style), &count, styles);
-  char family[64] = "";
-  QM_GetClassificationFromFamily("Nobody's", "Garamond", family, sizeof(family));
-  return std::to_string(count) + style + family;
-}
-
-TEST(Threads, LoadEachTableOnce) {
+TEST(Threads, AskCreateStoreAndReadBackAtOnce) {
   ExpectSameFromAllThreads(NamesWithoutAnArray);
   EXPECT_EQ(NamesWithoutAnArray().substr(0, 5), "1Bold") << "the tables were not found";
-}
-
-TEST(Threads, CreateQueryStoreAndReadBackAtOnce) {
   for (const Sample& sample : SamplesOf(SmallOutlines())) {
     const TempFolder folder;
     if (!WriteSample(folder.path(), sample)) continue;

@@ -2,7 +2,7 @@
 // above the running library (or the program that holds it), so that the build tree and an installed tree have
 // one shape and both can be moved. The environment variable QUILLMARK_BUNDLE names another folder; a process
 // with raised privileges ignores it. Tests: tests/platform/core_foundation_test.cc,
-// tests/support/resource_location_test.cc.
+// tests/support/bundle_property_list_test.cc.
 #ifndef QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_BUNDLE_H_
 #define QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_BUNDLE_H_
 

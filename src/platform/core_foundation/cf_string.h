@@ -1,5 +1,5 @@
 // The string object behind CFStringRef: UTF-16 code units, and the text's bytes when it is ASCII.
-// Tests: tests/platform/cf_string_test.cc.
+// Tests: tests/platform/core_foundation_test.cc.
 #ifndef QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_STRING_H_
 #define QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_STRING_H_
 

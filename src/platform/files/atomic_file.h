@@ -1,5 +1,5 @@
 // Replaces a file whole or not at all: the new bytes go to a temporary file beside it, which takes its place
-// when everything has reached the disk. Tests: tests/platform/resource_map_test.cc.
+// when everything has reached the disk. Tests: tests/resources/resource_file_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_ATOMIC_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_ATOMIC_FILE_H_
 

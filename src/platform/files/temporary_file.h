@@ -1,5 +1,5 @@
 // TemporaryFile: a new file with a unique name in a folder, removed at the end unless it was renamed. Tests:
-// tests/platform/resource_map_test.cc; tests/cli/split_test.py.
+// tests/resources/resource_file_test.cc; tests/cli/split_test.py.
 #ifndef QUILLMARK_PLATFORM_FILES_TEMPORARY_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_TEMPORARY_FILE_H_
 

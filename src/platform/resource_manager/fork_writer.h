@@ -1,5 +1,5 @@
 // Writes a changed resource map back to the fork it was read from, whatever carries that fork; the fork is
-// replaced whole or not at all. Tests: tests/platform/resource_map_test.cc.
+// replaced whole or not at all. Tests: tests/resources/resource_file_test.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_FORK_WRITER_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_FORK_WRITER_H_
 

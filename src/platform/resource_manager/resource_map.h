@@ -3,7 +3,7 @@
 // Opening checks the header, the type list and the bounds of every reference list; references, names and data
 // are read when asked for, because a map of half a megabyte may list 65,535 types that share one list of
 // 65,535 resources. Positions in lists count from 0. Use from one thread at a time. Tests:
-// tests/platform/resource_map_test.cc; fuzz/resource_map_fuzzer.cc.
+// tests/platform/resource_manager_test.cc; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_MAP_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_MAP_H_
 

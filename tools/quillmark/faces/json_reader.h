@@ -1,5 +1,5 @@
 // Reads faces from the JSON that identify writes (json_form.h), so that it can be stored and converted into
-// another form. Tests: tests/cli/standard_input_test.py.
+// another form. Tests: tests/cli/input_test.py.
 #ifndef QUILLMARK_TOOL_FACES_JSON_READER_H_
 #define QUILLMARK_TOOL_FACES_JSON_READER_H_
 

@@ -1,4 +1,4 @@
-// Standard input where a file is expected: one font, or one text. Tests: tests/cli/standard_input_test.py.
+// Standard input where a file is expected: one font, or one text. Tests: tests/cli/input_test.py.
 #ifndef QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
 #define QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
 

@@ -1,5 +1,5 @@
 // Printer font files: their outlines are read through the font family file that names them. Tests:
-// tests/cli/why_test.py, tests/cli/jobs_test.py.
+// tests/cli/why_test.py, tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_PRINTER_FONTS_H_
 #define QUILLMARK_TOOL_REASONS_PRINTER_FONTS_H_
 

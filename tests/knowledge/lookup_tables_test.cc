@@ -1,11 +1,12 @@
-// The foundry table over small lists: which entry answers for a creator code and for a text.
-#include "knowledge/foundry_name_table.h"
-
+// The tables of foundries and of classes: which entry answers, over small lists, and what the fixed rules of
+// the code rely on in those that ship with the library.
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <tuple>
 
+#include "knowledge/classification_mappings.h"
+#include "knowledge/foundry_name_table.h"
 #include "knowledge/small_tables.h"
 #include "platform/byte_reader.h"
 
@@ -40,7 +41,7 @@ struct FoundryNameTableTest : testing::Test {
   const TableBundle bundle;
   const std::string foundries =
       Foundries({"-|Same|nameless", "Alpha| acsc AB|type of alpha", "Beta|Same|type", "|Void|void",
-                 "Gamma|same VOID|Capital", "Epsilon|-|nameless number"});
+                 "Gamma|same VOID|Capital", "Epsilon|-|nameless number", "Zeta|-|less num"});
 };
 
 TEST_F(FoundryNameTableTest, CreatorCodes) {
@@ -58,9 +59,6 @@ TEST_F(FoundryNameTableTest, CreatorCodes) {
     EXPECT_EQ(table.IsKnownCreatorCode(code, &name), *expected != '\0') << code;
     EXPECT_EQ(name.str(), expected) << code;
   }
-  OmString taken("taken");
-  EXPECT_FALSE(table.IsKnownCreatorCode(FourCharCode("Same"), &taken));
-  EXPECT_EQ(taken.str(), "taken");
   EXPECT_FALSE(CFoundryNameTable::IsQuestionableCreatorCode(FourCharCode("ksew")));  // here case counts
 }
 
@@ -71,6 +69,7 @@ TEST_F(FoundryNameTableTest, Patterns) {
       {"type of alptype", "Beta"},       // found behind the broken-off start of another
       {"devoid", ""},                    // an empty name is a name
       {"Capital capital", nullptr},      // patterns are not lower-cased
+      {"nameless numb", "Zeta"},         // found inside the start of another
       {"nameless number", "Epsilon"},    // entries without a name are passed over
   };
   for (const auto& [text, expected] : rows) {
@@ -101,6 +100,76 @@ TEST_F(FoundryNameTableTest, CodesThenPatternsThenTheLastDefaultOnTheWay) {
   Table(defaults).ContainsKnownFoundryName("first and second", nullptr, &default_name);
   EXPECT_EQ(default_name.str(), "House");
   EXPECT_TRUE(Table("<array>").empty());
+}
+
+TEST(ClassificationMappingsTest, FamiliesAreLookedUpWholeInLowerCase) {
+  const std::string fits(1023, 'x');
+  const std::string accented = std::string(1021, 'x') + "é";
+  const TableBundle bundle;
+  bundle.Write(
+      "DefaultClassifications.plist",
+      "<dict><key>Mappings</key><dict><key>garamond</key><string>Old Style</string>"
+      "<key>étoile</key><string>Ornamental</string><key>Capital</key><string>Never Found</string>"
+      "<key></key><string>Empty</string><key>number</key><integer>3</integer><key>fits</key><string>" +
+          fits + "</string><key>long</key><string>" + fits + "x</string><key>fité</key><string>" + accented +
+          "</string><key>longé</key><string>" + accented + "x</string></dict></dict>");
+  const CClassificationMappings table;
+  EXPECT_FALSE(table.empty());
+  const std::pair<const char*, std::string> rows[] = {
+      {"GARAMOND", "Old Style"}, {"ÉTOILE", "Ornamental"}, {"", "Empty"}, {"Fits", fits}, {"Fité", accented}};
+  for (const auto& [family, expected] : rows) {
+    EXPECT_EQ(table.GetClassNameFromFontFamily(family).str(), expected) << family;
+  }
+  // The last is not UTF-8, so it has no key, not even the empty one.
+  for (const char* family : {"Garamond Premier", " garamond", "Capital", "Number", "Long", "Longé", "\xff"}) {
+    EXPECT_EQ(table.GetClassNameFromFontFamily(family).str(), "--") << family;
+  }
+}
+
+TEST(ClassificationMappingsTest, TheAbsentClassIsListedAsTwoHyphens) {
+  const TableBundle bundle;
+  bundle.Write("DefaultClassifications.plist",
+               "<dict><key>Default Classifications</key><array><string>None</string><string>Serif</string>"
+               "<true/><string>none</string><string>None</string></array></dict>");
+  std::vector<OmString> classes{"left over"};
+  CClassificationMappings().GetListOfBuiltinClasses(&classes);
+  EXPECT_EQ(classes, (std::vector<OmString>{"--", "Serif", "none", "--"}));
+}
+
+TEST(ClassificationMappingsTest, WithoutATableEveryFamilyIsUnknown) {
+  const TableBundle bundle;
+  for (const char* list : {"", "<array/>", "<dict>", "<dict><key>Mappings</key><array/></dict>"}) {
+    if (*list != '\0') bundle.Write("DefaultClassifications.plist", list);
+    const CClassificationMappings table;
+    EXPECT_TRUE(table.empty()) << list;
+    EXPECT_EQ(table.GetClassNameFromFontFamily("garamond").str(), "--") << list;
+  }
+}
+
+// Stored results carry the canonical name and are asked again.
+TEST(ShippedTablesTest, EachFoundryFindsItself) {
+  const CFoundryNameTable& table = *CFoundryNameTable::GetSharedFoundryNameTable();
+  for (const auto& [name, codes, pattern, none] : RowsOf("../../data/foundries.tsv")) {
+    EXPECT_NE(pattern, "") << "the table has no default foundry";
+    EXPECT_EQ(OmString(pattern).ToLower().str(), pattern);
+    OmString found;
+    table.ContainsKnownFoundryName(name, &found);
+    EXPECT_EQ(found.str(), name);
+  }
+  for (const auto code : {FourCharCode("ACp1"), FourCharCode("ACP1"), FourCharCode("ACSC"),
+                          FourCharCode("KSet"), FourCharCode("KSew")}) {
+    OmString found;
+    EXPECT_TRUE(CFoundryNameTable::IsQuestionableCreatorCode(code)) << code;
+    EXPECT_FALSE(table.IsKnownCreatorCode(code, &found)) << found.str();
+  }
+}
+
+// A key that is not its own lower case finds nothing.
+TEST(ShippedTablesTest, EachFamilyFindsItsClass) {
+  const CClassificationMappings& table = *CClassificationMappings::GetSharedClassificationMappings();
+  for (const auto& [family, class_name, basis, none] : RowsOf("../../data/classifications.tsv")) {
+    EXPECT_EQ(table.GetClassNameFromFontFamily(family).str(), class_name) << family;
+  }
 }
 
 }  // namespace

@@ -1,15 +1,8 @@
-#include "resources/printer_font_name.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "builders/fond_builder.h"
-#include "platform/resource_manager/resource_manager.h"
+#include "resources/opened_suitcase.h"
+#include "resources/printer_font_name.h"
 
 namespace quillmark {
 namespace {
@@ -30,16 +23,6 @@ TEST(PrinterFontName, StyleIndex) {
   const std::pair<unsigned char, int> rows[] = {{1, 1},   {2, 2},   {4, 0},   {8, 4},   {16, 8},
                                                 {64, 32}, {96, 16}, {91, 47}, {128, 0}, {255, 31}};
   for (const auto& [style, index] : rows) EXPECT_EQ(GetStyleIndex(style), index) << int{style};
-}
-
-TEST(PrinterFontName, IndexedStrings) {
-  const std::string strings("\3One\0\2Tw\5cut", 12);
-  for (const auto& [n, limit, text] :
-       {std::tuple(1, 3, "On"), {-7, 256, "One"}, {3, 3, "Tw"}, {4, 256, ""}}) {
-    Str255 out = {9};
-    EXPECT_EQ(GetIndStyleName(AsBytes(strings), static_cast<std::int16_t>(n), out, limit), out[0]) << n;
-    EXPECT_EQ(std::string(out + 1, out + 1 + out[0]), text) << n;
-  }
 }
 
 TEST(PrinterFontName, FileNames) {
@@ -115,6 +98,46 @@ TEST(PrinterFontName, KeepsToItsLimitAndToPrintableAscii) {
   long_name.StyleString(std::string(200, 'a')).StyleString("\x03").StyleString(std::string(56, 'b'));
   long_name.StyleIndex(1, 2);
   EXPECT_EQ(Name(long_name, 1), std::string(200, 'a') + std::string(55, 'b'));
+}
+
+// With a bitmap of style 0, unless another size or style is asked for; double-byte for an ID from 16384.
+FondBuilder Named(const std::string& name, std::int16_t family_id = 128, std::int16_t size = 9,
+                  std::int16_t style = 0) {
+  FondBuilder fond(family_id);
+  fond.StyleString(name).StyleString("\x03").StyleString("-Bold").StyleIndex(1, 2);
+  return fond.Association(size, style, 1);
+}
+
+TEST(PrinterFontSearch, FilesThatTheFamiliesNeed) {
+  const std::string ryumin = "Ryumin-Light-83pv-RKSJ-H";
+  const FondBuilder times = Named("Times");
+  const FondBuilder outline = Named("Times", 128, 0);
+  const FondBuilder both = Named("Times").Association(9, 1, 1);
+  const std::pair<std::vector<FondBuilder>, std::vector<const char*>> rows[] = {
+      {{both}, {"Times", "TimesBol"}},
+      {{FondBuilder(both).Association(0, 0, 1)}, {"TimesBol"}},            // an outline covers its style
+      {{times, FondBuilder(outline).Association(9, 1, 1)}, {"TimesBol"}},  // and that of a family before
+      {{outline, both}, {"TimesBol"}},                                     // or behind
+      {{times, times}, {"Times"}},
+      // A PostScript name keeps the file name that it meets first, by style and then by family; having none
+      // is not remembered.
+      {{Named(ryumin)}, {"RyumiLig8RKSJH"}},
+      {{Named(ryumin), Named(ryumin, 16384)}, {"RyumiLig8RKSJH"}},
+      {{Named(ryumin, 16384), Named(ryumin)}, {"Ryumin-Light"}},
+      {{Named("A-B-", 128, 9, 2), Named("A-B-", 16384)}, {"A-B"}},
+      {{Named("A--", 16384)}, {"A-"}},
+      {{Named("A-B", 16384)}, {}},
+      {{Named("A-B", 16384), Named("A-B")}, {"AB"}},
+      {{FondBuilder(16384).Association(9, 0, 1), Named("..A/Bcd")}, {}}};
+  for (const auto& [fonds, names] : rows) {
+    ResourceForkBuilder fork;
+    std::int16_t id = 0;
+    for (const FondBuilder& fond : fonds) fork.Add(kFond, ++id, fond.Build());
+    const OpenedSuitcase file(fork);
+    std::vector<std::string> paths;
+    for (const char* name : names) paths.push_back(file.folder().Path(name));
+    EXPECT_EQ(file->getPrinterFiles(), paths);
+  }
 }
 
 }  // namespace

@@ -1,12 +1,15 @@
-#include "analysis/name_table.h"
-
+// The names of a font: read from its name table, compared, and as Windows names its files.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <optional>
+#include <tuple>
 #include <variant>
 
+#include "analysis/name_match.h"
 #include "analysis/name_record.h"
+#include "analysis/name_table.h"
+#include "analysis/windows_font_file_name.h"
 #include "builders/big_endian.h"
 #include "builders/sfnt_builder.h"
 
@@ -14,12 +17,6 @@ namespace quillmark {
 namespace {
 
 using big_endian::Utf16;
-
-std::optional<NameFault::Kind> FaultOf(const std::string& font) {
-  const auto read = getMetaDataFromNamesTable(SfntData(AsBytes(font)));
-  const auto* const fault = std::get_if<NameFault>(&read);
-  return fault ? std::optional(fault->kind) : std::nullopt;
-}
 
 // No names where the table gives a fault.
 FaceNames NamesOf(const std::string& font) {
@@ -115,11 +112,7 @@ TEST(NameTable, TheTableMustBeValidAndHoldText) {
   const auto size = static_cast<std::uint32_t>(font.size());
   const std::size_t offset = EntryPosition(font, "name") + 8;
   const std::size_t length = offset + 4;
-  const struct {
-    const char* what;
-    std::string font;
-    std::optional<NameFault::Kind> fault;
-  } rows[] = {
+  const std::tuple<const char*, std::string, std::optional<NameFault::Kind>> rows[] = {
       {"records are bounded by the font, not by the length", With(font, length, 0), std::nullopt},
       {"a sum that wraps", With(font, length, 0u - table), std::nullopt},
       {"the walk of the most records ends with the font", With(font, table, 0x7FFF), std::nullopt},
@@ -138,9 +131,29 @@ TEST(NameTable, TheTableMustBeValidAndHoldText) {
       {"text outside", With(font, table + 14, 0x7FFF0000), NameFault::kNoTextInside},
       {"a lone surrogate", SfntBuilder().Name(3, 1, 0, 1, "\xD8\x3D").Build(), NameFault::kNoValidText},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(FaultOf(row.font), row.fault) << row.what;
-    EXPECT_EQ(NamesOf(row.font).family.str(), row.fault ? "" : "Family") << row.what;
+  for (const auto& [what, bytes, expected] : rows) {
+    const auto read = getMetaDataFromNamesTable(SfntData(AsBytes(bytes)));
+    const auto* const fault = std::get_if<NameFault>(&read);
+    EXPECT_EQ(fault ? std::optional(fault->kind) : std::nullopt, expected) << what;
+  }
+}
+
+TEST(NameMatch, ComparesLettersAndDigitsUpToTheSecondHyphen) {
+  EXPECT_EQ(GFontToolUtils::StripCharsAndNormalizeString("Qui\xC3\xA9[@`{/:09AZ-az-Black"), "Qui09AZaz");
+  EXPECT_TRUE(GFontToolUtils::DoPostScriptNamesMatch("Quill-Bold-Black", "QuillBold", false));
+  EXPECT_FALSE(GFontToolUtils::DoPostScriptNamesMatch("Quill-Bold", "QuillBold", true));
+}
+
+TEST(WindowsFontFileName, ReplacesKnownExtensions) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"TIMES.PFB", "TIMES.mmm"}, {"ab.pfb", "ab.mmm"}, {"Times.pfm", "Times.pfb"},
+      {"a.b.Mmm", "a.b.pfb"},     {"a.pfb", ""},        {"abcpfb", ""}};
+  for (const auto& [name, expected] : rows) {
+    OmString metrics;
+    OmString outlines;
+    GetWindowsMMMFontNameFromPrinterFontName(name, &metrics);
+    GetWindowsPSPrinterFontNameFromFontName(name, &outlines);
+    EXPECT_EQ(metrics.str() + outlines.str(), expected);
   }
 }
 

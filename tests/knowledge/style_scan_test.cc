@@ -1,9 +1,14 @@
-// The keyword table's loading, and the scan from names to style components over a small table.
+// The keyword table: its loading, the scan from names to components, and the match from these to styles; over
+// small tables, and over the one that ships with the library.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstring>
+#include <iterator>
 #include <optional>
+#include <sstream>
+#include <vector>
 
 #include "knowledge/font_style_scan.h"
 #include "knowledge/keyword_table.h"
@@ -25,27 +30,57 @@ std::string Scan(const std::string& primary, const std::string& secondary = "") 
   return constants;
 }
 
-class StyleScannerTest : public testing::Test {
+std::string Displays(const std::vector<SBuiltinStyle>& styles) {
+  std::string displays;
+  for (const SBuiltinStyle& style : styles) displays += (displays.empty() ? "" : "; ") + style.display;
+  return displays;
+}
+
+class StyleScanTest : public testing::Test {
  protected:
   void Write(const std::string& list) { bundle_->Write("KeywordTable.plist", list); }
   void Load(const std::string& list) {
     Write(list);
     OmFontStyleScan::OSLoadStyleResources();
   }
+  // In a process in which nothing is loaded yet.
+  template <typename Steps>
+  void TryInNewProcess(const Steps& steps) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto tries = [&] {
+      steps();
+      bundle_.reset();
+      std::exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(tries(), testing::ExitedWithCode(0), "");
+  }
 
   std::optional<TableBundle> bundle_{std::in_place};
 };
 
-TEST_F(StyleScannerTest, Names) {
+TEST_F(StyleScanTest, NamesGiveComponents) {
   Load(KeywordList(kComponents));
   for (const auto& row : RowsOf("style_scans.tsv"))
     EXPECT_EQ(Scan(row[0], row[1]), row[2]) << row[0] << row[3];
   const auto added = OmFontStyleScan::ScanFontForStyleComponents("Foo-Xlight", "");
   EXPECT_TRUE(added[0].isModifier && !added[1].isModifier);
-  EXPECT_EQ(added[0].display + added[1].display, "");
 }
 
-TEST_F(StyleScannerTest, MalformedElementsAreLeftOut) {
+// Of components, 5 is a modifier.
+TEST_F(StyleScanTest, ComponentsGiveStyles) {
+  for (const auto& row : RowsOf("style_matches.tsv")) {
+    Load(KeywordList("99c, 1 Bold, 5m Extra", row[0]));
+    std::istringstream constants(row[1]);
+    std::vector<SStyleComponent> components;
+    for (int constant = 0; constants >> constant;)
+      components.push_back({constant, constant == 5, false, {}, {}});
+    std::vector<SBuiltinStyle> found(3);
+    const auto count = OmFontStyleScan::FindBuiltinMatchesForStyleComponents(components, found);
+    EXPECT_EQ(std::pair(Displays(found), found.size()), std::pair(row[2], std::size_t{count})) << row[3];
+  }
+}
+
+TEST_F(StyleScanTest, MalformedElementsAreLeftOut) {
   const std::string fits(511, 'F');
   const std::string too_long = "<string>" + fits + "F";
   const std::string good = KeywordList("60 Full " + fits + " " + fits + "F", "Bold w 7");
@@ -53,10 +88,9 @@ TEST_F(StyleScannerTest, MalformedElementsAreLeftOut) {
   SStyleComponent component;
   EXPECT_TRUE(OmFontStyleScan::MatchStyleComponent(fits, component));
   EXPECT_EQ(component.matchStrings.size(), 2u);  // without the one that is too long
-  EXPECT_FALSE(OmFontStyleScan::MatchStyleComponent("full", component));
   EXPECT_FALSE(KeywordTable::Shared().empty());
-  for (const auto& [part, spoilt] : {std::pair("<key>display</key><string>D60</string>", ""),
-                                     {"<string>D60", too_long.c_str()},
+  for (const auto& [part, spoilt] : {std::pair("<key>display</key><string>60</string>", ""),
+                                     {"<string>60", too_long.c_str()},
                                      {"<key>is-modifier</key><false/>", ""},
                                      {"style-constant", "x"},
                                      {"match-strings", "x"},
@@ -69,7 +103,7 @@ TEST_F(StyleScannerTest, MalformedElementsAreLeftOut) {
   }
 }
 
-TEST_F(StyleScannerTest, ALongNameTakesTimeByItsLength) {
+TEST_F(StyleScanTest, ALongNameTakesTimeByItsLength) {
   std::string many_styles;
   for (int i = 0; i < 100; ++i) many_styles += "m w 15,";
   Load(KeywordList(kComponents, many_styles));
@@ -84,52 +118,45 @@ TEST_F(StyleScannerTest, ALongNameTakesTimeByItsLength) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
-std::string MessageOfInitialize() {
-  try {
-    OmFontStyleScan::Initialize();
-  } catch (const DataRetrieveError& error) {
-    return error.what();
-  }
-  return "";
-}
-
-// Each of these starts a process, in which nothing is loaded yet.
-class StyleTableLoadingTest : public StyleScannerTest {
- protected:
-  template <typename Steps>
-  void TryInNewProcess(const Steps& steps) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto tries = [&] {
-      steps();
-      bundle_.reset();
-      std::exit(HasFailure() ? 1 : 0);
-    };
-    EXPECT_EXIT(tries(), testing::ExitedWithCode(0), "");
-  }
-};
-
-TEST_F(StyleTableLoadingTest, AMalformedTableIsTriedAgainAndAGoodOneStays) {
+TEST_F(StyleScanTest, AMalformedTableIsTriedAgainAndAGoodOneStays) {
   TryInNewProcess([this] {
     Write("<dict><key>Components</key><string>x</string></dict>");
-    EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Components array");
+    EXPECT_THAT(OmFontStyleScan::Initialize,
+                testing::ThrowsMessage<DataRetrieveError>("KeywordTable.plist - Components array"));
     Write("<dict><key>Components</key>" + KeywordElements("70 Once", false) + "</dict>");
-    EXPECT_EQ(MessageOfInitialize(), "KeywordTable.plist - Style array");
+    EXPECT_THAT(OmFontStyleScan::Initialize,
+                testing::ThrowsMessage<DataRetrieveError>("KeywordTable.plist - Style array"));
     EXPECT_EQ(Scan("x Once"), "70");  // the components stay
     Write(KeywordList(kComponents));
-    EXPECT_EQ(MessageOfInitialize(), "");
+    OmFontStyleScan::Initialize();
     EXPECT_EQ(Scan("Foo-OnceDemiBold"), "4");
     Write("<dict/>");
-    EXPECT_EQ(MessageOfInitialize(), "");
+    OmFontStyleScan::Initialize();
   });
 }
 
-TEST_F(StyleTableLoadingTest, AMissingTableCountsAsLoaded) {
+TEST_F(StyleScanTest, AMissingTableCountsAsLoaded) {
   TryInNewProcess([this] {
-    EXPECT_EQ(MessageOfInitialize(), "");
+    OmFontStyleScan::Initialize();
     Write(KeywordList(kComponents));
-    EXPECT_EQ(MessageOfInitialize(), "");
+    OmFontStyleScan::Initialize();
     EXPECT_EQ(Scan("x Bold"), "");
   });
+}
+
+TEST(UserStyleTest, OccursInEitherNameWithoutRegardToCase) {
+  EXPECT_TRUE(OmFontStyleScan::ScanFontForUserStyle("Foo-BoldItalic", "", "dit"));
+  EXPECT_TRUE(OmFontStyleScan::ScanFontForUserStyle("Foo", "Foo BOLD", "Bold"));
+}
+
+TEST(ShippedKeywordTableTest, NamesTellTheStylesThatAPersonReadsInThem) {
+  OmFontStyleScan::OSLoadStyleResources();
+  for (const auto& row : RowsOf("style_names.tsv")) {
+    std::vector<SBuiltinStyle> styles;
+    const std::int32_t count = OmFontStyleScan::ScanFontForBuiltinStyles(row[0], row[1], styles);
+    EXPECT_EQ(std::pair(Displays(styles), std::ssize(styles)), std::pair(row[2], std::ptrdiff_t{count}))
+        << row[0];
+  }
 }
 
 }  // namespace

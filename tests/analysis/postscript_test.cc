@@ -1,11 +1,14 @@
-#include "analysis/postscript_metadata.h"
-
+// What the header of a PostScript font tells, and which faces take it from their printer font file.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
+#include <tuple>
+#include <utility>
 
+#include "analysis/postscript_header.h"
+#include "analysis/postscript_metadata.h"
 #include "builders/apple_double_builder.h"
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
@@ -18,6 +21,80 @@ namespace quillmark {
 namespace {
 
 using std::string_literals::operator""s;
+
+TEST(PostScriptHeader, FindsTheValueOfAKey) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"/nOtIcE (MiXed) /Notice (b)", "MiXed"},
+      {"/Notice (a (b (c)) ] d) def", "a (b (c)) ] d"},
+      {"/Notice [a [b] (c] d]", "a [b] (c"},
+      {"/Notice /a/b\nc\rd e", "a/b\nc\rd"},  // a name ends at a blank, at nothing else
+      {"/Notice \n \n(x)", "x"},
+      {"/Notice \r(a b)", "\r(a"},  // only blanks and line feeds are skipped
+      {"/Notice (a (b) c", "a (b) c"},
+      {"/Notice (ab\0cd)"s, "ab"},
+      {"/Notice", ""},
+      {"/Notice " + std::string(1 << 20, '('), std::string(3999, '(')},
+  };
+  for (const auto& [header, value] : rows) {
+    EXPECT_EQ(findBlobForToken(LowerCasedHeader(header), header, "/notice"), value) << header.substr(0, 40);
+  }
+}
+
+// What headers give, one after the other.
+struct Gathered {
+  FaceNames names;
+  OmString kind;
+
+  std::string Add(const PostScriptHeader& header) {
+    GatherPostScriptMetaData(header, QM_ATTRIBUTES_ALL, names, kind);
+    return kind.str() + "|" + names.version.str() + "|" + names.family.str() + "|" +
+           names.post_script_name.str() + "|" + names.foundry.str();
+  }
+};
+
+TEST(PostScriptHeader, PrefersOneKeyToAnother) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"%!PS-AdobeFont-1.0: QuillSans-Bold 1.05\n%%Creator: None\n/FontInfo 9 dict dup begin\n"
+       "/version (1.05) readonly def\n/Notice (Copyright (URW)++, 2014) readonly def\n"
+       "/FullName (Quill Sans Bold) readonly def\n/FamilyName (Quill Sans) readonly def\nend readonly def\n"
+       "/FontName /QuillSans-Bold def",
+       "PostScript|1.05|Quill Sans|QuillSans-Bold|Copyright (URW)++, 2014"},
+      {"/version (1) /FontName /F /CIDFontVersion 2.0 /CIDFontName /C def", "PostScript|2.0||C|"},
+      {"/FullName (Times Roman) readonly def", "PostScript||Times Roman|Times Roman|"},
+      {"\1\1%!PS-AdobeFont-1.0: A-B 1\n/FullName (C D)", "PostScript||A|C D|"},
+      {"%!PS-AdobeFont-1.0: A-B 1\n", "PostScript||||"},  // at the first byte it is not seen
+      {"\1\1%!PS-AdobeFont-", "PostScript||||"},
+      {"/FamilyName () /FontName () /FullName (C D)", "PostScript||C D||"},
+      {"/Notice (Qqq) % URW", "PostScript||||Qqq"},
+      {"/Notice (Qqq) /Copyright (Qqq)", "PostScript||||"},
+      {"/Copyright (URW 1990)", "PostScript||||URW 1990"},
+      {"/Notice () /Copyright (URW 1990)", "PostScript||||"},
+  };
+  for (const auto& [header, expected] : rows) {
+    Gathered all;
+    EXPECT_EQ(all.Add(ReadPostScriptHeader(header, true)), expected) << header;
+    EXPECT_EQ(all.names.display_name.str(), all.names.post_script_name.str()) << header;
+    FaceNames names;
+    GatherPostScriptMetaData(ReadPostScriptHeader(header, false), 0, names, all.kind);
+    EXPECT_EQ(names.foundry.str() + names.post_script_name.str() + names.full_name.str(), "")
+        << "not asked for";
+  }
+}
+
+TEST(PostScriptHeader, ReplacesOnlyWhatAKeyMayReplace) {
+  Gathered all;
+  const auto gather = [&all](const char* header) { return all.Add(ReadPostScriptHeader(header, true)); };
+  gather("/WeightVector /version 9 /FamilyName (old) /FontName (Old) /Notice (old URW)");
+  EXPECT_EQ(gather("/version 1 /FullName (New) /Copyright (URW)"), "PostScript - MM|9|old|Old|old URW");
+  EXPECT_EQ(gather("/CIDFontVersion 2 /FamilyName (New) /FontName (New) /Notice (URW)"),
+            "PostScript - MM|2|New|New|URW");
+}
+
+TEST(PostScriptHeader, ZeroBytesOfAResourceAreUnderscores) {
+  const std::string header =
+      "\1\0%!PS-AdobeFont-1.0: A\0B-C\n/CIDFontVersion [1 [2]] /Notice (a\0URW) /FullName {F B}"s;
+  EXPECT_EQ(Gathered().Add(ReadPostHeader(AsBytes(header), true)), "PostScript|1 [2]|A_B|F B|a_URW");
+}
 
 // A family of bitmaps, whose printer font file is QuillBol.
 const std::string kBitmaps = FondBuilder(128).Association(9, 0, 5).StyleString("Quill-Bold").Build();
@@ -54,24 +131,20 @@ class Suitcase {
 
 TEST(PostScriptMetadata, ReadsTheFirstTwoSegments) {
   const std::string full_segment = "\1 /FamilyName (Second) " + std::string(2048, ' ');
-  const struct {
-    std::string first;
-    std::string second;
-    const char* names;
-  } rows[] = {
+  const std::tuple<std::string, std::string, const char*> rows[] = {
       {"\1 /FamilyName (First)", "\1 /FamilyName (Second)", "Second|Quill-Bold"},
       {"\1 /FamilyName (First)", full_segment.substr(0, 2048), "First|Quill-Bold"},
       {"\1 /FamilyName (First)", full_segment.substr(0, 2047), "Second|Quill-Bold"},
       {full_segment.substr(0, 2048), "", "Second|Quill-Bold"},
       {"", "\1 /FamilyName (Second)", "|Quill-Bold"},
-      {"\1 /FontName (Quill [Roman]) def", "\1 ", "Suitcase|Quill--Roman-"},
+      {"\1 /FontName (Quill [Roman]) def", "\1", "Suitcase|Quill--Roman-"},
       {"\1 /FontName (Qu\xE9ll) def", "", "Suitcase|Quill-Bold"},  // not UTF-8
   };
-  for (const auto& row : rows) {
+  for (const auto& [first, second, expected] : rows) {
     const Suitcase family("Qq");
-    family.AddPosts({row.first, row.second, "\1 /FamilyName (Third) /FontName /Third "});
+    family.AddPosts({first, second, "\1 /FamilyName (Third) /FontName /Third "});
     const FaceNames names = family.Collect(kCollected).names;
-    EXPECT_EQ(names.family.str() + "|" + names.post_script_name.str(), row.names) << row.first;
+    EXPECT_EQ(names.family.str() + "|" + names.post_script_name.str(), expected) << first;
     EXPECT_EQ(names.display_name.str(), "Qq") << "the screen fonts' own name stands";
   }
 }
@@ -84,13 +157,8 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
     return FondBuilder(128).International(0, script).Association(0, 1, 6).Association(0, 0, 7).Build();
   };
   const auto outline = [](const char* bytes) { return ResourceForkBuilder().Add(kSfnt, 7, bytes); };
-  const struct {
-    std::string resource_name;
-    std::string fond;
-    ResourceForkBuilder fork;
-    const char* shown;     // kind and display name
-    CollectStatus status;  // kNoPostScriptHeader: an outline inside the file needs no printer file
-  } rows[] = {
+  // Kind and display name, and the status: an outline inside the file needs no printer file.
+  const std::tuple<std::string, std::string, ResourceForkBuilder, const char*, CollectStatus> rows[] = {
       {"Caf\x8E", kBitmaps, {}, "|Caf\xC3\xA9", kPrinterFontMissing},
       {"MyriaMM_400", kBitmaps, {}, "PostScript - MM|MyriaMM_400", kPrinterFontMissing},
       {"%MMyriadMM_400_600_", kBitmaps, {}, "PostScript - MM|MyriadMM", kPrinterFontMissing},
@@ -106,10 +174,9 @@ TEST(PostScriptMetadata, TellsKindsAndDisplayNames) {
       {"Qq", cid_family(0).substr(0, 51), {}, "|Qq", kNoPostScriptHeader},
       {"A-CID MM_", cid_family(0), outline("typ1"), "PostScript - MM|A-CID MM_", kNoPostScriptHeader},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.resource_name + " " + row.shown);
-    const CollectedFace face = Suitcase(row.resource_name, row.fond, row.fork).Collect(row.status);
-    EXPECT_EQ(face.kind_name.str() + "|" + face.names.display_name.str(), row.shown);
+  for (const auto& [resource_name, fond, fork, shown, status] : rows) {
+    const CollectedFace face = Suitcase(resource_name, fond, fork).Collect(status);
+    EXPECT_EQ(face.kind_name.str() + "|" + face.names.display_name.str(), shown) << resource_name;
   }
 }
 
@@ -137,17 +204,9 @@ TEST(PostScriptMetadata, APrinterFontIsReadOnceForAllThatNameIt) {
   const std::string path = folder.Write("QuillBol", "/FamilyName (Data)");
   FileAccess access;
   PrinterFonts printer_fonts(access, QM_ATTRIBUTES_ALL);
-  const PrinterFont& first = printer_fonts.At(path);
+  printer_fonts.At(path);
   std::filesystem::remove(path);
-  EXPECT_EQ(&printer_fonts.At(path), &first);
-  EXPECT_TRUE(first.is_file && first.data_fork);
-}
-
-TEST(PostScriptMetadata, MakesNoPathOfANameThatHoldsASlash) {
-  // In a double-byte family the file's name is what stands before the second hyphen.
-  Suitcase family("Qq", FondBuilder(0x4000).Association(9, 0, 7).StyleString("sub/secret-Light-H").Build());
-  family.folder.Write("sub/secret-Light", "/FamilyName (Secret)");
-  EXPECT_EQ(family.Collect(kNoPostScriptHeader).printer_font_path, "");
+  EXPECT_TRUE(printer_fonts.At(path).is_file);
 }
 
 }  // namespace
