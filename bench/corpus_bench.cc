@@ -1,10 +1,12 @@
 // One row of the table that bench/run prints, in a process of its own so that its peak memory is its own:
 // runs over the files that a list names, one path a line, and prints seconds, faces, and files with a face.
-//   corpus_bench limit|limit-zlib|THREADS LIST
-// "limit" reads and sums the files; a number identifies them through the C interface with so many threads,
-// which take files from one shared list. The first file is done once before: that loads what is loaded once a
-// process.
+//   corpus_bench limit|limit-zlib|look-ups|names|THREADS LIST
+// "limit" reads and sums the files; "look-ups" asks the file system what a request asks it, and opens the
+// files; "names" asks for the names, version and kind of their faces; a number identifies them through the C
+// interface with so many threads, which take files from one shared list. The first file is done once before:
+// that loads what is loaded once a process.
 #include <atomic>
+#include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +19,7 @@
 #include "bench/identify_file.h"
 #include "bench/measure.h"
 #include "bench/read_and_sum.h"
+#include "platform/files/font_file.h"
 
 namespace {
 
@@ -36,19 +39,35 @@ std::uint32_t SumZlib(const std::string& path) {
   return 0;
 }
 
+std::uint32_t LookUp(const std::string& path) {
+  FileAccess access;
+  FontFile file(access, path);
+  (void)file.ResourceFork();
+  (void)file.Finder();
+  (void)file.Data();
+  return 0;
+}
+
+FacesOfFile WorkOf(std::string_view row) {
+  if (row == "limit") return SumBest;
+  if (row == "limit-zlib") return SumZlib;
+  if (row == "look-ups") return LookUp;
+  return row == "names" ? bench::NamesOfFile : bench::IdentifyFile;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::string_view row = argc == 3 ? argv[1] : "";
-  const int threads = row.starts_with("limit") ? 1 : std::atoi(row.data());
+  const int threads = row.empty() || !std::isdigit(row.front()) ? 1 : std::atoi(row.data());
   std::vector<std::string> files;
   std::ifstream list(argc == 3 ? argv[2] : "");
   for (std::string path; std::getline(list, path);) files.push_back(path);
-  if (files.empty() || threads < 1) {
-    std::fprintf(stderr, "usage: corpus_bench limit|limit-zlib|THREADS LIST\n");
+  if (files.empty() || row.empty() || threads < 1) {
+    std::fprintf(stderr, "usage: corpus_bench limit|limit-zlib|look-ups|names|THREADS LIST\n");
     return 2;
   }
-  const FacesOfFile work = row == "limit" ? SumBest : row == "limit-zlib" ? SumZlib : bench::IdentifyFile;
+  const FacesOfFile work = WorkOf(row);
 
   std::atomic<std::size_t> next = 0;
   std::atomic<std::uint32_t> faces = 0;

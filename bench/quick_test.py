@@ -7,10 +7,10 @@ import os
 import subprocess
 import sys
 
-ALL_ROWS = ["limit", "the same with zlib", "Quillmark, 1 thread", "Quillmark, 2 threads", "quillmark identify -j 1",
-            "quillmark identify -j 2", "fc-scan", "FreeType", "fontTools"]
-OTHERS = ALL_ROWS[6:]
-WITHOUT_FACES = ALL_ROWS[:2]
+ALL_ROWS = ["limit", "the same with zlib", "Quillmark, 1 thread", "Quillmark, 2 threads", "Quillmark, names",
+            "what it asks", "quillmark identify -j 1", "quillmark identify -j 2", "fc-scan", "FreeType", "fontTools"]
+OTHERS = ALL_ROWS[8:]
+WITHOUT_FACES = [*ALL_ROWS[:2], ALL_ROWS[5]]
 TINY_ROWS = ["limit", "yardstick", "Quillmark"]
 SIZES = 2  # of each growth row, in a quick run
 GROWTH_ROWS = ["collection, each face", "collection, all faces", "plain file", "faces read from XML",

@@ -135,10 +135,10 @@ QM_EXPORT void QM_GetQuillmarkVersion(uint32_t* major, uint32_t* minor);
  *   places for each of them;
  * - once a process, the library's own tables.
  *
- * What a request costs: a file's bytes are read and summed whatever the request is, so leaving out bits saves
- * little. QM_ATTRIBUTE_FOUNDRY searches the header of a printer font for known makers,
- * QM_ATTRIBUTE_KERNING_CHECKSUM reads the "kern" table of each face of a collection, QM_ATTRIBUTE_PLATFORM
- * the list of tables of a font file; every other bit copies what was read anyway.
+ * What a request costs: QM_ATTRIBUTE_CHECKSUM and QM_ATTRIBUTE_LEGACY_CHECKSUM read and sum every byte of the
+ * file, and of the printer fonts; QM_ATTRIBUTE_KERNING_CHECKSUM every byte of a collection. Without these
+ * only headers, lists of tables and names are read. QM_ATTRIBUTE_FOUNDRY searches the header of a printer
+ * font for known makers; every other bit copies what was read anyway.
  *
  * The work has a bound that grows with the bytes of the files. A file that makes its faces share their bytes
  * again and again reaches it: the call then ends with the faces found first, and status 0, or 1 without any.
@@ -459,7 +459,8 @@ QM_EXPORT int32_t QM_GetClassificationFromFamily(const char* family, const char*
  * @param      resourceFile  null: nothing is written; else not followed
  * @param      fondHandle    null: nothing is written; else not followed
  * @param      faceIndex     not looked at; pass 0
- * @param[out] buffer        receives the name; as it was when the font has none; may be null
+ * @param[out] buffer        receives the name; as it was when the font has none, also when reading its name
+ *                           table takes more work than its size allows; may be null
  * @param      bufferSize    bytes in buffer, NUL included
  * @par Exceptions
  * std::bad_alloc; buffer is as it was.

@@ -10,6 +10,9 @@
 
 namespace quillmark {
 
+// Whether a request (QM_Attribute bits) asks for a checksum of either scheme.
+bool AsksForChecksums(std::uint32_t request);
+
 class CChecksum {
  public:
   // Continues `crc` over the bytes; 0 starts. Continuing over several blocks gives the CRC of their

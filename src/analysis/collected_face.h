@@ -14,9 +14,10 @@ namespace quillmark {
 
 enum CollectStatus : int {
   kCollected = 0,
-  kNoFontData = 3,           // no sfnt bytes, or no usable name table
-  kPrinterFontMissing = 6,   // the outlines of a PostScript face are not where its family names them
-  kPlatformUndecided = -1,   // the font is too short for its platform to be told
+  kNoFontData = 3,          // no sfnt bytes, or no usable name table
+  kPrinterFontMissing = 6,  // the outlines of a PostScript face are not where its family names them
+  // Two failures with one number: no caller tells them apart.
+  kPlatformUndecided = -1,   // the font is too short to decide its platform
   kNoPostScriptHeader = -1,  // no PostScript header was read
 };
 

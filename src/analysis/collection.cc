@@ -18,9 +18,9 @@ constexpr std::uint32_t kListEntrySize = 4;
 constexpr std::uint32_t kDirectoryHeaderSize = 12;
 constexpr std::uint32_t kDirectoryEntrySize = 16;
 constexpr std::uint32_t kMaxNamesTried = 100;
-constexpr std::size_t kReadSize = 64 * TableSums::kStep;  // small enough for the processor's cache
+constexpr std::size_t kReadSize = 64 * TableSums::kBlockSize;  // small enough for the processor's cache
 
-constexpr std::uint64_t kTableSteps = 1024;  // the sums of one table, joined from those of whole steps
+constexpr std::uint64_t kTableSteps = 1024;  // of the budget: joins the sums of one table
 
 constexpr std::uint64_t Padded(std::uint32_t length) { return (std::uint64_t{length} + 3) / 4 * 4; }
 
@@ -74,7 +74,8 @@ std::variant<std::vector<TableRange>, CollectionFault> FindTables(std::size_t fi
 
 }  // namespace
 
-TrueTypeCollectionFont::TrueTypeCollectionFont(FontFile& file) : source_(file) {
+TrueTypeCollectionFont::TrueTypeCollectionFont(FontFile& file, bool with_sums)
+    : source_(file), with_sums_(with_sums) {
   static_cast<void>(ReadIntoMemory());
 }
 
@@ -109,6 +110,7 @@ CollectionStatus TrueTypeCollectionFont::ReadWhole() {
       if (const CollectionStatus status = CheckHeader(block); status != kCollectionOk) return status;
     }
     if (read < block.size()) return kCollectionFileError;
+    if (!with_sums_) break;
     ChargeBytes(source_.budget(), block.size());
     sums_.Add(block);
   }
@@ -166,7 +168,7 @@ std::optional<CollectionFace> TrueTypeCollectionFont::FindFace(std::uint32_t fac
     ChargeRecords(source_.budget(), directory.size() / kDirectoryEntrySize);
     auto tables = FindTables(size(), directory);
     if (auto* ranges = std::get_if<std::vector<TableRange>>(&tables)) {
-      Charge(source_.budget(), ranges->size() * kTableSteps);
+      if (with_sums_) Charge(source_.budget(), ranges->size() * kTableSteps);
       return CollectionFace{directory, std::move(*ranges)};
     }
     found = std::get<CollectionFault>(tables);
@@ -184,8 +186,9 @@ SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
   std::size_t entry = kDirectoryHeaderSize;
   std::uint64_t offset = directory.size();
   for (const TableRange& table : face.tables) {
-    const std::uint32_t word_sum = sums_.WordSum(*file_, table);
-    static_cast<void>(PutU32At(directory, entry + 4, word_sum));
+    const std::optional<std::uint32_t> word_sum =
+        with_sums_ ? std::optional(sums_.WordSum(*file_, table)) : std::nullopt;
+    static_cast<void>(PutU32At(directory, entry + 4, word_sum.value_or(0)));
     static_cast<void>(PutU32At(directory, entry + 8, static_cast<std::uint32_t>(offset)));
     tables.push_back({table.offset, table.length, word_sum});
     entry += kDirectoryEntrySize;

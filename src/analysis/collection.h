@@ -1,5 +1,5 @@
 // TrueTypeCollectionFont: cuts the faces of a collection (OpenType font collections) into stand-alone sfnt
-// fonts, as copies or in place. The file is read whole once, to sum its tables; only the bytes that are asked
+// fonts, as copies or in place. To sum its tables the file is read whole once; only the bytes that are asked
 // for afterwards stay in memory. For one thread at a time. Tests: tests/analysis/collection_test.cc;
 // fuzz/collection_fuzzer.cc.
 #ifndef QUILLMARK_ANALYSIS_COLLECTION_H_
@@ -53,7 +53,8 @@ struct CollectionFace {
 class TrueTypeCollectionFont {
  public:
   // Reads the file, which outlives the object and whose budget is charged; a failed read leaves no faces.
-  explicit TrueTypeCollectionFont(FontFile& file);
+  // Without sums only what is parsed is read, and no face can be summed or copied.
+  explicit TrueTypeCollectionFont(FontFile& file, bool with_sums = true);
   virtual ~TrueTypeCollectionFont();
   TrueTypeCollectionFont(const TrueTypeCollectionFont&) = delete;
   TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
@@ -71,8 +72,8 @@ class TrueTypeCollectionFont {
   // The face, or nothing when GetDataPtrForFace would fail; `fault` (may be null) then receives the reason.
   // The offsets in its directory are still those of the collection.
   std::optional<CollectionFace> FindFace(std::uint32_t face, CollectionFault* fault = nullptr) const;
-  // The stand-alone font of a face, of which only the directory is copied. It must not outlive the
-  // collection.
+  // The stand-alone font of a face, of which only the directory is copied; without sums the checksums in it
+  // are 0. It must not outlive the collection.
   SfntData FontOf(const CollectionFace& face) const;
   // The CRC-32 of that font's bytes.
   std::uint32_t ChecksumOf(const CollectionFace& face, const SfntData& font) const;
@@ -97,6 +98,7 @@ class TrueTypeCollectionFont {
   std::optional<std::uint32_t> NumberAt(std::size_t offset) const;
 
   FontFile& source_;
+  const bool with_sums_;
   CollectionStatus status_ = kCollectionFileError;
   std::optional<PagedFile> file_;  // none after any failure
   mutable TableSums sums_;

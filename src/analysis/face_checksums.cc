@@ -25,7 +25,6 @@ std::uint32_t ChecksumPrinterFile(const Family& family, std::int16_t style, Prin
   if (!path) return crc;
   const PrinterFont& font = printer_fonts.At(*path);
   if (font.segment_sums) return font.segment_sums->Continue(crc);
-  // The checksum of a printer font without a resource map replaces the running one.
   return font.whole_checksum.value_or(crc);
 }
 

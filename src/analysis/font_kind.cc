@@ -23,10 +23,10 @@ bool FirstBytesAre(const std::optional<RegularFile>& data, std::uint32_t flag) {
   return HostU32At(bytes, 0) == flag;
 }
 
-// Each test that succeeds overrides those before it.
+// The first test that succeeds decides.
 FontKind KindOfFirstBytes(const std::optional<RegularFile>& data, QuillmarkResourceFile* resources) {
   if (has_otf_OTTO_Flag(data)) return kKindOpenTypePS;
-  // A collection without its extension is treated as a single font.
+  // Big-endian hosts only: see font_kind.h. A collection without its extension counts as a single font.
   if (has_ttc_ttcf_Flag(data)) return kKindTrueType;
   return hasValidPSHeader(data, resources) ? kKindPostScript : kKindUnknown;
 }

@@ -14,7 +14,8 @@ namespace quillmark {
 
 class QuillmarkResourceFile;
 
-// The numbers differ from those of FontExtension, which fontTypeFromExtension answers.
+// The order counts: kinds read from sfnt tables come first, and KindName's texts stand in it. The numbers
+// differ from those of FontExtension, which fontTypeFromExtension answers.
 enum FontKind : std::int16_t {
   kKindTrueType = 0,
   kKindOpenTypeTT = 1,

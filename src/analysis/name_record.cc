@@ -13,8 +13,7 @@ constexpr std::uint32_t kRecordSize = 12;
 constexpr std::int16_t kMaxTextSize = 1023;
 constexpr std::int16_t kLanguageJapanese = 11;  // of the Macintosh, but looked for on every platform
 
-// The end of the largest table of records, whose count is signed. Text ends well before, at 65535 + 32767 +
-// 1023 at most.
+// Largest size that is read: header and 32,767 records. Texts end by 65535 + 32767 + 1023, which is less.
 constexpr std::uint32_t kLongestReach = kHeaderSize + kRecordSize * 32767;
 
 // The font from the start of its name table on. Records and texts are bounded by the font, not by the length
@@ -40,7 +39,7 @@ class TableBytes {
 
  private:
   std::optional<Bytes> PartPastTable(std::size_t offset, std::size_t length) {
-    // Reads at once all that may be asked for later, even when this request itself fails.
+    // Reads at once all that may be needed later, even when this request itself fails.
     if (!read_whole_) static_cast<void>(font_.Range(start_, reach_));
     read_whole_ = true;
     if (offset > reach_ || length > reach_ - offset) return std::nullopt;
@@ -107,7 +106,8 @@ std::variant<NameRecords, NameFault> ReadNameRecords(const SfntData& font) {
     record.language_id = field(4);
     record.name_id = field(6);
     record.is_japanese = japanese;
-    // Both are signed: an offset can point before the string storage, and a length of 8000 or more is none.
+    // Both are signed: an offset can point before the string storage; a length of 0x8000 or more is negative
+    // and gives no text.
     const std::int16_t length = std::min(field(8), kMaxTextSize);
     const std::int32_t start = std::int32_t{string_offset} + field(10);
     if (length > 0 && start >= 0) {
@@ -145,8 +145,8 @@ std::string DecodeNameText(const NameRecord& record) {
   std::string text(AsText(record.text));
   text.resize(std::min(text.find('\0'), text.size()));
   if (encoding == NameEncoding::kShiftJis) return ShiftJisToUtf8(text).value_or(std::string());
-  // As signed bytes, 80 to FF lie below the blank as well, so what is left is ASCII, the same in Mac Roman.
-  // Stored results rely on it.
+  // As signed bytes, 0x80 to 0xFF lie below the blank as well, so what is left is ASCII, the same in Mac
+  // Roman. Stored results rely on it.
   for (char& c : text) {
     if (static_cast<signed char>(c) < 0x20) c = '?';
   }

@@ -26,14 +26,14 @@ struct NameRecord {
 struct NameFault {
   enum Kind {
     kNoDirectory,    // the font, of `size` bytes, ends before its list of tables
-    kNoTables,       // the header states none
-    kTooManyTables,  // it states `stated`, more than a signed number holds
+    kNoTables,       // the header states 0 tables
+    kTooManyTables,  // the header states `stated`, more than a signed number holds
     kCutDirectory,   // of the `stated` tables `found` are listed, and no name table is among them
-    kNoTable,        // none is listed
+    kNoTable,        // the directory has no name table
     kOffsetZero,
     kPastEnd,       // the table runs to byte `end`, and the font has `size`
     kCutHeader,     // the table ends inside its header
-    kNoNames,       // it states none
+    kNoNames,       // the name table states 0 records
     kCutRecords,    // it ends before its first name
     kNoTextInside,  // every text is empty or lies outside the font
     kNoValidText,   // no text is valid

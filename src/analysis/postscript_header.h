@@ -25,7 +25,7 @@ std::string LowerCasedHeader(std::string_view data);
 std::optional<std::string> findBlobForToken(std::string_view lowered, std::string_view data,
                                             std::string_view key);
 
-// Finds a comment's key (case counts) and returns the text between the first delimiter behind it, with any
+// Finds a comment's key (case counts) and returns the text between the first delimiter after it, with any
 // blanks, and the next delimiter. Nothing without the key.
 std::optional<std::string> GetDelimitedKeyValue(std::string_view data, std::string_view key,
                                                 std::string_view delimiters);

@@ -21,18 +21,21 @@ constexpr std::size_t kDataForkHeaderSize = 6000;
 // Passes over a header, which is searched for some ten keys.
 constexpr std::uint64_t kHeaderSearches = 16;
 
+bool WantsFoundry(std::uint32_t request) { return (request & QM_ATTRIBUTE_FOUNDRY) != 0; }
+
 // The header in the first two POST resources, and the sum of all up to the first that is missing or empty.
-void ReadSegments(QuillmarkResourceFile& file, bool wants_foundry, PrinterFont& font) {
+void ReadSegments(QuillmarkResourceFile& file, std::uint32_t request, PrinterFont& font) {
   font.segment_sums.emplace();
   bool in_header = true;
-  for (int id = kFirstPostId; id <= kLastPostId; ++id) {
+  const int last = AsksForChecksums(request) ? kLastPostId : kFirstPostId + 1;
+  for (int id = kFirstPostId; id <= last; ++id) {
     const ResourceHandle segment(file.getResourceHandleForType(kPost, id));
     const Bytes bytes = HandleBytes(segment.get());
     if (bytes.empty()) break;
     in_header = in_header && id <= kFirstPostId + 1 && (id == kFirstPostId || bytes.size() != kFullPostSize);
     if (in_header) {
       ChargeBytes(file.budget(), kHeaderSearches * bytes.size());
-      font.segments.push_back(ReadPostHeader(bytes, wants_foundry));
+      font.segments.push_back(ReadPostHeader(bytes, WantsFoundry(request)));
     }
     ChargeBytes(file.budget(), bytes.size());
     font.segment_sums->Add(bytes);
@@ -49,17 +52,17 @@ std::optional<PostScriptHeader> ReadDataForkHeader(const RegularFile& file, bool
 }  // namespace
 
 PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
-  const bool wants_foundry = (request & QM_ATTRIBUTE_FOUNDRY) != 0;
   PrinterFont font;
   font.is_file = file.Status().regular;
   if (font.is_file) font.length = file.TotalLength();
   if (font.is_file) font.codes = file.Finder();
   const ResourceFileHolder resources(AllocateResourceFile(file, true));
-  if (resources.get() != nullptr) ReadSegments(*resources.get(), wants_foundry, font);
+  if (resources.get() != nullptr) ReadSegments(*resources.get(), request, font);
   if (font.segments.empty() && file.Data()) {
     ChargeBytes(file.budget(), kHeaderSearches * kDataForkHeaderSize);
-    font.data_fork = ReadDataForkHeader(*file.Data(), wants_foundry);
+    font.data_fork = ReadDataForkHeader(*file.Data(), WantsFoundry(request));
   }
+  if (!AsksForChecksums(request)) return font;
   std::uint32_t checksum = 0;
   // The Resource Manager finds no file at a path that is not UTF-8.
   if (!font.segment_sums && IsValidUtf8(file.path()) &&

@@ -93,7 +93,8 @@ std::optional<std::uint32_t> SfntData::SumOfWords(std::uint32_t offset, std::uin
   if (!Contains(offset, length)) return std::nullopt;
   if (!parts_.empty()) {
     const auto part = PartAt(offset);
-    if (part->table && offset == part->start && length == part->length) return part->table->word_sum;
+    const bool is_table = part->table && offset == part->start && length == part->length;
+    if (is_table && part->table->word_sum) return part->table->word_sum;
   }
   ChargeBytes(budget_, length);
   if (const auto view = View(offset, length)) return SumBigEndianWords(*view);

@@ -22,8 +22,8 @@ class SfntData {
   // The first `size` bytes of the file. What cannot be read is zero.
   SfntData(RegularFile file, std::uint32_t size, Budget* budget = nullptr);
   struct Table {
-    std::uint32_t offset, length;  // in the file, inside it
-    std::uint32_t word_sum;        // as SumBigEndianWords
+    std::uint32_t offset, length;           // in the file, inside it
+    std::optional<std::uint32_t> word_sum;  // as SumBigEndianWords, where it is known
   };
   // A directory, then tables of a file, which must outlive this object; each is padded with zeros to a
   // multiple of 4. Together at most 0xFFFFFFFF bytes.

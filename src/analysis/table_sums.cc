@@ -15,22 +15,22 @@ Answer FindOrCompute(std::unordered_map<std::uint64_t, Answer>& cache, TableRang
   return cache.emplace(key, compute(table)).first->second;
 }
 
-// The whole steps inside a table, and the bytes before (`head`) and behind them (`tail`). Without a whole
-// step all bytes are in `head`.
+// The whole blocks inside a table, and the bytes before (`head`) and after them (`tail`). Without a whole
+// block all bytes are in `head`.
 struct TableEnds {
   TableEnds(const PagedFile& file, TableRange table) {
-    constexpr std::size_t kStep = TableSums::kStep;
+    constexpr std::size_t kBlockSize = TableSums::kBlockSize;
     const std::size_t end = std::size_t{table.offset} + table.length;
-    first = (table.offset + kStep - 1) / kStep;
-    last = end / kStep;
-    has_steps = first < last;
-    head =
-        file.Range(table.offset, has_steps ? first * kStep - table.offset : table.length).value_or(Bytes{});
-    if (has_steps) tail = file.Range(last * kStep, end - last * kStep).value_or(Bytes{});
+    first = (table.offset + kBlockSize - 1) / kBlockSize;
+    last = end / kBlockSize;
+    has_blocks = first < last;
+    head = file.Range(table.offset, has_blocks ? first * kBlockSize - table.offset : table.length)
+               .value_or(Bytes{});
+    if (has_blocks) tail = file.Range(last * kBlockSize, end - last * kBlockSize).value_or(Bytes{});
   }
 
   std::size_t first, last;
-  bool has_steps;
+  bool has_blocks;
   Bytes head, tail;
 };
 
@@ -47,25 +47,25 @@ std::uint32_t TableSums::ContinueCrc(const PagedFile& file, std::uint32_t crc, T
 }
 
 void TableSums::Add(Bytes next) {
-  for (; next.size() >= kStep; next = next.subspan(kStep)) {
-    const Bytes step = next.first(kStep);
-    step_crcs_.Add(step);
-    PlaceSums sums = SumBytesByPlace(step);
-    for (std::size_t place = 0; place < 4; ++place) sums[place] += step_sums_.back()[place];
-    step_sums_.push_back(sums);
+  for (; next.size() >= kBlockSize; next = next.subspan(kBlockSize)) {
+    const Bytes block = next.first(kBlockSize);
+    block_crcs_.Add(block);
+    PlaceSums sums = SumBytesByPlace(block);
+    for (std::size_t place = 0; place < 4; ++place) sums[place] += block_sums_.back()[place];
+    block_sums_.push_back(sums);
   }
 }
 
 std::uint32_t TableSums::ComputeWordSum(const PagedFile& file, TableRange table) const {
   const TableEnds ends(file, table);
-  if (!ends.has_steps) return SumBigEndianWords(ends.head);
+  if (!ends.has_blocks) return SumBigEndianWords(ends.head);
   PlaceSums sums = SumBytesByPlace(ends.head);
   const PlaceSums tail = SumBytesByPlace(ends.tail);
-  // Steps are aligned to words of the file, the table's words to its offset: the sums by place are rotated to
-  // match.
+  // Blocks are aligned to words of the file, the table's words to its offset: the sums by place are rotated
+  // to match.
   for (std::size_t place = 0; place < 4; ++place) {
     const std::size_t turned = (table.offset + place) % 4;
-    sums[place] += step_sums_[ends.last][turned] - step_sums_[ends.first][turned] + tail[turned];
+    sums[place] += block_sums_[ends.last][turned] - block_sums_[ends.first][turned] + tail[turned];
   }
   return WordSumOf(sums);
 }
@@ -75,7 +75,7 @@ TableSums::Crc TableSums::ComputeCrc(const PagedFile& file, TableRange table) co
   const std::size_t padding = (4 - table.length % 4) % 4;
   const TableEnds ends(file, table);
   std::uint32_t crc = Crc32(0, ends.head);
-  if (ends.has_steps) crc = Crc32(step_crcs_.Continue(crc, ends.first, ends.last), ends.tail);
+  if (ends.has_blocks) crc = Crc32(block_crcs_.Continue(crc, ends.first, ends.last), ends.tail);
   return {Crc32(crc, Bytes(kZeros).first(padding)), CrcOperatorFor(std::size_t{table.length} + padding)};
 }
 

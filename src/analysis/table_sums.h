@@ -1,6 +1,6 @@
-// Word sums and CRCs of the tables of one collection. The file is summed once in steps of fixed size. A table
-// then costs only the partial steps at its ends, and a table that several faces share is answered from a
-// cache: hostile collections name thousands of long tables that overlap. For one thread at a time. Tests:
+// Word sums and CRCs of the tables of one collection. The file is summed once in blocks of fixed size. A
+// table then costs only the partial blocks at its ends, and a table that several faces share is answered from
+// a cache: hostile collections name thousands of long tables that overlap. For one thread at a time. Tests:
 // tests/analysis/collection_test.cc.
 #ifndef QUILLMARK_ANALYSIS_TABLE_SUMS_H_
 #define QUILLMARK_ANALYSIS_TABLE_SUMS_H_
@@ -24,9 +24,9 @@ struct TableRange {
 
 class TableSums {
  public:
-  static constexpr std::size_t kStep = StepCrcs::kStep;  // bytes
+  static constexpr std::size_t kBlockSize = BlockCrcs::kBlockSize;  // bytes
 
-  // Takes the next bytes of the file: whole steps, until its end.
+  // Takes the next bytes of the file: whole blocks, until its end.
   void Add(Bytes next);
 
   // `table` lies inside `file`, all of which has been added. The sum is that of SumBigEndianWords.
@@ -42,8 +42,8 @@ class TableSums {
   std::uint32_t ComputeWordSum(const PagedFile& file, TableRange table) const;
   Crc ComputeCrc(const PagedFile& file, TableRange table) const;
 
-  StepCrcs step_crcs_;
-  std::vector<PlaceSums> step_sums_ = {{}};  // of the first 0, 1, 2, ... steps
+  BlockCrcs block_crcs_;
+  std::vector<PlaceSums> block_sums_ = {{}};  // of the first 0, 1, 2, ... blocks
   // Keyed by offset and length.
   std::unordered_map<std::uint64_t, std::uint32_t> sum_cache_;
   std::unordered_map<std::uint64_t, Crc> crc_cache_;

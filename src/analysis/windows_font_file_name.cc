@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kExtensionLength = 3;
 
-// The three letters behind a name's last point, in lower case.
+// The three letters after a name's last point, in lower case.
 std::optional<std::string> LowerCasedExtension(const std::string& name) {
   constexpr std::size_t kShortestName = 6;
   if (name.size() < kShortestName || name[name.size() - kExtensionLength - 1] != '.') return std::nullopt;

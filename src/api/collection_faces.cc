@@ -10,14 +10,21 @@
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
 #include "api/creation_context.h"
+#include "quillmark/quillmark.h"
 
 namespace quillmark {
 namespace {
 
+// The kerning checksum is the sum of a table, as the directory of a face that is cut out has it.
+bool NeedsSums(const Creation& creation) {
+  return creation.WantsChecksums() || (creation.request & QM_ATTRIBUTE_KERNING_CHECKSUM) != 0;
+}
+
 // One walk over the faces of one collection.
 class CollectionReader {
  public:
-  explicit CollectionReader(Creation& creation) : creation_(creation), collection_(creation.file) {
+  explicit CollectionReader(Creation& creation)
+      : creation_(creation), collection_(creation.file, NeedsSums(creation)) {
     creation_.result.claimed_faces = collection_.faceCount();
     creation_.result.collection_status = collection_.status();
   }
@@ -62,7 +69,7 @@ class CollectionReader {
     }
     GetPlatformTTF(font, &specifier.platform);
     specifier.kind = "TrueType Collection";
-    specifier.checksum = collection_.ChecksumOf(tables, font);
+    if (creation_.WantsChecksums()) specifier.checksum = collection_.ChecksumOf(tables, font);
     creation_.AddFace(std::move(specifier), std::move(names));
   }
 

@@ -3,17 +3,20 @@
 #include <utility>
 #include <variant>
 
+#include "analysis/checksum.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
-
 Creation::Creation(const FileSystem& system, const std::string& font_path, std::uint32_t attributes,
                    CreationResult& target)
-    : access(system, &budget),
+    : access(system, &budget,
+             AsksForChecksums(attributes) ? FileAccess::Reads::kWhole : FileAccess::Reads::kParts),
       file(access, font_path),
       request(attributes),
       printer_fonts(access, attributes),
       result(target) {}
+
+bool Creation::WantsChecksums() const { return AsksForChecksums(request); }
 
 void Creation::AddFace(QM_FontSpecifier specifier, FaceNames names) {
   const auto keep = [this](std::uint32_t attribute, OmString& field, OmString& name) {
@@ -35,7 +38,11 @@ void Creation::AddFace(QM_FontSpecifier specifier, FaceNames names) {
 
 void Creation::AddFault(FaceFault fault) {
   if (!std::holds_alternative<DuplicateFault>(fault.why)) ++result.lost_faces;
-  if (result.faults.size() < CreationResult::kMostFaults) result.faults.push_back(std::move(fault));
+  if (result.faults.size() < CreationResult::kMostFaults) {
+    result.faults.push_back(std::move(fault));
+  } else {
+    result.faults_dropped = true;
+  }
 }
 
 }  // namespace quillmark

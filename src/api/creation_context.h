@@ -19,7 +19,8 @@ struct CreationResult {
 
   QM_FontArray faces;             // without duplicates
   std::vector<FaceFault> faults;  // in the order in which the file lists the faces
-  std::uint32_t lost_faces = 0;   // how many faults there were, but for duplicates
+  bool faults_dropped = false;    // there were more than kMostFaults
+  std::uint32_t lost_faces = 0;   // number of faults, duplicates not counted
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;
@@ -40,6 +41,8 @@ struct Creation {
   PrinterFonts printer_fonts;
   CreationResult& result;
 
+  // Whether the request asks for a checksum. Without one no data are read but those that are parsed.
+  bool WantsChecksums() const;
   // Appends a complete face, with those of `names` that the request asks for.
   void AddFace(QM_FontSpecifier specifier, FaceNames names);
   // Keeps the fault of a face, up to kMostFaults.

@@ -8,6 +8,7 @@
 #include "analysis/face_checksums.h"
 #include "analysis/face_collector.h"
 #include "api/creation_context.h"
+#include "quillmark/quillmark.h"
 #include "resources/family.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
@@ -51,11 +52,18 @@ class FamilyReader {
     face.outlineFileName = found.printer_font_path;
     DescribeOutlineFile(face);
     // This field holds the FOND's kerning checksum, never the kerning table's: hosts compare stored values.
-    if (family.exists()) face.kerningChecksum = GetKestineChecksum(family, style);
-    const FaceChecksums checksums =
-        GetOmbreluxChecksum(creation_.file, resources_, family, style, creation_.printer_fonts);
-    face.checksum = checksums.current;
-    face.legacyChecksum = checksums.legacy;
+    if ((creation_.request & QM_ATTRIBUTE_KERNING_CHECKSUM) && family.exists()) {
+      face.kerningChecksum = GetKestineChecksum(family, style);
+    }
+    if (creation_.WantsChecksums()) {
+      const auto checksums =
+          GetOmbreluxChecksum(creation_.file, resources_, family, style, creation_.printer_fonts);
+      face.checksum = checksums.current;
+      face.legacyChecksum = checksums.legacy;
+    } else {
+      // Makes the name of the style's printer font, as summing does: names of later styles depend on it.
+      static_cast<void>(family.PrinterFontPath(style));
+    }
     creation_.AddFace(std::move(face), std::move(found.names));
   }
 

@@ -16,8 +16,8 @@
 
 namespace quillmark {
 
-// Which face had a PostScript name, by exact bytes, first. Of faces without resource IDs RemoveDups keeps
-// those alone, so that later ones need not be read. A tree: no choice of names makes it slow.
+// Maps each PostScript name (exact bytes) to its first face. Faces without resource IDs: RemoveDups keeps
+// only the first, so readers skip later ones.
 class NamesSeen {
  public:
   // The number of the first face of that name: `face` itself when the name is new.

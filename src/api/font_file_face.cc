@@ -35,9 +35,11 @@ void AddFontFileFace(Creation& creation, QuillmarkResourceFile* resources) {
   face.fileCreator = creation.file.Finder().creator;
   // Sizes are kept as 32-bit numbers: a larger one loses its upper bits.
   face.outlineFileSize = static_cast<std::uint32_t>(creation.file.TotalLength());
-  const FaceChecksums checksums = GetOmbreluxChecksum(creation.file, face.platform == "crossplatform");
-  face.checksum = checksums.current;
-  face.legacyChecksum = checksums.legacy;
+  if (creation.WantsChecksums()) {
+    const auto checksums = GetOmbreluxChecksum(creation.file, face.platform == "crossplatform");
+    face.checksum = checksums.current;
+    face.legacyChecksum = checksums.legacy;
+  }
   creation.AddFace(std::move(face), std::move(found.names));
 }
 

@@ -14,7 +14,7 @@
 namespace quillmark {
 namespace {
 
-// The schema's location stands in an attribute of this name, which is what readers of stored texts expect.
+// xmlns:xsi holds the schema's location, which is not what it is for, but stored texts have it.
 constexpr const char kHead[] =
     "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
     "<QuillmarkData xmlns:xsi=\""

@@ -2,7 +2,11 @@
 // Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/classification_mappings.h"
 
+#include <optional>
+#include <string>
+
 #include "knowledge/table_values.h"
+#include "support/property_list_file.h"
 #include "support/property_list_values.h"
 #include "support/resource_location.h"
 
@@ -26,30 +30,38 @@ OmString CClassificationMappings::GetUnknownClassificationName() { return kUnkno
 CClassificationMappings::CClassificationMappings() { LoadMappings(); }
 
 void CClassificationMappings::LoadMappings() {
-  const auto list = LoadBundlePropertyList("DefaultClassifications.plist", kCFPropertyListMutableContainers);
-  table_ = Share(AsDictionary(list.get()));
+  const auto bytes = LoadBundleFile("DefaultClassifications.plist");
   mappings_ = {};
-  if (table_) {
-    mappings_ = Share(AsDictionary(CFDictionaryGetValue(table_.get(), TableKey(kMappings).get())));
+  pairs_ = bytes ? SortedPairs::Find(bytes, kMappings) : std::nullopt;
+  if (pairs_) {
+    table_ = Share(pairs_->others());
+  } else {
+    const auto list = Adopt(NCFUtils::ParsePropertyList(bytes.get(), kCFPropertyListMutableContainers));
+    table_ = Share(AsDictionary(list.get()));
+    if (table_)
+      mappings_ = Share(AsDictionary(CFDictionaryGetValue(table_.get(), TableKey(kMappings).get())));
   }
   // The list and the lookups spell the absent class alike.
   ReplaceDefaultClassification(TableKey("None").get(), TableKey(kUnknown).get());
 }
 
 bool CClassificationMappings::empty() const {
-  return !mappings_ || CFDictionaryGetCount(mappings_.get()) == 0;
+  return !pairs_ && (!mappings_ || CFDictionaryGetCount(mappings_.get()) == 0);
 }
 
 OmString CClassificationMappings::GetClassNameFromFontFamily(const OmString& family) const {
-  OmString unknown = GetUnknownClassificationName();
-  if (!mappings_) return unknown;
   const auto name = Adopt(family.GetCFString(kCFStringEncodingUTF8));
-  if (!name) return unknown;
+  if (!name) return GetUnknownClassificationName();
   const auto key = Adopt(CFStringCreateMutableCopy(kCFAllocatorDefault, 0, name.get()));
   CFStringLowercase(key.get(), nullptr);
-  const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings_.get(), key.get());
-  const auto class_name = value ? Utf8Within(value, kClassNameCapacity) : std::nullopt;
-  return class_name ? OmString(*class_name) : unknown;
+  std::optional<std::string> class_name;
+  if (pairs_) {
+    class_name = pairs_->ValueOf(OmString(key.get()).str());
+  } else if (mappings_) {
+    const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings_.get(), key.get());
+    if (value) class_name = Utf8Within(value, kClassNameCapacity);
+  }
+  return class_name ? OmString(*class_name) : GetUnknownClassificationName();
 }
 
 std::int32_t CClassificationMappings::ReplaceDefaultClassification(CFStringRef old_name,

@@ -5,8 +5,10 @@
 #define QUILLMARK_KNOWLEDGE_CLASSIFICATION_MAPPINGS_H_
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "knowledge/sorted_pairs.h"
 #include "platform/core_foundation/cf_ref.h"
 #include "support/om_string.h"
 
@@ -33,7 +35,10 @@ class CClassificationMappings {
 
  private:
   CFRef<CFDictionaryRef> table_;
-  CFRef<CFDictionaryRef> mappings_;  // the table's, from family to class
+  // From family to class: of a list laid out as the shipped one the pairs, of any other the table's
+  // dictionary.
+  std::optional<SortedPairs> pairs_;
+  CFRef<CFDictionaryRef> mappings_;
 };
 
 }  // namespace quillmark

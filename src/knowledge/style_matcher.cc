@@ -44,7 +44,7 @@ std::size_t HitsOf(const SBuiltinStyle& style, const ConstantCounts& counts) {
   return hits;
 }
 
-// How often the style lists `modifier` without `qualified` right behind it, up to the first place where it
+// How often the style lists `modifier` without `qualified` right after it, up to the first place where it
 // does pair them.
 std::size_t UnpairedOccurrences(const SBuiltinStyle& style, std::int32_t modifier, std::int32_t qualified) {
   std::size_t unpaired = 0;
@@ -58,10 +58,9 @@ std::size_t UnpairedOccurrences(const SBuiltinStyle& style, std::int32_t modifie
 }
 
 // How many components are removed because the style does not pair a modifier of the font with the component
-// that it qualifies. They are removed from the last marked position to the first, each by its position in the
-// list as it stands then: one that is marked twice takes its successor along, and one past the end takes
-// nothing. Only the number is of interest.
-std::size_t StruckModifiers(const SBuiltinStyle& style, std::span<const ScannedComponent> components) {
+// that it qualifies. Removal by index, last to first. A position marked n times removes n components from
+// there on, or as many as are left. Only the count is used.
+std::size_t CountRemovedModifiers(const SBuiltinStyle& style, std::span<const ScannedComponent> components) {
   std::size_t left = components.size();
   for (std::size_t i = components.size() - 1; i-- > 0;) {
     if (!components[i].is_modifier) continue;
@@ -76,8 +75,8 @@ bool HasCompounding(const SBuiltinStyle& style) {
                      [](std::int32_t constant) { return KeywordTable::Shared().Compounds(constant); });
 }
 
-// Drops the candidates below the best of their kind, except those that are fully matched, and then those
-// longer than the shortest that reached the best. Where none reached it, none is too long.
+// Keeps the candidates with the best count of their kind, and full matches; then drops those longer than the
+// shortest best one. No best one: no length limit.
 std::vector<SBuiltinStyle> BestCandidates(std::span<const SBuiltinStyleMatcher> candidates, ByKind best) {
   constexpr std::size_t kAnyLength = std::numeric_limits<std::size_t>::max();
   ByKind shortest{kAnyLength, kAnyLength};
@@ -105,10 +104,10 @@ std::vector<SBuiltinStyle> MatchStyles(std::span<const ScannedComponent> compone
   for (const SBuiltinStyle& style : KeywordTable::Shared().styles()) {
     const std::size_t hits = HitsOf(style, counts);
     if (hits == 0 || hits < best.ForKindOf(style)) continue;
-    const std::size_t struck = StruckModifiers(style, components);
-    const std::size_t remaining_hits = hits - struck;
-    if (remaining_hits == 0 || struck == components.size()) continue;
-    if (struck == 0 && style.components.size() == components.size() && hits == components.size()) {
+    const std::size_t removed = CountRemovedModifiers(style, components);
+    const std::size_t remaining_hits = hits - removed;
+    if (remaining_hits == 0 || removed == components.size()) continue;
+    if (removed == 0 && style.components.size() == components.size() && hits == components.size()) {
       return {style};
     }
     candidates.push_back(

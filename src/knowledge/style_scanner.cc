@@ -56,8 +56,8 @@ class WordCutter {
     return MoveTo(end, Slice(first, end));
   }
 
-  // A capital and the lower-case letters behind it. Lower-case letters before it are passed over, and so is
-  // everything up to the next capital behind it.
+  // A capital and the lower-case letters after it. Lower-case letters before it are passed over, and so is
+  // everything up to the next capital after it.
   std::string_view NextCapitalised() {
     const std::size_t first = FindFrom(position_, [](char c) { return !IsLower(c); });
     if (first == kNoPosition) return MoveTo(kNoPosition, {});
@@ -171,7 +171,7 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
   std::optional<std::size_t> roman;
   std::optional<std::size_t> regular;
   std::optional<std::size_t> demi_or_semi;
-  bool bold_is_told = false;  // a demi or semi is kept, and makes a bold redundant; never cleared
+  bool keeps_demi_or_semi = false;  // then a bold is redundant; never cleared
   for (std::size_t i = 0; i < list.size(); ++i) {
     switch (const std::int32_t constant = list[i].constant) {
       case kItalic:
@@ -189,8 +189,8 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
       case kDemi:
       case kSemi:
         demi_or_semi = i;
-        if (constant == kDemi || semibold) bold_is_told = true;
-        if (i + 1 < list.size() && list[i + 1].constant == kBold) bold_is_told = true;
+        if (constant == kDemi || semibold) keeps_demi_or_semi = true;
+        if (i + 1 < list.size() && list[i + 1].constant == kBold) keeps_demi_or_semi = true;
         break;
       case kThin:
         if (light) list[i] = OfTable(*light);
@@ -206,7 +206,7 @@ void Correct(ComponentList& list, std::string_view primary, std::string_view sec
     RemoveAt(list, regular);
     RemoveAt(list, roman);
   }
-  if (bold_is_told) {
+  if (keeps_demi_or_semi) {
     RemoveAt(list, bold);
   } else {
     RemoveAt(list, demi_or_semi);

@@ -1,7 +1,8 @@
-// The one bounds-checked reader of file bytes: a forward cursor over a block, and reads at fixed offsets.
-// Everything is big-endian, as sfnt, resource and AppleDouble structures are, except where a name says
-// otherwise. No offset or length from a file is followed anywhere else. Spans returned point into the block
-// that was given. Tests: tests/platform/byte_reader_test.cc.
+// Bounds-checked reading of file bytes: a forward cursor over a block, and reads at fixed offsets. Everything
+// is big-endian, as sfnt, resource and AppleDouble structures are, except where a name says otherwise.
+// Offsets and lengths from a file are followed here or in an accessor with bounds of its own: Fork::Part,
+// SfntData::Range, ResourceMap::Data. Spans returned point into the block that was given. Tests:
+// tests/platform/byte_reader_test.cc.
 #ifndef QUILLMARK_PLATFORM_BYTE_READER_H_
 #define QUILLMARK_PLATFORM_BYTE_READER_H_
 
@@ -35,7 +36,7 @@ class ByteReader {
   std::size_t remaining() const { return rest_.size(); }
 
  private:
-  // Moves behind a value that was read, if one was.
+  // Moves past a value that was read, if one was.
   template <typename T>
   std::optional<T> Pass(std::optional<T> value) {
     if (value) rest_ = rest_.subspan(sizeof(T));

@@ -28,11 +28,11 @@ std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, CrcOperato
   return static_cast<std::uint32_t>(crc32_combine_op(first, second, second_length.value));
 }
 
-// With A and B the CRCs of the block up to the first and to the last step, the CRC of what lies between is
+// With A and B the CRCs of the file up to the first and to the last block, the CRC of what lies between is
 // CombineCrc32(A, B, length): the operation is linear, so that A cancels itself out of B. For the same reason
 // a running CRC continues over it with one combination.
-std::uint32_t StepCrcs::Continue(std::uint32_t crc, std::size_t first, std::size_t last) const {
-  return CombineCrc32(crc ^ crcs_[first], crcs_[last], (last - first) * kStep);
+std::uint32_t BlockCrcs::Continue(std::uint32_t crc, std::size_t first, std::size_t last) const {
+  return CombineCrc32(crc ^ crcs_[first], crcs_[last], (last - first) * kBlockSize);
 }
 
 }  // namespace quillmark

@@ -37,15 +37,15 @@ struct SummedBytes {
   std::uint32_t Continue(std::uint32_t running) const { return CombineCrc32(running, crc, length); }
 };
 
-// The CRCs of the first 0, 1, 2, ... steps of a block that is read once. They continue a running CRC over any
-// range of whole steps with one combination.
-class StepCrcs {
+// The CRCs of the first 0, 1, 2, ... blocks of a file that is read once. They continue a running CRC over any
+// range of whole blocks with one combination.
+class BlockCrcs {
  public:
-  static constexpr std::size_t kStep = 1024;  // bytes
+  static constexpr std::size_t kBlockSize = 1024;  // bytes
 
-  // The next step of the block.
-  void Add(Bytes step) { crcs_.push_back(Crc32(crcs_.back(), step)); }
-  // Continues `crc` over the steps [first, last), which were added.
+  // The next block of the file.
+  void Add(Bytes block) { crcs_.push_back(Crc32(crcs_.back(), block)); }
+  // Continues `crc` over the blocks [first, last), which were added.
   std::uint32_t Continue(std::uint32_t crc, std::size_t first, std::size_t last) const;
 
  private:

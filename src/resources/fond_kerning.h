@@ -33,7 +33,7 @@ class FondKerning {
 
     std::int16_t style = 0;
     std::size_t start = 0;       // of the header, from the start of the FOND
-    std::size_t pairs_size = 0;  // bytes behind it; 0 without pairs, or when they pass the FOND's end
+    std::size_t pairs_size = 0;  // bytes after it; 0 without pairs, or when they pass the FOND's end
   };
 
   void Walk();

@@ -53,10 +53,10 @@ std::string Family::normalizePostScriptName(const std::string& name, bool* isMM)
   const auto mm = text.find("MM");
   if (mm == std::string_view::npos) return *isMM ? MacRomanToUtf8(text) : name;
   *isMM = true;
-  const std::string_view behind = text.substr(mm + 2);
+  const std::string_view rest = text.substr(mm + 2);
   std::string result = MacRomanToUtf8(text.substr(0, mm));
-  if (const auto end = behind.find('_'); end != std::string_view::npos) {
-    result += MacRomanToUtf8(behind.substr(0, end));
+  if (const auto end = rest.find('_'); end != std::string_view::npos) {
+    result += MacRomanToUtf8(rest.substr(0, end));
   }
   return result;
 }

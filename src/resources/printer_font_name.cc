@@ -33,7 +33,7 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view TextOf(const unsigned char* pascal) { return AsText(Bytes(pascal + 1, pascal[0])); }
 
-// A length byte and the text behind it; nothing when they are not all there.
+// A length byte and the text after it; nothing when they are not all there.
 std::optional<Bytes> TakePascalString(ByteReader& reader) {
   const auto length = ByteReader(reader).U8();
   return length ? reader.Take(std::size_t{*length} + 1) : std::nullopt;

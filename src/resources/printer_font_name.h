@@ -19,7 +19,7 @@ namespace quillmark {
 // condense 32, extend 64; underline 4 is ignored, condense wins over extend).
 int GetStyleIndex(unsigned char style);
 
-// Copies string `n` (from 1; lower numbers read as 1) of Pascal strings that lie behind one another, cut to
+// Copies string `n` (from 1; lower numbers read as 1) of Pascal strings that lie one after another, cut to
 // `limit` bytes with the length byte, at least 1. Returns its length; the empty string without one.
 std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, std::int32_t limit);
 

@@ -20,8 +20,7 @@ std::optional<std::string> QuillmarkResourceFile::PathOfPrinterFile(const std::s
   return (std::filesystem::path(path_).parent_path() / name).string();
 }
 
-// Both forms of the name are printable ASCII, so neither can fail to be UTF-8. Nor is there a font service
-// that could know the file under another name.
+// Both forms of the name are printable ASCII, hence valid UTF-8.
 std::string QuillmarkResourceFile::PrinterFileNameOf(const PrinterFontName& name) {
   const auto known = printer_file_from_post_script_name_.find(name.post_script_name);
   if (known != printer_file_from_post_script_name_.end()) return known->second;
@@ -55,7 +54,8 @@ std::vector<std::int16_t> QuillmarkResourceFile::getSortedStyles() {
   for (const std::int16_t id : getSortedResIDsForType(kFond)) {
     const ResourceHandle fond(getResourceHandleForType(kFond, id));
     const Bytes record = HandleBytes(fond.get());
-    // The size asked of a record grows with its place in the file, not with its entries: results rely on it.
+    // The required size grows by 6 for each FOND, in order of ID, whatever it holds: stored results rely on
+    // it.
     if (record.size() >= needed) {
       const FondStyles family(record, budget_);
       for (const std::int16_t code : family.codes()) styles.insert(static_cast<std::uint16_t>(code));

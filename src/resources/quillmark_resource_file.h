@@ -1,10 +1,10 @@
-// QuillmarkResourceFile: one open resource map of a font file and its resources. What a FOND says is
-// family.h's. Every method makes this file the thread's current resource file first, so several may be open
-// at once; reading looks at the file's own map only. Handles that come back belong to the map: callers
-// release them (ReleaseResource) and never dispose of them. A failed platform call gives the empty value: 0,
-// null, false. Methods that walk a type (getSortedResIDsForType, getSortedStyles, getPrinterFiles,
-// purgeAllBut) release its resources behind them, also those that a caller holds: hold none across such a
-// call. For one thread at a time. Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
+// QuillmarkResourceFile: one open resource map of a font file and its resources; family.h interprets FONDs.
+// Every method makes this file the thread's current resource file first, so several may be open at once;
+// reading looks at the file's own map only. Handles that come back belong to the map: callers release them
+// (ReleaseResource) and never dispose of them. A failed platform call gives the empty value: 0, null, false.
+// Methods that walk a type (getSortedResIDsForType, getSortedStyles, getPrinterFiles, purgeAllBut) release
+// every resource they visit, including handles the caller still holds: hold none across such a call. For one
+// thread at a time. Tests: tests/resources/; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 #define QUILLMARK_RESOURCES_QUILLMARK_RESOURCE_FILE_H_
 
@@ -41,7 +41,7 @@ class QuillmarkResourceFile {
   std::string file() const { return path_; }
   bool isDataFork() const { return is_data_fork_; }
 
-  // There is no platform font service on Linux: activation answers an error, deactivation of nothing 0.
+  // Linux has no font service: activate() always fails, deactivate() returns 0.
   OSStatus activate();
   OSStatus deactivate();
 

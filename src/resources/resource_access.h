@@ -32,6 +32,7 @@ bool is_psprinterfont(QuillmarkResourceFile* file);  // holds the first segment 
 bool hasValidResourcePSHeader(QuillmarkResourceFile* file);  // its first `sfnt` is "typ1"
 // Tests on an `sfnt` resource (empty when missing), and on the stored name of its family.
 bool has_OTTO_Flag_inResource(Bytes outline);
+// Despite its name, tests for TrueType outlines.
 bool has_ttc_true_Flag(Bytes outline, std::string_view family_name);
 
 // Owner of one reference to a resource file.

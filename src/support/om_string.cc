@@ -23,7 +23,7 @@ OmString::OmString(std::uint32_t number) { MakeValueString(number); }
 OmString::OmString(std::int32_t number) { MakeValueString(number); }
 OmString::OmString(std::int16_t list_id, std::int16_t index) { LoadResource(list_id, index); }
 
-// The wide form is not copied: it is made again when it is asked for.
+// The wide form is not copied: it is made again when it is needed.
 OmString::OmString(const OmString& other) noexcept : text_(other.text_) {}
 
 OmString::OmString(OmString&& other) noexcept
@@ -46,7 +46,7 @@ OmString& OmString::operator=(OmString&& other) noexcept {
 }
 
 // The Pascal buffer's bytes are copied only when both strings have one: its content is written anew whenever
-// it is asked for.
+// it is requested.
 void OmString::TakePascalBytes(const OmString& other) noexcept {
   if (pascal_ && other.pascal_) std::copy_n(other.pascal_.get(), kPascalBufferSize, pascal_.get());
 }

@@ -1,5 +1,5 @@
-// OmString: the library's string. Owned bytes, by convention UTF-8, with wide and Pascal forms made when
-// asked for. Every comparison operator ignores ASCII case; where exact bytes count (keys, sets), compare
+// OmString: the library's string. Owned bytes, by convention UTF-8, with wide and Pascal forms made on
+// request. Every comparison operator ignores ASCII case; where exact bytes count (keys, sets), compare
 // str() instead. Pointers and references handed out live until the string next changes. Copies share their
 // text, which never changes itself: one string is for one thread at a time, but two that share may be on two.
 // Tests: tests/support/string_test.cc.
@@ -84,8 +84,8 @@ class OmString {
   void TakePascalBytes(const OmString& other) noexcept;
 
   std::shared_ptr<const std::string> text_;           // null when empty
-  mutable std::unique_ptr<const std::wstring> wide_;  // of this text, once asked for
-  mutable std::unique_ptr<unsigned char[]> pascal_;   // 256 bytes once asked for
+  mutable std::unique_ptr<const std::wstring> wide_;  // of this text, once requested
+  mutable std::unique_ptr<unsigned char[]> pascal_;   // 256 bytes, once requested
 };
 
 }  // namespace quillmark

@@ -99,10 +99,14 @@ CFDataRef NCFCreateCFDataRefFromPath(CFStringRef path) {
 CFPropertyListRef NCFCreateCFPropertyListFromPath(CFStringRef path, CFOptionFlags mutability) {
   if (IsEmpty(path)) return nullptr;
   const auto data = Adopt(NCFCreateCFDataRefFromPath(path));
+  return ParsePropertyList(data.get(), mutability);
+}
+
+CFPropertyListRef ParsePropertyList(CFDataRef data, CFOptionFlags mutability) {
   if (!data) return nullptr;
   CFRef<CFStringRef> error;
   const CFPropertyListRef list =
-      CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data.get(), mutability, error.Receive());
+      CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data, mutability, error.Receive());
   if (error) Print("NCFUtils::NCFCreateCFPropertyListFromPath:  error returned.");
   return list;
 }

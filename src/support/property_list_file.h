@@ -16,6 +16,8 @@ namespace quillmark::NCFUtils {
 CFDataRef NCFCreateCFDataRefFromPath(CFStringRef path);
 // The list in the file, parsed with `mutability` (CFPropertyListMutabilityOptions), or null.
 CFPropertyListRef NCFCreateCFPropertyListFromPath(CFStringRef path, CFOptionFlags mutability);
+// The same for a file's bytes; null for null.
+CFPropertyListRef ParsePropertyList(CFDataRef data, CFOptionFlags mutability);
 
 // Replaces the file's content. A file that could not be written whole keeps the part that was written.
 bool NCFWriteCFDataRefToXMLFile(CFDataRef data, CFStringRef path);

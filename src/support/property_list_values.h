@@ -20,7 +20,7 @@ CFNumberRef GetCFNumberFromDict(CFDictionaryRef dict, CFStringRef key);
 CFBooleanRef GetCFBooleanFromDict(CFDictionaryRef dict, CFStringRef key);
 CFStringRef NCFGetCFStringFromDictionary(CFDictionaryRef dict, CFStringRef key);
 
-// --- Booleans and numbers; false also for a number that loses something in the type asked for
+// --- Booleans and numbers; false also for a number that loses something in the requested type
 bool GetBoolFromCFValue(CFTypeRef value, bool& out);
 bool GetBoolFromDict(CFDictionaryRef dict, CFStringRef key, bool& out);
 bool GetNumberFromCFValue(CFTypeRef value, CFNumberType type, void* out);
@@ -54,7 +54,7 @@ bool GetStringFromCFValue(CFTypeRef value, UniChar*& out);
 // returns that number negated. 0 also when there is no string.
 std::int32_t NCFGetUniStringFromDictionary(CFDictionaryRef dict, CFStringRef key, UniChar* buf,
                                            std::int32_t capacity);
-// The same, and a zero unit behind the copy where one fits. An empty string leaves the buffer as it was.
+// The same, and a zero unit after the copy where one fits. An empty string leaves the buffer as it was.
 std::int32_t NCFGetUniStringNullTermFromDictionary(CFDictionaryRef dict, CFStringRef key, UniChar* buf,
                                                    std::int32_t capacity);
 

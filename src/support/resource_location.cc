@@ -9,7 +9,7 @@ constexpr char kBundleIdentifier[] = "org.quillmark.Quillmark";
 
 }  // namespace
 
-CFRef<CFPropertyListRef> LoadBundlePropertyList(const char* file_name, CFOptionFlags mutability) {
+CFRef<CFDataRef> LoadBundleFile(const char* file_name) {
   const auto identifier =
       Adopt(CFStringCreateWithCString(kCFAllocatorDefault, kBundleIdentifier, kCFStringEncodingUTF8));
   const CFBundleRef bundle = CFBundleGetBundleWithIdentifier(identifier.get());
@@ -27,7 +27,12 @@ CFRef<CFPropertyListRef> LoadBundlePropertyList(const char* file_name, CFOptionF
   CFStringAppendCString(path.get(), "/", kCFStringEncodingUTF8);
   CFStringAppend(path.get(), CFURLGetString(resources_url.get()));
   CFStringAppendCString(path.get(), file_name, kCFStringEncodingUTF8);
-  return Adopt(NCFUtils::NCFCreateCFPropertyListFromPath(path.get(), mutability));
+  return Adopt(NCFUtils::NCFCreateCFDataRefFromPath(path.get()));
+}
+
+CFRef<CFPropertyListRef> LoadBundlePropertyList(const char* file_name, CFOptionFlags mutability) {
+  const auto bytes = LoadBundleFile(file_name);
+  return Adopt(NCFUtils::ParsePropertyList(bytes.get(), mutability));
 }
 
 }  // namespace quillmark

@@ -7,8 +7,11 @@
 
 namespace quillmark {
 
-// The property list in the bundle's resources folder under `file_name`, parsed with `mutability`
-// (CFPropertyListMutabilityOptions); empty when the bundle, the file or a readable list is missing.
+// The bytes of a file in the bundle's resources folder; empty when the bundle or a readable file is missing.
+CFRef<CFDataRef> LoadBundleFile(const char* file_name);
+
+// The same file, parsed as a property list with `mutability` (CFPropertyListMutabilityOptions); empty also
+// when it holds none.
 CFRef<CFPropertyListRef> LoadBundlePropertyList(const char* file_name, CFOptionFlags mutability);
 
 }  // namespace quillmark

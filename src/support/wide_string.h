@@ -1,6 +1,6 @@
-// Wide strings: one 32-bit character for each UTF-16 unit; surrogate pairs are not combined. The font logic
-// uses UTF8ToWide alone; the rest is kept for callers outside it.
-// Tests: tests/support/string_test.cc.
+// Wide strings: one 32-bit character for each UTF-16 unit; surrogate pairs are not combined. In the library
+// only OmString's wide form uses these, by UTF8ToWide; the rest is kept for callers outside it. Tests:
+// tests/support/string_test.cc.
 #ifndef QUILLMARK_SUPPORT_WIDE_STRING_H_
 #define QUILLMARK_SUPPORT_WIDE_STRING_H_
 

@@ -112,7 +112,7 @@ TEST_F(CreationTest, ChecksumDependsOnThePlatformAskedFor) {
   EXPECT_EQ(with.outlineFileSize, font.size() + fork.size());
   EXPECT_EQ(with.fileCreator, FourCharCode("ASPF"));
   EXPECT_EQ(with.style, 0);
-  EXPECT_EQ(Create(path, 0x1)->at(0).checksum, Crc(font + fork));
+  EXPECT_EQ(Create(path, QM_ATTRIBUTE_CHECKSUM)->at(0).checksum, Crc(font + fork));
 }
 
 TEST_F(CreationTest, ReadsTheFacesOfACollection) {

@@ -2,6 +2,7 @@
 // the code rely on in those that ship with the library.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <tuple>
 
@@ -124,6 +125,53 @@ TEST(ClassificationMappingsTest, FamiliesAreLookedUpWholeInLowerCase) {
   for (const char* family : {"Garamond Premier", " garamond", "Capital", "Number", "Long", "Longé", "\xff"}) {
     EXPECT_EQ(table.GetClassNameFromFontFamily(family).str(), "--") << family;
   }
+}
+
+// A list laid out as the shipped one is looked up as text; the same list with other blanks is parsed.
+TEST(ClassificationMappingsTest, TheLayoutOfAListMakesNoDifference) {
+  const std::string abc =
+      "\t\t<key>a</key>\n\t\t<string>A</string>\n\t\t<key>b&amp;c</key>\n\t\t<string>B</string>\n";
+  const std::string pairs[] = {
+      abc,
+      abc + abc,                                            // keys twice
+      "\t\t<key>z</key>\n\t\t<string>Z</string>\n" + abc,   // in no order
+      "\t\t<key>a&#98;</key>\n\t\t<string>A</string>\n",    // another spelling of ab
+      "\t\t<key>a</key>\n\t\t<string>A &lt; B</string>\n",  //
+      "\t\t<key>a</key>\n\t\t<string>É</string>\n",         //
+      "\t\t<key>a\xff</key>\n\t\t<string>A</string>\n",     // no UTF-8
+      "\t\t<key>a</key>\n\t\t<string>A</string>\n\t\t<key>b</key>\n\t\t<integer>1</integer>\n",
+      "\t\t<key>a</key>\n\t\t<string>" + std::string(1024, 'x') + "</string>\n",
+      "\t\t<key>a</key>\n\t\t<string>A</string>",  // and no line end
+      "\t\t<key>é</key>\n\t\t<string>E</string>\n\t\t<key>ö\n</key>\n\t\t<string>O</string>\n",
+  };
+  const std::pair<std::string, std::string> frames[] = {
+      {"<dict>\n\t<key>Mappings</key>\n\t<dict>\n", "\t</dict>\n</dict>"},
+      {"<dict><!--\n\t<key>Mappings</key>\n\t<dict>\n", "--><key>Mappings</key><dict/></dict>"},
+      {"<dict><key>Other</key><dict>\n\t<key>Mappings</key>\n\t<dict>\n", "</dict></dict></dict>"},
+      {"<dict>\n\t<key>Mappings</key>\n\t<dict>\n", "<key>c</key><string>C</string></dict></dict>"},
+      {"<dict>\n\t<key>Mappings</key>\n\t<dict>\n", "</dict><key>Mappings</key><array/></dict>"},
+      {"<dict>\n\t<key>Mappings</key>\n\t<dict>\n", ""},
+  };
+  const TableBundle bundle;
+  const auto answers = [&](const std::string& list) {
+    bundle.Write("DefaultClassifications.plist", list);
+    const CClassificationMappings table;
+    std::string all = table.empty() ? "empty" : "";
+    for (const char* family :
+         {"A", "b&c", "z", "ab", "b", "É", "ö\n", "a\xff", "", "pairs", "b&amp;c", "c"}) {
+      all += " " + table.GetClassNameFromFontFamily(family).str();
+    }
+    return all;
+  };
+  for (const auto& [before, behind] : frames) {
+    for (const std::string& entries : pairs) {
+      std::string other_blanks = entries;
+      std::ranges::replace(other_blanks, '\t', ' ');
+      EXPECT_EQ(answers(before + entries + behind), answers(before + other_blanks + behind))
+          << before << entries << behind;
+    }
+  }
+  EXPECT_EQ(answers(frames[0].first + abc + frames[0].second), " A B -- -- -- -- -- -- -- -- -- --");
 }
 
 TEST(ClassificationMappingsTest, TheAbsentClassIsListedAsTwoHyphens) {

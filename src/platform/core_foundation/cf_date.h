@@ -22,7 +22,7 @@ namespace quillmark::cf {
 // which the form cannot hold.
 std::optional<std::string> DateText(CFAbsoluteTime time);
 
-// The time that exactly such a text tells, nothing for any other text. A month, day or hour past its end
+// The time that exactly such a text states, nothing for any other text. A month, day or hour past its end
 // rolls over into the next, also out of the years that DateText can write.
 std::optional<CFAbsoluteTime> ParseDateText(std::string_view text);
 

@@ -1,7 +1,6 @@
 // The dictionary object behind CFDictionaryRef: objects under string keys, in the order of the keys' UTF-16
-// code units, which is the order that property-list text wants. A tree and not a hash table, so that no
-// choice of keys makes loading slow; keys that come in order cost one comparison each. Tests:
-// tests/platform/core_foundation_test.cc.
+// code units, which is the order that property-list text wants. A tree, not a hash table; keys that come
+// in order cost one comparison each. Tests: tests/platform/core_foundation_test.cc.
 #ifndef QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_DICTIONARY_H_
 #define QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_DICTIONARY_H_
 

@@ -2,7 +2,7 @@
 // behaviour: reference-counted objects with type IDs. A function whose name holds Create or Copy returns a
 // reference that the caller releases (see cf_ref.h); what a Get function returns belongs to the object it
 // came from. Null is no object: Create functions return it on failure, and CFRetain and CFRelease must not be
-// given it. Objects are immutable but for the Mutable ones, and any thread may read an immutable one.
+// given it. Objects are immutable except the Mutable ones, and any thread may read an immutable one.
 // Allocator arguments are ignored. Tests: tests/platform/core_foundation_test.cc, property_list_test.cc.
 #ifndef QUILLMARK_PLATFORM_CORE_FOUNDATION_CORE_FOUNDATION_H_
 #define QUILLMARK_PLATFORM_CORE_FOUNDATION_CORE_FOUNDATION_H_

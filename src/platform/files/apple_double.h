@@ -30,7 +30,7 @@ struct AppleDoubleEntry {
 std::optional<AppleDoubleEntry> FindAppleDoubleEntry(const Fork& file, std::uint32_t number);
 
 // Replaces the bytes of that entry, whole or not at all; `produce` is called twice and hands over the new
-// bytes each time. Other entries keep their bytes; entries behind it move. False, changing nothing, when the
+// bytes each time. Other entries keep their bytes; entries after it move. False, changing nothing, when the
 // entry shares bytes with another one or with the header.
 [[nodiscard]] bool ReplaceAppleDoubleEntry(const std::string& path, std::uint32_t number,
                                            const std::function<bool(const ByteSink&)>& produce);

@@ -166,7 +166,7 @@ const FileSystem& SystemFiles() {
   return *files;
 }
 
-// The system walks the levels of a path anew with each question.
+// The kernel resolves every level of a path on each call.
 void FileAccess::ChargeQuestion(const std::string& path) const {
   constexpr std::ptrdiff_t kUsualLevels = 16;
   const std::ptrdiff_t levels = std::count(path.begin(), path.end(), '/') - kUsualLevels;

@@ -1,7 +1,8 @@
 // FileSystem: the few calls by which fonts are looked up and read. The exported functions use the system's
-// own file system; another one may stand for an archive, record the files that a result depended on, or let
-// calls fail in tests. Each request goes through a FileAccess, which charges calls and reads to its budget.
-// Tests: tests/platform/forks_test.cc; tests/hostile/file_failure_test.cc.
+// own file system; another one may stand for an archive, record the files that a result depended on, or hold
+// files in memory (tests/builders/memory_files.h). Calls that fail: tests/hostile/failing_calls.h. Each
+// request goes through a FileAccess, which charges calls and reads to its budget. Tests:
+// tests/platform/forks_test.cc; tests/hostile/file_failure_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_FILE_SYSTEM_H_
 #define QUILLMARK_PLATFORM_FILES_FILE_SYSTEM_H_
 
@@ -64,8 +65,12 @@ const FileSystem& SystemFiles();
 // For one thread at a time.
 class FileAccess {
  public:
-  explicit FileAccess(const FileSystem& system = SystemFiles(), Budget* budget = nullptr)
-      : system_(system), budget_(budget) {}
+  // What becomes of the files: each is read from end to end, or some parts of it are.
+  enum class Reads { kWhole, kParts };
+
+  explicit FileAccess(const FileSystem& system = SystemFiles(), Budget* budget = nullptr,
+                      Reads reads = Reads::kWhole)
+      : system_(system), budget_(budget), reads_(reads) {}
 
   FileStatus Status(const std::string& path) const;
   std::unique_ptr<OpenedFile> Open(const std::string& path) const;
@@ -73,6 +78,7 @@ class FileAccess {
   std::vector<std::string> AttributeNames(const std::string& path) const;
   std::optional<std::string> Attribute(const std::string& path, const std::string& name) const;
   Budget* budget() const { return budget_; }
+  Reads reads() const { return reads_; }
 
   using Block = std::array<std::uint8_t, std::size_t{64} * 1024>;
   // The shared block while no other file uses it, else a fresh one.
@@ -83,6 +89,7 @@ class FileAccess {
 
   const FileSystem& system_;
   Budget* const budget_;
+  const Reads reads_;
   std::shared_ptr<Block> block_;
 };
 

@@ -1,4 +1,4 @@
-// PagedFile: a file's bytes at fixed addresses. Pages are read when they are first asked for; the others cost
+// PagedFile: a file's bytes at fixed addresses. Pages are read when they are first used; the others cost
 // address space, no memory. For one thread at a time. Tests: tests/analysis/font_file_test.cc.
 #ifndef QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_
 #define QUILLMARK_PLATFORM_FILES_PAGED_FILE_H_

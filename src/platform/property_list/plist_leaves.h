@@ -13,9 +13,9 @@ namespace quillmark::cf {
 
 inline constexpr std::string_view kBlanks = " \t\r\n";
 
-// Blanks, a sign, blanks, decimal digits or 0x and hexadecimal ones, nothing behind; from -2^63 to 2^64 - 1.
+// Blanks, a sign, blanks, decimal digits or 0x and hexadecimal ones, nothing after; from -2^63 to 2^64 - 1.
 std::optional<CFNumberObject::Value> ParseInteger(std::string_view text);
-// Blanks, a sign, and a decimal number, nan, inf or infinity in any case, nothing behind. What is too large
+// Blanks, a sign, and a decimal number, nan, inf or infinity in any case, nothing after. What is too large
 // is infinity.
 std::optional<double> ParseReal(std::string_view text);
 // Base 64. Characters outside its alphabet are passed over, and a last group of fewer than four is dropped.

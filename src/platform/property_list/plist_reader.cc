@@ -316,7 +316,7 @@ CFRef<CFTypeRef> Reader::Read() {
       }
       value = ReadLeaf(*start);
     }
-    // Text behind the first complete element is ignored.
+    // Text after the first complete element is ignored.
     if (!value || open_.empty()) return value;
     if (!Place(tag, std::move(value))) return {};
   }
@@ -326,7 +326,7 @@ CFRef<CFTypeRef> Reader::Read() {
 }  // namespace quillmark::cf
 
 // Every container of a tree can be changed through a mutable reference, and no leaf need be, so the
-// mutability asked for makes no difference.
+// requested mutability makes no difference.
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef allocator, CFDataRef data,
                                                   CFOptionFlags /*mutability*/, CFStringRef* errorString) {
   quillmark::cf::Reader reader(data ? std::string_view(data->bytes) : std::string_view());

@@ -11,7 +11,7 @@
 namespace quillmark {
 namespace {
 
-// Counts are signed 16-bit numbers: one above 7FFF becomes negative, so that loops over it do nothing.
+// Counts are signed 16-bit numbers: one above 0x7FFF becomes negative, so that loops over it do nothing.
 std::int16_t AsCount(std::size_t count) {
   return static_cast<std::int16_t>(static_cast<std::uint16_t>(count));
 }

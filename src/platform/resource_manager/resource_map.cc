@@ -12,7 +12,7 @@ using namespace resource_format;
 namespace {
 
 // Lists and names lie at 16-bit offsets from the type list or the name list, themselves at 16-bit offsets,
-// and a list has at most FFFF references: a map's bytes behind this are out of reach.
+// and a list has at most 0xFFFF references: a map's bytes beyond these are out of reach.
 constexpr std::size_t kReach = 0xFFFF + 0xFFFF + 0xFFFF * kReferenceSize;
 
 std::uint32_t CountFrom(std::uint16_t stored) { return (stored + 1u) & 0xFFFFu; }

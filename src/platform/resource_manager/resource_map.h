@@ -1,7 +1,7 @@
 // A resource map: the types, resources, names and data that one fork holds, and writing it back without
 // resources that were removed. Layout: "Inside Macintosh: More Macintosh Toolbox", Resource Manager.
 // Opening checks the header, the type list and the bounds of every reference list; references, names and data
-// are read when asked for, because a map of half a megabyte may list 65,535 types that share one list of
+// are read on request, because a map of half a megabyte may list 65,535 types that share one list of
 // 65,535 resources. Positions in lists count from 0. Use from one thread at a time. Tests:
 // tests/platform/resource_manager_test.cc; fuzz/resource_map_fuzzer.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_MAP_H_
@@ -55,7 +55,7 @@ class ResourceMap {
 
   // Nothing when the map is not well-formed: header, data area and map lie inside the fork, the type list and
   // every reference list that is not empty inside the map. A fork without a map is refused after 16 bytes;
-  // `fault` (may be null) is told why.
+  // `fault` (may be null) receives the reason.
   static std::optional<ResourceMap> Open(Fork fork, Budget* budget = nullptr, MapFault* fault = nullptr);
 
   // Types, each counted once: of a type that is listed twice, the first entry counts.
@@ -120,10 +120,10 @@ class ResourceMap {
   std::uint32_t data_length_ = 0;
   std::uint32_t map_start_ = 0;
   std::uint32_t map_length_ = 0;
-  std::vector<std::uint8_t> map_;                         // the part of the map that offsets can reach
-  std::vector<Entry> entries_;                            // first entries of their types, in list order
-  std::vector<std::uint16_t> listed_;                     // entries that are still listed
-  std::map<std::uint32_t, std::uint16_t> entry_of_type_;  // ordered: hostile types cannot make it slow
+  std::vector<std::uint8_t> map_;      // the part of the map that offsets can reach
+  std::vector<Entry> entries_;         // first entries of their types, in list order
+  std::vector<std::uint16_t> listed_;  // entries that are still listed
+  std::map<std::uint32_t, std::uint16_t> entry_of_type_;
   std::unordered_map<std::uint16_t, IdIndex> id_indexes_;
   bool changed_ = false;
 };

@@ -14,7 +14,7 @@ inline constexpr std::size_t kBookkeepingSize = 8;  // room for a handle and a f
 inline constexpr std::size_t kMapAttributesOffset = 22;
 inline constexpr std::size_t kTypeListOffset = 24;
 inline constexpr std::size_t kNameListOffset = 26;
-inline constexpr std::size_t kCountSize = 2;  // counts are stored minus 1: FFFF means none
+inline constexpr std::size_t kCountSize = 2;  // counts are stored minus 1: 0xFFFF means none
 inline constexpr std::size_t kTypeSize = 8;   // type, count, offset of its list from the type list
 inline constexpr std::size_t kReferenceSize =
     12;  // ID, name offset, attributes, data offset, room for a handle

@@ -130,8 +130,8 @@ bool ResourceMapLayout::LayLists() {
   return true;
 }
 
-// Data that leave the data area keep their length word, if that lies inside: as no data behind it come closer
-// to the end, they leave the new area too.
+// Of data that overrun the data area the length word is kept, if it lies inside. Packing never moves data
+// nearer to the area's end, so a length that overran the old area overruns the new one.
 bool ResourceMapLayout::PackData() {
   std::vector<Kept> used;
   for (const ResourceMap::Key key : keys_) {

@@ -1,5 +1,5 @@
 // Unicode's full lower-case mapping without a locale, from a generated table. Only a capital sigma depends on
-// its surroundings: it is final when a cased letter stands before it and none behind it in the same word,
+// its surroundings: it is final when a cased letter stands before it and none after it in the same word,
 // marks and signs such as accents and apostrophes being passed over.
 #include <algorithm>
 #include <cstddef>
@@ -18,7 +18,7 @@ constexpr char32_t kCapitalSigma = 0x03A3;
 constexpr char32_t kSmallSigma = 0x03C3;
 constexpr char32_t kFinalSigma = 0x03C2;
 
-// The table's entry that could hold `code`: the last one that does not begin behind it.
+// The table's entry that could hold `code`: the last one that begins at or before it.
 template <typename Entry, std::size_t N>
 const Entry* Find(const Entry (&table)[N], char32_t code) {
   const Entry* const next = std::upper_bound(std::begin(table), std::end(table), code,

@@ -24,7 +24,7 @@ Decoded DecodeUtf8At(std::string_view text, std::size_t at) {
   if (lead < 0xC2 || lead > 0xF4) return {};
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   if (length > text.size() - at) return {};
-  // Overlong forms, surrogates and values above 10FFFF can all be told by the second byte.
+  // The second byte shows overlong forms, surrogates and values above 0x10FFFF.
   const unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   if (byte(1) < lowest || byte(1) > highest) return {};

@@ -15,7 +15,7 @@
 
 namespace quillmark {
 
-// Bytes 00 to 7F only, which stand for themselves in every encoding here but for MacJapanese's yen sign.
+// Bytes 00 to 7F only, which stand for themselves in every encoding here except MacJapanese's yen sign.
 bool IsAscii(std::string_view text);
 
 // Strict UTF-8: no overlong form, no surrogate, nothing cut, nothing above 10FFFF.
@@ -29,7 +29,7 @@ std::optional<std::u16string> Utf8ToUtf16(std::string_view text);
 std::optional<std::string> Utf16ToUtf8(std::u16string_view units);
 
 // Single- and multi-byte Macintosh and Windows text. MacRoman never fails; the Japanese ones refuse the whole
-// text for one bad or cut sequence. MacJapanese is Shift-JIS but for six single bytes.
+// text for one bad or cut sequence. MacJapanese is Shift-JIS except for six single bytes.
 std::string MacRomanToUtf8(std::string_view text);
 std::optional<std::string> ShiftJisToUtf8(std::string_view text);
 std::optional<std::string> MacJapaneseToUtf8(std::string_view text);
@@ -37,8 +37,8 @@ std::u16string MacRomanToUtf16(std::string_view text);
 std::optional<std::u16string> ShiftJisToUtf16(std::string_view text);
 std::optional<std::u16string> MacJapaneseToUtf16(std::string_view text);
 
-// Unicode's full lower-case mapping with no locale: one to one, but for U+0130 (i and U+0307) and a capital
-// sigma at a word's end (U+03C2).
+// Unicode's full lower-case mapping with no locale: one to one, except for U+0130 (i and U+0307) and a
+// capital sigma at a word's end (U+03C2).
 std::u16string LowercaseUtf16(std::u16string_view text);
 
 }  // namespace quillmark
