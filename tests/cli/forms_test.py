@@ -5,7 +5,7 @@ import os
 import re
 import struct
 
-from font_builders import fond, mac_font, resource_fork, sfnt
+from font_builders import collection, fond, mac_font, resource_fork, sfnt
 from tool_case import DEJAVU, ToolCase, made_font
 
 
@@ -27,6 +27,15 @@ class FormsTest(ToolCase):
         values = ("0,DejaVuSans-Bold,DejaVu Sans,DejaVu Sans Bold,DejaVuSans-Bold,DejaVu Sans Bold,Bold,Humanist Sans Serif,"
                   "DejaVu Fonts,OpenType - TT,2.37,crossplatform,FD8FF11C,FD8FF11C,00000000,708920,,,,")  # fmt: skip
         self.check(["identify", "-q", "--format", "tsv", DEJAVU], 0, f"{fields}\n{DEJAVU},{values}\n".replace(",", "\t"))
+
+    def test_a_field_alone_has_the_value_that_it_has_among_all(self):
+        fonts = mac_font("Made-A", "1.0", "Made", kern=bytes(8)), mac_font("Made-B", "2.0", "Made")
+        family = resource_fork(("FOND", 9, fond(9, (12, 0, 200), (0, 1, 7), name=b"Quill")), ("NFNT", 200, b"bits"), ("sfnt", 7, fonts[0]))
+        self.write_all({"a.ttc": collection(*fonts), "a.ttf": sfnt("Made-C"), "a.dfont": family, "Quill": b"/FullName (Quill One)"})
+        rows = [line.split("\t") for line in self.identify("--format tsv .").decode().splitlines()]
+        self.assertEqual(len(rows), 6)
+        for field, *values in zip(*rows):
+            self.check(f"identify -q --format tsv --fields {field} .", 0, "\n".join([field, *values, ""]))
 
     def test_fields_choose_and_order(self):
         self.write("a.ttf", made_font("Made"))
@@ -94,8 +103,8 @@ class FormsTest(ToolCase):
 
     def test_works_without_tables_and_says_so(self):
         environment = dict(os.environ, QUILLMARK_BUNDLE=str(self.folder))
-        words = ["identify", "--format", "json", "--fields", "foundry,class", DEJAVU]
-        nothing = '[\n  {"foundry":"--","class":"--"}\n]\n'
+        words = ["identify", "--format", "json", "--fields", "foundry,class,styles", DEJAVU]
+        nothing = '[\n  {"foundry":"--","class":"--","styles":[]}\n]\n'
         self.check(words, 0, nothing, "...these tables are missing...", env=environment)
         for name in ("FoundryNameTable", "KeywordTable", "DefaultClassifications"):
             self.write(f"Resources/{name}.plist", b"broken" if name[0] == "D" else b"<plist><dict/></plist>")

@@ -32,6 +32,7 @@ class InputTest(ToolCase):
         self.check_names("--files-from nuls -0", "oa")
         self.check_names("--files-from - -0 b.ttf", "boa", input=nuls)
         # A path of a list counts as named.
+        self.check(["identify", ""], 1, err='"": no such file\n0 faces in 0 files\n')
         self.check("identify --files-from -", 1, err="none.ttf: no such file\n0 faces in 0 files\n", input=b"none.ttf\n")
 
     def test_how_folders_are_walked(self):
@@ -47,6 +48,8 @@ class InputTest(ToolCase):
         self.check_names("--follow top top", "adbcdadbcd")
         self.check_names("top/links", "d")
         self.check("identify top", 0, "...", "4 faces in 4 files; 1 dangling link, 3 linked folders not entered (--follow), 1 other file passed over...\n")
+        self.check("identify --no-recurse top", 0, "...", "2 faces in 2 files; 1 dangling link, 2 folders not entered (--no-recurse), 1 other...\n")
+        self.check("why top/in", 0, "...a-deep: a link to a folder, not a file (--follow enters it)\n...")
 
     def test_lists_that_cannot_be_read(self):
         self.write_all({"a.ttf": made_font("a"), "nuls": b"a.ttf\0"})

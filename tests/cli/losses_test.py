@@ -7,12 +7,13 @@ import os
 import re
 import resource
 
-from font_builders import collection, fond, mac_font, resource_fork, sfnt
+from font_builders import apple_double, collection, fond, mac_font, resource_fork, sfnt
 from tool_case import DEJAVU, ToolCase, made_font
 
 FONT = sfnt()
 FORK = resource_fork(("FOND", 9, fond(9, (0, 0, 7))), ("sfnt", 7, sfnt("Suitcase")))
 FAMILY = resource_fork(("FOND", 9, fond(9, (12, 0, 200), name=b"Quill")), ("NFNT", 200, b"bits"))
+ICON = resource_fork(("ICON", 1, b"icon"))
 PROGRAM = b"%!PS-AdobeFont-1.0: Quill\n"
 CUT_COLLECTION = collection("A", "B")[:-2]
 CUT_LINE = "cut.ttc: gives 1 of the 2 faces it lists; face 1: its table name runs to byte ..."
@@ -36,7 +37,7 @@ class LossesTest(ToolCase):
         os.mkfifo(self.folder / "pipe.ttf")
         counts = (
             "2 incomplete, 3 dangling links, 2 linked folders not entered (--follow), 2 other files passed over"
-            "; quillmark why FOLDER says more\n"
+            "; quillmark why . says more\n"
         )
         for command, status in [("identify", 0), ("same", 3)]:
             self.check(f"{command} .", status, out="...", err="4 faces in 4 files; " + counts)
@@ -46,6 +47,15 @@ class LossesTest(ToolCase):
             "or the font is damaged; FOND 9, style 2: no readable sfnt resource has the number 9, which the style names first"
         )
         self.check(["identify", *files], 1, "...", f"{CUT_LINE}\n{outlines}\n3 faces in 3 files\n")
+
+    def test_resource_forks_without_their_file(self):
+        lone = {"._Fam": FAMILY, "__MACOSX/fonts/._Cut": FORK[:-1], "__MACOSX/fonts/._Here": FORK, ".AppleDouble/Net": FORK}
+        self.write_all({"top/" + name: apple_double(fork) for name, fork in lone.items()})
+        others = {"fonts/Here": b"", "._none": apple_double(b""), "._icon": apple_double(ICON), "._text": b"text", "__MACOSX/a.ttf": FONT}
+        self.write_all({"top/" + name: data for name, data in others.items()})
+        self.check("identify top", 0, "...", "1 face in 1 file; 3 resource forks without their file; ...\n")
+        told = [("._Fam", "Fam"), (".AppleDouble/Net", "Net"), ("__MACOSX/fonts/._Cut", "fonts/Cut")]
+        self.check("why top", 0, "".join(f"top/{lone}: ...: top/{owner} is not there; ...\n" for lone, owner in told))
 
     def test_why_tells_of_each_file_in_a_folder(self):
         files = {"cut.dfont": FORK[:-1], "cut.ttc": CUT_COLLECTION, "good.ttc": collection("A", "B"), "text": b"text"}
@@ -101,7 +111,7 @@ class LossesTest(ToolCase):
 
     def test_large_counts_are_grouped(self):
         self.links(1000, b"no font")
-        self.check("identify many", 1, err="0 faces in 0 files; 1,000 damaged; quillmark why FOLDER says more\n")
+        self.check("identify many", 1, err="0 faces in 0 files; 1,000 damaged; quillmark why many says more\n")
 
     def test_printer_fonts_of_several_folders(self):
         family = resource_fork(("FOND", 9, fond(9, (12, 0, 200), name=b"P0")), ("NFNT", 200, b"bits"))
@@ -141,3 +151,11 @@ class LossesTest(ToolCase):
                     f"identify --format {form} --fields postScriptName,family -j {jobs} fonts", 1, out,
                     f"fonts/b.ttc: {told}\n2 faces in 2 files...\n", env=scarce(SCARCE_BLOCK=str(3 << 20)),
                 )  # fmt: skip
+
+    def test_a_failing_disk_is_no_damage(self):
+        self.write_all({"a.ttf": made_font("A"), "b.otf": bytes(2000)})
+        for form in ("xml", "plist", "json"):
+            self.write(form, self.run_tool(f"identify --format {form} a.ttf").stdout + b" " * 3000)
+        for words in ["read xml", "read plist", "read json", "compare xml a.ttf", "resources b.otf", "split b.otf"]:
+            told = f"{words.split()[1]}: cannot be read: Input/output error\n..."
+            self.check(words, 1, err=told, env=scarce(SCARCE_READ="1000"))

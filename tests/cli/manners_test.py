@@ -221,7 +221,7 @@ class MannersTest(ToolCase):
         places = ["a/One-Regular.ttf", "b/One-Regular.ttf", f"{long}A-Regular.ttf", f"{long}B-Regular.ttf"]
         paths = {str(self.write(place, made_font("One") + place.encode())) for place in places}
         titles = ["POSTSCRIPT NAME", "FAMILY", "STYLES", "VERSION", "FOUNDRY", "CHECKSUM", "CLASS", "KIND", "PLATFORM"]
-        for columns, expected in ((30, titles[:1]), (80, [titles[0], *titles[3:6]]), (300, titles)):
+        for columns, expected in ((30, titles[:1]), (60, [titles[0], titles[3], titles[5]]), (80, [titles[0], *titles[3:6]]), (300, titles)):
             for command in ("identify", "same"):
                 lines = self.shown(columns, command, "-q", self.folder)
                 folder, found = "", set()
@@ -236,6 +236,13 @@ class MannersTest(ToolCase):
                 self.assertEqual(found, paths, lines)
             shown = self.shown(columns, "identify", "-q", self.folder)[0]
             self.assertEqual([title for title in re.split("  +", shown.strip()) if title != "FILE"], expected)
+
+    def test_names_that_differ_never_look_equal(self):
+        names = [f"Made-Condensed-{style}Oblique" for style in ("Bold", "Semibold")]
+        self.write_all({f"{name[15]}.ttf": made_font(name) for name in names})
+        lines = self.shown(36, "identify", "-q", self.folder)
+        self.assertEqual([line.strip() for line in lines[2:] if line.startswith("  M")], names)
+        self.assertNotIn("", lines)
 
     def test_a_table_in_a_pipe_is_not_padded_to_its_longest_cell(self):
         wide = "e\u0301 文泉驛"  # a mark that takes no column, and characters that take two

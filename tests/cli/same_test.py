@@ -195,7 +195,8 @@ conflicts 1 2 - ./d.ttf 0 {moving} true
     def test_a_named_path_without_a_face_is_1_even_with_conflicts(self):
         self.write_all({"a.ttf": QUILL, "b.ttf": ELSE, "text": b"no font"})
         self.check("same . missing", 1, "...conflicts 1...", "missing: no such file\n...")
-        self.check("same text", 1, "...conflicts 0...", "text: a text file, ...")
+        self.check("same text", 1, err="text: a text file, ...")
+        self.assertEqual(self.json_of("same --format json text", 1)["conflicts"], [])
 
 
 class CompareTest(ToolCase):

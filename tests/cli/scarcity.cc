@@ -1,9 +1,11 @@
-// Loaded before the tool's own libraries, makes a machine of few threads and small blocks of memory, for root
-// and for other users alike: SCARCE_THREADS says how many threads can be started, SCARCE_BLOCK how many bytes
-// the largest block has.
+// Loaded before the tool's own libraries, makes a machine of few threads, small blocks of memory and a
+// failing disk, for root and for other users alike: SCARCE_THREADS says how many threads can be started,
+// SCARCE_BLOCK how many bytes the largest block has, SCARCE_READ how many bytes of a file can be read.
 #include <dlfcn.h>
 #include <pthread.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -25,6 +27,14 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   static std::atomic<long> left = Limit("SCARCE_THREADS");
   static const auto create = Next<decltype(::pthread_create)>("pthread_create");
   return left.fetch_sub(1) > 0 ? create(thread, attributes, start, argument) : EAGAIN;
+}
+
+extern "C" ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
+  static const auto read = reinterpret_cast<decltype(&pread)>(::dlsym(RTLD_NEXT, "pread"));
+  static const off_t end = Limit("SCARCE_READ");
+  if (offset < end) return read(file, bytes, std::min(count, static_cast<size_t>(end - offset)), offset);
+  errno = EIO;
+  return -1;
 }
 
 void* operator new(std::size_t size) {

@@ -80,6 +80,7 @@ class SplitTest(ToolCase):
             ("a.ttf", sfnt(), "neither a collection nor a resource file, so there is nothing to split"),
             ("a.dfont", resource_fork(("ICON", 1, b"icon")), "its resources hold no TrueType or OpenType font"),
             ("more.ttc", more, "lists more than 4096 faces"),
+            ("more.dfont", resource_fork(*(("sfnt", i, b"") for i in range(4097))), "holds more than 4096 outlines"),
             ("most.ttc", most, "faces 0 to 4095 cannot be written: ..."),
         ]:
             self.split((name, data), [], f"{name}: {reason}\n")

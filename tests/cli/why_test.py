@@ -38,7 +38,7 @@ FORK = resource_fork(("ICON", 1, b"icon"), ("vers", 1, b"1.0"))
 PCF = b"\x01fcp" + bytes(40)
 TFM = struct.pack(">12H", 6 + 3 + 7, 3, 1, 0, 1, 1, 1, 1, 1, 1, 1, 0) + bytes(40)
 UNFIT_NAME = struct.pack(">3H6H", 0, 1, 18, 3, 1, 0x409, 6, 2, 0) + b"\xD8\0"
-MORE = "; quillmark why FOLDER says more"
+MORE = "; quillmark why {} says more"
 NO_FACE = "neither a readable outline font nor the name of a printer font"
 SEVERAL = collection("A", "B")
 ONE = collection("A")
@@ -49,7 +49,7 @@ REASONS = {
     "{} other files passed over": [
         # Fonts in formats that are not read.
         ("a.woff", b"wOFF" + bytes(40), "a WOFF web font, which Quillmark does not read: convert it"),
-        ("a.ttf", b"wOFF" + bytes(40), "a WOFF web font in spite of its extension .ttf, which"),
+        ("a.ttf", b"wOFF" + bytes(40), "a WOFF web font despite its extension .ttf, which"),
         ("a.eot", sized(bytes(34) + b"LP", 0), "an EOT web font"),
         ("a.pcf.gz", gzip.compress(PCF), "a PCF bitmap font, compressed with gzip, which"),
         ("a.fnt", sized(b"\0\3", 2), "a Windows bitmap font (FNT)"),
@@ -71,8 +71,8 @@ REASONS = {
         # Sound fonts under another name.
         ("a", FONT, "a TrueType font, which is not read without its extension: its name must end in .ttf"),
         ("a.pfb", sfnt(version=b"OTTO"), "an OpenType font, which is not read under the extension .pfb: its name must end in .otf"),
-        ("a.ttc", FONT, "a TrueType font in spite of its extension .ttc: its name must end in .ttf"),
-        ("a.ttf", SEVERAL, "a TrueType collection in spite of its extension .ttf, and collections are read by"),
+        ("a.ttc", FONT, "a TrueType font despite its extension .ttc: its name must end in .ttf"),
+        ("a.ttf", SEVERAL, "a TrueType collection despite its extension .ttf, and collections are read by"),
     ],
     "{} Type 1 without a family file" + MORE: [
         ("a.pfb", b"\x80\1\0\0\0\0%!PS-AdobeFont-1.0", f"a PostScript Type 1 printer font (PFB), {LONE}"),
@@ -82,8 +82,8 @@ REASONS = {
     ],
     "{} damaged" + MORE: [
         # No fonts, though they are called so.
-        ("a.ttf", zipped(), "a ZIP archive in spite of its extension .ttf, not a font: unpack it"),
-        ("a.otf", b"\n <!DOCTYPE HTML><p>404", "a web page in spite of its extension .otf, not a font: get the file again"),
+        ("a.ttf", zipped(), "a ZIP archive despite its extension .ttf, not a font: unpack it"),
+        ("a.otf", b"\n <!DOCTYPE HTML><p>404", "a web page despite its extension .otf, not a font: get the file again"),
         ("a.ttf", b"", "empty"),
         # Damaged fonts.
         ("a.ttf", FONT[:12], "a TrueType font that is damaged: the file ends before the list of tables, after 12 bytes"),
@@ -145,7 +145,7 @@ class WhyTest(ToolCase):
                     self.assertIn(reason, line)
             self.check(["identify", *paths], 1, err="\n".join([*lines, "0 faces in 0 files", ""]))
             self.write(f"{number}/good.ttf", FONT)
-            self.check(f"identify {number}", out="...", err=f"1 face in 1 file; {kind.format(len(rows))}\n")
+            self.check(f"identify {number}", out="...", err=f"1 face in 1 file; {kind.format(len(rows), number)}\n")
 
     def test_what_is_no_file(self):
         os.mkfifo(self.folder / "fifo.ttf")

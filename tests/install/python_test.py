@@ -104,7 +104,7 @@ class Files(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)
             pathlib.Path(os.fsdecode(b"-\xff.ttf")).write_bytes(b"\x89PNG\r\n\x1a\n")
-            self.assertIn("a PNG image in spite of its extension .ttf", quillmark.why(b"-\xff.ttf"))
+            self.assertIn("a PNG image despite its extension .ttf", quillmark.why(b"-\xff.ttf"))
 
     def test_why_without_an_answer(self):
         for tool, fault in [("/nonexistent/quillmark", "cannot be run"), ("/bin/false", "no answer, status 1")]:

@@ -77,7 +77,7 @@ std::string Footer(const CommandHelp& help) {
 void AddHelp(CLI::App& app) {
   CLI::App* const help = app.add_subcommand("help", "Print what the tool or a command takes");
   const auto name = std::make_shared<std::string>();
-  help->add_option("command", *name, "Command to tell of");
+  help->add_option("COMMAND", *name, "Command to tell of");
   help->callback([&app, name] {
     const CLI::App* of = &app;
     if (!name->empty()) {

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <set>
 
@@ -19,13 +20,13 @@ namespace {
 bool IsFlag(const CLI::Option& option) { return option.get_items_expected_max() == 0; }
 
 // Checks the words of a command line one after another, and brings them into an order that the parser always
-// accepts: options with their values, "--", and all else behind it.
+// accepts: options with their values, "--", and all else after it.
 class CommandWords {
  public:
   CommandWords(CLI::App& app, const std::vector<std::string>& words)
       : app_(app), command_(&app), words_(words) {}
 
-  // Nothing is looked at behind a request for help or for the version.
+  // Nothing is looked at after a request for help or for the version.
   std::vector<std::string> InOrder() {
     bool may_be_option = true;  // until "--"
     while (!asks_for_help_ && next_ < words_.size()) {
@@ -147,7 +148,11 @@ class CommandWords {
 void ThrowNoCommand(const CLI::App& app, const std::string& word) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
-  const std::string suggestion = Suggestion(word, names);
+  std::string suggestion = Suggestion(word, names);
+  std::error_code ignored;
+  if (const auto path = ShellWord(word); path && std::filesystem::exists(word, ignored)) {
+    suggestion = "; did you mean quillmark identify " + *path + '?';
+  }
   ThrowWrongUsage("no command " + Printable(word) +
                   (suggestion.empty() ? "; see: quillmark help" : suggestion));
 }

@@ -1,6 +1,6 @@
 // The tool's commands, one function each: it adds the command with its options to the application, and
-// parsing runs the command that was asked for and stores its exit status. A command writes its result to
-// standard output and faults to standard error, one line each. Status 0: all asked for was given; 1:
+// parsing runs the command that was named and stores its exit status. A command writes its result to
+// standard output and faults to standard error, one line each. Status 0: all that was requested was given; 1:
 // something was not. Wrong usage (2) is a CLI::ParseError, which a command may throw too.
 #ifndef QUILLMARK_TOOL_COMMANDS_COMMANDS_H_
 #define QUILLMARK_TOOL_COMMANDS_COMMANDS_H_

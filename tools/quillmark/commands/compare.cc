@@ -30,7 +30,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kConflictsFound = 3;
+constexpr int kFacesConflict = 3;
 
 struct Side {
   std::string path;
@@ -40,17 +40,20 @@ struct Side {
 
 // False, and a line on standard error, when the file gives no face.
 bool Load(Side& side) {
-  const WatchedFiles files;
+  const WatchedFiles files, text_files;  // a text is whole whatever became of the forks beside it
   CreationResult result = CreateFaces(files, side.path, QM_ATTRIBUTES_ALL);
   if (result.faces.size() > 0 && !files.failure()) {
     side.array.reset(new QM_FontArray(std::move(result.faces)));
-  } else if (std::optional<StoredFaces> stored = ReadStored(side.path); stored && stored->array->size() > 0) {
+  } else if (std::optional<StoredFaces> stored = ReadStored(text_files, side.path);
+             stored && stored->array->size() > 0 && !text_files.failure()) {
     side.array = std::move(stored->array);
     side.form = stored->form;
   } else {
     PrinterFontFamilies families;
     std::cerr << Printable(side.path) << ": "
-              << (files.failure() ? files.WhyUnread(side.path) : Explain(side.path, result, families).reason)
+              << (files.failure()        ? files.WhyUnread(side.path)
+                  : text_files.failure() ? text_files.WhyUnread(side.path)
+                                         : Explain(side.path, result, families).reason)
               << '\n';
     return false;
   }
@@ -156,7 +159,7 @@ int Compare(Side a, Side b, const std::string& format) {
   }
   FlushOutput();
   WriteSummary(std::cerr, a, b, pairs, conflicts);
-  return conflicts == 0 ? 0 : kConflictsFound;
+  return conflicts == 0 ? 0 : kFacesConflict;
 }
 
 }  // namespace

@@ -25,14 +25,21 @@ struct IdentifyOptions {
 
 int Identify(const IdentifyOptions& options) {
   std::unique_ptr<FaceWriter> writer = MakeWriter(options.form, std::cout);
-  if (!options.sort.empty()) writer = Sorted(std::move(writer), *FindField(options.sort));
-  LoadTables();
+  FilesOptions files_options = options.files;
+  files_options.needs = NeedsOf(options.form);
+  if (!options.sort.empty()) {
+    const Field* const key = FindField(options.sort);
+    writer = Sorted(std::move(writer), *key);
+    files_options.needs = files_options.needs | NeedsOf({key});
+  }
+  LoadTables(files_options.needs);
   std::size_t faces = 0;
   std::size_t files = 0;
   const FilesOutcome outcome =
-      IdentifyFiles(options.files, writer->WritesAtOnce(), [&](const IdentifiedFile& file) {
-        writer->Add(file.faces, *file.array);
-        faces += file.faces.size();
+      IdentifyFiles(files_options, writer->WritesAtOnce(), [&](IdentifiedFile& file) {
+        const std::size_t count = file.faces.size();
+        writer->Add(std::move(file.faces), std::move(file.array));
+        faces += count;
         ++files;
         if (!std::cout) FlushOutput();
       });

@@ -47,8 +47,8 @@ int Classify(const Query& query) {
 void AddStyles(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("styles", "Tell the styles that a font's names tell");
   const auto query = std::make_shared<Query>();
-  command->add_option("name", query->first, "PostScript name")->required();
-  command->add_option("second", query->second, "Another name of the font");
+  command->add_option("NAME", query->first, "PostScript name")->required();
+  command->add_option("SECOND", query->second, "Another name of the font");
   AddResultForm(*command, query->format, "text");
   command->callback([&status, query] { status = Styles(*query); });
 }
@@ -56,8 +56,8 @@ void AddStyles(CLI::App& app, int& status) {
 void AddClassify(CLI::App& app, int& status) {
   CLI::App* command = app.add_subcommand("classify", "Tell the class of a font family");
   const auto query = std::make_shared<Query>();
-  command->add_option("family", query->first, "Family name")->required();
-  command->add_option("alternate", query->second, "Name to try when the first has no class");
+  command->add_option("FAMILY", query->first, "Family name")->required();
+  command->add_option("ALTERNATE", query->second, "Name to try when the first has no class");
   AddResultForm(*command, query->format, "text");
   command->callback([&status, query] { status = Classify(*query); });
 }

@@ -16,6 +16,7 @@
 #include "files/standard_input.h"
 #include "output/output.h"
 #include "reasons/reason.h"
+#include "reasons/watched_files.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -28,8 +29,9 @@ constexpr const char* kNoFaces =
 std::string ReadWhole(const std::string& file, std::string& text) {
   if (file == kStandardInputPath) return ReadStandardInput(text);
   if (const auto reason = WhyNotReadable(file)) return *reason;
-  text = ReadText(file).value_or("");
-  return {};
+  const WatchedFiles files;
+  text = ReadText(files, file).value_or("");
+  return files.WhyUnread(file);
 }
 
 // The faces of a text in any of the forms that can be read.
@@ -56,7 +58,7 @@ int Read(const std::string& file, const OutputForm& form) {
     std::cerr << shown << ": " << read.fault << '\n';
     return 1;
   }
-  writer->Add(read.faces, *read.array);
+  writer->Add(std::move(read.faces), std::move(read.array));
   writer->Finish();
   FlushOutput();
   if (read.is_cut) {
@@ -78,7 +80,7 @@ void AddRead(CLI::App& app, int& status) {
       app.add_subcommand("read", "Read stored XML, a property list or JSON and write it in any form");
   const auto options = std::make_shared<Options>();
   AddOutputForm(*command, options->form);
-  command->add_option("file", options->file, "The stored text; - for standard input")->required();
+  command->add_option("FILE", options->file, "The stored text; - for standard input")->required();
   command->callback([&status, options] { status = Read(options->file, options->form); });
 }
 

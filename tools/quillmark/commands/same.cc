@@ -73,7 +73,9 @@ int Same(const SameOptions& options) {
   const auto write = options.format == "json"  ? WriteLibraryJson
                      : options.format == "tsv" ? WriteLibraryTsv
                                                : WriteLibraryTables;
-  write(std::cout, library, details, lists);
+  // "Conflicts: none" would say that fonts were compared. The other forms stay well-formed for programs.
+  const bool is_for_people = options.format == "table";
+  if (!is_for_people || !library.files().empty()) write(std::cout, library, details, lists);
   FlushOutput();
   if (!options.files.quiet) {
     WriteSummary(std::cerr, library, Losses(outcome.losses, options.files));

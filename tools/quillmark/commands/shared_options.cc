@@ -37,7 +37,7 @@ void CheckStandardInput(const PathSources& sources) {
 }
 
 void AddPaths(CLI::App& command, PathSources& sources) {
-  command.add_option("paths", sources.paths, "Font files, or folders to walk");
+  command.add_option("PATH", sources.paths, "Font files, or folders to walk");
   CLI::Option* list = command.add_option("--files-from", sources.list,
                                          "File with further paths, one a line; - for standard input");
   list->type_name("FILE");
@@ -103,8 +103,7 @@ void AddResultForm(CLI::App& command, std::string& format, const std::string& us
 
 void AddStandardInput(CLI::App& command, PathSources& sources) {
   sources.standard_input_name.emplace();
-  command.get_option("paths")->description(
-      "Font files, folders to walk, or - for a font from standard input");
+  command.get_option("PATH")->description("Font files, folders to walk, or - for a font from standard input");
   command
       .add_option("--name", *sources.standard_input_name,
                   "File name of the font that comes from standard input, as path -")

@@ -24,8 +24,8 @@ void AddOutputForm(CLI::App& command, OutputForm& form);
 void AddResultForm(CLI::App& command, std::string& format, const std::string& usual);
 
 // PATH..., --files-from, -0, --no-recurse, --follow, -j, --progress and -q: which files are identified, and
-// what is told meanwhile. One of the first two must be given; without -j as many are read at the same time as
-// there are cores.
+// what is shown meanwhile. One of the first two must be given; without -j as many are read at the same time
+// as there are cores.
 void AddFiles(CLI::App& command, FilesOptions& options);
 
 // --name, and with it the path "-": one of the fonts comes from standard input.

@@ -33,8 +33,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A small file can list millions of faces, each nearly as large as itself.
-constexpr std::uint32_t kMostFaces = 4096;
+// A small file can list millions of faces, each nearly as large as itself, or hold thousands of tiny
+// outlines.
+constexpr std::uint32_t kMostFonts = 4096;
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
 
@@ -164,8 +165,8 @@ std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
 
 class Splitter {
  public:
-  Splitter(const Options& options, FontSource& source, FontFile& file)
-      : options_(options), source_(source), file_(file) {}
+  Splitter(const Options& options, FontSource& source, const WatchedFiles& files, FontFile& file)
+      : options_(options), source_(source), files_(files), file_(file) {}
 
   int Run() {
     if (const std::string reason = ChooseTargets(); !reason.empty()) {
@@ -188,6 +189,9 @@ class Splitter {
     for (const Target& target : targets_) {
       if (!Write(target)) return 1;
     }
+    if (const auto reason = targets_.empty() ? std::nullopt : SyncFiles(options_.folder)) {
+      Complain(options_.folder, "not all files have reached the disk: " + *reason);
+    }
     return complete_ ? 0 : 1;
   }
 
@@ -201,13 +205,15 @@ class Splitter {
   // Returns an error when there are too many bytes to write, or to read: thousands of fonts in a small
   // hostile file can overlap and have the same bytes.
   std::string ChooseTargets() {
-    const std::uint64_t most_in_vain = std::max(file_.TotalLength(), options_.max_bytes);
+    // Read, found to be equal to others, and not written.
+    const std::uint64_t most_repeated_bytes = std::max(file_.TotalLength(), options_.max_bytes);
     std::map<Place, std::size_t> targets;  // indexes of targets_
     for (const int number : source_.Numbers()) {
       const auto [known, is_new] = targets.try_emplace(source_.PlaceOfFont(number), targets_.size());
       if (is_new) {
         std::string reason;
         const std::vector<char> font = source_.Font(number, reason);
+        if (files_.failure()) return files_.WhyUnread(options_.file);
         Charge(file_.budget(), font.size());
         read_ += font.size();
         known->second = TargetOf(number, font, reason);
@@ -215,7 +221,8 @@ class Splitter {
           return "its fonts take more than the " + std::to_string(options_.max_bytes) +
                  (options_.max_bytes == 1 ? " byte" : " bytes") + " that --max-bytes allows";
         }
-        if (read_ - to_write_ > most_in_vain) return "its fonts overlap, as only those of damaged files do";
+        if (read_ - to_write_ > most_repeated_bytes)
+          return "its fonts overlap, as only those of damaged files do";
       }
       targets_[known->second].numbers.push_back(number);
     }
@@ -272,6 +279,7 @@ class Splitter {
 
   const Options& options_;
   FontSource& source_;
+  const WatchedFiles& files_;
   FontFile& file_;
   SplitNames names_;
   std::vector<Target> targets_;
@@ -295,14 +303,15 @@ int SplitCollection(const Options& options, const WatchedFiles& files, FontFile&
   CollectionSource source(file);
   if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
   if (source.FaceCount() == 0) return Fail(options.file, Words(source.Status()));
-  if (source.FaceCount() > kMostFaces) {
-    return Fail(options.file, "lists more than " + std::to_string(kMostFaces) + " faces");
+  if (source.FaceCount() > kMostFonts) {
+    return Fail(options.file, "lists more than " + std::to_string(kMostFonts) + " faces");
   }
-  return Splitter(options, source, file).Run();
+  return Splitter(options, source, files, file).Run();
 }
 
-int SplitResources(const Options& options, FontFile& file) {
+int SplitResources(const Options& options, const WatchedFiles& files, FontFile& file) {
   FoundMap found = FindMap(file);
+  if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
   if (!found.map) {
     return Fail(options.file, "neither a collection nor a resource file, so there is nothing to split");
   }
@@ -310,7 +319,10 @@ int SplitResources(const Options& options, FontFile& file) {
     return Fail(options.file, "its resources hold no TrueType or OpenType font");
   }
   ResourceSource source(*std::move(found.map));
-  return Splitter(options, source, file).Run();
+  if (source.Numbers().size() > kMostFonts) {
+    return Fail(options.file, "holds more than " + std::to_string(kMostFonts) + " outlines");
+  }
+  return Splitter(options, source, files, file).Run();
 }
 
 int Split(const Options& options) {
@@ -323,9 +335,9 @@ int Split(const Options& options) {
   OpenedFont opened(options.file, files);
   try {
     return BeginsAsCollection(opened.file) ? SplitCollection(options, files, opened.file)
-                                           : SplitResources(options, opened.file);
+                                           : SplitResources(options, files, opened.file);
   } catch (const BudgetSpent&) {
-    return Fail(options.file, kRepeatsItsBytes);
+    return Fail(options.file, kTakesTooMuchWork);
   }
 }
 
@@ -346,7 +358,7 @@ void AddSplit(CLI::App& app, int& status) {
   const auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("split", "Write each font of a collection or resource file to a file of its own");
-  command->add_option("collection", options->file, "Collection (.ttc), .dfont or font suitcase")->required();
+  command->add_option("COLLECTION", options->file, "Collection (.ttc), .dfont or font suitcase")->required();
   command->add_option("-o,--output", options->folder, "Folder to write to, made when it is missing")
       ->capture_default_str();
   command->add_option("--max-bytes", options->max_bytes, "Most bytes to write in all, as 500M or 2G")

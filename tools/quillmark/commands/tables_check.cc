@@ -40,26 +40,28 @@ class SilencedOutput {
 
 // Queries each table, so that the library loads it here and not in the middle of a result. Returns the names
 // of the empty ones.
-std::vector<std::string> LoadAndListMissing() {
+std::vector<std::string> LoadAndListMissing(const FaceNeeds& needs) {
   std::vector<std::string> missing;
-  if (CFoundryNameTable::GetSharedFoundryNameTable()->empty()) missing.emplace_back("FoundryNameTable.plist");
-  if (CClassificationMappings::GetSharedClassificationMappings()->empty()) {
+  if ((needs.attributes & QM_ATTRIBUTE_FOUNDRY) && CFoundryNameTable::GetSharedFoundryNameTable()->empty()) {
+    missing.emplace_back("FoundryNameTable.plist");
+  }
+  if (needs.classification && CClassificationMappings::GetSharedClassificationMappings()->empty()) {
     missing.emplace_back("DefaultClassifications.plist");
   }
-  (void)StylesOf("", "");
-  if (KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
+  if (needs.styles) (void)StylesOf("", "");
+  if (needs.styles && KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
   return missing;
 }
 
 }  // namespace
 
-std::vector<std::string> MissingTables() {
+std::vector<std::string> MissingTables(const FaceNeeds& needs) {
   const SilencedOutput silenced;
-  return LoadAndListMissing();
+  return LoadAndListMissing(needs);
 }
 
-void LoadTables() {
-  const std::vector<std::string> missing = MissingTables();
+void LoadTables(const FaceNeeds& needs) {
+  const std::vector<std::string> missing = MissingTables(needs);
   if (missing.empty()) return;
   std::cerr << "quillmark: foundries, classes or styles stay unknown, for these tables are missing or cannot "
                "be read:";

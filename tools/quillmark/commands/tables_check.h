@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "faces/face.h"
+
 namespace quillmark::tool {
 
-// Loads them and gives the names of those that are missing or cannot be read.
-std::vector<std::string> MissingTables();
+// Loads those that `needs` depends on and gives the names of the ones that are missing or cannot be read.
+std::vector<std::string> MissingTables(const FaceNeeds& needs = kEveryNeed);
 
 // The same, reported on standard error. Messages that loading prints to standard output are dropped, since
 // the tool's results go there.
-void LoadTables();
+void LoadTables(const FaceNeeds& needs = kEveryNeed);
 
 }  // namespace quillmark::tool
 

@@ -43,14 +43,14 @@ int Why(const WhyOptions& options) {
     const Explanation& found = file.explanation;
     // Of files found in folders only those that lost faces are reported.
     if (found.reason.empty() && !file.source.named) return;
+    if (found.outcome == Outcome::kFolder && !options.files.sources.walk.recurse) return;
     const bool is_unreadable = found.outcome == Outcome::kUnreadable;
     if (is_unreadable) complete = false;
     progress.Clear();
     if (array) array->Add(JsonExplanation(file));
     if (!array || is_unreadable) {
       // Flushed at once, so that the lines of both streams appear in the order of the paths.
-      (is_unreadable ? std::cerr : std::cout)
-          << file.source.Shown() + ": " + Told(file.faces.size(), found) << std::endl;
+      (is_unreadable ? std::cerr : std::cout) << LineOf(file) << std::endl;
     }
     if (!std::cout) FlushOutput();
   });

@@ -1,5 +1,8 @@
 #include "faces/array_forms.h"
 
+#include <cstddef>
+#include <utility>
+
 #include "api/font_array.h"
 
 namespace quillmark::tool {
@@ -22,8 +25,12 @@ std::string TextOf(Representation get, const QM_FontArray& array) {
 
 FontArray EmptyArray() { return FontArray(new QM_FontArray); }
 
-void Join(QM_FontArray& whole, const QM_FontArray& part) {
-  for (std::uint32_t i = 0; i < part.size(); ++i) whole.push_back(part.view(i));
+void Join(FontArray& whole, FontArray part) {
+  if (whole->size() == 0) {
+    whole = std::move(part);
+    return;
+  }
+  for (std::size_t i = 0; i < part->size(); ++i) whole->push_back(part->view(i));
 }
 
 std::string XmlText(const QM_FontArray& array) { return TextOf(QM_GetXMLRepresentation, array); }

@@ -10,7 +10,8 @@ namespace quillmark::tool {
 
 // An array without faces, to which others are joined.
 FontArray EmptyArray();
-void Join(QM_FontArray& whole, const QM_FontArray& part);
+// Copies no face to an empty array.
+void Join(FontArray& whole, FontArray part);
 
 std::string XmlText(const QM_FontArray& array);
 std::string PropertyListText(const QM_FontArray& array);

@@ -23,7 +23,7 @@ std::string Text(const TextAttribute& text, const QM_FontArray* array, std::uint
 
 }  // namespace
 
-std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path) {
+std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path, const FaceNeeds& needs) {
   std::uint32_t count = 0;
   if (QM_GetFontCount(array, &count) != 0) return {};
   std::vector<Face> faces;
@@ -38,8 +38,8 @@ std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path) {
       if (number.get(array, i, &(face.*number.in_face)) != 0) face.*number.in_face = 0;
     }
     face.outline_file_exists = !face.outline_file.empty() && IsRegularFile(face.outline_file);
-    face.styles = StylesOf(face.post_script_name, face.full_name);
-    face.classification = ClassOf(face.family, nullptr);
+    if (needs.styles) face.styles = StylesOf(face.post_script_name, face.full_name);
+    if (needs.classification) face.classification = ClassOf(face.family, nullptr);
     const QM_FontSpecifier& specifier = array->view(i);
     if (specifier.fondResourceID >= 0) {
       face.fond_id = specifier.fondResourceID;

@@ -56,8 +56,10 @@ inline constexpr NumberAttribute kNumberAttributes[] = {
      &QM_FontSpecifier::outlineFileSize, &Face::outline_file_size},
 };
 
-// Every face of an array, asked for through the exported functions.
-std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path);
+// Every face of an array, asked for through the exported functions. Attributes that the array does not hold
+// stay empty.
+std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path,
+                          const FaceNeeds& needs = kEveryNeed);
 
 }  // namespace quillmark::tool
 

@@ -32,6 +32,22 @@ struct Face {
   std::optional<int> style, fond_id;    // of faces of a FOND
 };
 
+// What is to be known of faces. The rest costs nothing and stays empty.
+struct FaceNeeds {
+  // Which faces there are depends on these: duplicates share a PostScript name, and a font of no platform is
+  // left out.
+  static constexpr std::uint32_t kAlways = QM_ATTRIBUTE_POSTSCRIPT_NAME | QM_ATTRIBUTE_PLATFORM;
+
+  std::uint32_t attributes = 0;  // QM_Attribute bits
+  bool styles = false;
+  bool classification = false;
+
+  friend FaceNeeds operator|(const FaceNeeds& a, const FaceNeeds& b) {
+    return {a.attributes | b.attributes, a.styles || b.styles, a.classification || b.classification};
+  }
+};
+inline constexpr FaceNeeds kEveryNeed = {QM_ATTRIBUTES_ALL, true, true};
+
 // The styles found in the names of a face.
 std::vector<std::string> StylesOf(const std::string& primary_name, const std::string& secondary_name);
 // The class of a family, or "--".

@@ -35,7 +35,7 @@ std::array<std::string, 3> NamesOf(const QM_FontSpecifier& face) {
 }  // namespace
 
 std::vector<FacePair> PairFaces(const QM_FontArray& a, const QM_FontArray& b) {
-  std::array<std::map<std::string, std::uint32_t>, 3> first_of_name;  // ordered: no names make it slow
+  std::array<std::map<std::string, std::uint32_t>, 3> first_of_name;
   for (std::uint32_t i = 0; i < b.size(); ++i) {
     const auto names = NamesOf(b.view(i));
     for (std::size_t n = 0; n < names.size(); ++n) first_of_name[n].emplace(names[n], i);

@@ -16,7 +16,8 @@ struct FacePair {
 };
 
 // At most one pair for each face of `a`, in their order: with the first face of `b` of the same PostScript
-// name, else of one that is the same but for ASCII case, else of the same full name but for case.
+// name, else of one that differs in ASCII case only, else of a full name that is the same or differs in case
+// only.
 std::vector<FacePair> PairFaces(const QM_FontArray& a, const QM_FontArray& b);
 
 enum class Verdict {
@@ -34,8 +35,8 @@ struct ComparedAttribute {
   std::string value_a, value_b;  // empty when the side holds none
 };
 
-// The attributes that at least one face holds, by the rules by which specifiers match and differ. `stored`:
-// the numbers are those of stored forms, where one above 7FFFFFFF reads as 7FFFFFFF.
+// The attributes that at least one face holds, each with its Verdict. `stored`: the numbers are those of
+// stored forms, where one above 0x7FFFFFFF reads as 0x7FFFFFFF.
 std::vector<ComparedAttribute> CompareFaces(const QM_FontArray& a, const QM_FontArray& b, FacePair pair,
                                             bool stored);
 

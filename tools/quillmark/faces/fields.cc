@@ -27,27 +27,47 @@ Json ValueOrNull(const Face& face) {
 
 const std::vector<Field>& AllFields() {
   static const auto* const fields = new std::vector<Field>{
-      {"path", "FILE", Value<&Face::path>, true},
+      {"path", "FILE", Value<&Face::path>, {}, true},
       {"face", "FACE", Value<&Face::index>},
-      {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>},
-      {"family", "FAMILY", Value<&Face::family>},
-      {"fullName", "FULL NAME", Value<&Face::full_name>},
-      {"displayName", "DISPLAY NAME", Value<&Face::display_name>},
-      {"windowsFullName", "WINDOWS FULL NAME", Value<&Face::windows_full_name>},
-      {"styles", "STYLES", Value<&Face::styles>},
-      {"class", "CLASS", Value<&Face::classification>},
-      {"foundry", "FOUNDRY", Value<&Face::foundry>},
-      {"kind", "KIND", Value<&Face::kind>},
-      {"version", "VERSION", Value<&Face::version>},
-      {"platform", "PLATFORM", Value<&Face::platform>},
-      {"checksum", "CHECKSUM", HexValue<&Face::checksum>},
-      {"legacyChecksum", "LEGACY CHECKSUM", HexValue<&Face::legacy_checksum>},
-      {"kerningChecksum", "KERNING CHECKSUM", HexValue<&Face::kerning_checksum>},
-      {"outlineFileSize", "OUTLINE FILE SIZE", Value<&Face::outline_file_size>},
-      {"printerFont", "PRINTER FONT",
-       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file); }, true},
-      {"printerFontExists", "PRINTER FONT EXISTS",
-       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file_exists); }},
+      {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>, {QM_ATTRIBUTE_POSTSCRIPT_NAME}},
+      {"family", "FAMILY", Value<&Face::family>, {QM_ATTRIBUTE_FAMILY}},
+      {"fullName", "FULL NAME", Value<&Face::full_name>, {QM_ATTRIBUTE_FULL_NAME}},
+      {"displayName", "DISPLAY NAME", Value<&Face::display_name>, {QM_ATTRIBUTE_DISPLAY_NAME}},
+      {"windowsFullName",
+       "WINDOWS FULL NAME",
+       Value<&Face::windows_full_name>,
+       {QM_ATTRIBUTE_WINDOWS_FULL_NAME | QM_ATTRIBUTE_FULL_NAME}},
+      {"styles",
+       "STYLES",
+       Value<&Face::styles>,
+       {.attributes = QM_ATTRIBUTE_POSTSCRIPT_NAME | QM_ATTRIBUTE_FULL_NAME, .styles = true}},
+      {"class",
+       "CLASS",
+       Value<&Face::classification>,
+       {.attributes = QM_ATTRIBUTE_FAMILY, .classification = true}},
+      {"foundry", "FOUNDRY", Value<&Face::foundry>, {QM_ATTRIBUTE_FOUNDRY}},
+      {"kind", "KIND", Value<&Face::kind>, {QM_ATTRIBUTE_KIND}},
+      {"version", "VERSION", Value<&Face::version>, {QM_ATTRIBUTE_VERSION}},
+      {"platform", "PLATFORM", Value<&Face::platform>, {QM_ATTRIBUTE_PLATFORM}},
+      {"checksum", "CHECKSUM", HexValue<&Face::checksum>, {QM_ATTRIBUTE_CHECKSUM}},
+      {"legacyChecksum", "LEGACY CHECKSUM", HexValue<&Face::legacy_checksum>, {QM_ATTRIBUTE_LEGACY_CHECKSUM}},
+      {"kerningChecksum",
+       "KERNING CHECKSUM",
+       HexValue<&Face::kerning_checksum>,
+       {QM_ATTRIBUTE_KERNING_CHECKSUM}},
+      {"outlineFileSize",
+       "OUTLINE FILE SIZE",
+       Value<&Face::outline_file_size>,
+       {QM_ATTRIBUTE_OUTLINE_FILE_SIZE}},
+      {"printerFont",
+       "PRINTER FONT",
+       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file); },
+       {QM_ATTRIBUTE_OUTLINE_FILE_NAME},
+       true},
+      {"printerFontExists",
+       "PRINTER FONT EXISTS",
+       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file_exists); },
+       {QM_ATTRIBUTE_OUTLINE_FILE_NAME}},
       {"fondID", "FOND", ValueOrNull<&Face::fond_id>},
       {"style", "STYLE", ValueOrNull<&Face::style>},
   };
@@ -58,6 +78,12 @@ const Field* FindField(const std::string& name) {
   const auto found = std::find_if(AllFields().begin(), AllFields().end(),
                                   [&](const Field& field) { return field.name == name; });
   return found == AllFields().end() ? nullptr : &*found;
+}
+
+FaceNeeds NeedsOf(const std::vector<const Field*>& fields) {
+  FaceNeeds needs{FaceNeeds::kAlways};
+  for (const Field* field : fields) needs = needs | field->needs;
+  return needs;
 }
 
 std::string FieldText(const Field& field, const Face& face) {

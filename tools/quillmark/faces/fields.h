@@ -14,7 +14,8 @@ struct Field {
   const char* name;                              // in JSON, tab-separated text and --fields
   const char* title;                             // in the table
   nlohmann::ordered_json (*value)(const Face&);  // null when the face has none
-  bool is_path = false;                          // the table never cuts it
+  FaceNeeds needs = {};
+  bool is_path = false;  // the table never cuts it
 };
 
 // All of them, in the order of the JSON form.
@@ -22,6 +23,9 @@ const std::vector<Field>& AllFields();
 
 // Null for an unknown name.
 const Field* FindField(const std::string& name);
+
+// What a face of these fields must know.
+FaceNeeds NeedsOf(const std::vector<const Field*>& fields);
 
 // A field as text: several values are joined by "; ", a missing one is empty.
 std::string FieldText(const Field& field, const Face& face);

@@ -162,7 +162,7 @@ class FacesReader {
       specifier.*field.in_array = *number;
       specifier.attributes |= field.attribute;
     }
-    const FontArray one = EmptyArray();
+    FontArray one = EmptyArray();
     one->push_back(specifier);
     Face face = FacesOf(one.get(), path_).front();
     face.index = static_cast<std::uint32_t>(read_.faces.size());
@@ -178,7 +178,7 @@ class FacesReader {
     keep(face.fond_id, fields.Number<std::int16_t>("fondID"));
     keep(face.style, fields.Number<std::int16_t>("style"));
     read_.faces.push_back(std::move(face));
-    Join(*read_.array, *one);
+    Join(read_.array, std::move(one));
   }
 
   const std::string path_;

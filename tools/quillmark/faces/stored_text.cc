@@ -51,8 +51,10 @@ std::optional<StoredFaces> ParseStored(const std::string& text) {
   return StoredFaces{std::move(faces), StoredForm::kXml, blocks, reading.is_cut, IsBroken(text, blocks)};
 }
 
-std::optional<std::string> ReadText(const std::string& path) {
-  const std::optional<RegularFile> file = RegularFile::Open(path);
+std::optional<std::string> ReadText(const FileSystem& files, const std::string& path) {
+  FileAccess access(files);
+  if (!access.Status(path).regular) return std::nullopt;
+  const std::optional<RegularFile> file = RegularFile::Open(access, path);
   if (!file) return std::nullopt;
   std::string text;
   std::array<std::uint8_t, std::size_t{64} * 1024> block;
@@ -65,22 +67,22 @@ std::optional<std::string> ReadText(const std::string& path) {
   return text;
 }
 
-std::optional<StoredFaces> ReadStored(const std::string& path) {
-  const std::optional<std::string> text = ReadText(path);
+std::optional<StoredFaces> ReadStored(const FileSystem& files, const std::string& path) {
+  const std::optional<std::string> text = ReadText(files, path);
   return text ? ParseStored(*text) : std::nullopt;
 }
 
 std::string NotRead(const StoredFaces& stored) {
   const QM_FontArray& faces = *stored.array;
-  std::string told;
+  std::string text;
   if (faces.size() < stored.listed) {
-    told = "gives " + std::to_string(faces.size()) + " of the " + std::to_string(stored.listed) +
+    text = "gives " + std::to_string(faces.size()) + " of the " + std::to_string(stored.listed) +
            " faces it lists";
-    if (!stored.is_broken) told += ": a PostScript name that comes again is left out";
+    if (!stored.is_broken) text += ": a PostScript name that comes again is left out";
   }
   if (stored.is_broken) {
-    told +=
-        (told.empty() ? "" : "; ") +
+    text +=
+        (text.empty() ? "" : "; ") +
         std::string("it is cut short or damaged, so that faces may be missing, and the last one not whole");
   }
   std::size_t saturated = 0;
@@ -89,11 +91,11 @@ std::string NotRead(const StoredFaces& stored) {
     if (face.checksum == kLargestStored || face.kerningChecksum == kLargestStored) ++saturated;
   }
   if (saturated > 0) {
-    told += (told.empty() ? "" : "; ") + std::to_string(saturated) +
+    text += (text.empty() ? "" : "; ") + std::to_string(saturated) +
             (saturated == 1 ? " face has a checksum" : " faces have a checksum") +
             " of 7FFFFFFF, which stands for itself and every larger one";
   }
-  return told;
+  return text;
 }
 
 }  // namespace quillmark::tool

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "faces/face.h"
+#include "platform/files/file_system.h"
 
 namespace quillmark::tool {
 
@@ -23,14 +24,15 @@ struct StoredFaces {
   bool is_broken = false;  // the text ends early or lacks an end in it: faces may be missing or not whole
 };
 
-// The text of a file; nothing when it is no regular file that can be read, or holds a NUL, as no text does.
-std::optional<std::string> ReadText(const std::string& path);
+// The text of a file; nothing when it is no regular file that can be opened, or holds a NUL, as no text does.
+// It ends where reading fails, which only `files` can tell (reasons/watched_files.h).
+std::optional<std::string> ReadText(const FileSystem& files, const std::string& path);
 
 // Nothing when the text is neither form of stored faces.
 std::optional<StoredFaces> ParseStored(const std::string& text);
 
 // The same of a file's text.
-std::optional<StoredFaces> ReadStored(const std::string& path);
+std::optional<StoredFaces> ReadStored(const FileSystem& files, const std::string& path);
 
 // Says in sentences which parts of a text are not in its faces: faces left out, checksums at their limit.
 // Empty when there are none.

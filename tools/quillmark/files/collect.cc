@@ -12,6 +12,8 @@
 #include "api/creation.h"
 #include "faces/attributes.h"
 #include "files/standard_input.h"
+#include "reasons/fork_places.h"
+#include "reasons/opened_font.h"
 #include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
@@ -35,14 +37,14 @@ IdentifiedFile WithTooLittleMemory(const FontPath& source, unsigned threads) {
 // Identifies files, on any number of threads.
 class Identifier {
  public:
-  explicit Identifier(unsigned threads) : threads_(threads) {}
+  Identifier(unsigned threads, const FaceNeeds& needs) : threads_(threads), needs_(needs) {}
 
   IdentifiedFile Identify(const FontPath& source) {
     if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
     try {
       const std::shared_lock among_others(tries_);
       IdentifiedFile file = Try(source);
-      if (file.array || file.explanation.outcome != Outcome::kUnreadable) return file;
+      if (!file.explanation.may_pass) return file;
     } catch (const std::bad_alloc&) {
     }
     // Other threads may have held the memory or files that were missing: tries again while none works.
@@ -63,21 +65,42 @@ class Identifier {
     }
     const std::string& path = input ? input->path() : source.path;
     const WatchedFiles files;
-    CreationResult result = CreateFaces(files, path, QM_ATTRIBUTES_ALL);
-    if (files.failure()) return WithoutFaces(source, {Outcome::kUnreadable, files.WhyUnread(path)});
-    IdentifiedFile file = WithoutFaces(source, Explain(path, result, families_));
+    CreationResult result;
+    Explanation explanation;
+    if (source.is_sidecar) {
+      explanation = ExplainSidecar(files, path);
+    } else {
+      result = CreateFaces(files, path, needs_.attributes);
+      if (!files.failure()) explanation = Explain(path, result, families_);
+    }
+    if (files.failure()) {
+      const bool may_pass = IsShortage(files.failure()->error);
+      explanation = {Outcome::kUnreadable, files.WhyUnread(path), {}, may_pass};
+      return WithoutFaces(source, explanation);
+    }
+    IdentifiedFile file = WithoutFaces(source, std::move(explanation));
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));
-    file.faces = FacesOf(file.array.get(), source.path);
+    file.faces = FacesOf(file.array.get(), source.path, needs_);
     return file;
+  }
+
+  static Explanation ExplainSidecar(const WatchedFiles& files, const std::string& path) {
+    OpenedFont opened(path, files);
+    try {
+      return ExplainLoneSidecar(opened.file);
+    } catch (const BudgetSpent&) {
+      return {Outcome::kDamaged, kTakesTooMuchWork};
+    }
   }
 
   PrinterFontFamilies families_;
   const unsigned threads_;
+  const FaceNeeds needs_;
   std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
-// Results that are ready but not yet due, with room for a bounded number of them.
+// Results that wait for their turn, a bounded number of them.
 class Queue {
  public:
   Queue(FontPaths& paths, Identifier& identifier, std::size_t ahead)
@@ -102,10 +125,10 @@ class Queue {
   // The next result in the order of the paths; nothing after the last.
   std::optional<IdentifiedFile> Next() {
     std::unique_lock lock(mutex_);
-    ready_changed_.wait(lock, [&] { return failed_ || Slot(due_) || (ended_ && due_ == places_); });
+    ready_changed_.wait(lock, [&] { return failed_ || Slot(next_out_) || (ended_ && next_out_ == taken_); });
     if (failed_) std::rethrow_exception(failed_);
-    std::optional<IdentifiedFile> file = std::exchange(Slot(due_), std::nullopt);
-    if (file) ++due_;
+    std::optional<IdentifiedFile> file = std::exchange(Slot(next_out_), std::nullopt);
+    if (file) ++next_out_;
     room_.notify_all();
     return file;
   }
@@ -121,16 +144,16 @@ class Queue {
   // Waits for room among the results. False when there are no more paths.
   bool TakeRoom() {
     std::unique_lock lock(mutex_);
-    room_.wait(lock, [&] { return ended_ || failed_ || places_ < due_ + ready_.size(); });
+    room_.wait(lock, [&] { return ended_ || failed_ || taken_ < next_out_ + ready_.size(); });
     if (ended_ || failed_) return false;
-    ++places_;
+    ++taken_;
     return true;
   }
 
   void GiveRoomBack() {
     const std::lock_guard lock(mutex_);
     ended_ = true;
-    --places_;
+    --taken_;
     ready_changed_.notify_one();
     room_.notify_all();
   }
@@ -160,7 +183,7 @@ class Queue {
 
   std::mutex mutex_;
   std::condition_variable room_, ready_changed_;
-  std::size_t places_ = 0, due_ = 0;  // taken by workers, to be handed over next
+  std::size_t taken_ = 0, next_out_ = 0;  // by workers; the next to hand over
   bool ended_ = false;
   std::vector<std::optional<IdentifiedFile>> ready_;  // a ring by place: a delivery takes no memory
   std::exception_ptr failed_;
@@ -221,8 +244,8 @@ void HandOver(IdentifiedFile file, unsigned threads, const Consumer& consume) {
 
 }  // namespace
 
-void IdentifyAll(FontPaths& paths, unsigned threads, const Consumer& consume) {
-  Identifier identifier(threads);
+void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume) {
+  Identifier identifier(threads, needs);
   const auto one_by_one = [&] {
     while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), threads, consume);
   };

@@ -19,11 +19,13 @@ struct IdentifiedFile {
   Explanation explanation;
 };
 
-// Calls `consume` on the calling thread, once for each path, in order. At most a few files a thread are held
-// at a time; fewer threads do when no more can be started. A file for which there is too little memory has
-// that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason and
-// without its faces. When `consume` throws anything else, the work ends and the exception goes on.
-void IdentifyAll(FontPaths& paths, unsigned threads, const std::function<void(IdentifiedFile)>& consume);
+// Calls `consume` on the calling thread, once for each path, in order, with faces that know what `needs`
+// names. At most 64 results per thread are held; fewer threads do when no more can be started. A
+// file for which there is too little memory has that as its reason; one for which `consume` throws
+// std::bad_alloc is handed over again with that reason and without its faces. When `consume` throws anything
+// else, the work ends and the exception goes on.
+void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs,
+                 const std::function<void(IdentifiedFile)>& consume);
 
 }  // namespace quillmark::tool
 

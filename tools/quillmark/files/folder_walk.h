@@ -1,5 +1,5 @@
 // FolderWalk: the files of a folder and of all folders below it, one after another in a stable order, and the
-// linked folders that are not entered. Only the names in one folder, and the folders still to be entered,
+// folders that are not entered. Only the names in one folder, and the folders still to be entered,
 // are held at a time.
 #ifndef QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 #define QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
@@ -17,8 +17,9 @@
 namespace quillmark::tool {
 
 struct WalkedPath {
-  std::string path;   // of a file, of a linked folder, or of a folder that cannot be listed
-  std::string fault;  // why it cannot be listed; else empty
+  std::string path;         // of a file, of a folder that is not entered, or of one that cannot be listed
+  std::string fault;        // why it cannot be listed; else empty
+  bool is_sidecar = false;  // of a file that is not there
 };
 
 struct WalkOptions {
@@ -27,27 +28,34 @@ struct WalkOptions {
 };
 
 // A folder's files come before its folders, both by the bytes of their names. Linked folders are not entered
-// unless that is asked for, and then each folder is walked once, under the path by which it is reached first:
-// no walk is endless. The folders that hold other files' resource forks (__MACOSX, .AppleDouble,
-// resource.frk) and the files that do (._*) are passed over.
+// unless that is requested, and then each folder is walked once, under the path by which it is reached first:
+// no walk is endless. What holds the resource forks of other files (._*, and the files in __MACOSX,
+// .AppleDouble and resource.frk) is passed over, except sidecars whose file is not there.
 class FolderWalk {
  public:
   FolderWalk(const std::string& folder, WalkOptions options, std::function<bool()> stopped);
   std::optional<WalkedPath> Next();
-  // False when there is none; true also when only listing more folders can tell.
+  // False when there is none; true also when only listing more folders would show it.
   bool MayHaveNext() const { return !names_.empty() || !pending_.empty(); }
 
  private:
+  struct Folder {
+    std::filesystem::path path;
+    bool holds_forks = false;  // of files outside: only sidecars count
+  };
+
   void List();
+  bool IsSidecar(const std::string& name) const;
+  void Take(const std::string& name);
   bool IsFirstVisit();
 
   const WalkOptions options_;
   const std::function<bool()> stopped_;
-  std::filesystem::path folder_;                // whose files are handed out
-  std::vector<std::string> names_;              // of them, the next one last
-  std::vector<std::filesystem::path> pending_;  // folders, the next one last
-  std::string fault_;                           // of listing folder_
-  std::set<std::pair<dev_t, ino_t>> visited_;   // where links are followed
+  Folder folder_;                              // whose files are handed out
+  std::vector<std::string> names_;             // of them, the next one last
+  std::vector<Folder> pending_;                // the next one last
+  std::string fault_;                          // of listing folder_
+  std::set<std::pair<dev_t, ino_t>> visited_;  // where links are followed
 };
 
 }  // namespace quillmark::tool

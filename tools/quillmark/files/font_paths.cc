@@ -12,7 +12,10 @@ namespace quillmark::tool {
 
 namespace fs = std::filesystem;
 
-std::string FontPath::Shown() const { return standard_input_name ? kStandardInputName : Printable(path); }
+std::string FontPath::Shown() const {
+  if (standard_input_name) return kStandardInputName;
+  return path.empty() ? "\"\"" : Printable(path);
+}
 
 FontPaths::FontPaths(const PathSources& sources)
     : paths_(sources.paths), standard_input_name_(sources.standard_input_name), walk_options_(sources.walk) {
@@ -36,7 +39,7 @@ std::optional<FontPath> FontPaths::Found() {
   while (!Stopped()) {
     if (walk_) {
       if (std::optional<WalkedPath> found = walk_->Next()) {
-        return FontPath{std::move(found->path), false, std::move(found->fault)};
+        return FontPath{std::move(found->path), false, std::move(found->fault), found->is_sidecar};
       }
       walk_.reset();
       continue;

@@ -28,15 +28,16 @@ struct PathSources {
 
 struct FontPath {
   std::string path;
-  bool named = false;  // given on the command line or in the list, not found in a folder
-  std::string fault;   // why a folder or the list cannot be read; empty for a file
+  bool named = false;       // given on the command line or in the list, not found in a folder
+  std::string fault;        // why a folder or the list cannot be read; empty for a file
+  bool is_sidecar = false;  // found in a folder, the file whose resource fork it carries is not there
   // As in PathSources, of standard input; nothing for a file.
   std::optional<std::string> standard_input_name = std::nullopt;
 
   std::string Shown() const;  // in messages
 };
 
-// Paths are found as they are asked for, so that any number of them takes bounded memory. A named path is
+// Paths are found as they are requested, so that any number of them takes bounded memory. A named path is
 // handed out even when nothing is there. After an interrupt (interrupt.h) none is.
 class FontPaths {
  public:

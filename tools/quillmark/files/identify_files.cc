@@ -8,6 +8,7 @@
 #include "files/interrupt.h"
 #include "files/open_files.h"
 #include "reasons/reason.h"
+#include "text/printable.h"
 #include "text/terminal.h"
 
 namespace quillmark::tool {
@@ -44,11 +45,14 @@ void Count(Outcome outcome, LossCounts& counts) {
     case Outcome::kLonePrinterFont:
       ++counts.lone_printer_fonts;
       break;
+    case Outcome::kLoneFork:
+      ++counts.lone_forks;
+      break;
     case Outcome::kDanglingLink:
       ++counts.dangling_links;
       break;
     case Outcome::kFolder:
-      ++counts.linked_folders;
+      ++counts.folders;
       break;
     case Outcome::kOther:
       ++counts.other;
@@ -68,33 +72,36 @@ bool IsFault(const IdentifiedFile& file) {
 }  // namespace
 
 std::string VisitFiles(const FilesOptions& options,
-                       const std::function<void(const IdentifiedFile&, Progress&)>& visit) {
+                       const std::function<void(IdentifiedFile&, Progress&)>& visit) {
   NoteInterrupts();
   FontPaths paths(options.sources);
   const PathCount count(options.sources);
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
   bool input_cut_short = false;
-  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), [&](const IdentifiedFile& file) {
+  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, [&](IdentifiedFile file) {
+    const bool is_cut = file.source.standard_input_name && !file.array;
     visit(file, progress);
-    input_cut_short |= file.source.standard_input_name && !file.array && Interrupted() != 0;
+    input_cut_short |= is_cut && Interrupted() != 0;
     progress.Advance();
   });
   return paths.cut_short() || input_cut_short ? Stopped(progress.done(), count.total()) : "";
 }
 
 FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
-                           const std::function<void(const IdentifiedFile&)>& consume) {
+                           const std::function<void(IdentifiedFile&)>& consume) {
   const bool shares_terminal = writes_at_once && IsTerminal(STDOUT_FILENO);
   FilesOutcome outcome;
-  outcome.stopped = VisitFiles(options, [&](const IdentifiedFile& file, Progress& progress) {
+  outcome.stopped = VisitFiles(options, [&](IdentifiedFile& file, Progress& progress) {
+    const Explanation& found = file.explanation;
+    const bool is_told = IsFault(file) || (options.why && !found.reason.empty());
+    const std::string line = is_told ? LineOf(file) : "";
     if (file.array) {
       if (shares_terminal) progress.Clear();
       consume(file);
     }
-    const Explanation& found = file.explanation;
-    if (IsFault(file) || (options.why && !found.reason.empty())) {
+    if (is_told) {
       progress.Clear();
-      std::cerr << file.source.Shown() + ": " + Told(file.faces.size(), found) + '\n';
+      std::cerr << line + '\n';
     }
     if (IsFault(file)) {
       outcome.complete = false;
@@ -103,6 +110,12 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
     }
   });
   return outcome;
+}
+
+std::string LineOf(const IdentifiedFile& file) {
+  const bool is_linked_folder = file.explanation.outcome == Outcome::kFolder && !file.source.named;
+  return file.source.Shown() + ": " + Told(file.faces.size(), file.explanation) +
+         (is_linked_folder ? " (--follow enters it)" : "");
 }
 
 std::string FacesInFiles(std::size_t faces, std::size_t files) {
@@ -117,13 +130,21 @@ std::string Losses(const LossCounts& counts, const FilesOptions& options) {
   add(counts.damaged, Grouped(counts.damaged) + " damaged");
   add(counts.incomplete, Grouped(counts.incomplete) + " incomplete");
   add(counts.lone_printer_fonts, Grouped(counts.lone_printer_fonts) + " Type 1 without a family file");
+  add(counts.lone_forks, Counted(counts.lone_forks, "resource fork") + " without " +
+                             (counts.lone_forks == 1 ? "its" : "their") + " file");
   add(counts.dangling_links, Counted(counts.dangling_links, "dangling link"));
-  add(counts.linked_folders, Counted(counts.linked_folders, "linked folder") + " not entered (--follow)");
+  const PathSources& sources = options.sources;
+  add(counts.folders, sources.walk.recurse
+                          ? Counted(counts.folders, "linked folder") + " not entered (--follow)"
+                          : Counted(counts.folders, "folder") + " not entered (--no-recurse)");
   add(counts.other, Counted(counts.other, "other file") + " passed over");
-  const bool may_be_fonts =
-      counts.damaged + counts.incomplete + counts.lone_printer_fonts + counts.dangling_links > 0;
-  if (may_be_fonts && !options.why) text += "; quillmark why FOLDER says more";
-  return text;
+  const bool may_be_fonts = counts.damaged + counts.incomplete + counts.lone_printer_fonts +
+                                counts.lone_forks + counts.dangling_links >
+                            0;
+  if (!may_be_fonts || options.why) return text;
+  const bool is_one_folder = sources.paths.size() == 1 && sources.list.empty();
+  const std::string folder = is_one_folder ? ShellWord(sources.paths.front()).value_or("FOLDER") : "FOLDER";
+  return text + "; quillmark why " + folder + " says more";
 }
 
 }  // namespace quillmark::tool

@@ -20,6 +20,7 @@ struct FilesOptions {
   std::string progress = "auto";  // or always, never
   bool quiet = false;
   bool why = false;  // report every file that gives no face, or fewer than it lists
+  FaceNeeds needs = kEveryNeed;
 };
 
 // Files of folders that gave no face, or fewer than they list, and are no faults of the run.
@@ -27,8 +28,9 @@ struct LossCounts {
   std::size_t damaged = 0;
   std::size_t incomplete = 0;
   std::size_t lone_printer_fonts = 0;
+  std::size_t lone_forks = 0;
   std::size_t dangling_links = 0;
-  std::size_t linked_folders = 0;
+  std::size_t folders = 0;  // not entered
   std::size_t other = 0;
 };
 
@@ -41,17 +43,20 @@ struct FilesOutcome {
 // Calls `visit` with each path, in order. It takes the progress off the terminal before it writes there.
 // Gives FilesOutcome::stopped.
 std::string VisitFiles(const FilesOptions& options,
-                       const std::function<void(const IdentifiedFile&, Progress&)>& visit);
+                       const std::function<void(IdentifiedFile&, Progress&)>& visit);
 
-// Calls `consume` with each file that gave faces, in the order of the paths. When it writes to standard
-// output at once, the progress is taken off a terminal before.
+// Calls `consume`, which may take the faces, with each file that gave some, in the order of the paths. When
+// it writes to standard output at once, the progress is taken off a terminal before.
 FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
-                           const std::function<void(const IdentifiedFile&)>& consume);
+                           const std::function<void(IdentifiedFile&)>& consume);
+
+// What a line says of a file that gives no face, or fewer than it lists.
+std::string LineOf(const IdentifiedFile& file);
 
 // "1 face in 1 file"
 std::string FacesInFiles(std::size_t faces, std::size_t files);
 
-// "; 4 damaged, 2 other files passed over", and what tells more of lost fonts; nothing for none.
+// "; 4 damaged, 2 other files passed over", and how to learn more of lost fonts; nothing for none.
 std::string Losses(const LossCounts& counts, const FilesOptions& options);
 
 }  // namespace quillmark::tool

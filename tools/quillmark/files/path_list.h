@@ -1,5 +1,5 @@
-// PathList: paths from a file or from standard input, one on each line or separated by NUL, read when they
-// are asked for.
+// PathList: paths from a file or from standard input, one on each line or separated by NUL, read on
+// request.
 #ifndef QUILLMARK_TOOL_FILES_PATH_LIST_H_
 #define QUILLMARK_TOOL_FILES_PATH_LIST_H_
 
@@ -18,7 +18,7 @@ class PathList {
   PathList(const PathList&) = delete;
   PathList& operator=(const PathList&) = delete;
 
-  // The next path that is not empty; nothing at the end, or when `fault` tells why no more can be read.
+  // The next path that is not empty; nothing at the end, or when `fault` says why no more can be read.
   std::optional<std::string> Next();
   const std::string& fault() const { return fault_; }
 

@@ -14,7 +14,7 @@ class Progress {
  public:
   using Total = std::function<std::optional<std::size_t>()>;
 
-  // `total` tells how many files there are in all, once that is known.
+  // `total` gives the number of files in all, once that is known.
   Progress(bool shown, Total total);
   ~Progress() { Clear(); }
   Progress(const Progress&) = delete;

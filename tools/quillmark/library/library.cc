@@ -100,7 +100,7 @@ void Library::TellDataApart() {
   // When several sizes are known for one name and checksum, they distinguish the data; otherwise faces of
   // unknown size, which those of resources and collections are, count as the same data.
   using NameAndChecksum = std::pair<std::string_view, std::uint32_t>;
-  std::map<NameAndChecksum, std::set<std::uint64_t>> sizes;  // ordered: no names make it slow
+  std::map<NameAndChecksum, std::set<std::uint64_t>> sizes;
   for (const LibraryFile& file : files_) {
     for (const LibraryFace& face : file.faces) {
       std::set<std::uint64_t>& known = sizes[{face.post_script_name, face.checksum}];

@@ -16,7 +16,7 @@ struct LibraryFace {
   std::size_t file = 0;     // index of Library::files()
   std::uint32_t index = 0;  // in its file
   std::string post_script_name, kind, version, foundry;
-  std::int32_t fond_id = -1, style = 0;  // of a face of a FOND; -1 without one
+  std::int32_t fond_id = -1, style = 0;  // fond_id: -1 without a FOND; style then as in QM_FontSpecifier
   std::uint32_t checksum = 0;
   std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
   // Equal for faces with the same name and data; kUnknownData without a checksum.

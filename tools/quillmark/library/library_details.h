@@ -1,5 +1,5 @@
 // LibraryDetails: what the lists of `quillmark same` show of a face besides what they compare: the size of
-// its file, and whether the font is variable. Read from a file when one of its faces is first asked for,
+// its file, and whether the font is variable. Read from a file when one of its faces is first needed,
 // since few faces of a library appear in lists. Tests: tests/cli/same_test.py.
 #ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_

@@ -10,9 +10,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-class JsonWriter {
+class LibraryJsonWriter {
  public:
-  JsonWriter(std::ostream& out, const Library& library, LibraryDetails& details)
+  LibraryJsonWriter(std::ostream& out, const Library& library, LibraryDetails& details)
       : out_(out), library_(library), details_(details) {}
 
   void Write(const LibraryLists& lists) {
@@ -87,7 +87,7 @@ Json FaceObject(const Library& library, LibraryDetails& details, const LibraryFa
 void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
                       const LibraryLists& lists) {
   out << "{\n";
-  JsonWriter(out, library, details).Write(lists);
+  LibraryJsonWriter(out, library, details).Write(lists);
   const LibraryCounts counts = library.Count();
   const Json summary = {{"files", library.files().size()},
                         {"faces", counts.faces},

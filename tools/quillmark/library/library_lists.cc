@@ -16,7 +16,7 @@ namespace quillmark::tool {
 namespace {
 
 // Parts faces by a key, in the order in which the keys first occur. Those for which `key_of` gives none are
-// left out. Ordered: no names make it slow.
+// left out.
 template <typename KeyOf>
 std::vector<Faces> PartBy(const Faces& faces, KeyOf key_of) {
   std::map<typename std::invoke_result_t<KeyOf, const LibraryFace&>::value_type, std::size_t> numbers;

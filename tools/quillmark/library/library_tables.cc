@@ -35,9 +35,9 @@ struct TableGroup {
   Cells paths;  // of the rows
 };
 
-class TableWriter {
+class LibraryTableWriter {
  public:
-  TableWriter(std::ostream& out, const Library& library, LibraryDetails& details)
+  LibraryTableWriter(std::ostream& out, const Library& library, LibraryDetails& details)
       : out_(out), library_(library), details_(details), look_(OutputLook()) {}
 
   void Write(const std::string& name, const std::string& meaning,
@@ -164,7 +164,7 @@ class TableWriter {
 
 void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
                         const LibraryLists& lists) {
-  TableWriter writer(out, library, details);
+  LibraryTableWriter writer(out, library, details);
   writer.Write("Conflicts", "one PostScript name, different data", lists.conflicts,
                {kChecksum, kVersion, kKind, kFoundry, kFace, kSize});
   writer.Write("Formats", "one font in several formats", lists.formats,

@@ -20,7 +20,7 @@ class TableWriter : public FaceWriter {
  public:
   TableWriter(std::ostream& out, Fields fields, bool wide)
       : out_(out), table_(std::move(fields)), wide_(wide) {}
-  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+  void Add(std::vector<Face> faces, FontArray) override {
     for (const Face& face : faces) table_.Add(face);
   }
   void Finish() override {
@@ -39,7 +39,7 @@ class TableWriter : public FaceWriter {
 class JsonWriter : public FaceWriter {
  public:
   JsonWriter(std::ostream& out, Fields fields) : json_(out), fields_(std::move(fields)) {}
-  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+  void Add(std::vector<Face> faces, FontArray) override {
     for (const Face& face : faces) json_.Add(JsonObject(face, fields_));
   }
   void Finish() override { json_.Finish(); }
@@ -56,7 +56,7 @@ class LineWriter : public FaceWriter {
   using Line = std::string (*)(const Face&, const Fields&);
   LineWriter(std::ostream& out, std::string header, Line line, Fields fields)
       : out_(out), lines_(std::move(header)), line_(line), fields_(std::move(fields)) {}
-  void Add(const std::vector<Face>& faces, const QM_FontArray&) override {
+  void Add(std::vector<Face> faces, FontArray) override {
     std::string lines;
     for (const Face& face : faces) lines += line_(face, fields_);
     Finish();
@@ -79,9 +79,13 @@ class ArrayWriter : public FaceWriter {
  public:
   using Form = std::string (*)(const QM_FontArray&);
   ArrayWriter(std::ostream& out, Form form) : out_(out), form_(form) {}
-  void Add(const std::vector<Face>&, const QM_FontArray& array) override { Join(*whole_, array); }
+  void Add(std::vector<Face> faces, FontArray array) override {
+    std::vector<Face>().swap(faces);
+    Join(whole_, std::move(array));
+  }
   void Finish() override { out_ << form_(*whole_); }
   bool WritesAtOnce() const override { return false; }
+  bool WritesArray() const override { return true; }
 
  private:
   std::ostream& out_;
@@ -109,6 +113,8 @@ Fields Every() {
 }  // namespace
 
 const std::vector<std::string> kFormats = {"table", "json", "jsonl", "tsv", "xml", "plist"};
+
+FaceNeeds NeedsOf(const OutputForm& form) { return form.fields.empty() ? kEveryNeed : NeedsOf(Chosen(form)); }
 
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out) {
   Fields fields = Chosen(form);

@@ -25,10 +25,16 @@ struct OutputForm {
 class FaceWriter {
  public:
   virtual ~FaceWriter() = default;
-  virtual void Add(const std::vector<Face>& faces, const QM_FontArray& array) = 0;
+  // The faces of a file, in both their shapes: what the form does not hold is freed.
+  virtual void Add(std::vector<Face> faces, FontArray array) = 0;
   virtual void Finish() = 0;
   virtual bool WritesAtOnce() const = 0;
+  // Which of the two the form is written from; the other one may be empty.
+  virtual bool WritesArray() const { return false; }
 };
+
+// What the faces must know that are written in this form.
+FaceNeeds NeedsOf(const OutputForm& form);
 
 // Throws CLI::ValidationError for fields of a form whose content is fixed. The names are those of fields.
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out);

@@ -1,6 +1,7 @@
 #include "output/sorted_writer.h"
 
 #include <algorithm>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <numeric>
 #include <string>
@@ -29,24 +30,35 @@ class SortedWriter : public FaceWriter {
   SortedWriter(std::unique_ptr<FaceWriter> writer, const Field& field)
       : writer_(std::move(writer)), field_(field) {}
 
-  void Add(const std::vector<Face>& faces, const QM_FontArray& array) override {
-    faces_.insert(faces_.end(), faces.begin(), faces.end());
-    Join(*array_, array);
+  void Add(std::vector<Face> faces, FontArray array) override {
+    for (const Face& face : faces) keys_.push_back(field_.value(face));
+    if (writer_->WritesArray()) {
+      std::vector<Face>().swap(faces);
+      Join(array_, std::move(array));
+    } else if (faces_.empty()) {
+      faces_ = std::move(faces);  // no second copy of a file's faces
+    } else {
+      std::move(faces.begin(), faces.end(), std::back_inserter(faces_));
+    }
   }
 
   void Finish() override {
-    std::vector<Json> keys;
-    for (const Face& face : faces_) keys.push_back(field_.value(face));
-    std::vector<std::size_t> order(faces_.size());
+    std::vector<std::size_t> order(keys_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     const bool are_versions = std::string_view(field_.name) == "version";
     std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return Before(keys[a], keys[b], are_versions); });
+                     [&](std::size_t a, std::size_t b) { return Before(keys_[a], keys_[b], are_versions); });
     for (const std::size_t place : order) {
-      const FontArray one = EmptyArray();
-      one->push_back(array_->view(place));
-      writer_->Add({std::move(faces_[place])}, *one);
+      std::vector<Face> face;
+      FontArray one = EmptyArray();
+      if (writer_->WritesArray()) {
+        one->push_back(array_->view(place));
+      } else {
+        face.push_back(std::move(faces_[place]));
+      }
+      writer_->Add(std::move(face), std::move(one));
     }
+    array_.reset();
     writer_->Finish();
   }
 
@@ -55,8 +67,9 @@ class SortedWriter : public FaceWriter {
  private:
   const std::unique_ptr<FaceWriter> writer_;
   const Field& field_;
-  std::vector<Face> faces_;
-  FontArray array_ = EmptyArray();  // the same faces
+  std::vector<Json> keys_;
+  std::vector<Face> faces_;         // empty where the writer takes the array
+  FontArray array_ = EmptyArray();  // empty where it takes faces
 };
 
 }  // namespace

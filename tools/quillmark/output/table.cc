@@ -1,7 +1,10 @@
 #include "output/table.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <numeric>
+#include <set>
 #include <utility>
 
 #include "text/display_width.h"
@@ -47,6 +50,7 @@ struct Table::Layout {
   bool has_headings = false;
   std::vector<std::size_t> shown;   // columns, in their order
   std::vector<std::size_t> widths;  // of these
+  std::set<std::string> ambiguous;  // what different names would be cut to, which are shown whole
 
   std::size_t indent() const { return place == kInFolder || has_headings ? kHeadingIndent : 0; }
   std::size_t Total() const {
@@ -85,15 +89,15 @@ std::size_t Table::FolderLines() const {
   return lines;
 }
 
-// What a column has at least when it is shown, unless all shown ones have to be narrowed.
-std::size_t Table::FirstWidth(std::size_t column, const Layout& layout) const {
+// The width of a column before spare room is given out or all are narrowed.
+std::size_t Table::InitialWidth(std::size_t column, const Layout& layout) const {
   const std::size_t title = DisplayWidth(columns_[column].title);
   const std::size_t natural = std::max(widest_[column], title);
   if (layout.room == 0) return std::min(natural, std::max(title, kMostPadding));
   const bool is_last = column + 1 == columns_.size();
   if (!columns_[column].is_path) {
     // The column that is always there gets the most; one long text must not keep others away.
-    const std::size_t share = columns_[column].rank == 0 ? layout.room * 2 / 9 : layout.room / 6;
+    const std::size_t share = columns_[column].rank == 0 ? layout.room * 3 / 10 : layout.room / 6;
     return std::min(natural, std::max(title, share));
   }
   if (!is_last) return std::min(natural, layout.room / 2);
@@ -113,7 +117,7 @@ void Table::ChooseColumns(Layout& layout, int rank) const {
   for (const std::size_t column : by_rank) {
     if (IsLeftOut(column) || columns_[column].rank > last_rank) continue;
     layout.shown.push_back(column);
-    layout.widths.push_back(FirstWidth(column, layout));
+    layout.widths.push_back(InitialWidth(column, layout));
     if (columns_[column].rank > 0 && layout.room > 0 && layout.Total() > layout.room) {
       layout.shown.pop_back();
       layout.widths.pop_back();
@@ -122,7 +126,7 @@ void Table::ChooseColumns(Layout& layout, int rank) const {
   }
   std::sort(layout.shown.begin(), layout.shown.end());
   for (std::size_t i = 0; i < layout.shown.size(); ++i) {
-    layout.widths[i] = FirstWidth(layout.shown[i], layout);
+    layout.widths[i] = InitialWidth(layout.shown[i], layout);
   }
   if (layout.room == 0) return;
   for (std::size_t i = 0; i < layout.shown.size(); ++i) {
@@ -151,18 +155,36 @@ Table::Layout Table::Choose(std::size_t room, bool by_folder, int rank) const {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
       if (columns_[i].rank > rank || IsLeftOut(i)) continue;
       const std::size_t natural = std::max(widest_[i], DisplayWidth(columns_[i].title));
-      wanted.widths.push_back(columns_[i].is_path ? FirstWidth(i, layout) : std::min(natural, room * 3 / 10));
+      wanted.widths.push_back(columns_[i].is_path ? InitialWidth(i, layout)
+                                                  : std::min(natural, room * 3 / 10));
     }
     if (wanted.Total() > room) {
       layout.place = by_folder && 2 * FolderLines() <= rows_.size() ? Layout::kInFolder : Layout::kBelow;
     }
   }
   ChooseColumns(layout, rank);
+  for (std::size_t i = 0; room > 0 && i < layout.shown.size(); ++i) {
+    const std::size_t column = layout.shown[i];
+    const bool holds_names = !columns_[column].is_path && (column == 0 || columns_[column].rank == 0);
+    if (holds_names && widest_[column] > layout.widths[i]) FindAmbiguous(layout, i);
+  }
   return layout;
 }
 
+void Table::FindAmbiguous(Layout& layout, std::size_t shown) const {
+  std::map<std::string, std::size_t> hashes;  // of the first name that is cut so
+  for (const std::string& row : rows_) {
+    const std::string name = CellsOf(row)[layout.shown[shown]];
+    std::string cut = FitMiddle(name, layout.widths[shown]);
+    if (cut == name) continue;
+    const std::size_t hash = std::hash<std::string>()(name);
+    const auto [first, is_new] = hashes.emplace(std::move(cut), hash);
+    if (!is_new && first->second != hash) layout.ambiguous.insert(first->first);
+  }
+}
+
 std::string Table::Line(const Layout& layout, const Cells& cells) const {
-  const auto trim = [](std::string& line) { line.erase(line.find_last_not_of(' ') + 1); };
+  const auto trim = [](std::string& line) { line.erase(line.find_last_not_of(" \n") + 1); };
   std::string line(layout.indent(), ' ');
   std::size_t next = layout.indent();  // where the next column begins
   for (std::size_t i = 0; i < layout.shown.size(); ++i) {
@@ -178,7 +200,8 @@ std::string Table::Line(const Layout& layout, const Cells& cells) const {
         line += '\n' + std::string(kPathIndent, ' ');
       }
     } else if (!column.is_path && layout.room > 0) {
-      cell = FitMiddle(cell, layout.widths[i]);
+      std::string cut = FitMiddle(cell, layout.widths[i]);
+      if (!layout.ambiguous.contains(cut)) cell = std::move(cut);
     }
     line += cell;
     if (is_last) {

@@ -1,5 +1,5 @@
-// Table: rows for people, in columns that fit the terminal. A path is never cut, so that no two files look
-// equal.
+// Table: rows for people, in columns that fit the terminal. A path is never cut, nor a name that would look
+// like another one.
 #ifndef QUILLMARK_TOOL_OUTPUT_TABLE_H_
 #define QUILLMARK_TOOL_OUTPUT_TABLE_H_
 
@@ -34,10 +34,10 @@ class Table {
   bool empty() const { return rows_.empty(); }
   void LeaveOut(std::size_t column) { widest_[column] = 0; }
 
-  // On a terminal columns are left out as their ranks tell, and texts but for paths are cut in the middle.
-  // Elsewhere nothing is cut, and no cell is padded to a much longer one. Paths of a last column that do not
-  // fit beside the columns up to `rank` come on lines of their own: each below its row, or, for `by_folder`
-  // where that is shorter, each folder above the rows of its files.
+  // On a terminal: columns drop out by rank, texts are shortened in the middle unless that made two names of
+  // the first column, or of one of rank 0, look equal, paths never. If the paths of a last column do not fit
+  // beside the columns of rank <= `rank`, each goes below its row, or, for `by_folder` where that is shorter,
+  // folders become headings. Elsewhere nothing is cut, and no cell is padded to a much longer one.
   void Write(std::ostream& out, TerminalLook look, bool by_folder = false, int rank = kAnyRank) const;
 
  private:
@@ -47,7 +47,8 @@ class Table {
 
   Layout Choose(std::size_t room, bool by_folder, int rank) const;
   void ChooseColumns(Layout& layout, int rank) const;
-  std::size_t FirstWidth(std::size_t column, const Layout& layout) const;
+  void FindAmbiguous(Layout& layout, std::size_t shown) const;
+  std::size_t InitialWidth(std::size_t column, const Layout& layout) const;
   std::size_t FolderLines() const;
   bool IsLeftOut(std::size_t column) const { return columns_[column].rank > 0 && widest_[column] == 0; }
   std::string Line(const Layout& layout, const Cells& cells) const;

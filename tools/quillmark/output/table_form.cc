@@ -12,11 +12,12 @@ struct UsualColumn {
 
 // In the order of the table's columns.
 constexpr UsualColumn kUsual[] = {
-    {"postScriptName", 0}, {"family", 6},       {"styles", 5}, {"version", 2},  {"foundry", 3},
-    {"checksum", 4},       {"class", 7},        {"kind", 8},   {"platform", 9}, {"fondID", 10},
+    {"postScriptName", 0}, {"family", 6},       {"styles", 5}, {"version", 2},  {"foundry", 4},
+    {"checksum", 3},       {"class", 7},        {"kind", 8},   {"platform", 9}, {"fondID", 10},
     {"style", 11},         {"printerFont", 12}, {"face", 1},   {"path", 0},
 };
-constexpr int kAlwaysWanted = 4;  // rank up to which columns are worth lines for folders
+// Paths move to lines of their own rather than drop a column up to this rank.
+constexpr int kLastRankBesidePath = 4;
 constexpr std::string_view kFace = "face";
 
 std::vector<const Field*> UsualFields() {
@@ -65,7 +66,7 @@ void FaceTable::Write(std::ostream& out, TerminalLook look) {
   for (std::size_t i = 0; are_usual_ && !has_several_ && i < fields_.size(); ++i) {
     if (fields_[i]->name == kFace) table_.LeaveOut(i);
   }
-  table_.Write(out, look, are_usual_, kAlwaysWanted);
+  table_.Write(out, look, are_usual_, kLastRankBesidePath);
 }
 
 }  // namespace quillmark::tool

@@ -10,7 +10,7 @@
 
 namespace quillmark::tool {
 
-// Bytes as they are, but for tab, line feed, carriage return and backslash, which become \t, \n, \r and \\.
+// Bytes as they are, except tab, line feed, carriage return and backslash, which become \t, \n, \r and \\.
 std::string TsvText(const std::string& text);
 
 // Line end included.

@@ -4,6 +4,8 @@
 #include <filesystem>
 
 #include "platform/files/apple_double.h"
+#include "platform/resource_manager/resource_map.h"
+#include "resources/resource_access.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -11,8 +13,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The file that a sidecar's own path says it belongs to: without "._", outside .AppleDouble and __MACOSX.
-fs::path OwnerOf(const fs::path& sidecar) {
+bool HoldsFonts(const ResourceMap& map) {
+  return map.CountResources(kFond) + map.CountResources(kSfnt) + map.CountResources(kPost) > 0;
+}
+
+}  // namespace
+
+fs::path OwnerOfSidecar(const fs::path& sidecar) {
   std::string name = sidecar.filename().native();
   if (name.starts_with("._")) name.erase(0, 2);
   fs::path folder;
@@ -21,8 +28,6 @@ fs::path OwnerOf(const fs::path& sidecar) {
   }
   return folder / name;
 }
-
-}  // namespace
 
 std::string NoForkAnywhere(const std::string& path) {
   const fs::path file(path);
@@ -45,7 +50,7 @@ std::optional<std::string> WhySidecar(FontFile& file) {
   if (!data || data->ReadAt(0, magic) < magic.size() || U32At(magic, 0) != kAppleDoubleMagic) {
     return std::nullopt;
   }
-  const std::string owner = OwnerOf(file.path()).native();
+  const std::string owner = OwnerOfSidecar(file.path()).native();
   const auto fork = FindAppleDoubleEntry(*data, kAppleDoubleResourceFork);
   if (!fork || fork->length == 0) {
     return "an AppleDouble sidecar of " + Printable(owner) + ", without a resource fork in it";
@@ -56,6 +61,17 @@ std::optional<std::string> WhySidecar(FontFile& file) {
   if (IsRegularFile(owner)) return reason + ": give " + Printable(owner) + " instead";
   return reason + ": " + Printable(owner) +
          " is not there; an empty file of that name is enough to have the fork read";
+}
+
+// Copying to other disks leaves sidecars with forks that hold no resource.
+Explanation ExplainLoneSidecar(FontFile& file) {
+  const auto data = file.DataFork();
+  const auto entry = data ? FindAppleDoubleEntry(*data, kAppleDoubleResourceFork) : std::nullopt;
+  const auto fork = entry && entry->length > 0 ? data->Part(entry->start, entry->length) : std::nullopt;
+  if (!fork) return {};
+  const auto map = ResourceMap::Open(*fork, file.budget());
+  if (map && !HoldsFonts(*map)) return {};
+  return {Outcome::kLoneFork, WhySidecar(file).value_or("")};
 }
 
 }  // namespace quillmark::tool

@@ -3,10 +3,12 @@
 #ifndef QUILLMARK_TOOL_REASONS_FORK_PLACES_H_
 #define QUILLMARK_TOOL_REASONS_FORK_PLACES_H_
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
 #include "platform/files/font_file.h"
+#include "reasons/outcome.h"
 
 namespace quillmark::tool {
 
@@ -15,6 +17,13 @@ std::string NoForkAnywhere(const std::string& path);
 
 // For an AppleDouble file: which file's resource fork it carries; nothing for any other file.
 std::optional<std::string> WhySidecar(FontFile& file);
+
+// The file that a sidecar's own path says it belongs to: without "._", outside .AppleDouble and __MACOSX.
+std::filesystem::path OwnerOfSidecar(const std::filesystem::path& sidecar);
+
+// Of a sidecar whose file is not there. Nothing is told of one that holds no font, nor of what is no sidecar
+// but for its name.
+Explanation ExplainLoneSidecar(FontFile& file);
 
 }  // namespace quillmark::tool
 

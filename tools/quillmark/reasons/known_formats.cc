@@ -16,7 +16,7 @@ constexpr std::string_view kGzipMagic = "\x1F\x8B"sv;
 constexpr std::string_view kConvertWebFont = "convert it to TrueType or OpenType";
 constexpr std::string_view kBitmapsOnly =
     "it holds bitmaps, and only outline fonts and Macintosh suitcases are read";
-constexpr std::string_view kMetricsOnly = "it holds measures only; give the font that it belongs to";
+constexpr std::string_view kMetricsOnly = "it holds metrics only; give the font that it belongs to";
 constexpr std::string_view kUnpack = "unpack it and give what is inside";
 constexpr std::string_view kUnpackForks =
     "unpack it with a program that keeps resource forks, and give what is inside";

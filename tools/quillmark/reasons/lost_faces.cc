@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kMostReasons = 3;
 constexpr std::size_t kMostNumbers = 12;
-constexpr std::size_t kMostStylesTold = 3;
+constexpr std::size_t kMostStylesNamed = 3;
 constexpr std::size_t kMostTypesNamed = 8;
 
 std::string Numbers(const std::vector<std::uint32_t>& faces) {
@@ -75,7 +75,7 @@ Explanation LostCollectionFaces(const CreationResult& result) {
   for (const FaceFault& fault : result.faults) {
     const auto* cut = std::get_if<CollectionFault>(&fault.why);
     const bool is_rest = cut != nullptr && cut->kind == CollectionFault::kCutList;
-    // The list of faces ends at this one, so all behind it are lost, too; real collections have fewer than
+    // The list of faces ends at this one, so all after it are lost, too; real collections have fewer than
     // the limit.
     const std::uint64_t end =
         is_rest ? std::min<std::uint64_t>(result.claimed_faces, fault.face + CreationResult::kMostFaults)
@@ -85,8 +85,7 @@ Explanation LostCollectionFaces(const CreationResult& result) {
     }
   }
   std::string text = reasons.Text();
-  const bool is_complete = result.faults.size() < CreationResult::kMostFaults;
-  if (!is_complete) {
+  if (result.faults_dropped) {
     text += "; only the first " + std::to_string(CreationResult::kMostFaults) +
             " of them were looked at for this";
   }
@@ -98,11 +97,11 @@ Explanation LostStyles(const CreationResult& result) {
   std::size_t count = 0;
   for (const FaceFault& fault : result.faults) {
     const auto* style = std::get_if<StyleFault>(&fault.why);
-    // Bitmaps are never read, so that a style without an outline is no damage.
+    // Bitmaps are never read, so a bitmap-only style is not a loss.
     if (style == nullptr || style->kind == StyleFault::kNoPrinterName) continue;
-    if (++count <= kMostStylesTold) text += (count == 1 ? "" : "; ") + Words(*style);
+    if (++count <= kMostStylesNamed) text += (count == 1 ? "" : "; ") + Words(*style);
   }
-  if (count > kMostStylesTold) text += "; and " + std::to_string(count - kMostStylesTold) + " more styles";
+  if (count > kMostStylesNamed) text += "; and " + std::to_string(count - kMostStylesNamed) + " more styles";
   return {text.empty() ? Outcome::kFaces : Outcome::kIncomplete, text};
 }
 

@@ -12,7 +12,7 @@
 
 namespace quillmark::tool {
 
-// Reading `file` throws BudgetSpent when it names its bytes too often.
+// Reading `file` throws BudgetSpent when it takes more work than its size allows.
 struct OpenedFont {
   explicit OpenedFont(const std::string& path, const FileSystem& system = SystemFiles())
       : access(system, &budget), file(access, path) {}

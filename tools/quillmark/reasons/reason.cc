@@ -28,7 +28,7 @@
 namespace quillmark::tool {
 namespace {
 
-constexpr const char* kUnreadable = "cannot be read";  // also for a file that could be read before
+constexpr const char* kUnreadable = "cannot be read";
 
 // With its dot, as the library looks at it: empty when it is none that the library knows.
 std::string KnownExtension(const std::string& path) {
@@ -49,8 +49,8 @@ bool IsNamedAsFont(const std::string& path) {
   }
 }
 
-std::string InSpiteOfExtension(const std::string& path) {
-  return IsNamedAsFont(path) ? " in spite of its extension " + KnownExtension(path) : "";
+std::string DespiteExtension(const std::string& path) {
+  return IsNamedAsFont(path) ? " despite its extension " + KnownExtension(path) : "";
 }
 
 // For a file that holds no font: it counts as damaged only when its name promises one.
@@ -60,9 +60,16 @@ Explanation NoFont(const std::string& path, std::string reason) {
 
 // For a file that shows no fault when it is examined a second time.
 Explanation ReadOnSecondTry() {
-  return {Outcome::kUnreadable,
-          "could not be read whole: memory or open files ran short, or it changed meanwhile"};
+  return {
+      Outcome::kUnreadable,
+      "could not be read whole: memory or open files ran short, or it changed meanwhile",
+      {},
+      true,
+  };
 }
+
+// For a file that could be opened and read a moment before.
+Explanation ReadBefore() { return {Outcome::kUnreadable, kUnreadable, {}, true}; }
 
 bool IsReadAsSfnt(const std::string& path) {
   const FontExtension extension = fontTypeFromExtension(path.c_str());
@@ -89,7 +96,7 @@ std::string NameAdvice(std::string_view kind) {
 Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name,
                      PrinterFontFamilies& families) {
   if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(path, name, families);
-  const std::string whole = name + InSpiteOfExtension(path);
+  const std::string whole = name + DespiteExtension(path);
   if (format.use == FormatUse::kNoFont)
     return NoFont(path, WithAdvice(whole + ", not a font", format.advice));
   return {Outcome::kOther, WithAdvice(whole + ", which Quillmark does not read", format.advice)};
@@ -118,18 +125,18 @@ Explanation ExplainCollection(FontFile& opened, const CreationResult& result, Pr
     return {Outcome::kDamaged, "a collection of which no face can be read; " + lost.reason, lost.listed};
   }
   const auto& file = opened.Data();
-  if (!file) return {Outcome::kUnreadable, kUnreadable};
+  if (!file) return ReadBefore();
   if (file->size() == 0) return {Outcome::kDamaged, "empty"};
   if (file->size() > std::numeric_limits<std::uint32_t>::max()) {
     return {Outcome::kDamaged, "4 GiB or larger, more than a collection can be"};
   }
   const std::string status = Words(result.collection_status);
-  if (result.collection_status == kCollectionFileError) return {Outcome::kUnreadable, status};
+  if (result.collection_status == kCollectionFileError) return {Outcome::kUnreadable, status, {}, true};
   const std::vector<std::uint8_t> start = ReadStart(*file);
   if (StartsWith(start, "ttcf")) return {Outcome::kDamaged, status};
   const std::string& path = opened.path();
   if (const auto kind = SfntKind(start)) {
-    return {Outcome::kOther, std::string(*kind) + InSpiteOfExtension(path) + NameAdvice(*kind)};
+    return {Outcome::kOther, std::string(*kind) + DespiteExtension(path) + NameAdvice(*kind)};
   }
   return ExplainOtherFormat(path, {start, file->size()}, families)
       .value_or(Explanation{Outcome::kDamaged, status + ", which its extension .ttc makes Quillmark expect"});
@@ -145,7 +152,7 @@ Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, std::string_v
       return {Outcome::kDamaged, name + " that is damaged: " + Words(*fault, "the file")};
     }
   } catch (const BudgetSpent&) {
-    return {Outcome::kDamaged, name + " that is damaged: " + kRepeatsItsBytes};
+    return {Outcome::kDamaged, name + " that is damaged: " + kTakesTooMuchWork};
   }
   if (IsReadAsSfnt(opened.path())) return ReadOnSecondTry();
   const std::string extension = KnownExtension(opened.path());
@@ -159,15 +166,14 @@ bool IsText(Bytes start) {
                      [](std::uint8_t c) { return c >= 0x20 || (c >= '\t' && c <= '\r'); });
 }
 
-// Texts and other data begin with the marks of sfnt fonts, too: "true", a version 1.0. Without the name of a
-// font they are one only with as many tables as fonts have.
+// "true" and 00 01 00 00 also begin other data: unless the name is a font's, requires 1 to 255 tables.
 std::optional<std::string_view> SfntKindOf(const std::string& path, Bytes start) {
   const std::uint16_t tables = U16At(start, 4).value_or(0);
   const bool is_plausible = tables > 0 && tables <= 0xFF;
   return is_plausible || IsNamedAsFont(path) ? SfntKind(start) : std::nullopt;
 }
 
-// Whether the file begins as resource files mostly do: their data lie behind 256 bytes, the map behind the
+// Whether the file begins as resource files mostly do: their data lie after 256 bytes, the map after the
 // data.
 bool BeginsAsResourceFile(Bytes start) {
   constexpr std::uint32_t kUsualDataStart = 256;
@@ -190,7 +196,7 @@ Explanation ExplainUnknown(const std::string& path, const FileStart& start, Prin
       return {Outcome::kOther, "not read, as no file with the extension " + KnownExtension(path) + " is"};
     default:
       return NoFont(path, std::string(IsText(start.bytes) ? "a text file" : "unknown data") +
-                              InSpiteOfExtension(path) + ", not a font that Quillmark reads");
+                              DespiteExtension(path) + ", not a font that Quillmark reads");
   }
 }
 
@@ -202,10 +208,10 @@ Explanation ExplainDataFork(FontFile& opened, const RegularFile& file, const Fou
     return NoFont(path, "4 GiB or larger, more than a font can be");
   const std::vector<std::uint8_t> bytes = ReadStart(file);
   const FileStart start{bytes, file.size()};
-  if (bytes.empty()) return {Outcome::kUnreadable, kUnreadable};
+  if (bytes.empty()) return ReadBefore();
   if (StartsWith(bytes, "ttcf")) {
     return {Outcome::kOther,
-            "a TrueType collection" + InSpiteOfExtension(path) +
+            "a TrueType collection" + DespiteExtension(path) +
                 ", and collections are read by the extension .ttc only: its name must end in .ttc"};
   }
   if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(opened, file, *kind);
@@ -259,7 +265,7 @@ Explanation ExplainNoStatus(const std::string& path, int error) {
     case EACCES:
       return {Outcome::kUnreadable, "no permission to look into its folder"};
     default:
-      return {Outcome::kUnreadable, std::strerror(error)};
+      return {Outcome::kUnreadable, std::strerror(error), {}, IsShortage(error)};
   }
 }
 
@@ -276,9 +282,11 @@ std::optional<Explanation> ExplainPath(const std::string& path) {
   if (!S_ISREG(info.st_mode)) return Explanation{Outcome::kOther, "a device, not a file"};
   const int error = TryToRead(path);
   if (error == 0) return std::nullopt;
-  return Explanation{Outcome::kUnreadable, error == EACCES
-                                               ? "no permission to read it"
-                                               : std::string(kUnreadable) + ": " + std::strerror(error)};
+  return Explanation{
+      Outcome::kUnreadable,
+      error == EACCES ? "no permission to read it" : std::string(kUnreadable) + ": " + std::strerror(error),
+      {},
+      IsShortage(error)};
 }
 
 // Of a file that gave no face.
@@ -304,7 +312,7 @@ Explanation ExplainWithoutFaces(FontFile& file, const CreationResult& result, Pr
         "its path is too long: only " + std::to_string(kLongestFontPath) + " bytes of a path are looked at"};
   }
   const auto& data = file.Data();
-  if (!data) return {Outcome::kUnreadable, kUnreadable};
+  if (!data) return ReadBefore();
   return data->size() == 0 ? ExplainEmptyDataFork(file, found)
                            : ExplainDataFork(file, *data, found, families);
 }
@@ -321,14 +329,16 @@ Explanation Explain(const std::string& path, const CreationResult& result, Print
   const bool is_collection = fontTypeFromExtension(path.c_str()) == kExtensionTtc;
   const bool has_faces = result.faces.size() > 0;
   if (result.budget_spent) {
-    return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, kRepeatsItsBytes};
+    const std::optional<std::uint32_t> listed =
+        is_collection && result.claimed_faces > 0 ? std::optional(result.claimed_faces) : std::nullopt;
+    return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, kTakesTooMuchWork, listed};
   }
   if (!has_faces) {
     OpenedFont opened(path);
     try {
       return ExplainWithoutFaces(opened.file, result, families);
     } catch (const BudgetSpent&) {
-      return {Outcome::kDamaged, kRepeatsItsBytes};
+      return {Outcome::kDamaged, kTakesTooMuchWork};
     }
   }
   if (!is_collection) return LostStyles(result);

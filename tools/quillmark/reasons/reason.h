@@ -1,6 +1,6 @@
 // Why a file gave no face, or fewer than it lists: of what kind the fault is, and a sentence that a person
-// can act on. A reason names what kept the library from reading a face. Of files that are no collections only
-// beginnings and tables are read. Tests: tests/cli/why_test.py, tests/cli/losses_test.py.
+// can act on. A reason names what kept the library from reading a face. Reads only the first bytes and the
+// tables, except of collections. Tests: tests/cli/why_test.py, tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_REASON_H_
 #define QUILLMARK_TOOL_REASONS_REASON_H_
 
@@ -15,15 +15,15 @@ namespace quillmark::tool {
 
 class PrinterFontFamilies;
 
-// The reason of a file that spends its budget.
-inline constexpr const char* kRepeatsItsBytes =
-    "it names the same bytes so often, as no real font does, that the rest was not looked at";
+// The reason of a file that spends its budget, whatever it was spent on.
+inline constexpr const char* kTakesTooMuchWork =
+    "reading it takes more work than any real font of its size, so that the rest was not looked at";
 
 // What became of `path`, for which creation gave `result`. `families` caches the printer fonts of folders for
 // many files.
 Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families);
 
-// The explanation as printed behind the path: "gives 3 of the 4 faces it lists; face 3: ...".
+// The explanation as printed after the path: "gives 3 of the 4 faces it lists; face 3: ...".
 std::string Told(std::size_t faces, const Explanation& explanation);
 
 // Why `path` is no regular file that can be read; nothing when it is one.

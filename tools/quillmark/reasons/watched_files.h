@@ -1,5 +1,5 @@
 // WatchedFiles: the machine's file system, which records the first file that exists and cannot be opened or
-// read: a result made without it would look like that of the whole font. For one file at a time, on one
+// read: without this, a result that lacks the file would look complete. For one file at a time, on one
 // thread. Tests: tests/cli/losses_test.py.
 #ifndef QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_
 #define QUILLMARK_TOOL_REASONS_WATCHED_FILES_H_

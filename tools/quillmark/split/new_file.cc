@@ -34,11 +34,19 @@ bool TakeName(TemporaryFile& file, const std::string& path) {
 
 std::optional<std::string> WriteNewFile(const std::string& path, Bytes bytes) {
   TemporaryFile file(std::filesystem::path(path).parent_path());
-  if (file.is_open() && TakeUsualPermissions(file) && file.Write(bytes) && file.Sync() &&
-      TakeName(file, path)) {
+  if (file.is_open() && TakeUsualPermissions(file) && file.Write(bytes) && TakeName(file, path)) {
     return std::nullopt;
   }
   return std::strerror(errno);
+}
+
+std::optional<std::string> SyncFiles(const std::string& folder) {
+  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return std::strerror(errno);
+  const int error = ::syncfs(descriptor) == 0 ? 0 : errno;
+  ::close(descriptor);
+  if (error == 0) return std::nullopt;
+  return std::strerror(error);
 }
 
 }  // namespace quillmark::tool

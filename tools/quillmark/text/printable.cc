@@ -70,6 +70,14 @@ std::string Printable(const std::string& text) {
   return shown;
 }
 
+std::optional<std::string> ShellWord(const std::string& word) {
+  constexpr std::string_view kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_/.,:@%+=-";
+  if (word.empty() || word.front() == '-' || Printable(word) != word) return std::nullopt;
+  if (word.find('\'') != std::string::npos) return std::nullopt;
+  return word.find_first_not_of(kPlain) == std::string::npos ? word : '\'' + word + '\'';
+}
+
 std::string WithoutHidden(std::string_view text) {
   std::string safe;
   ForEachCharacter(text, [&](const Character& c) { safe += IsHidden(c.code) ? "_" : c.bytes; });

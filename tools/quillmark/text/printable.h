@@ -3,6 +3,7 @@
 #ifndef QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 #define QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,10 @@ std::string Escaped(const Character& character);
 // On one line, hidden characters and bytes of no character escaped, and backslashes doubled: two texts that
 // differ in any of these stay different.
 std::string Printable(const std::string& text);
+
+// A word that a reader can copy into a shell, in quotes where it needs them. None for an empty one, one with
+// a dash in front, and one that is shown in another way than it is written.
+std::optional<std::string> ShellWord(const std::string& word);
 
 // Valid UTF-8 with "_" in place of hidden characters.
 std::string WithoutHidden(std::string_view text);
