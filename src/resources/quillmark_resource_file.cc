@@ -40,7 +40,7 @@ void RemoveAndDispose(Handle resource) {
 
 std::vector<std::int16_t> SortedIds(std::vector<std::int16_t> ids) {
   std::ranges::sort(ids);
-  ids.erase(std::ranges::unique(ids).begin(), ids.end());
+  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
   return ids;
 }
 

@@ -40,7 +40,8 @@ struct Side {
 
 // False, and a line on standard error, when the file gives no face.
 bool Load(Side& side) {
-  const WatchedFiles files, text_files;  // a text is whole whatever became of the forks beside it
+  const WatchedFiles files;
+  const WatchedFiles text_files;  // a text is whole whatever became of the forks beside it
   CreationResult result = CreateFaces(files, side.path, QM_ATTRIBUTES_ALL);
   if (result.faces.size() > 0 && !files.failure()) {
     side.array.reset(new QM_FontArray(std::move(result.faces)));

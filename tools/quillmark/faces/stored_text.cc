@@ -23,8 +23,8 @@ std::size_t Count(std::string_view text, std::string_view tag) {
 
 // Hosts store a whole document: without its end, or with a block that does not end, it was cut or damaged.
 bool IsBroken(std::string_view text, std::size_t blocks) {
-  return Count(text, "</FontData>") != blocks ||
-         (text.find("<QuillmarkData") != text.npos && text.find("</QuillmarkData>") == text.npos);
+  return Count(text, "</FontData>") != blocks || (text.find("<QuillmarkData") != std::string_view::npos &&
+                                                  text.find("</QuillmarkData>") == std::string_view::npos);
 }
 
 std::size_t CountElements(const std::string& text) {
