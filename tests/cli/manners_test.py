@@ -199,7 +199,7 @@ class MannersTest(ToolCase):
             written = self.fed(words + jobs, lambda written: " a second" in written and written.count("Made") >= 3)
             header, *lines, closing, end = screen(written)
             self.assertEqual((header, {*lines}, end), ("postScriptName", {"Made"}, ""))
-            self.assertEqual(closing, f"{len(lines)} faces in {len(lines)} files")
+            self.assertEqual(closing, f"{len(lines):,} faces in {len(lines):,} files")
 
     def test_bold_only_where_it_is_wanted(self):
         self.write("a.ttf", made_font("Made"))
