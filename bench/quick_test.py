@@ -8,8 +8,9 @@ import subprocess
 import sys
 
 ALL_ROWS = ["limit", "the same with zlib", "Quillmark, 1 thread", "Quillmark, 2 threads", "Quillmark, names",
-            "what it asks", "quillmark identify -j 1", "quillmark identify -j 2", "fc-scan", "FreeType", "fontTools"]
-OTHERS = ALL_ROWS[8:]
+            "what it asks", "quillmark identify -j 1", "quillmark identify -j 2", "quillmark identify of path", "fc-scan",
+            "FreeType", "fontTools"]
+OTHERS = ALL_ROWS[9:]
 WITHOUT_FACES = [*ALL_ROWS[:2], ALL_ROWS[5]]
 TINY_ROWS = ["limit", "yardstick", "Quillmark"]
 SIZES = 2  # of each growth row, in a quick run
@@ -52,6 +53,7 @@ def main():
     faces = {row[2] for row in found["All"] if row[0].lower().startswith("quillmark")}
     assert len(faces) == 1, f"the library and the tool found different faces: {faces}"
 
+    expect_names("One font", found["One font"][:2], ["quillmark identify", "quillmark identify of path"])
     expect_names("Tiny files", found["Tiny files"], TINY_ROWS)
     expect_names("Growth", found["Growth"], [name for name in GROWTH_ROWS for _ in range(SIZES)])
     for row in found["Growth"]:

@@ -55,13 +55,11 @@ class TableBytes {
 
 // 16-bit units up to the first zero; an odd last byte does not count.
 std::string DecodeUtf16(Bytes text) {
-  std::u16string units;
-  units.reserve(text.size() / 2);
-  ByteReader reader(text);
-  while (const auto unit = reader.U16()) {
-    if (*unit == 0) break;
-    units += static_cast<char16_t>(*unit);
+  std::u16string units(text.size() / 2, u'\0');
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    units[i] = static_cast<char16_t>(text[2 * i] << 8 | text[2 * i + 1]);
   }
+  units.resize(std::min(units.find(u'\0'), units.size()));
   return Utf16ToUtf8(units).value_or(std::string());
 }
 

@@ -42,6 +42,7 @@ std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const ch
   const std::string_view wanted(tag);
   ByteReader entries(DirectoryEntries(font));
   while (const auto entry = entries.Take(kEntrySize)) {
+    if (AsText(*entry).front() != wanted.front()) continue;  // nearly all of them
     // Tags compare as C strings do: up to the first zero byte.
     std::string_view text = AsText(*entry).substr(0, 4);
     text = text.substr(0, text.find('\0'));

@@ -30,11 +30,11 @@ std::optional<std::string_view> TakeTo(std::string_view& text, std::string_view 
   return taken;
 }
 
-// Printable ASCII without an entity, and far below any limit on names.
+// ASCII without an entity or a zero byte, and far below any limit on names.
 bool IsPlainValue(std::string_view value) {
   constexpr std::size_t kLongest = 255;
-  return value.size() <= kLongest &&
-         std::all_of(value.begin(), value.end(), [](char c) { return c >= ' ' && c <= '~' && c != '&'; });
+  return value.size() <= kLongest && IsAscii(value) && value.find('&') == std::string_view::npos &&
+         value.find('\0') == std::string_view::npos;
 }
 
 // UTF-8 that is written in one way only: no entity but that of an ampersand.

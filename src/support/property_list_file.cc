@@ -9,7 +9,10 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <string>
+#include <utility>
 
+#include "platform/core_foundation/cf_data.h"
 #include "platform/core_foundation/cf_ref.h"
 #include "platform/files/font_file.h"
 
@@ -84,16 +87,18 @@ CFDataRef NCFCreateCFDataRefFromPath(CFStringRef path) {
     Print("NCFUtils::NCFCreateCFDataRefFromPath:  error getting file length & rewinding file ");
     return nullptr;
   }
-  const std::unique_ptr<UInt8[]> bytes(new (std::nothrow) UInt8[length]);
-  if (!bytes) {
+  std::string bytes;  // the data object takes it over: a copy would double the memory of a large table
+  try {
+    bytes.resize(length);
+  } catch (const std::bad_alloc&) {
     Print("NCFUtils::NCFCreateCFDataRefFromPath:  failed to create buffer.");
     return nullptr;
   }
-  if (std::fread(bytes.get(), 1, length, file.get()) < length) {
+  if (std::fread(bytes.data(), 1, length, file.get()) < length) {
     Print("NCFUtils::NCFCreateCFDataRefFromPath: error reading file ");
     return nullptr;
   }
-  return CFDataCreate(kCFAllocatorDefault, bytes.get(), static_cast<CFIndex>(length));
+  return new CFDataObject(std::move(bytes));
 }
 
 CFPropertyListRef NCFCreateCFPropertyListFromPath(CFStringRef path, CFOptionFlags mutability) {

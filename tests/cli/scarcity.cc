@@ -3,6 +3,7 @@
 // SCARCE_BLOCK how many bytes the largest block has, SCARCE_READ how many bytes of a file can be read.
 #include <dlfcn.h>
 #include <pthread.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -37,11 +38,18 @@ extern "C" ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
   return -1;
 }
 
+// Asked each time: the first call may come before the environment is there.
+static bool IsScarce(std::size_t size) { return size > static_cast<std::size_t>(Limit("SCARCE_BLOCK")); }
+
 void* operator new(std::size_t size) {
-  static const auto largest = static_cast<std::size_t>(Limit("SCARCE_BLOCK"));
   static const auto allocate = Next<void*(std::size_t)>("_Znwm");
-  if (size > largest) throw std::bad_alloc();
+  if (IsScarce(size)) throw std::bad_alloc();
   return allocate(size);
+}
+
+extern "C" void* mmap(void* at, size_t size, int protection, int flags, int file, off_t offset) noexcept {
+  static const auto map = reinterpret_cast<decltype(&mmap)>(::dlsym(RTLD_NEXT, "mmap"));
+  return IsScarce(size) ? MAP_FAILED : map(at, size, protection, flags, file, offset);
 }
 
 void* operator new[](std::size_t size) { return operator new(size); }

@@ -73,6 +73,7 @@ TEST(Numbers, TellWhetherTheValueSurvives) {
   Check<std::int64_t>(UINT64_MAX, kCFNumberLongLongType, true, -1);
   Check<std::int32_t>(2.5, kCFNumberLongType, false, 2);
   Check<std::int32_t>(1e10, kCFNumberLongType, false, INT32_MAX);
+  Check<std::int32_t>(2147483648.0, kCFNumberLongType, false, INT32_MAX);
   Check<std::int32_t>(std::nan(""), kCFNumberLongType, false, 0);
   Check<float>(0.1, kCFNumberFloatType, false, 0.1F);
   Check<double>(INT64_MAX, kCFNumberDoubleType, false, 9223372036854775808.0);

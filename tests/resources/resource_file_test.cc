@@ -5,6 +5,8 @@
 #include <filesystem>
 
 #include "builders/apple_double_builder.h"
+#include "platform/files/extended_attributes.h"
+#include "platform/files/file_system.h"
 #include "resources/opened_suitcase.h"
 
 namespace quillmark {
@@ -83,6 +85,30 @@ TEST(ResourceFile, WritesRemovalsAtTheEndWhereverTheForkLies) {
     EXPECT_EQ(ReadFile(path), stored(fork(false).Build())) << name;
     if (name != "font") std::filesystem::remove(path);
   }
+}
+
+TEST(ResourceFile, KeepsModeAndAttributesWhenItIsWritten) {
+  const TempFolder folder;
+  const std::string font = folder.Write("font", Bitmaps({1, 2}).Build());
+  const auto attribute = [&](const std::string& name) {
+    return SystemFiles().Attribute(font, name).value_or("none");
+  };
+  const auto purge = [&](std::int16_t id) {
+    const ResourceFileHolder file(QuillmarkResourceFile::initWithFile(font, false));
+    return file.get()->purgeResource(kNfnt, id);
+  };
+  if (!WriteExtendedAttribute(font, "user.note", "kept")) GTEST_SKIP() << "no attributes in this folder";
+  std::filesystem::permissions(font, std::filesystem::perms(0640));
+  EXPECT_TRUE(purge(1));
+  EXPECT_EQ(ReadFile(font), Bitmaps({2}).Build());
+  EXPECT_EQ(attribute("user.note"), "kept");
+  EXPECT_EQ(std::filesystem::status(font).permissions(), std::filesystem::perms(0640));
+
+  const std::string fork_name = "user.com.apple.ResourceFork";
+  ASSERT_TRUE(WriteExtendedAttribute(font, fork_name, Bitmaps({3, 4}).Build()));
+  EXPECT_TRUE(purge(3));
+  EXPECT_EQ(attribute(fork_name), Bitmaps({4}).Build());
+  EXPECT_EQ(ReadFile(font), Bitmaps({2}).Build());
 }
 
 TEST(ResourceFile, ThatCannotBeWrittenWholeStaysAsItWas) {

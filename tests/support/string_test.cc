@@ -20,6 +20,7 @@ TEST(OmString, ComparesWithoutAsciiCaseWhateverStandsOnTheOtherSide) {
   EXPECT_TRUE(om != "Bol" && "Bolder" != om);
   // The other operand compares as its text does, not as its address.
   EXPECT_TRUE(om < OmString("BOOK") && om < "book" && om < std::string("BOOK") && "BLACK" < om);
+  EXPECT_TRUE(om <= "BOLD" && !(om < "BOLD"));
   EXPECT_LT(OmString::CompareNoCase("A_", "aB"), 0) << "letters compare in lower case";
   EXPECT_GT(OmString::CompareNoCase("\xC3\xA9", "z"), 0) << "bytes are unsigned";
   EXPECT_NE(OmString::CompareNoCase("\xC3\xA9", "\xC3\x89"), 0) << "only ASCII has case";

@@ -1,6 +1,9 @@
 #include "platform/files/paged_file.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -15,9 +18,18 @@ constexpr std::size_t kPageSize = std::size_t{16} * 1024;
 PagedFile::PagedFile(RegularFile file, std::size_t size)
     : file_(std::move(file)),
       size_(size),
-      memory_(std::make_unique_for_overwrite<std::uint8_t[]>(size)),
+      memory_(Map(size)),
       loaded_((size + kPageSize - 1) / kPageSize),
       missing_(loaded_.size()) {}
+
+void PagedFile::Unmap::operator()(std::uint8_t* memory) const { ::munmap(memory, size); }
+
+std::unique_ptr<std::uint8_t, PagedFile::Unmap> PagedFile::Map(std::size_t size) {
+  if (size == 0) return {nullptr, Unmap{0}};
+  void* const memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) throw std::bad_alloc();
+  return {static_cast<std::uint8_t*>(memory), Unmap{size}};
+}
 
 std::optional<Bytes> PagedFile::Range(std::size_t offset, std::size_t length) const {
   const auto range = Slice({memory_.get(), size_}, offset, length);

@@ -25,13 +25,19 @@ class PagedFile {
   std::optional<Bytes> Range(std::size_t offset, std::size_t length) const;
 
  private:
+  // Memory of its own for each file, given back whole: on the heap, the pages that files used would add up.
+  struct Unmap {
+    std::size_t size;
+    void operator()(std::uint8_t* memory) const;
+  };
+  static std::unique_ptr<std::uint8_t, Unmap> Map(std::size_t size);
   void Load(std::size_t page) const;
 
   RegularFile file_;
   std::size_t size_;
-  std::unique_ptr<std::uint8_t[]> memory_;
-  mutable std::vector<bool> loaded_;  // by page
-  mutable std::size_t missing_;       // pages
+  std::unique_ptr<std::uint8_t, Unmap> memory_;  // null for an empty file
+  mutable std::vector<bool> loaded_;             // by page
+  mutable std::size_t missing_;                  // pages
 };
 
 }  // namespace quillmark

@@ -18,9 +18,7 @@
 namespace quillmark::cf {
 namespace {
 
-void SkipBlanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-}
+void SkipBlanks(std::string_view& text) { text = WithoutLeadingBlanks(text); }
 
 // Takes one + or - from the front; true for -.
 bool TakeSign(std::string_view& text) {

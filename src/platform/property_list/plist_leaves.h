@@ -3,6 +3,7 @@
 #ifndef QUILLMARK_PLATFORM_PROPERTY_LIST_PLIST_LEAVES_H_
 #define QUILLMARK_PLATFORM_PROPERTY_LIST_PLIST_LEAVES_H_
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +12,12 @@
 
 namespace quillmark::cf {
 
-inline constexpr std::string_view kBlanks = " \t\r\n";
+// What may stand between elements. (The members of string_view that look for one of a set call a function for
+// each character.)
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+constexpr std::string_view WithoutLeadingBlanks(std::string_view text) {
+  return {std::find_if_not(text.begin(), text.end(), IsBlank), text.end()};
+}
 
 // Blanks, a sign, blanks, decimal digits or 0x and hexadecimal ones, nothing after; from -2^63 to 2^64 - 1.
 std::optional<CFNumberObject::Value> ParseInteger(std::string_view text);

@@ -132,7 +132,7 @@ bool Reader::SkipPast(std::string_view end) {
 // Passes blanks, comments, processing instructions and, outside all elements, document types.
 bool Reader::SkipToMarkup() {
   for (;;) {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+    rest_ = WithoutLeadingBlanks(rest_);
     if (rest_.starts_with("<?")) {
       rest_.remove_prefix(2);
       if (!SkipPast("?>")) return false;
@@ -159,10 +159,9 @@ std::optional<Reader::StartTag> Reader::ReadStartTag() {
   const auto content = TakeTo(">");
   if (!content) return std::nullopt;
   const bool is_empty = content->ends_with('/');
-  const std::size_t blank = content->find_first_of(kBlanks);
-  const std::string_view name = blank == std::string_view::npos
-                                    ? content->substr(0, content->size() - is_empty)
-                                    : content->substr(0, blank);
+  const auto blank = std::find_if(content->begin(), content->end(), IsBlank);
+  const std::string_view name = blank == content->end() ? content->substr(0, content->size() - is_empty)
+                                                        : std::string_view(content->begin(), blank);
   const auto known = std::find(kTagNames.begin(), kTagNames.end(), name);
   if (known == kTagNames.end()) {
     Fail("An unknown element stands");
@@ -176,7 +175,7 @@ bool Reader::ReadEndTag(Tag tag) {
   const std::string_view name = NameOf(tag);
   if (!rest_.starts_with("</") || !rest_.substr(2).starts_with(name)) return Fail("A close tag is missing");
   rest_.remove_prefix(2 + name.size());
-  rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+  rest_ = WithoutLeadingBlanks(rest_);
   if (!rest_.starts_with('>')) return Fail("A close tag is malformed");
   rest_.remove_prefix(1);
   return true;
