@@ -100,61 +100,51 @@ class Identifier {
   std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
-// Results that wait for their turn, a bounded number of them.
-class Queue {
- public:
-  Queue(FontPaths& paths, Identifier& identifier, std::size_t ahead)
-      : paths_(paths), identifier_(identifier), ready_(ahead) {}
+using Consumer = std::function<void(IdentifiedFile)>;
 
-  // `start_another` is called while there may be a path for one worker more.
+// The work of one run. Each thread takes a path, identifies the file, and hands over what waits in the order
+// of the paths unless another one does so already: a thread that only hands over would interrupt the others.
+class Run {
+ public:
+  Run(FontPaths& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume)
+      : paths_(paths),
+        threads_(threads),
+        identifier_(threads, needs),
+        consume_(consume),
+        waiting_(kFilesAheadPerThread * threads) {}
+
+  // `start_another` is called while there may be a path for one thread more.
   void Work(const std::function<void()>& start_another) {
     try {
       while (TakeRoom()) {
         auto path = NextPath(start_another);
-        if (!path) return GiveRoomBack();
+        if (!path) return End(nullptr);
         Deliver(path->first, identifier_.Identify(path->second));
       }
     } catch (...) {
-      const std::lock_guard lock(mutex_);
-      failed_ = std::current_exception();
-      ready_changed_.notify_one();
-      room_.notify_all();
+      End(std::current_exception());
+      paths_.Stop();
     }
   }
 
-  // The next result in the order of the paths; nothing after the last.
-  std::optional<IdentifiedFile> Next() {
-    std::unique_lock lock(mutex_);
-    ready_changed_.wait(lock, [&] { return failed_ || Slot(next_out_) || (ended_ && next_out_ == taken_); });
+  // To be called when no thread works any more.
+  void RethrowFailure() const {
     if (failed_) std::rethrow_exception(failed_);
-    std::optional<IdentifiedFile> file = std::exchange(Slot(next_out_), std::nullopt);
-    if (file) ++next_out_;
-    room_.notify_all();
-    return file;
-  }
-
-  void Abandon() {
-    paths_.Stop();
-    const std::lock_guard lock(mutex_);
-    ended_ = true;
-    room_.notify_all();
   }
 
  private:
   // Waits for room among the results. False when there are no more paths.
   bool TakeRoom() {
     std::unique_lock lock(mutex_);
-    room_.wait(lock, [&] { return ended_ || failed_ || taken_ < next_out_ + ready_.size(); });
-    if (ended_ || failed_) return false;
-    ++taken_;
-    return true;
+    room_.wait(lock, [&] { return ended_ || taken_ < next_out_ + waiting_.size(); });
+    if (!ended_) ++taken_;
+    return !ended_;
   }
 
-  void GiveRoomBack() {
+  void End(const std::exception_ptr& failure) {
     const std::lock_guard lock(mutex_);
     ended_ = true;
-    --taken_;
-    ready_changed_.notify_one();
+    if (!failed_) failed_ = failure;
     room_.notify_all();
   }
 
@@ -169,91 +159,91 @@ class Queue {
   }
 
   void Deliver(std::size_t place, IdentifiedFile file) {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     Slot(place) = std::move(file);
-    ready_changed_.notify_one();
+    if (is_handing_over_) return;
+    is_handing_over_ = true;  // stays so when handing over fails
+    while (Slot(next_out_)) {
+      IdentifiedFile next = *std::exchange(Slot(next_out_), std::nullopt);
+      lock.unlock();
+      HandOver(std::move(next));
+      lock.lock();
+      ++next_out_;
+      room_.notify_one();
+    }
+    is_handing_over_ = false;
   }
 
-  std::optional<IdentifiedFile>& Slot(std::size_t place) { return ready_[place % ready_.size()]; }
+  void HandOver(IdentifiedFile file) {
+    const FontPath source = file.source;
+    try {
+      return consume_(std::move(file));
+    } catch (const std::bad_alloc&) {
+    }
+    consume_(WithTooLittleMemory(source, threads_));
+  }
+
+  std::optional<IdentifiedFile>& Slot(std::size_t place) { return waiting_[place % waiting_.size()]; }
 
   std::mutex paths_mutex_;
   FontPaths& paths_;
-  Identifier& identifier_;
   std::size_t next_ = 0;
 
+  const unsigned threads_;
+  Identifier identifier_;
+  const Consumer& consume_;
+
   std::mutex mutex_;
-  std::condition_variable room_, ready_changed_;
-  std::size_t taken_ = 0, next_out_ = 0;  // by workers; the next to hand over
+  std::condition_variable room_;
+  std::size_t taken_ = 0, next_out_ = 0;  // by threads; the next to hand over
   bool ended_ = false;
-  std::vector<std::optional<IdentifiedFile>> ready_;  // a ring by place: a delivery takes no memory
+  bool is_handing_over_ = false;
+  std::vector<std::optional<IdentifiedFile>> waiting_;  // a ring by place: a delivery takes no memory
   std::exception_ptr failed_;
 };
 
-// Joins the workers also when the consumer throws.
-class Workers {
+// Threads beside the calling one, joined at the end.
+class OtherThreads {
  public:
-  Workers(Queue& queue, unsigned threads) : queue_(queue), most_(threads) {
-    threads_.reserve(threads);
-    Start();
-  }
-  ~Workers() {
-    queue_.Abandon();
+  OtherThreads(Run& run, unsigned most) : run_(run), most_(most) { threads_.reserve(most); }
+  ~OtherThreads() {
     {
       const std::lock_guard lock(mutex_);
       most_ = 0;
     }
     for (std::thread& thread : threads_) thread.join();
   }
-  Workers(const Workers&) = delete;
-  Workers& operator=(const Workers&) = delete;
+  OtherThreads(const OtherThreads&) = delete;
+  OtherThreads& operator=(const OtherThreads&) = delete;
 
-  bool empty() const {
-    const std::lock_guard lock(mutex_);
-    return threads_.empty();
-  }
-
- private:
-  // Each worker starts the next one, so that few files take few threads, whose stacks are memory, too. Limits
+  // Each thread starts the next one, so that few files take few threads, whose stacks are memory, too. Limits
   // on threads and on memory keep some or all of them from starting.
   void Start() {
     const std::lock_guard lock(mutex_);
     if (threads_.size() >= most_) return;
     try {
-      threads_.emplace_back([this] { queue_.Work([this] { Start(); }); });
+      threads_.emplace_back([this] { run_.Work([this] { Start(); }); });
     } catch (const std::exception&) {
       most_ = 0;
     }
   }
 
-  Queue& queue_;
-  mutable std::mutex mutex_;
+ private:
+  Run& run_;
+  std::mutex mutex_;
   std::size_t most_;
   std::vector<std::thread> threads_;
 };
 
-using Consumer = std::function<void(IdentifiedFile)>;
-
-void HandOver(IdentifiedFile file, unsigned threads, const Consumer& consume) {
-  FontPath source = file.source;
-  try {
-    return consume(std::move(file));
-  } catch (const std::bad_alloc&) {
-  }
-  consume(WithTooLittleMemory(source, threads));
-}
-
 }  // namespace
 
 void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume) {
-  Identifier identifier(threads, needs);
-  const auto one_by_one = [&] {
-    while (const auto path = paths.Next()) HandOver(identifier.Identify(*path), threads, consume);
-  };
-  if (threads <= 1) return one_by_one();
-  Queue queue(paths, identifier, kFilesAheadPerThread * threads);
-  const Workers workers(queue, threads);
-  if (workers.empty()) return one_by_one();
-  while (auto file = queue.Next()) HandOver(std::move(*file), threads, consume);
+  Run run(paths, threads, needs, consume);
+  {
+    OtherThreads others(run, threads - 1);
+    run.Work([&] { others.Start(); });
+  }
+  run.RethrowFailure();
 }
 
 }  // namespace quillmark::tool

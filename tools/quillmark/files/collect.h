@@ -19,11 +19,11 @@ struct IdentifiedFile {
   Explanation explanation;
 };
 
-// Calls `consume` on the calling thread, once for each path, in order, with faces that know what `needs`
-// names. At most 64 results per thread are held; fewer threads do when no more can be started. A
-// file for which there is too little memory has that as its reason; one for which `consume` throws
-// std::bad_alloc is handed over again with that reason and without its faces. When `consume` throws anything
-// else, the work ends and the exception goes on.
+// Calls `consume` once for each path, in order, on any of the threads but on one at a time, with faces that
+// know what `needs` names. `threads` is 1 or more, the calling one included; at most 64 results each are
+// held, and fewer threads do when no more can be started. A file for which there is too little memory has
+// that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason and
+// without its faces. When `consume` throws anything else, the work ends and the exception goes on.
 void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs,
                  const std::function<void(IdentifiedFile)>& consume);
 

@@ -45,7 +45,7 @@ bool PathList::Fill() {
   begin_ = 0;
   while (!ended_ && !stopped_()) {
     pollfd wanted{descriptor_, POLLIN, 0};
-    if (::poll(&wanted, 1, kLookUpMilliseconds) == 0) continue;
+    if (::poll(&wanted, 1, kLookUpMilliseconds) <= 0) continue;  // also after a signal
     std::array<char, kBytesAtATime> buffer;
     const ssize_t length = ::read(descriptor_, buffer.data(), buffer.size());
     if (length > 0) {

@@ -33,7 +33,7 @@ std::string ReadToEnd(const std::function<bool(Bytes)>& take) {
   std::uint64_t total = 0;
   while (Interrupted() == 0) {
     pollfd wanted{STDIN_FILENO, POLLIN, 0};
-    if (::poll(&wanted, 1, kLookUpMilliseconds) == 0) continue;
+    if (::poll(&wanted, 1, kLookUpMilliseconds) <= 0) continue;  // also after a signal
     std::array<std::uint8_t, kBytesAtATime> block;
     const ssize_t length = ::read(STDIN_FILENO, block.data(), block.size());
     if (length == 0) return total == 0 ? "it is empty" : "";
