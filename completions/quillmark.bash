@@ -11,7 +11,7 @@ _quillmark() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
   local commands="identify same compare why split styles classify read resources version help"
   local fields="path face postScriptName family fullName displayName windowsFullName styles class foundry kind version
-    platform checksum legacyChecksum kerningChecksum outlineFileSize printerFont printerFontExists fondID style"
+    platform checksum legacyChecksum kerningChecksum outlineFileSize printerFont printerFontExists fondID style variable"
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
     _quillmark_words "$commands --help --version" "$current"

@@ -1,10 +1,21 @@
 #include "api/font_array.h"
 
+#include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;
+
+void QM_FontArray::Append(QM_FontArray&& other) {
+  if (faces_.empty()) {
+    faces_ = std::move(other.faces_);
+  } else {
+    faces_.insert(faces_.end(), std::move_iterator(other.faces_.begin()),
+                  std::move_iterator(other.faces_.end()));
+  }
+}
 
 void QM_FontArray::RemoveDups() {
   // best_from[i]: the specifier to keep for a group that starts at i. All candidates of a group have its name
@@ -31,9 +42,13 @@ void QM_FontArray::RemoveDups() {
     all_stay = all_stay && is_first && best_from[i] == i;
   }
   if (all_stay) return;  // as in most files: copies would double the memory that the faces take
+  Keep(kept);
+}
+
+void QM_FontArray::Keep(const std::vector<std::size_t>& order) {
   std::vector<QM_FontSpecifier> faces;
-  faces.reserve(kept.size());
-  for (const std::size_t index : kept) faces.push_back(faces_[index]);
+  faces.reserve(order.size());
+  for (const std::size_t index : order) faces.push_back(faces_[index]);  // copies share their texts
   faces_ = std::move(faces);
 }
 

@@ -41,12 +41,18 @@ struct QM_FontArray {
   const quillmark::QM_FontSpecifier& view(std::size_t index) const { return faces_.at(index); }
   void push_back(quillmark::QM_FontSpecifier specifier) { faces_.push_back(std::move(specifier)); }
 
+  // Takes the specifiers of another array: all of its memory where this one is empty.
+  void Append(QM_FontArray&& other);
+
   // Leaves one specifier for each PostScript name, in the order in which the names (by exact bytes) first
   // occur. Of the specifiers of a name, ignoring ASCII case, from its first occurrence on, that first one
   // stays unless later ones with a resource ID above 0 have a lower style: then the first of the lowest
   // style. Each spelling of a name starts a group of its own, and two such groups may pick the same
   // specifier. Linear in the number of specifiers.
   void RemoveDups();
+
+  // Leaves the specifiers of these numbers, in this order, and no room for more. A number may come twice.
+  void Keep(const std::vector<std::size_t>& order);
 
   // The first specifier of that FOND and style; `outIndex` is left alone when there is none.
   bool FindIndexForFondResourceID(std::int16_t fondID, std::int16_t style, std::uint32_t& outIndex) const;

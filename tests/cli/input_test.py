@@ -32,7 +32,9 @@ class InputTest(ToolCase):
         self.check_names("--files-from nuls -0", "oa")
         self.check_names("--files-from - -0 b.ttf", "boa", input=nuls)
         # A path of a list counts as named.
-        self.check(["identify", ""], 1, err='"": no such file\n0 faces in 0 files\n')
+        for command in ("identify", "read", "resources", "split"):
+            self.check([command, ""], 1, err='"": no such file\n...')
+        self.check(["compare", "", "a.ttf"], 1, err='"": no such file\n')
         self.check("identify --files-from -", 1, err="none.ttf: no such file\n0 faces in 0 files\n", input=b"none.ttf\n")
 
     def test_how_folders_are_walked(self):
@@ -65,14 +67,18 @@ class InputTest(ToolCase):
         # With such a name the faces of 10,000 files would take well over 100 MB.
         many = self.links(10000, made_font("Made", family="M" * 6000))
         self.write("some", "".join(f"{many}/{i:05}.ttf\n" for i in range(300)).encode())
-        self.write_all({"one.ttc": collection("N"), "more.ttc": collection(*(f"N{i}" for i in range(2001)))})
-        self.assertLess(self.peak("many") - self.peak("--files-from", "some"), 60000)
-        self.assertLess(self.peak("more.ttc") - self.peak("one.ttc"), 2000 * 8)  # 1.5 KB a face without a sanitizer
+        self.write_all({f"{count}.ttc": collection(*(f"N{i}" for i in range(count))) for count in (1001, 8001)})
+        fields = ["--format", "jsonl", "--fields", "face"]
+        self.assertLess(self.peak("many", *fields) - self.peak("--files-from", "some", *fields), 60000)
+        for words in ("--format jsonl", "--sort face", "--sort face --format xml", "--sort face --format plist"):
+            with self.subTest(words):  # about 2.1 KB a face; 0.7 without a sanitizer
+                low, high = (self.peak(f"{count}.ttc", *words.split()) for count in (1001, 8001))
+                self.assertLess(high - low, 7000 * 2.5)
 
     def peak(self, *words):
         # The address sanitizer keeps freed memory for a while, which is not what is looked at here.
         options = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1"
-        command = [TOOL, "identify", "-q", "--format", "jsonl", "--fields", "face", "-j", "2", *words]
+        command = [TOOL, "identify", "-q", "-j", "2", *words]
         environment = dict(os.environ, ASAN_OPTIONS=options)
         process = subprocess.Popen(command, stdout=subprocess.DEVNULL, cwd=self.folder, env=environment)
         _, status, usage = os.wait4(process.pid, 0)

@@ -56,6 +56,7 @@ class LossesTest(ToolCase):
         self.check("identify top", 0, "...", "1 face in 1 file; 3 resource forks without their file; ...\n")
         told = [("._Fam", "Fam"), (".AppleDouble/Net", "Net"), ("__MACOSX/fonts/._Cut", "fonts/Cut")]
         self.check("why top", 0, "".join(f"top/{lone}: ...: top/{owner} is not there; ...\n" for lone, owner in told))
+        self.check("why . ._Cut", 0, "./._Cut: ...top/fonts/Cut is not there...\n._Cut: ...top/fonts/Cut is not...", cwd=self.folder / "top/__MACOSX/fonts")
 
     def test_why_tells_of_each_file_in_a_folder(self):
         files = {"cut.dfont": FORK[:-1], "cut.ttc": CUT_COLLECTION, "good.ttc": collection("A", "B"), "text": b"text"}
@@ -138,18 +139,20 @@ class LossesTest(ToolCase):
                 self.check(command, 0, expected.stdout.decode(), expected.stderr.decode(), env=scarce(SCARCE_THREADS=threads))
 
     def test_too_little_memory_costs_one_file(self):
-        for content, form, reason in [
-            (collection(*[f"N{i}" for i in range(8000)]), "json", "there is too little memory for it"),
-            (collection(*[mac_font(f"N{i}", family='"' * 400) for i in range(4000)]), "jsonl", "there is too little memory for it"),
-            (collection("N", mac_font("M", data=bytes(4 << 20))), "json", "cannot be read whole: ..."),
-        ]:
+        sound = '{"postScriptName":"C","family":"Made"}'
+        for content, form, last, told_of, reason in [
+            (collection(*[f"N{i}" for i in range(8000)]), "json", sound, "b.ttc", "there is too little memory for it"),
+            (collection(*[f"N{i}" for i in range(4000)]), "jsonl --sort face", '...{"postScriptName":"N3999",...}', "c.ttf",
+             "there is too little memory for it"),
+            (collection("N", mac_font("M", data=bytes(4 << 20))), "json", sound, "b.ttc", "cannot be read whole: ..."),
+        ]:  # fmt: skip
             self.write_all({"fonts/a.ttf": made_font("A"), "fonts/b.ttc": content, "fonts/c.ttf": made_font("C")})
-            lines = ['{"postScriptName":"A","family":"Made"}', '{"postScriptName":"C","family":"Made"}']
+            lines = ['{"postScriptName":"A","family":"Made"}', last]
             out = "[\n  " + ",\n  ".join(lines) + "\n]\n" if form == "json" else "\n".join([*lines, ""])
             for jobs, told in ((1, reason), (4, reason.replace("memory for it", "memory for it (-j 1 takes the least)"))):
                 self.check(
                     f"identify --format {form} --fields postScriptName,family -j {jobs} fonts", 1, out,
-                    f"fonts/b.ttc: {told}\n2 faces in 2 files...\n", env=scarce(SCARCE_BLOCK=str(3 << 20)),
+                    f"fonts/{told_of}: {told}\n... in 2 files...\n", env=scarce(SCARCE_BLOCK=str(3 << 20)),
                 )  # fmt: skip
 
     def test_a_failing_disk_is_no_damage(self):

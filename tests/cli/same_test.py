@@ -128,6 +128,14 @@ class SameTest(ToolCase):
         sizes = [len(apple_double(fork)) - len(apple_double(b"")), len(fork), len(QUILL)]
         self.assertEqual(self.lists(".")["copies"][0]["fileSizes"], sizes)
 
+    def test_identify_tells_which_fonts_are_variable(self):
+        self.write_all({"a.ttf": MOVING, "b.ttc": collection(FIXED, MOVING), "c.dfont": FAMILY})
+        told = "postScriptName\tvariable\nMoving\ttrue\nFixed\tfalse\nMoving\ttrue\nFixed\tfalse\nMoving\ttrue\n"
+        words = "-q --format {} --fields postScriptName,variable"
+        self.check(f"identify {words.format('tsv')} .", 0, told)
+        faces = self.run_tool(f"identify {words.format('json')} .").stdout
+        self.check(f"read {words.format('tsv')[3:]} -", 0, told, input=faces)
+
     def test_lists_can_be_left_out(self):
         self.write_all({"a.ttf": QUILL, "b.ttf": ELSE})
         names = ["copies", "conflicts", "formats", "versions", "near"]

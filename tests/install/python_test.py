@@ -12,7 +12,6 @@ import unittest
 import unittest.mock
 
 import quillmark
-import quillmark._library
 
 DEJAVU = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf"
 WQY = "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc"
@@ -28,7 +27,7 @@ def load_tests(loader, tests, pattern):
 class Texts(unittest.TestCase):
     def test_text_of_any_length_is_whole(self):
         # Around the sizes of the buffers, where a text is cut without notice.
-        for length in [0, 1, 510, 511, 512, 513, 1022, 1023, 1024, 40_000]:
+        for length in [0, 1, 4094, 4095, 4096, 40_000]:
             self.assertEqual(quillmark.from_xml(BLOCK.format("N" * length))[0].postscript_name, "N" * length)
 
     def test_bytes_that_are_no_utf8_survive(self):
@@ -43,13 +42,9 @@ class Texts(unittest.TestCase):
         self.assertEqual((face.family, face.font_class, face.kerning_checksum), (None, None, None))
         self.assertIsNone(quillmark.identify(DEJAVU, request=0x1)[0].kind)
 
-    def test_every_style_whole(self):
+    def test_every_style(self):
         names = ("Garamond-LightItalic", "Garamond Light Italic Small Caps Condensed")
-        expected = quillmark.styles(*names)
-        self.assertGreater(len(expected), 2)
-        for first in [{"_FIRST_STYLES": 1}, {"_FIRST_STYLE_BYTES": 2}]:
-            with self.subTest(first), unittest.mock.patch.multiple(quillmark._library, **first):
-                self.assertEqual(quillmark.styles(*names), expected)
+        self.assertEqual(quillmark.styles(*names), ["Light", "Italic", "Small Caps", "Condensed"])
         self.assertEqual(quillmark.styles("Garamond"), [])
 
     def test_nul_is_refused(self):

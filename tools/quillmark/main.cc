@@ -13,7 +13,6 @@
 #include "commands/command_help.h"
 #include "commands/command_line.h"
 #include "commands/commands.h"
-#include "commands/version.h"
 #include "output/output.h"
 #include "text/terminal_guard.h"
 
@@ -30,16 +29,11 @@ int Run(int argc, char** argv) {
   app.require_subcommand(0, 1);
 
   int status = 0;
-  tool::AddIdentify(app, status);
-  tool::AddSame(app, status);
-  tool::AddCompare(app, status);
-  tool::AddWhy(app, status);
-  tool::AddSplit(app, status);
-  tool::AddRead(app, status);
-  tool::AddResources(app, status);
-  tool::AddStyles(app, status);
-  tool::AddClassify(app, status);
-  tool::AddVersion(app, status);
+  for (const auto add :
+       {tool::AddIdentify, tool::AddSame, tool::AddCompare, tool::AddWhy, tool::AddSplit, tool::AddRead,
+        tool::AddResources, tool::AddStyles, tool::AddClassify, tool::AddVersion}) {
+    add(app, status);
+  }
   tool::AddHelp(app);
 
   std::vector<std::string> words;

@@ -21,10 +21,11 @@ _TEXT_OF_FACE = (
 )  # fmt: skip
 _NUMBER_OF_FACE = ("KerningChecksum", "QuillmarkChecksum", "LegacyQuillmarkChecksum", "OutlineFileSize")
 
-# What a first call offers; a call that fills it is made again with more.
-_FIRST_BYTES = 512
-_FIRST_STYLES = 16
-_FIRST_STYLE_BYTES = 64
+# By the bounds that quillmark.h states: what holds all texts of a font file but two, and many times the longest style.
+_TEXT_BYTES = 4096
+_STYLE_BYTES = 512
+# The tables hold about 200 styles.
+_MOST_STYLES = 256
 
 
 class QuillmarkError(Exception):
@@ -117,8 +118,11 @@ def without_nul(data: bytes) -> bytes:
 
 
 def text_of(function: "ctypes._FuncPointer", *arguments: object) -> Tuple[int, str]:
-    """Status and whole text of a function that takes a buffer and its size last, and cuts without notice."""
-    size = _FIRST_BYTES
+    """Status and whole text of a function that takes a buffer and its size last, and cuts without notice.
+
+    Only long paths, names in a comment of a printer font, and texts of stored forms can need a second call.
+    """
+    size = _TEXT_BYTES
     while True:
         buffer = ctypes.create_string_buffer(size)
         status = function(*arguments, buffer, size)
@@ -144,17 +148,12 @@ def stored_form_of(function: "ctypes._FuncPointer", array: c_void_p) -> str:
 
 
 def styles_of(primary: str, secondary: str) -> List[str]:
-    """Every style, whole: both the number and the length of the styles are cut without notice."""
-    most, size = _FIRST_STYLES, _FIRST_STYLE_BYTES
+    count = c_uint32()  # stays 0 when the names tell no style
+    block = ctypes.create_string_buffer(_MOST_STYLES * _STYLE_BYTES)
+    start = ctypes.addressof(block)
+    buffers = (c_char_p * _MOST_STYLES)(*range(start, start + len(block), _STYLE_BYTES))
     names = to_bytes(primary), to_bytes(secondary)
-    while True:
-        count = c_uint32()  # stays 0 when the names tell no style
-        buffers = [ctypes.create_string_buffer(size) for _ in range(most)]
-        pointers = (c_char_p * most)(*(ctypes.cast(buffer, c_char_p) for buffer in buffers))
-        status = load().QM_GetStyles(*names, most, size, ctypes.byref(count), pointers)
-        if status != STATUS_OK:
-            raise QuillmarkError(status, "the styles cannot be read")
-        values = [buffer.value for buffer in buffers[: count.value]]
-        if count.value < most and all(len(value) < size - 1 for value in values):
-            return [to_text(value) for value in values]
-        most, size = 2 * most, 2 * size
+    status = load().QM_GetStyles(*names, _MOST_STYLES, _STYLE_BYTES, ctypes.byref(count), buffers)
+    if status != STATUS_OK:
+        raise QuillmarkError(status, "the styles cannot be read")
+    return [to_text(buffers[i]) for i in range(count.value)]

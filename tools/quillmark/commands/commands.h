@@ -5,6 +5,8 @@
 #ifndef QUILLMARK_TOOL_COMMANDS_COMMANDS_H_
 #define QUILLMARK_TOOL_COMMANDS_COMMANDS_H_
 
+#include <string>
+
 namespace CLI {
 class App;
 }
@@ -21,6 +23,9 @@ void AddResources(CLI::App& app, int& status);
 void AddStyles(CLI::App& app, int& status);
 void AddClassify(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
+
+// The line that --version prints: "quillmark 1.4".
+std::string VersionLine();
 
 }  // namespace quillmark::tool
 

@@ -13,7 +13,6 @@
 #include "commands/commands.h"
 #include "commands/shared_options.h"
 #include "commands/tables_check.h"
-#include "faces/array_forms.h"
 #include "faces/face_comparison.h"
 #include "faces/stored_text.h"
 #include "output/json_form.h"
@@ -51,11 +50,9 @@ bool Load(Side& side) {
     side.form = stored->form;
   } else {
     PrinterFontFamilies families;
-    std::cerr << Printable(side.path) << ": "
-              << (files.failure()        ? files.WhyUnread(side.path)
-                  : text_files.failure() ? text_files.WhyUnread(side.path)
-                                         : Explain(side.path, result, families).reason)
-              << '\n';
+    ReportFault(side.path, files.failure()        ? files.WhyUnread(side.path)
+                           : text_files.failure() ? text_files.WhyUnread(side.path)
+                                                  : Explain(side.path, result, families).reason);
     return false;
   }
   return true;
@@ -66,7 +63,7 @@ bool Load(Side& side) {
 bool BringToForm(Side& side, StoredForm form) {
   auto stored = ParseStored(form == StoredForm::kXml ? XmlText(*side.array) : PropertyListText(*side.array));
   if (!stored) {
-    std::cerr << Printable(side.path) << ": its names cannot be stored, so no stored text compares with it\n";
+    ReportFault(side.path, "its names cannot be stored, so no stored text compares with it");
     return false;
   }
   side.array = std::move(stored->array);
@@ -150,8 +147,7 @@ int Compare(Side a, Side b, const std::string& format) {
     pairs.push_back(std::move(compared));
   }
   if (pairs.empty()) {
-    std::cerr << Printable(a.path) << ": no face shares a name with one of " << Printable(b.path) << '\n';
-    return 1;
+    return ReportFault(a.path, "no face shares a name with one of " + Printable(b.path));
   }
   if (format == "json") {
     WriteJson(std::cout, a, b, pairs);

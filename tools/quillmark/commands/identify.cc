@@ -48,7 +48,7 @@ int Identify(const IdentifyOptions& options) {
 
   if (!outcome.stopped.empty()) std::cerr << outcome.stopped + '\n';
   if (!options.files.quiet) {
-    std::cerr << FacesInFiles(faces, files) + Losses(outcome.losses, options.files) + '\n';
+    std::cerr << FacesInFiles(faces, files) + Losses(outcome.counts, options.files) + '\n';
   }
   if (!outcome.stopped.empty()) return InterruptedStatus();
   if (options.files.quiet && files == 0 && outcome.complete) std::cerr << "no face was found\n";

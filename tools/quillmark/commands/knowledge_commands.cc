@@ -20,46 +20,48 @@ struct Query {
   std::string format;         // text or json
 };
 
-int Styles(const Query& query) {
-  LoadTables();
-  const std::vector<std::string> styles = StylesOf(query.first, query.second);
+// Prints the texts that were found for a name, or the JSON that holds them.
+int Tell(const Query& query, const nlohmann::ordered_json& document, const std::vector<std::string>& texts) {
   if (query.format == "json") {
-    WriteJsonDocument(std::cout, {{"styles", styles}});
+    WriteJsonDocument(std::cout, document);
   } else {
-    for (const std::string& style : styles) std::cout << style << '\n';
+    for (const std::string& text : texts) std::cout << text << '\n';
   }
-  return styles.empty() ? 1 : 0;
+  return texts.empty() || texts.front() == "--" ? 1 : 0;
+}
+
+int Styles(const Query& query) {
+  const std::vector<std::string> styles = StylesOf(query.first, query.second);
+  return Tell(query, {{"styles", styles}}, styles);
 }
 
 int Classify(const Query& query) {
-  LoadTables();
   const std::string name = ClassOf(query.first, query.second.empty() ? nullptr : query.second.c_str());
-  if (query.format == "json") {
-    WriteJsonDocument(std::cout, {{"class", name}});
-  } else {
-    std::cout << name << '\n';
-  }
-  return name == "--" ? 1 : 0;
+  return Tell(query, {{"class", name}}, {name});
+}
+
+void AddQuery(CLI::App& command, const char* first, const char* first_help, const char* second,
+              const char* second_help, int (*run)(const Query&), int& status) {
+  const auto query = std::make_shared<Query>();
+  command.add_option(first, query->first, first_help)->required();
+  command.add_option(second, query->second, second_help);
+  AddResultForm(command, query->format, "text");
+  command.callback([&status, query, run] {
+    LoadTables();
+    status = run(*query);
+  });
 }
 
 }  // namespace
 
 void AddStyles(CLI::App& app, int& status) {
-  CLI::App* command = app.add_subcommand("styles", "Tell the styles that a font's names tell");
-  const auto query = std::make_shared<Query>();
-  command->add_option("NAME", query->first, "PostScript name")->required();
-  command->add_option("SECOND", query->second, "Another name of the font");
-  AddResultForm(*command, query->format, "text");
-  command->callback([&status, query] { status = Styles(*query); });
+  AddQuery(*app.add_subcommand("styles", "Tell the styles that a font's names tell"), "NAME",
+           "PostScript name", "SECOND", "Another name of the font", Styles, status);
 }
 
 void AddClassify(CLI::App& app, int& status) {
-  CLI::App* command = app.add_subcommand("classify", "Tell the class of a font family");
-  const auto query = std::make_shared<Query>();
-  command->add_option("FAMILY", query->first, "Family name")->required();
-  command->add_option("ALTERNATE", query->second, "Name to try when the first has no class");
-  AddResultForm(*command, query->format, "text");
-  command->callback([&status, query] { status = Classify(*query); });
+  AddQuery(*app.add_subcommand("classify", "Tell the class of a font family"), "FAMILY", "Family name",
+           "ALTERNATE", "Name to try when the first has no class", Classify, status);
 }
 
 }  // namespace quillmark::tool

@@ -17,7 +17,6 @@
 #include "output/output.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
-#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
@@ -53,19 +52,15 @@ int Read(const std::string& file, const OutputForm& form) {
   std::string text;
   read.fault = ReadWhole(file, text);
   if (read.fault.empty()) read = FacesIn(text, file);
-  const std::string shown = file == kStandardInputPath ? kStandardInputName : Printable(file);
-  if (!read.fault.empty()) {
-    std::cerr << shown << ": " << read.fault << '\n';
-    return 1;
-  }
+  const std::string shown = file == kStandardInputPath ? kStandardInputName : file;
+  if (!read.fault.empty()) return ReportFault(shown, read.fault);
   writer->Add(std::move(read.faces), std::move(read.array));
   writer->Finish();
   FlushOutput();
   if (read.is_cut) {
-    std::cerr << shown << ": its faces share too much of the text; only the first ones are read\n";
-    return 1;
+    return ReportFault(shown, "its faces share too much of the text; only the first ones are read");
   }
-  if (!read.not_read.empty()) std::cerr << shown << ": " << read.not_read << '\n';
+  if (!read.not_read.empty()) ReportFault(shown, read.not_read);
   return 0;
 }
 

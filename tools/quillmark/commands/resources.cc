@@ -2,37 +2,26 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "commands/commands.h"
 #include "commands/shared_options.h"
+#include "output/output.h"
 #include "reasons/opened_font.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
-#include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "resources/resource_listing.h"
-#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
-
-void List(QuillmarkResourceFile& file, ListingWriter& writer) {
-  std::vector<ListedResource> resources;
-  const std::size_t left_out = ListResources(file, resources);
-  writer.Add(resources, left_out);
-  for (const std::int16_t id : file.getSortedResIDsForType(kFond)) {
-    const Handle fond = file.getResourceHandleForType(kFond, id);
-    if (fond != nullptr) writer.Add(LookAtFond(file, fond));
-  }
-}
 
 // Why not all of the file's resources were written; empty when they were.
 std::string WriteListing(const std::string& path, const std::string& format) {
   const WatchedFiles files;
   OpenedFont opened(path, files);
-  std::unique_ptr<ListingWriter> writer;
+  std::optional<ResourceListing> listing;
   std::string fault;
   try {
     const ResourceFileHolder resources(AllocateResourceFile(opened.file, true));
@@ -40,21 +29,19 @@ std::string WriteListing(const std::string& path, const std::string& format) {
     if (resources.get() == nullptr) {
       return WhyNotReadable(path).value_or("no resource map in either fork");
     }
-    writer = format == "json" ? MakeListingJson(path) : MakeListingTables();
-    List(*resources.get(), *writer);
+    ListResources(*resources.get(), listing.emplace());
     fault = files.WhyUnread(path);
   } catch (const BudgetSpent&) {
     fault = kTakesTooMuchWork;
   }
-  if (writer) writer->Finish();
+  if (listing && format == "json") WriteListingJson(path, *listing);
+  if (listing && format != "json") WriteListingTables(*listing);
   return fault;
 }
 
 int Resources(const std::string& path, const std::string& format) {
   const std::string fault = WriteListing(path, format);
-  if (fault.empty()) return 0;
-  std::cerr << Printable(path) << ": " << fault << '\n';
-  return 1;
+  return fault.empty() ? 0 : ReportFault(path, fault);
 }
 
 }  // namespace

@@ -75,10 +75,10 @@ int Same(const SameOptions& options) {
                                                : WriteLibraryTables;
   // "Conflicts: none" would say that fonts were compared. The other forms stay well-formed for programs.
   const bool is_for_people = options.format == "table";
-  if (!is_for_people || !library.files().empty()) write(std::cout, library, details, lists);
+  if (!is_for_people || !library.files().empty()) write(std::cout, details, lists);
   FlushOutput();
   if (!options.files.quiet) {
-    WriteSummary(std::cerr, library, Losses(outcome.losses, options.files));
+    WriteSummary(std::cerr, library, Losses(outcome.counts, options.files));
   }
   if (!outcome.complete || library.files().empty()) return 1;
   return lists.conflicts && !lists.conflicts->empty() ? kConflictsFound : 0;

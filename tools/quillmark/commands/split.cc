@@ -18,6 +18,7 @@
 #include "analysis/collection.h"
 #include "analysis/name_table.h"
 #include "commands/commands.h"
+#include "output/output.h"
 #include "reasons/fault_words.h"
 #include "reasons/known_formats.h"
 #include "reasons/opened_font.h"
@@ -197,7 +198,7 @@ class Splitter {
 
  private:
   void Complain(const std::string& what, const std::string& reason) {
-    std::cerr << Printable(what) << ": " << reason << '\n';
+    ReportFault(what, reason);
     complete_ = false;
   }
 
@@ -271,8 +272,7 @@ class Splitter {
     }
     std::cout << Printable(target.path) << '\n';
     if (target.numbers.size() > 1) {
-      std::cerr << Printable(target.path) << ": " << NamesOf(source_.Kind(), target.numbers)
-                << " are the same bytes, written once\n";
+      ReportFault(target.path, NamesOf(source_.Kind(), target.numbers) + " are the same bytes, written once");
     }
     return true;
   }
@@ -288,11 +288,6 @@ class Splitter {
   bool complete_ = true;
 };
 
-int Fail(const std::string& path, const std::string& reason) {
-  std::cerr << Printable(path) << ": " << reason << '\n';
-  return 1;
-}
-
 bool BeginsAsCollection(FontFile& file) {
   const auto& data = file.Data();
   std::array<std::uint8_t, 4> tag = {};
@@ -301,35 +296,36 @@ bool BeginsAsCollection(FontFile& file) {
 
 int SplitCollection(const Options& options, const WatchedFiles& files, FontFile& file) {
   CollectionSource source(file);
-  if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
-  if (source.FaceCount() == 0) return Fail(options.file, Words(source.Status()));
+  if (files.failure()) return ReportFault(options.file, files.WhyUnread(options.file));
+  if (source.FaceCount() == 0) return ReportFault(options.file, Words(source.Status()));
   if (source.FaceCount() > kMostFonts) {
-    return Fail(options.file, "lists more than " + std::to_string(kMostFonts) + " faces");
+    return ReportFault(options.file, "lists more than " + std::to_string(kMostFonts) + " faces");
   }
   return Splitter(options, source, files, file).Run();
 }
 
 int SplitResources(const Options& options, const WatchedFiles& files, FontFile& file) {
   FoundMap found = FindMap(file);
-  if (files.failure()) return Fail(options.file, files.WhyUnread(options.file));
+  if (files.failure()) return ReportFault(options.file, files.WhyUnread(options.file));
   if (!found.map) {
-    return Fail(options.file, "neither a collection nor a resource file, so there is nothing to split");
+    return ReportFault(options.file,
+                       "neither a collection nor a resource file, so there is nothing to split");
   }
   if (found.map->CountResources(kSfnt) == 0) {
-    return Fail(options.file, "its resources hold no TrueType or OpenType font");
+    return ReportFault(options.file, "its resources hold no TrueType or OpenType font");
   }
   ResourceSource source(*std::move(found.map));
   if (source.Numbers().size() > kMostFonts) {
-    return Fail(options.file, "holds more than " + std::to_string(kMostFonts) + " outlines");
+    return ReportFault(options.file, "holds more than " + std::to_string(kMostFonts) + " outlines");
   }
   return Splitter(options, source, files, file).Run();
 }
 
 int Split(const Options& options) {
-  if (const auto reason = WhyNotReadable(options.file)) return Fail(options.file, *reason);
+  if (const auto reason = WhyNotReadable(options.file)) return ReportFault(options.file, *reason);
   std::error_code error;
   if (fs::exists(options.folder, error) && !fs::is_directory(options.folder, error)) {
-    return Fail(options.folder, "not a folder to write to");
+    return ReportFault(options.folder, "not a folder to write to");
   }
   const WatchedFiles files;
   OpenedFont opened(options.file, files);
@@ -337,7 +333,7 @@ int Split(const Options& options) {
     return BeginsAsCollection(opened.file) ? SplitCollection(options, files, opened.file)
                                            : SplitResources(options, files, opened.file);
   } catch (const BudgetSpent&) {
-    return Fail(options.file, kTakesTooMuchWork);
+    return ReportFault(options.file, kTakesTooMuchWork);
   }
 }
 

@@ -1,6 +1,4 @@
 // quillmark version: which tool, which library, and whether the library found its tables.
-#include "commands/version.h"
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>

@@ -23,15 +23,12 @@ struct WhyOptions {
 };
 
 std::string JsonExplanation(const IdentifiedFile& file) {
+  using Json = nlohmann::ordered_json;
   const Explanation& found = file.explanation;
-  auto object = nlohmann::ordered_json::object();
-  object["path"] = file.source.path;
-  object["faces"] = file.faces.size();
-  object["listed"] = nullptr;
-  if (found.listed) object["listed"] = *found.listed;
-  object["reason"] = nullptr;
-  if (!found.reason.empty()) object["reason"] = found.reason;
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return JsonText({{"path", file.source.path},
+                   {"faces", file.faces.size()},
+                   {"listed", found.listed ? Json(*found.listed) : Json()},
+                   {"reason", found.reason.empty() ? Json() : Json(found.reason)}});
 }
 
 int Why(const WhyOptions& options) {

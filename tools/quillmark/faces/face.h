@@ -30,6 +30,7 @@ struct Face {
   bool outline_file_exists = false;
   std::uint32_t outline_file_size = 0;  // bytes
   std::optional<int> style, fond_id;    // of faces of a FOND
+  std::optional<bool> variable;         // whether it has variation axes; only where that is asked for
 };
 
 // What is to be known of faces. The rest costs nothing and stays empty.
@@ -41,11 +42,14 @@ struct FaceNeeds {
   std::uint32_t attributes = 0;  // QM_Attribute bits
   bool styles = false;
   bool classification = false;
+  bool variable = false;
 
   friend FaceNeeds operator|(const FaceNeeds& a, const FaceNeeds& b) {
-    return {a.attributes | b.attributes, a.styles || b.styles, a.classification || b.classification};
+    return {a.attributes | b.attributes, a.styles || b.styles, a.classification || b.classification,
+            a.variable || b.variable};
   }
 };
+// Of every field that is written unasked.
 inline constexpr FaceNeeds kEveryNeed = {QM_ATTRIBUTES_ALL, true, true};
 
 // The styles found in the names of a face.

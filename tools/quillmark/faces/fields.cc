@@ -70,6 +70,12 @@ const std::vector<Field>& AllFields() {
        {QM_ATTRIBUTE_OUTLINE_FILE_NAME}},
       {"fondID", "FOND", ValueOrNull<&Face::fond_id>},
       {"style", "STYLE", ValueOrNull<&Face::style>},
+      {"variable",
+       "VARIABLE",
+       ValueOrNull<&Face::variable>,
+       {.attributes = QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_CHECKSUM, .variable = true},  // to find its outlines
+       false,
+       true},
   };
   return *fields;
 }

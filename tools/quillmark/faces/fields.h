@@ -15,10 +15,11 @@ struct Field {
   const char* title;                             // in the table
   nlohmann::ordered_json (*value)(const Face&);  // null when the face has none
   FaceNeeds needs = {};
-  bool is_path = false;  // the table never cuts it
+  bool is_path = false;     // the table never cuts it
+  bool on_request = false;  // written only where it is named
 };
 
-// All of them, in the order of the JSON form.
+// All of them, in the order of the JSON form; those on request come last.
 const std::vector<Field>& AllFields();
 
 // Null for an unknown name.

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "faces/array_forms.h"
 #include "faces/attributes.h"
 #include "faces/fields.h"
 
@@ -79,7 +78,7 @@ class ObjectReader {
 
 class FacesReader {
  public:
-  explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array = EmptyArray(); }
+  explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array.reset(new QM_FontArray); }
 
   void ReadArray(const std::string& text) {
     try {
@@ -162,9 +161,9 @@ class FacesReader {
       specifier.*field.in_array = *number;
       specifier.attributes |= field.attribute;
     }
-    FontArray one = EmptyArray();
-    one->push_back(specifier);
-    Face face = FacesOf(one.get(), path_).front();
+    QM_FontArray one;
+    one.push_back(specifier);
+    Face face = FacesOf(&one, path_).front();
     face.index = static_cast<std::uint32_t>(read_.faces.size());
     const auto keep = [](auto& member, auto value) {
       if (value) member = *std::move(value);
@@ -177,8 +176,9 @@ class FacesReader {
     keep(face.outline_file_exists, fields.Truth("printerFontExists"));
     keep(face.fond_id, fields.Number<std::int16_t>("fondID"));
     keep(face.style, fields.Number<std::int16_t>("style"));
+    keep(face.variable, fields.Truth("variable"));
     read_.faces.push_back(std::move(face));
-    Join(read_.array, std::move(one));
+    read_.array->Append(std::move(one));
   }
 
   const std::string path_;

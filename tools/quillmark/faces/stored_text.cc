@@ -35,7 +35,25 @@ std::size_t CountElements(const std::string& text) {
   return list ? static_cast<std::size_t>(CFArrayGetCount(static_cast<CFArrayRef>(list.get()))) : 0;
 }
 
+// Asks for the size first, then for the text.
+std::string TextOf(std::int32_t (*get)(const QM_FontArray*, char*, std::uint32_t*),
+                   const QM_FontArray& array) {
+  char none = 0;
+  std::uint32_t length = 0;
+  (void)get(&array, &none, &length);
+  std::string text(length, '\0');
+  (void)get(&array, text.data(), &length);
+  text.resize(text.empty() ? 0 : text.size() - 1);
+  return text;
+}
+
 }  // namespace
+
+std::string XmlText(const QM_FontArray& array) { return TextOf(QM_GetXMLRepresentation, array); }
+
+std::string PropertyListText(const QM_FontArray& array) {
+  return TextOf(QM_GetPropertyListRepresentation, array);
+}
 
 std::optional<StoredFaces> ParseStored(const std::string& text) {
   // The property list first: its reader refuses the XML form, while the reader of the XML form searches for
@@ -75,15 +93,13 @@ std::optional<StoredFaces> ReadStored(const FileSystem& files, const std::string
 std::string NotRead(const StoredFaces& stored) {
   const QM_FontArray& faces = *stored.array;
   std::string text;
+  const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : "; ") + part; };
   if (faces.size() < stored.listed) {
-    text = "gives " + std::to_string(faces.size()) + " of the " + std::to_string(stored.listed) +
-           " faces it lists";
-    if (!stored.is_broken) text += ": a PostScript name that comes again is left out";
+    add("gives " + std::to_string(faces.size()) + " of the " + std::to_string(stored.listed) +
+        " faces it lists" + (stored.is_broken ? "" : ": a PostScript name that comes again is left out"));
   }
   if (stored.is_broken) {
-    text +=
-        (text.empty() ? "" : "; ") +
-        std::string("it is cut short or damaged, so that faces may be missing, and the last one not whole");
+    add("it is cut short or damaged, so that faces may be missing, and the last one not whole");
   }
   std::size_t saturated = 0;
   for (std::uint32_t i = 0; i < faces.size(); ++i) {
@@ -91,9 +107,8 @@ std::string NotRead(const StoredFaces& stored) {
     if (face.checksum == kLargestStored || face.kerningChecksum == kLargestStored) ++saturated;
   }
   if (saturated > 0) {
-    text += (text.empty() ? "" : "; ") + std::to_string(saturated) +
-            (saturated == 1 ? " face has a checksum" : " faces have a checksum") +
-            " of 7FFFFFFF, which stands for itself and every larger one";
+    add(std::to_string(saturated) + (saturated == 1 ? " face has a checksum" : " faces have a checksum") +
+        " of 7FFFFFFF, which stands for itself and every larger one");
   }
   return text;
 }

@@ -1,4 +1,4 @@
-// Reads arrays of faces from the texts that hosts store (XML and property list).
+// The texts of arrays that hosts store (XML and property list), written and read.
 #ifndef QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 #define QUILLMARK_TOOL_FACES_STORED_TEXT_H_
 
@@ -23,6 +23,9 @@ struct StoredFaces {
   bool is_cut = false;     // the text repeats its bytes too often: only its first faces
   bool is_broken = false;  // the text ends early or lacks an end in it: faces may be missing or not whole
 };
+
+std::string XmlText(const QM_FontArray& array);
+std::string PropertyListText(const QM_FontArray& array);
 
 // The text of a file; nothing when it is no regular file that can be opened, or holds a NUL, as no text does.
 // It ends where reading fails, which only `files` can tell (reasons/watched_files.h).

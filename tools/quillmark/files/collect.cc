@@ -11,6 +11,7 @@
 
 #include "api/creation.h"
 #include "faces/attributes.h"
+#include "faces/variable_faces.h"
 #include "files/standard_input.h"
 #include "reasons/fork_places.h"
 #include "reasons/opened_font.h"
@@ -67,10 +68,12 @@ class Identifier {
     const WatchedFiles files;
     CreationResult result;
     Explanation explanation;
+    std::vector<bool> variable;
     if (source.is_sidecar) {
       explanation = ExplainSidecar(files, path);
     } else {
       result = CreateFaces(files, path, needs_.attributes);
+      if (needs_.variable) variable = WhichAreVariable(files, path, result.faces);
       if (!files.failure()) explanation = Explain(path, result, families_);
     }
     if (files.failure()) {
@@ -82,7 +85,19 @@ class Identifier {
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));
     file.faces = FacesOf(file.array.get(), source.path, needs_);
+    for (std::size_t i = 0; i < variable.size(); ++i) file.faces[i].variable = variable[i];
     return file;
+  }
+
+  static std::vector<bool> WhichAreVariable(const WatchedFiles& files, const std::string& path,
+                                            const QM_FontArray& array) {
+    std::vector<OutlinesKey> keys;
+    for (std::size_t i = 0; i < array.size(); ++i) {
+      const QM_FontSpecifier& face = array.view(i);
+      keys.push_back({face.fondResourceID, face.style, face.checksum});
+    }
+    OpenedFont opened(path, files);
+    return AreVariable(opened.file, keys.empty() ? "" : array.view(0).kind.str(), keys);
   }
 
   static Explanation ExplainSidecar(const WatchedFiles& files, const std::string& path) {

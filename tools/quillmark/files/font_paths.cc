@@ -12,10 +12,7 @@ namespace quillmark::tool {
 
 namespace fs = std::filesystem;
 
-std::string FontPath::Shown() const {
-  if (standard_input_name) return kStandardInputName;
-  return path.empty() ? "\"\"" : Printable(path);
-}
+std::string FontPath::Shown() const { return standard_input_name ? kStandardInputName : ShownPath(path); }
 
 FontPaths::FontPaths(const PathSources& sources)
     : paths_(sources.paths), standard_input_name_(sources.standard_input_name), walk_options_(sources.walk) {

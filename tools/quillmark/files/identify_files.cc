@@ -34,35 +34,6 @@ std::string Stopped(std::size_t done, std::optional<std::size_t> total) {
   return "stopped after " + (total ? Grouped(done) + " of " : "") + Counted(total.value_or(done), "file");
 }
 
-void Count(Outcome outcome, LossCounts& counts) {
-  switch (outcome) {
-    case Outcome::kDamaged:
-      ++counts.damaged;
-      break;
-    case Outcome::kIncomplete:
-      ++counts.incomplete;
-      break;
-    case Outcome::kLonePrinterFont:
-      ++counts.lone_printer_fonts;
-      break;
-    case Outcome::kLoneFork:
-      ++counts.lone_forks;
-      break;
-    case Outcome::kDanglingLink:
-      ++counts.dangling_links;
-      break;
-    case Outcome::kFolder:
-      ++counts.folders;
-      break;
-    case Outcome::kOther:
-      ++counts.other;
-      break;
-    case Outcome::kFaces:
-    case Outcome::kUnreadable:
-      break;
-  }
-}
-
 // A file that was only found in a folder may be anything, but it must be possible to look at it.
 bool IsFault(const IdentifiedFile& file) {
   const Outcome outcome = file.explanation.outcome;
@@ -106,7 +77,7 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
     if (IsFault(file)) {
       outcome.complete = false;
     } else {
-      Count(found.outcome, outcome.losses);
+      ++outcome.counts[found.outcome];
     }
   });
   return outcome;
@@ -122,25 +93,32 @@ std::string FacesInFiles(std::size_t faces, std::size_t files) {
   return Counted(faces, "face") + " in " + Counted(files, "file");
 }
 
-std::string Losses(const LossCounts& counts, const FilesOptions& options) {
+std::string Losses(FileCounts counts, const FilesOptions& options) {
   std::string text;
-  const auto add = [&text](std::size_t count, const std::string& part) {
-    if (count > 0) text += (text.empty() ? "; " : ", ") + part;
+  bool may_be_fonts = false;
+  const auto add = [&](std::size_t count, const std::string& part, bool is_font = true) {
+    if (count == 0) return;
+    text += (text.empty() ? "; " : ", ") + part;
+    may_be_fonts |= is_font;
   };
-  add(counts.damaged, Grouped(counts.damaged) + " damaged");
-  add(counts.incomplete, Grouped(counts.incomplete) + " incomplete");
-  add(counts.lone_printer_fonts, Grouped(counts.lone_printer_fonts) + " Type 1 without a family file");
-  add(counts.lone_forks, Counted(counts.lone_forks, "resource fork") + " without " +
-                             (counts.lone_forks == 1 ? "its" : "their") + " file");
-  add(counts.dangling_links, Counted(counts.dangling_links, "dangling link"));
+  const auto add_number = [&](Outcome outcome, const std::string& what) {
+    add(counts[outcome], Grouped(counts[outcome]) + what);
+  };
+  const std::size_t forks = counts[Outcome::kLoneFork];
+  const std::size_t links = counts[Outcome::kDanglingLink];
+  const std::size_t folders = counts[Outcome::kFolder];
+  const std::size_t others = counts[Outcome::kOther];
   const PathSources& sources = options.sources;
-  add(counts.folders, sources.walk.recurse
-                          ? Counted(counts.folders, "linked folder") + " not entered (--follow)"
-                          : Counted(counts.folders, "folder") + " not entered (--no-recurse)");
-  add(counts.other, Counted(counts.other, "other file") + " passed over");
-  const bool may_be_fonts = counts.damaged + counts.incomplete + counts.lone_printer_fonts +
-                                counts.lone_forks + counts.dangling_links >
-                            0;
+  add_number(Outcome::kDamaged, " damaged");
+  add_number(Outcome::kIncomplete, " incomplete");
+  add_number(Outcome::kLonePrinterFont, " Type 1 without a family file");
+  add(forks, Counted(forks, "resource fork") + " without " + (forks == 1 ? "its" : "their") + " file");
+  add(links, Counted(links, "dangling link"));
+  add(folders,
+      sources.walk.recurse ? Counted(folders, "linked folder") + " not entered (--follow)"
+                           : Counted(folders, "folder") + " not entered (--no-recurse)",
+      false);
+  add(others, Counted(others, "other file") + " passed over", false);
   if (!may_be_fonts || options.why) return text;
   const bool is_one_folder = sources.paths.size() == 1 && sources.list.empty();
   const std::string folder = is_one_folder ? ShellWord(sources.paths.front()).value_or("FOLDER") : "FOLDER";

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "files/collect.h"
@@ -23,19 +24,11 @@ struct FilesOptions {
   FaceNeeds needs = kEveryNeed;
 };
 
-// Files of folders that gave no face, or fewer than they list, and are no faults of the run.
-struct LossCounts {
-  std::size_t damaged = 0;
-  std::size_t incomplete = 0;
-  std::size_t lone_printer_fonts = 0;
-  std::size_t lone_forks = 0;
-  std::size_t dangling_links = 0;
-  std::size_t folders = 0;  // not entered
-  std::size_t other = 0;
-};
+// Counts of files in folders that are no faults of the run, by what became of them.
+using FileCounts = std::map<Outcome, std::size_t>;
 
 struct FilesOutcome {
-  LossCounts losses;
+  FileCounts counts;
   bool complete = true;  // whether every file could be read and every named one gave all its faces
   std::string stopped;   // how far the work got before an interrupt; empty without one
 };
@@ -57,7 +50,7 @@ std::string LineOf(const IdentifiedFile& file);
 std::string FacesInFiles(std::size_t faces, std::size_t files);
 
 // "; 4 damaged, 2 other files passed over", and how to learn more of lost fonts; nothing for none.
-std::string Losses(const LossCounts& counts, const FilesOptions& options);
+std::string Losses(FileCounts counts, const FilesOptions& options);
 
 }  // namespace quillmark::tool
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cwctype>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -10,7 +11,7 @@
 #include <utility>
 
 #include "api/font_array.h"
-#include "library/name_letters.h"
+#include "text/utf8_character.h"
 
 namespace quillmark::tool {
 namespace {
@@ -44,6 +45,13 @@ bool HaveEqualFaces(const LibraryFile& a, const LibraryFile& b) {
 }
 
 }  // namespace
+
+bool HoldsLetterOrDigit(const std::string& name) {
+  const std::vector<Character> characters = Characters(name);
+  return std::any_of(characters.begin(), characters.end(), [](const Character& c) {
+    return c.code == kNoCharacter || std::iswalnum(static_cast<std::wint_t>(c.code)) != 0;
+  });
+}
 
 void Library::Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array) {
   LibraryFile file{path, {}};

@@ -34,6 +34,10 @@ struct LibraryCounts {
   std::size_t names_without_letters = 0;  // faces whose name holds neither letter nor digit
 };
 
+// Whether a name can identify a font: names such as "-" or "..." occur in many unrelated fonts. A letter or
+// digit of any script; bytes of no character may stand for one.
+bool HoldsLetterOrDigit(const std::string& name);
+
 constexpr std::size_t kUnknownData = static_cast<std::size_t>(-1);
 
 class Library {

@@ -17,6 +17,7 @@ class LibraryDetails {
  public:
   explicit LibraryDetails(const Library& library) : library_(library) {}
 
+  const Library& library() const { return library_; }
   // Bytes in both forks of the face's file; 0 when it is gone.
   std::uint64_t FileSize(const LibraryFace& face) { return DetailsOf(face).file_size; }
   // Whether the font has a table of variation axes. False when it cannot be read any more.

@@ -31,14 +31,11 @@ inline constexpr GroupList kGroupLists[] = {{"conflicts", "data", &LibraryLists:
                                             {"near", "names", &LibraryLists::near}};
 
 // A face as JSON and TSV have it.
-nlohmann::ordered_json FaceObject(const Library& library, LibraryDetails& details, const LibraryFace& face);
+nlohmann::ordered_json FaceObject(LibraryDetails& details, const LibraryFace& face);
 
-void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
-                        const LibraryLists& lists);
-void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
-                      const LibraryLists& lists);
-void WriteLibraryTsv(std::ostream& out, const Library& library, LibraryDetails& details,
-                     const LibraryLists& lists);
+void WriteLibraryTables(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
+void WriteLibraryJson(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
+void WriteLibraryTsv(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
 
 }  // namespace quillmark::tool
 

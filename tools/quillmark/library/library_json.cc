@@ -4,6 +4,7 @@
 #include <string>
 
 #include "library/library_forms.h"
+#include "output/json_form.h"
 
 namespace quillmark::tool {
 namespace {
@@ -12,8 +13,7 @@ using Json = nlohmann::ordered_json;
 
 class LibraryJsonWriter {
  public:
-  LibraryJsonWriter(std::ostream& out, const Library& library, LibraryDetails& details)
-      : out_(out), library_(library), details_(details) {}
+  LibraryJsonWriter(std::ostream& out, LibraryDetails& details) : out_(out), details_(details) {}
 
   void Write(const LibraryLists& lists) {
     if (lists.copies)
@@ -28,7 +28,7 @@ class LibraryJsonWriter {
  private:
   Json Array(const Faces& faces) {
     Json array = Json::array();
-    for (const LibraryFace* face : faces) array.push_back(FaceObject(library_, details_, *face));
+    for (const LibraryFace* face : faces) array.push_back(FaceObject(details_, *face));
     return array;
   }
 
@@ -37,11 +37,12 @@ class LibraryJsonWriter {
     Json paths = Json::array();
     Json sizes = Json::array();
     for (const LibraryFace* face : copy.faces) {
-      paths.push_back(library_.files()[face->file].path);
+      paths.push_back(details_.library().files()[face->file].path);
       sizes.push_back(details_.FileSize(*face));
     }
     Faces faces;
-    for (const LibraryFace& face : library_.files()[copy.faces.front()->file].faces) faces.push_back(&face);
+    for (const LibraryFace& face : details_.library().files()[copy.faces.front()->file].faces)
+      faces.push_back(&face);
     return {{"copied", "file"},
             {"paths", std::move(paths)},
             {"faces", Array(faces)},
@@ -59,21 +60,20 @@ class LibraryJsonWriter {
     out_ << "  \"" << name << "\": [";
     const char* before = "\n    ";
     for (const Entry& entry : list) {
-      out_ << before << object_of(entry).dump(-1, ' ', false, Json::error_handler_t::replace);
+      out_ << before << JsonText(object_of(entry));
       before = ",\n    ";
     }
     out_ << (list.empty() ? "],\n" : "\n  ],\n");
   }
 
   std::ostream& out_;
-  const Library& library_;
   LibraryDetails& details_;
 };
 
 }  // namespace
 
-Json FaceObject(const Library& library, LibraryDetails& details, const LibraryFace& face) {
-  return {{"path", library.files()[face.file].path},
+Json FaceObject(LibraryDetails& details, const LibraryFace& face) {
+  return {{"path", details.library().files()[face.file].path},
           {"face", face.index},
           {"postScriptName", face.post_script_name},
           {"kind", face.kind},
@@ -84,10 +84,10 @@ Json FaceObject(const Library& library, LibraryDetails& details, const LibraryFa
           {"variable", details.IsVariable(face)}};
 }
 
-void WriteLibraryJson(std::ostream& out, const Library& library, LibraryDetails& details,
-                      const LibraryLists& lists) {
+void WriteLibraryJson(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
   out << "{\n";
-  LibraryJsonWriter(out, library, details).Write(lists);
+  LibraryJsonWriter(out, details).Write(lists);
+  const Library& library = details.library();
   const LibraryCounts counts = library.Count();
   const Json summary = {{"files", library.files().size()},
                         {"faces", counts.faces},

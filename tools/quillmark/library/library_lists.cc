@@ -10,7 +10,6 @@
 
 #include "analysis/name_match.h"
 #include "faces/version_order.h"
-#include "library/name_letters.h"
 
 namespace quillmark::tool {
 namespace {

@@ -37,8 +37,8 @@ struct TableGroup {
 
 class LibraryTableWriter {
  public:
-  LibraryTableWriter(std::ostream& out, const Library& library, LibraryDetails& details)
-      : out_(out), library_(library), details_(details), look_(OutputLook()) {}
+  LibraryTableWriter(std::ostream& out, LibraryDetails& details)
+      : out_(out), library_(details.library()), details_(details) {}
 
   void Write(const std::string& name, const std::string& meaning,
              const std::optional<std::vector<Group>>& groups, const std::vector<Cell>& cells) {
@@ -157,14 +157,13 @@ class LibraryTableWriter {
   std::ostream& out_;
   const Library& library_;
   LibraryDetails& details_;
-  const TerminalLook look_;
+  const TerminalLook look_ = OutputLook();
 };
 
 }  // namespace
 
-void WriteLibraryTables(std::ostream& out, const Library& library, LibraryDetails& details,
-                        const LibraryLists& lists) {
-  LibraryTableWriter writer(out, library, details);
+void WriteLibraryTables(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
+  LibraryTableWriter writer(out, details);
   writer.Write("Conflicts", "one PostScript name, different data", lists.conflicts,
                {kChecksum, kVersion, kKind, kFoundry, kFace, kSize});
   writer.Write("Formats", "one font in several formats", lists.formats,

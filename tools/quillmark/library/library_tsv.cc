@@ -8,11 +8,10 @@
 
 namespace quillmark::tool {
 
-void WriteLibraryTsv(std::ostream& out, const Library& library, LibraryDetails& details,
-                     const LibraryLists& lists) {
+void WriteLibraryTsv(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
   // `place`: list, group, part, and what is copied. A file stands for all of its faces.
   const auto write_line = [&](const std::string& place, const LibraryFace& face, bool is_file) {
-    auto object = FaceObject(library, details, face);
+    auto object = FaceObject(details, face);
     if (is_file) object["face"] = "";
     out << place;
     for (const auto& value : object) {

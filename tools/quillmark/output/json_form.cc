@@ -10,12 +10,17 @@ std::string JsonObject(const Face& face, const std::vector<const Field*>& named)
   object.get_ref<nlohmann::ordered_json::object_t&>().reserve(AllFields().size());
   if (named.empty()) {
     for (const Field& field : AllFields()) {
+      if (field.on_request) continue;
       if (auto value = field.value(face); !value.is_null()) object[field.name] = std::move(value);
     }
   } else {
     for (const Field* field : named) object[field->name] = field->value(face);
   }
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return JsonText(object);
+}
+
+std::string JsonText(const nlohmann::ordered_json& value) {
+  return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document) {

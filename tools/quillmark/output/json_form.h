@@ -16,6 +16,9 @@ namespace quillmark::tool {
 // order, null where the face has none.
 std::string JsonObject(const Face& face, const std::vector<const Field*>& named);
 
+// A value on one line, without a line end.
+std::string JsonText(const nlohmann::ordered_json& value);
+
 // A whole document for people and programs: indented, with a line end.
 void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document);
 

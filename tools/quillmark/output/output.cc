@@ -3,12 +3,15 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
-#include "faces/array_forms.h"
+#include "api/font_array.h"
 #include "faces/fields.h"
+#include "faces/stored_text.h"
 #include "output/json_form.h"
 #include "output/table_form.h"
 #include "output/tsv_form.h"
+#include "text/printable.h"
 #include "text/terminal.h"
 
 namespace quillmark::tool {
@@ -50,27 +53,30 @@ class JsonWriter : public FaceWriter {
   Fields fields_;
 };
 
-// Flushes the lines of each file together, so that a reader of a pipe gets whole lines without delay.
+// Flushes the lines of each file together, so that a reader of a pipe gets whole lines without delay; those
+// of a file with very many faces in parts.
 class LineWriter : public FaceWriter {
  public:
+  static constexpr std::size_t kMostBytesHeld = std::size_t{64} * 1024;
   using Line = std::string (*)(const Face&, const Fields&);
   LineWriter(std::ostream& out, std::string header, Line line, Fields fields)
-      : out_(out), lines_(std::move(header)), line_(line), fields_(std::move(fields)) {}
+      : out_(out), header_(std::move(header)), line_(line), fields_(std::move(fields)) {}
   void Add(std::vector<Face> faces, FontArray) override {
-    std::string lines;
-    for (const Face& face : faces) lines += line_(face, fields_);
     Finish();
-    out_ << lines << std::flush;
+    std::string lines;
+    for (const Face& face : faces) {
+      lines += line_(face, fields_);
+      if (lines.size() < kMostBytesHeld && &face != &faces.back()) continue;
+      out_ << lines << std::flush;
+      lines.clear();
+    }
   }
-  void Finish() override {
-    out_ << lines_ << std::flush;
-    lines_.clear();
-  }
+  void Finish() override { out_ << std::exchange(header_, {}) << std::flush; }
   bool WritesAtOnce() const override { return true; }
 
  private:
   std::ostream& out_;
-  std::string lines_;
+  std::string header_;  // until it is written
   Line line_;
   Fields fields_;
 };
@@ -81,16 +87,16 @@ class ArrayWriter : public FaceWriter {
   ArrayWriter(std::ostream& out, Form form) : out_(out), form_(form) {}
   void Add(std::vector<Face> faces, FontArray array) override {
     std::vector<Face>().swap(faces);
-    Join(whole_, std::move(array));
+    whole_.Append(std::move(*array));
   }
-  void Finish() override { out_ << form_(*whole_); }
+  void Finish() override { out_ << form_(whole_); }
   bool WritesAtOnce() const override { return false; }
   bool WritesArray() const override { return true; }
 
  private:
   std::ostream& out_;
   Form form_;
-  FontArray whole_ = EmptyArray();
+  QM_FontArray whole_;
 };
 
 std::string JsonLine(const Face& face, const Fields& fields) { return JsonObject(face, fields) + '\n'; }
@@ -104,9 +110,11 @@ Fields Chosen(const OutputForm& form) {
   return fields;
 }
 
-Fields Every() {
+Fields Unasked() {
   Fields fields;
-  for (const Field& field : AllFields()) fields.push_back(&field);
+  for (const Field& field : AllFields()) {
+    if (!field.on_request) fields.push_back(&field);
+  }
   return fields;
 }
 
@@ -121,13 +129,18 @@ std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out
   if (form.format == "json") return std::make_unique<JsonWriter>(out, std::move(fields));
   if (form.format == "jsonl") return std::make_unique<LineWriter>(out, "", JsonLine, std::move(fields));
   if (form.format == "tsv") {
-    if (fields.empty()) fields = Every();
+    if (fields.empty()) fields = Unasked();
     std::string header = TsvHeader(fields);
     return std::make_unique<LineWriter>(out, std::move(header), TsvLine, std::move(fields));
   }
   if (form.format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
   if (form.format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
   return std::make_unique<TableWriter>(out, std::move(fields), form.wide);
+}
+
+int ReportFault(const std::string& path, const std::string& fault) {
+  std::cerr << ShownPath(path) << ": " << fault << '\n';
+  return 1;
 }
 
 void FlushOutput() {

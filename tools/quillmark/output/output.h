@@ -39,6 +39,9 @@ FaceNeeds NeedsOf(const OutputForm& form);
 // Throws CLI::ValidationError for fields of a form whose content is fixed. The names are those of fields.
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out);
 
+// A line on standard error about a file. Returns the status of a command that fails by what it tells.
+int ReportFault(const std::string& path, const std::string& fault);
+
 // Hands what was written to the system. Throws when standard output does not take it.
 void FlushOutput();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <numeric>
 #include <string>
@@ -10,7 +11,6 @@
 #include <vector>
 
 #include "api/font_array.h"
-#include "faces/array_forms.h"
 #include "faces/version_order.h"
 
 namespace quillmark::tool {
@@ -31,14 +31,20 @@ class SortedWriter : public FaceWriter {
       : writer_(std::move(writer)), field_(field) {}
 
   void Add(std::vector<Face> faces, FontArray array) override {
-    for (const Face& face : faces) keys_.push_back(field_.value(face));
-    if (writer_->WritesArray()) {
-      std::vector<Face>().swap(faces);
-      Join(array_, std::move(array));
-    } else if (faces_.empty()) {
-      faces_ = std::move(faces);  // no second copy of a file's faces
-    } else {
-      std::move(faces.begin(), faces.end(), std::back_inserter(faces_));
+    const std::size_t known = keys_.size();
+    try {
+      for (const Face& face : faces) keys_.push_back(field_.value(face));
+      if (writer_->WritesArray()) {
+        std::vector<Face>().swap(faces);
+        array_.Append(std::move(*array));
+      } else if (faces_.empty()) {
+        faces_ = std::move(faces);  // no second copy of a file's faces
+      } else {
+        faces_.insert(faces_.end(), std::move_iterator(faces.begin()), std::move_iterator(faces.end()));
+      }
+    } catch (const std::bad_alloc&) {
+      keys_.resize(known);  // there is room for all faces of a file or for none
+      throw;
     }
   }
 
@@ -48,17 +54,17 @@ class SortedWriter : public FaceWriter {
     const bool are_versions = std::string_view(field_.name) == "version";
     std::stable_sort(order.begin(), order.end(),
                      [&](std::size_t a, std::size_t b) { return Before(keys_[a], keys_[b], are_versions); });
-    for (const std::size_t place : order) {
-      std::vector<Face> face;
-      FontArray one = EmptyArray();
-      if (writer_->WritesArray()) {
-        one->push_back(array_->view(place));
-      } else {
-        face.push_back(std::move(faces_[place]));
+    std::vector<Json>().swap(keys_);
+    if (writer_->WritesArray()) {
+      array_.Keep(order);
+      writer_->Add({}, FontArray(new QM_FontArray(std::move(array_))));
+    } else {
+      for (const std::size_t place : order) {
+        std::vector<Face> one;
+        one.push_back(std::move(faces_[place]));
+        writer_->Add(std::move(one), nullptr);
       }
-      writer_->Add(std::move(face), std::move(one));
     }
-    array_.reset();
     writer_->Finish();
   }
 
@@ -68,8 +74,8 @@ class SortedWriter : public FaceWriter {
   const std::unique_ptr<FaceWriter> writer_;
   const Field& field_;
   std::vector<Json> keys_;
-  std::vector<Face> faces_;         // empty where the writer takes the array
-  FontArray array_ = EmptyArray();  // empty where it takes faces
+  std::vector<Face> faces_;  // empty where the writer takes the array
+  QM_FontArray array_;       // empty where it takes faces
 };
 
 }  // namespace

@@ -1,25 +1,19 @@
 #include "output/tsv_form.h"
 
+#include <string_view>
+
 namespace quillmark::tool {
 
 std::string TsvText(const std::string& text) {
+  constexpr std::string_view kEscaped = "\t\n\r\\";
+  constexpr std::string_view kLetters = "tnr\\";
   std::string escaped;
   for (const char c : text) {
-    switch (c) {
-      case '\t':
-        escaped += "\\t";
-        break;
-      case '\n':
-        escaped += "\\n";
-        break;
-      case '\r':
-        escaped += "\\r";
-        break;
-      case '\\':
-        escaped += "\\\\";
-        break;
-      default:
-        escaped += c;
+    const std::size_t which = kEscaped.find(c);
+    if (which == std::string_view::npos) {
+      escaped += c;
+    } else {
+      escaped.append(1, '\\').append(1, kLetters[which]);
     }
   }
   return escaped;

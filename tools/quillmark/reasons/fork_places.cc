@@ -17,16 +17,26 @@ bool HoldsFonts(const ResourceMap& map) {
   return map.CountResources(kFond) + map.CountResources(kSfnt) + map.CountResources(kPost) > 0;
 }
 
+fs::path OutsideForkFolders(const fs::path& folder) {
+  fs::path outside;
+  for (const fs::path& part : folder) {
+    if (part != ".AppleDouble" && part != "__MACOSX") outside /= part;
+  }
+  return outside;
+}
+
 }  // namespace
 
 fs::path OwnerOfSidecar(const fs::path& sidecar) {
   std::string name = sidecar.filename().native();
   if (name.starts_with("._")) name.erase(0, 2);
-  fs::path folder;
-  for (const fs::path& part : sidecar.parent_path()) {
-    if (part != ".AppleDouble" && part != "__MACOSX") folder /= part;
-  }
-  return folder / name;
+  const fs::path folder = sidecar.parent_path();
+  fs::path owner = OutsideForkFolders(folder) / name;
+  std::error_code error;
+  if (OutsideForkFolders(folder) != folder || (owner != sidecar && fs::exists(owner, error))) return owner;
+  // A relative path may lead through such a folder unseen.
+  const fs::path whole = fs::absolute(sidecar, error).lexically_normal().parent_path();
+  return OutsideForkFolders(whole) == whole ? owner : OutsideForkFolders(whole) / name;
 }
 
 std::string NoForkAnywhere(const std::string& path) {

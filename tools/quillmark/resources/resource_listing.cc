@@ -41,23 +41,21 @@ ListedStyle LookAtStyle(QuillmarkResourceFile& file, const Family& family, std::
   return listed;
 }
 
-}  // namespace
-
-std::size_t ListResources(QuillmarkResourceFile& file, std::vector<ListedResource>& listed) {
-  std::size_t left_out = 0;
+void ListTypes(QuillmarkResourceFile& file, ResourceListing& listing) {
   const int types = file.count1ResTypes();
   for (int t = 1; t <= types; ++t) {
     ResType type = 0;
     file.getResourceTypeViaGet1IndType(&type, t);
-    const int count = std::max(file.countResType(type), 0);
-    const int shown =
-        static_cast<int>(std::min<std::size_t>(static_cast<std::size_t>(count), kMostRows - listed.size()));
-    for (int i = 1; i <= shown; ++i) listed.push_back(Look(file, type, i));
-    left_out += static_cast<std::size_t>(count - shown);
+    const auto count = static_cast<std::size_t>(std::max(file.countResType(type), 0));
+    const std::size_t shown = std::min(count, kMostRows - listing.resources.size());
+    for (std::size_t i = 1; i <= shown; ++i) {
+      listing.resources.push_back(Look(file, type, static_cast<int>(i)));
+    }
+    listing.left_out += count - shown;
   }
-  return left_out;
 }
 
+// Takes ownership of the FOND.
 ListedFond LookAtFond(QuillmarkResourceFile& file, Handle fond) {
   Family family(&file, fond);
   ListedFond listed;
@@ -67,6 +65,16 @@ ListedFond LookAtFond(QuillmarkResourceFile& file, Handle fond) {
     listed.styles.push_back(LookAtStyle(file, family, style));
   }
   return listed;
+}
+
+}  // namespace
+
+void ListResources(QuillmarkResourceFile& file, ResourceListing& listing) {
+  ListTypes(file, listing);
+  for (const std::int16_t id : file.getSortedResIDsForType(kFond)) {
+    const Handle fond = file.getResourceHandleForType(kFond, id);
+    if (fond != nullptr) listing.fonds.push_back(LookAtFond(file, fond));
+  }
 }
 
 }  // namespace quillmark::tool

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,10 +20,6 @@ struct ListedResource {
   std::string name;
 };
 
-// Lists at most as many resources as real font files hold, since in a small file thousands of types can share
-// one list. Returns how many more there are.
-std::size_t ListResources(QuillmarkResourceFile& file, std::vector<ListedResource>& listed);
-
 struct ListedStyle {
   std::int16_t style = 0;
   std::vector<FondEntry> entries;  // which resource serves which size
@@ -39,20 +34,18 @@ struct ListedFond {
   std::vector<ListedStyle> styles;
 };
 
-// Takes ownership of the FOND.
-ListedFond LookAtFond(QuillmarkResourceFile& file, Handle fond);
-
-// Writes the resources, then the FONDs one after another, to standard output.
-class ListingWriter {
- public:
-  virtual ~ListingWriter() = default;
-  virtual void Add(const std::vector<ListedResource>& resources, std::size_t left_out) = 0;
-  virtual void Add(const ListedFond& fond) = 0;
-  virtual void Finish() = 0;
+struct ResourceListing {
+  // At most as many as real font files hold, since in a small file thousands of types can share one list.
+  std::vector<ListedResource> resources;
+  std::size_t left_out = 0;  // how many more there are
+  std::vector<ListedFond> fonds;
 };
 
-std::unique_ptr<ListingWriter> MakeListingTables();
-std::unique_ptr<ListingWriter> MakeListingJson(const std::string& path);
+// Adds what the file holds. When that spends the file's budget, `listing` has what was reached.
+void ListResources(QuillmarkResourceFile& file, ResourceListing& listing);
+
+void WriteListingTables(const ResourceListing& listing);
+void WriteListingJson(const std::string& path, const ResourceListing& listing);
 
 }  // namespace quillmark::tool
 

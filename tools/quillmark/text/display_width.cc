@@ -17,15 +17,6 @@ std::size_t WidthOf(const Character& c) {
   return width < 0 ? 1 : static_cast<std::size_t>(width);
 }
 
-std::vector<Character> Characters(std::string_view text) {
-  std::vector<Character> characters;
-  while (!text.empty()) {
-    characters.push_back(FirstCharacter(text));
-    text.remove_prefix(characters.back().bytes.size());
-  }
-  return characters;
-}
-
 }  // namespace
 
 std::size_t DisplayWidth(std::string_view text) {

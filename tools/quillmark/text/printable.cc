@@ -27,16 +27,6 @@ std::string Formatted(const char* format, unsigned value) {
   return text.data();
 }
 
-// Calls `take` with each character of a text.
-template <typename Take>
-void ForEachCharacter(std::string_view text, Take take) {
-  while (!text.empty()) {
-    const Character character = FirstCharacter(text);
-    take(character);
-    text.remove_prefix(character.bytes.size());
-  }
-}
-
 }  // namespace
 
 bool IsHidden(char32_t code) {
@@ -58,7 +48,7 @@ std::string Escaped(const Character& character) {
 
 std::string Printable(const std::string& text) {
   std::string shown;
-  ForEachCharacter(text, [&](const Character& c) {
+  for (const Character& c : Characters(text)) {
     if (c.code == '\\') {
       shown += "\\\\";
     } else if (c.code == kNoCharacter || IsHidden(c.code)) {
@@ -66,9 +56,11 @@ std::string Printable(const std::string& text) {
     } else {
       shown += c.bytes;
     }
-  });
+  }
   return shown;
 }
+
+std::string ShownPath(const std::string& path) { return path.empty() ? "\"\"" : Printable(path); }
 
 std::optional<std::string> ShellWord(const std::string& word) {
   constexpr std::string_view kPlain =
@@ -80,7 +72,7 @@ std::optional<std::string> ShellWord(const std::string& word) {
 
 std::string WithoutHidden(std::string_view text) {
   std::string safe;
-  ForEachCharacter(text, [&](const Character& c) { safe += IsHidden(c.code) ? "_" : c.bytes; });
+  for (const Character& c : Characters(text)) safe += IsHidden(c.code) ? "_" : c.bytes;
   return safe;
 }
 

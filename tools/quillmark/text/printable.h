@@ -22,6 +22,9 @@ std::string Escaped(const Character& character);
 // differ in any of these stay different.
 std::string Printable(const std::string& text);
 
+// A path in messages: an empty one is shown as such.
+std::string ShownPath(const std::string& path);
+
 // A word that a reader can copy into a shell, in quotes where it needs them. None for an empty one, one with
 // a dash in front, and one that is shown in another way than it is written.
 std::optional<std::string> ShellWord(const std::string& word);

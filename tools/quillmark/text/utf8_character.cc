@@ -26,6 +26,15 @@ Character FirstCharacter(std::string_view text) {
   return {bytes, code};
 }
 
+std::vector<Character> Characters(std::string_view text) {
+  std::vector<Character> characters;
+  while (!text.empty()) {
+    characters.push_back(FirstCharacter(text));
+    text.remove_prefix(characters.back().bytes.size());
+  }
+  return characters;
+}
+
 bool MayBeCutCharacter(std::string_view text) {
   return !text.empty() && text.size() < LengthFrom(text[0]) &&
          std::all_of(text.begin() + 1, text.end(), [](char c) { return (Value(c) & 0xC0u) == 0x80; });

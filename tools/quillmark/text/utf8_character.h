@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 namespace quillmark::tool {
 
@@ -17,6 +18,9 @@ struct Character {
 
 // The first character of `text`, which is not empty, or its first byte when that begins no valid one.
 Character FirstCharacter(std::string_view text);
+
+// All of a text, one after another.
+std::vector<Character> Characters(std::string_view text);
 
 // Whether the whole text could be the beginning of one character.
 bool MayBeCutCharacter(std::string_view text);
