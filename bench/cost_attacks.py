@@ -549,6 +549,11 @@ def json_objects(n=120000):
     return b"[" + b'{"a":0},' * n + b"{}]"
 
 
+def json_objects_inside(n=330000):
+    """One object that holds a list of empty objects."""
+    return b'[{"a":[' + b"{}," * n + b"{}]}]"
+
+
 def json_keys(n=60000):
     """One object with many keys, which a list of members searches one by one."""
     return b"[{" + b",".join(b'"k%x":0' % k for k in range(n)) + b"}]"
@@ -572,7 +577,8 @@ def zero_bytes(n=1000000):
 
 
 def percent_header(n=1000000):
-    return (b"%!PS-AdobeFont-1.0: A\n" + b"/FontName (" * (n // 11))
+    """FOLDER: alone, as `why` looks at the other files of the folder."""
+    return {"font.ps": b"%!PS-AdobeFont-1.0: A\n" + b"/FontName (" * (n // 11)}
 
 
 ATTACKS = {
@@ -606,7 +612,7 @@ ATTACKS = {
     "printer_shared": ("", printer_shared),
     "deep_folder": ("", deep_folder),
     "sidecars": ("", sidecars),
-    "percent_header": (".ps", percent_header),
+    "percent_header": ("", percent_header),
     "zero_bytes": (".ttf", zero_bytes),
     "xml_angles": (".xml", xml_angles),
     "xml_tag_starts": (".xml", xml_tag_starts),
@@ -623,6 +629,7 @@ ATTACKS = {
     "json_deep": (".json", json_deep),
     "json_arrays": (".json", json_arrays),
     "json_objects": (".json", json_objects),
+    "json_objects_inside": (".json", json_objects_inside),
     "json_keys": (".json", json_keys),
     "json_same_keys": (".json", json_same_keys),
     "jsonl_lines": (".jsonl", jsonl_lines),

@@ -50,6 +50,7 @@ std::uint32_t GetKestineChecksum(Family& family, std::int16_t style) {
 
 FaceChecksums GetOmbreluxChecksum(FontFile& file, QuillmarkResourceFile& resources, Family& family,
                                   std::int16_t style, PrinterFonts& printer_fonts) {
+  const WorkScope work(file.budget(), Work::kOutlines);
   const std::uint32_t kerning = family.kerning().CrcOfPairs(style);
   std::uint32_t result = ChecksumPrinterFile(family, style, printer_fonts, kerning);
   if (result == kerning) result = ChecksumNFNTsfntFONT(resources, family, style, result);

@@ -127,6 +127,7 @@ const std::string& FirstNonEmpty(const std::string& a, const std::string& b) { r
 }  // namespace
 
 std::variant<FaceNames, NameFault> getMetaDataFromNamesTable(const SfntData& font) {
+  const WorkScope work(font.budget(), Work::kNames);
   auto records = ReadNameRecords(font);
   if (const auto* fault = std::get_if<NameFault>(&records)) return *fault;
   const NameChoice choice(std::get<NameRecords>(std::move(records)), font.budget());

@@ -75,6 +75,7 @@ PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
 const PrinterFont& PrinterFonts::At(const std::string& path) {
   const auto found = cache_.find(path);
   if (found != cache_.end()) return found->second;
+  const WorkScope work(access_.budget(), Work::kPrinterFonts);
   FontFile file(access_, path);
   return cache_.emplace(path, ReadPrinterFont(file, request_)).first->second;
 }

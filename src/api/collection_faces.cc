@@ -83,6 +83,9 @@ class CollectionReader {
 
 }  // namespace
 
-void AddCollectionFaces(Creation& creation) { CollectionReader(creation).ReadFaces(); }
+void AddCollectionFaces(Creation& creation) {
+  const WorkScope work(&creation.budget, Work::kCollection);
+  CollectionReader(creation).ReadFaces();
+}
 
 }  // namespace quillmark

@@ -37,7 +37,7 @@ CreationResult CreateFaces(const FileSystem& system, const std::string& path, st
       AddFileFaces(creation);
     }
   } catch (const BudgetSpent&) {
-    result.budget_spent = true;  // the face under way is dropped
+    result.spent_on = creation.budget.most_work();  // the face under way is dropped
   }
   result.charged_steps = creation.budget.charged();
   result.faces.RemoveDups();

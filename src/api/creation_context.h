@@ -3,6 +3,7 @@
 #define QUILLMARK_API_CREATION_CONTEXT_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,8 @@ struct CreationResult {
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;
-  // The budget was spent before all faces were read.
-  bool budget_spent = false;
+  // The budget was spent before all faces were read, most of it on this.
+  std::optional<Work> spent_on;
   std::uint64_t charged_steps = 0;  // of the budget
 };
 

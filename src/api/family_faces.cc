@@ -113,6 +113,7 @@ class FamilyReader {
 }  // namespace
 
 void AddFamilyFaces(Creation& creation, QuillmarkResourceFile& resources, int fond_count) {
+  const WorkScope work(&creation.budget, Work::kFamilies);
   FamilyReader reader(creation, resources);
   for (int i = 1; i <= fond_count; ++i) {
     reader.ReadFamily(resources.getResourceHandleViaGet1IndResource(kFond, i));

@@ -7,8 +7,12 @@
 #define QUILLMARK_PLATFORM_BUDGET_H_
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <numeric>
+#include <utility>
 
 namespace quillmark {
 
@@ -17,6 +21,20 @@ class BudgetSpent : public std::exception {
  public:
   const char* what() const noexcept override { return "the input repeats its bytes too often"; }
 };
+
+// What steps are spent on.
+enum class Work : std::uint8_t {
+  kFiles,  // looking up and reading files, and all that is none of the following
+  kResourceMap,
+  kFamilies,
+  kStyleMappings,
+  kKerning,
+  kPrinterFonts,
+  kNames,
+  kOutlines,
+  kCollection
+};
+inline constexpr std::size_t kWorks = static_cast<std::size_t>(Work::kCollection) + 1;
 
 class Budget {
  public:
@@ -46,24 +64,49 @@ class Budget {
   // Throws BudgetSpent when fewer than `steps` are left; every later call then throws, too.
   void Charge(std::uint64_t steps) {
     if (steps > left_) {
-      charged_ += left_;
+      charged_[under_way_] += left_;
       left_ = 0;
       throw BudgetSpent();
     }
     left_ -= steps;
-    charged_ += steps;
+    charged_[under_way_] += steps;
   }
   void ChargeBytes(std::uint64_t bytes) { Charge(1 + bytes / kBytesPerStep); }
   void ChargeRecords(std::uint64_t count) { Charge(1 + std::min(count, kMostBytes) * kRecord); }
 
   std::uint64_t left() const { return left_; }
-  std::uint64_t charged() const { return charged_; }
+  std::uint64_t charged() const {
+    return std::accumulate(charged_.begin(), charged_.end(), std::uint64_t{0});
+  }
+  // The work that took the most steps.
+  Work most_work() const {
+    return static_cast<Work>(std::max_element(charged_.begin(), charged_.end()) - charged_.begin());
+  }
 
  private:
+  friend class WorkScope;
   static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 48;  // keeps the sums from wrapping
 
   std::uint64_t left_ = kFixedSteps;
-  std::uint64_t charged_ = 0;
+  std::array<std::uint64_t, kWorks> charged_ = {};  // by Work
+  std::size_t under_way_ = 0;                       // a Work
+};
+
+// Notes the charges of its lifetime as those of `work`; `budget` may be null.
+class WorkScope {
+ public:
+  WorkScope(Budget* budget, Work work) : budget_(budget) {
+    if (budget_ != nullptr) outer_ = std::exchange(budget_->under_way_, static_cast<std::size_t>(work));
+  }
+  ~WorkScope() {
+    if (budget_ != nullptr) budget_->under_way_ = outer_;
+  }
+  WorkScope(const WorkScope&) = delete;
+  WorkScope& operator=(const WorkScope&) = delete;
+
+ private:
+  Budget* const budget_;
+  std::size_t outer_ = 0;
 };
 
 // The same with a budget that may be null, which means work without a bound.

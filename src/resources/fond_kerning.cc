@@ -7,6 +7,7 @@
 namespace quillmark {
 
 FondKerning::FondKerning(Bytes fond, Budget* budget) : fond_(fond), budget_(budget) {
+  const WorkScope work(budget, Work::kKerning);
   Walk();
   Charge(budget_, sub_tables_.size() * Budget::kSortedRecord);
   std::ranges::stable_sort(sub_tables_, {}, &SubTable::style);
@@ -53,6 +54,7 @@ Bytes FondKerning::Range(std::size_t start, std::size_t length) const {
 }
 
 std::uint32_t FondKerning::SumOfBytes(std::int16_t style) const {
+  const WorkScope work(budget_, Work::kKerning);
   std::uint32_t sum = 0;
   for (const SubTable& table : SubTablesOf(style)) {
     for (const std::uint8_t byte : Range(table.start, SubTable::kHeaderSize + table.pairs_size)) sum += byte;
@@ -61,6 +63,7 @@ std::uint32_t FondKerning::SumOfBytes(std::int16_t style) const {
 }
 
 std::uint32_t FondKerning::CrcOfPairs(std::int16_t style) const {
+  const WorkScope work(budget_, Work::kKerning);
   std::uint32_t crc = 0;
   for (const SubTable& table : SubTablesOf(style)) {
     crc = Crc32(crc, Range(table.start + SubTable::kHeaderSize, table.pairs_size));

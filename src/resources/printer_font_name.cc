@@ -63,6 +63,7 @@ std::int32_t GetIndStyleName(Bytes strings, std::int16_t n, unsigned char* out, 
 }
 
 StyleMapping::StyleMapping(Bytes fond, Budget* budget) : budget_(budget) {
+  const WorkScope work(budget, Work::kStyleMappings);
   const auto offset = StyleMappingOffset(fond);
   if (!offset || *offset > fond.size() || fond.size() - *offset < kFirstString) return;
   table_ = fond.subspan(*offset);
@@ -82,6 +83,7 @@ std::optional<Bytes> StyleMapping::String(std::uint8_t n) const {
 }
 
 std::string StyleMapping::GetPrinterFontName(unsigned char style, std::int32_t limit) const {
+  const WorkScope work(budget_, Work::kStyleMappings);
   const auto base = String(1);
   if (!base || limit < 1) return {};
   limit = std::min(limit, kLargestPascalString);

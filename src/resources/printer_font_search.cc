@@ -1,7 +1,6 @@
 // Finds the printer font files that the families of a resource file need. They lie beside it.
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
@@ -17,7 +16,7 @@ namespace quillmark {
 
 std::optional<std::string> QuillmarkResourceFile::PathOfPrinterFile(const std::string& name) const {
   if (name.empty() || name.find('/') != std::string::npos) return std::nullopt;
-  return (std::filesystem::path(path_).parent_path() / name).string();
+  return folder_ + name;
 }
 
 // Both forms of the name are printable ASCII, hence valid UTF-8.

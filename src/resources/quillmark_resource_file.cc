@@ -3,6 +3,7 @@
 #include "resources/quillmark_resource_file.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -57,7 +58,9 @@ QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(FontFile& file, bool 
   FSRef ref;
   if (FSFileMakeRef(file, &ref, nullptr) != noErr) return nullptr;
   opened->ref_num_ = opened->openFileForResourceAccess(ref);
-  return opened->ref_num_ == -1 ? nullptr : opened.release();
+  if (opened->ref_num_ == -1) return nullptr;
+  opened->folder_ = std::filesystem::path(opened->path_).parent_path() / "";
+  return opened.release();
 }
 
 QuillmarkResourceFile::QuillmarkResourceFile(std::string path, bool readOnly, Budget* budget)

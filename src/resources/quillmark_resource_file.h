@@ -74,6 +74,7 @@ class QuillmarkResourceFile {
   ResFileRefNum openFileForResourceAccess(const FSRef& ref);
 
   std::string path_;
+  std::string folder_;  // of path_, with its slash; empty for a bare name
   ResFileRefNum ref_num_ = -1;
   bool read_only_ = true;
   bool is_data_fork_ = false;

@@ -263,13 +263,26 @@ CreationResult CreateFrom(const std::string& path, const std::string& bytes) {
   return CreateFaces(MemoryFiles(files), path, QM_ATTRIBUTES_ALL);
 }
 
+// Of a collection whose faces share one directory, all after the first are faults.
+TEST(Creation, KeepsTheFirstFaultsAndTellsWhetherThereWereMore) {
+  CollectionBuilder collection;
+  collection.Face(SfntBuilder::CrossPlatform().MacName(4, "One"));
+  for (int i = 0; i < 256; ++i) collection.SameFaceAs(0);
+  for (const bool has_more : {false, true}) {
+    if (has_more) collection.SameFaceAs(0);
+    const CreationResult result = CreateFrom("/a.ttc", collection.Trailer("end").Build());
+    EXPECT_EQ(result.faults.size(), 256u);
+    EXPECT_EQ(result.faults_dropped, has_more);
+  }
+}
+
 TEST(Budget, OrdinarySuitcasesKeepMoreThanHalfOfIt) {
   for (const auto& [families, styles, kerning_pairs] : {std::tuple(1, 48, 3000u), {100, 4, 30u}}) {
     ResourceForkBuilder fork;
     for (int i = 0; i < families; ++i) AddFamily(fork, 200 + styles * i, styles, kerning_pairs);
     const std::string bytes = fork.Build();
     const CreationResult result = CreateFrom("/a.dfont", bytes);
-    EXPECT_FALSE(result.budget_spent);
+    EXPECT_FALSE(result.spent_on);
     EXPECT_EQ(result.faces.size(), static_cast<std::size_t>(families * styles));
     EXPECT_LT(result.charged_steps, Budget(bytes.size()).left() / 2) << families;
   }
@@ -308,7 +321,7 @@ TEST(Budget, FilesThatRepeatTheirBytesEndWithTheFacesFoundFirst) {
   const CreationResult right = CreateFrom("/a.dfont", ordinary.Build());
   for (const bool is_overlapping : {false, true}) {
     const CreationResult result = CreateFrom("/a.dfont", RepeatingFile(is_overlapping));
-    EXPECT_TRUE(result.budget_spent);
+    EXPECT_EQ(result.spent_on, Work::kFamilies);
     // Those of the outline are duplicates of each other.
     ASSERT_EQ(Names(&result.faces), "Face-200, Face-201, Face-202, Face-203, Face-0");
     EXPECT_NE(result.faces.view(4).checksum, 0u) << "every face is complete";
@@ -338,7 +351,7 @@ TEST(Budget, NameTablesThatRepeatTheirTextEndEarly) {
   collection.Face(SfntBuilder::CrossPlatform().MacName(4, "First"));
   for (int i = 0; i < 100; ++i) collection.Face(SfntBuilder().Table("name", RepeatingNameTable(1000)));
   const CreationResult result = CreateFrom("/a.ttc", collection.Trailer("end").Build());
-  EXPECT_TRUE(result.budget_spent);
+  EXPECT_EQ(result.spent_on, Work::kNames);
   EXPECT_EQ(Names(&result.faces), "First, Shared");
 
   for (const auto& [records, name] : {std::pair(100u, "Shared"), {8000u, "-"}}) {

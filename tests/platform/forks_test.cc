@@ -16,9 +16,20 @@
 namespace quillmark {
 namespace {
 
-FinderInfo ReadFinderInfo(const std::string& path) {
+// A font file of the disk, looked up anew.
+struct Opened {
+  explicit Opened(const std::string& path) : file(access, path) {}
   FileAccess access;
-  return FontFile(access, path).Finder();
+  FontFile file;
+};
+
+FinderInfo ReadFinderInfo(const std::string& path) { return Opened(path).file.Finder(); }
+std::uint64_t TotalForkLength(const std::string& path) { return Opened(path).file.TotalLength(); }
+std::optional<Fork> OpenDataFork(const std::string& path) { return Opened(path).file.DataFork(); }
+std::optional<Fork> OpenResourceFork(const std::string& path) {
+  Opened opened(path);
+  const auto& found = opened.file.ResourceFork();
+  return found ? std::optional(found->fork) : std::nullopt;
 }
 
 // The bytes that a fork gives of a range.
@@ -50,7 +61,7 @@ TEST_F(ForksTest, EachCarrierFileServesAndTheFirstInOrderWins) {
   for (auto name = files.rbegin(); name != files.rend(); ++name) {
     const bool raw = *name == files.back();
     const std::string path = folder_.Write(*name, raw ? *name : Sidecar(*name));
-    const ResourceForkLocation found = FindResourceFork(font).value();
+    const ResourceForkLocation found = Opened(font).file.ResourceFork().value();
     EXPECT_EQ(Contents(found.fork), *name);
     EXPECT_TRUE(std::filesystem::equivalent(found.where, path)) << *name;
     EXPECT_EQ(TotalForkLength(font), name->size());

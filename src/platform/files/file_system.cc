@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include "platform/files/extended_attributes.h"
@@ -142,6 +144,16 @@ class MachineFileSystem : public FileSystem {
     return ends;
   }
 
+  std::vector<std::string> NamesIn(const std::string& folder) const override {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+         it.increment(error)) {
+      names.push_back(it->path().filename());
+    }
+    return names;
+  }
+
   std::vector<std::string> AttributeNames(const std::string& path) const override {
     return ExtendedAttributeNames(path);
   }
@@ -160,6 +172,8 @@ std::vector<std::size_t> FileSystem::FoldersAboveWith(std::string_view /*name*/,
   }
   return ends;
 }
+
+std::vector<std::string> FileSystem::NamesIn(const std::string& /*folder*/) const { return {}; }
 
 const FileSystem& SystemFiles() {
   static const auto* const files = new MachineFileSystem;

@@ -52,6 +52,8 @@ class FileSystem {
   // slash, the longest first. `folders` is the path of the file's folder: empty, or with "/" at both ends and
   // no empty part. A file system that cannot tell cheaply gives all.
   virtual std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const;
+  // What lies in a folder, in no order; none where it cannot be listed.
+  virtual std::vector<std::string> NamesIn(const std::string& folder) const;
   // Extended attributes of a file; none where the file system has no such thing.
   virtual std::vector<std::string> AttributeNames(const std::string& path) const = 0;
   virtual std::optional<std::string> Attribute(const std::string& path, const std::string& name) const = 0;

@@ -219,36 +219,6 @@ FinderInfo FontFile::FindFinderInfo() {
   return {};
 }
 
-namespace {
-
-// Calls `ask` with a FontFile of the machine's file system, without a budget.
-template <typename Ask>
-auto AskOnce(const std::string& path, Ask ask) {
-  FileAccess access;
-  FontFile file(access, path);
-  return ask(file);
-}
-
-}  // namespace
-
 bool IsRegularFile(const std::string& path) { return SystemFiles().Status(path).regular; }
-
-std::optional<Fork> OpenDataFork(const std::string& path) {
-  return AskOnce(path, [](FontFile& file) { return file.DataFork(); });
-}
-
-std::optional<ResourceForkLocation> FindResourceFork(const std::string& path) {
-  return AskOnce(path, [](FontFile& file) { return file.ResourceFork(); });
-}
-
-std::optional<Fork> OpenResourceFork(const std::string& path) {
-  auto found = FindResourceFork(path);
-  if (!found) return std::nullopt;
-  return std::move(found->fork);
-}
-
-std::uint64_t TotalForkLength(const std::string& path) {
-  return AskOnce(path, [](FontFile& file) { return file.TotalLength(); });
-}
 
 }  // namespace quillmark

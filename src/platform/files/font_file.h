@@ -86,12 +86,8 @@ class FontFile {
   std::optional<ForkSums> sums_;
 };
 
-// The same answers for a file of the machine's file system, each with one look-up of its own.
+// In the machine's file system.
 bool IsRegularFile(const std::string& path);
-std::optional<Fork> OpenDataFork(const std::string& path);
-std::optional<ResourceForkLocation> FindResourceFork(const std::string& path);
-std::optional<Fork> OpenResourceFork(const std::string& path);
-std::uint64_t TotalForkLength(const std::string& path);
 
 }  // namespace quillmark
 

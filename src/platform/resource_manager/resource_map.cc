@@ -20,6 +20,7 @@ std::uint32_t CountFrom(std::uint16_t stored) { return (stored + 1u) & 0xFFFFu; 
 }  // namespace
 
 std::optional<ResourceMap> ResourceMap::Open(Fork fork, Budget* budget, MapFault* fault) {
+  const WorkScope work(budget, Work::kResourceMap);
   ResourceMap map(std::move(fork), budget);
   auto found = map.ReadHeaderAndMap();
   if (!found) found = map.ReadTypeList();

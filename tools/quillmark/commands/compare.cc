@@ -52,7 +52,7 @@ bool Load(Side& side) {
     PrinterFontFamilies families;
     ReportFault(side.path, files.failure()        ? files.WhyUnread(side.path)
                            : text_files.failure() ? text_files.WhyUnread(side.path)
-                                                  : Explain(side.path, result, families).reason);
+                                                  : Explain(files, side.path, result, families).reason);
     return false;
   }
   return true;

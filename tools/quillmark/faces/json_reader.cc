@@ -81,20 +81,27 @@ class FacesReader {
   explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array.reset(new QM_FontArray); }
 
   void ReadArray(const std::string& text) {
+    std::istringstream in(text);
+    char next = 0;
+    if ((in >> next >> std::ws).peek() == ']') in >> next;
+    const auto place = [&] {  // the end where nothing is left to read
+      const auto at = in.tellg();
+      return at < 0 ? text.size() : static_cast<std::size_t>(at);
+    };
+    std::size_t start = 0;
     try {
-      // Each object is taken as soon as it is read, so that no more than one is held.
-      const auto take = [this](int depth, Json::parse_event_t event, Json& value) {
-        using Event = Json::parse_event_t;
-        if (depth == 1 && event == Event::object_end) {
-          Take(value);
-          return false;
-        }
-        if (depth == 1 && (event == Event::value || event == Event::array_end)) Take(value);
-        return true;
-      };
-      [[maybe_unused]] const Json emptied = Json::parse(text, take);
+      // Each object is taken as soon as it is read, so that no more than one is held. The library's own way
+      // to do that, a callback, takes the square of the objects inside.
+      while (next != ']' && read_.fault.empty()) {
+        start = place();
+        Json object;
+        in >> object;
+        Take(object);
+        if (read_.fault.empty() && (!(in >> next) || (next != ',' && next != ']'))) TellDamage(text, place());
+      }
+      if (read_.fault.empty() && !(in >> std::ws).eof()) TellDamage(text, place());
     } catch (const Json::parse_error& error) {
-      TellDamage(text, error.byte);
+      TellDamage(text, start + error.byte);
     }
   }
 

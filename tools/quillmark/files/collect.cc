@@ -74,13 +74,13 @@ class Identifier {
     } else {
       result = CreateFaces(files, path, needs_.attributes);
       if (needs_.variable) variable = WhichAreVariable(files, path, result.faces);
-      if (!files.failure()) explanation = Explain(path, result, families_);
     }
     if (files.failure()) {
       const bool may_pass = IsShortage(files.failure()->error);
-      explanation = {Outcome::kUnreadable, files.WhyUnread(path), {}, may_pass};
-      return WithoutFaces(source, explanation);
+      return WithoutFaces(source, {Outcome::kUnreadable, files.WhyUnread(path), {}, may_pass});
     }
+    // Looks at neighbours, too: one that cannot be read takes no face from this file.
+    if (!source.is_sidecar) explanation = Explain(files, path, result, families_);
     IdentifiedFile file = WithoutFaces(source, std::move(explanation));
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));
@@ -103,7 +103,7 @@ class Identifier {
   static Explanation ExplainSidecar(const WatchedFiles& files, const std::string& path) {
     OpenedFont opened(path, files);
     try {
-      return ExplainLoneSidecar(opened.file);
+      return ExplainLoneSidecar(opened);
     } catch (const BudgetSpent&) {
       return {Outcome::kDamaged, kTakesTooMuchWork};
     }

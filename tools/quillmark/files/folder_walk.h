@@ -4,10 +4,11 @@
 #ifndef QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 #define QUILLMARK_TOOL_FILES_FOLDER_WALK_H_
 
+#include <dirent.h>
 #include <sys/types.h>
 
-#include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -40,18 +41,24 @@ class FolderWalk {
 
  private:
   struct Folder {
-    std::filesystem::path path;
+    std::string path;
     bool holds_forks = false;  // of files outside: only sidecars count
   };
 
   void List();
+  int OpenNext();
   bool IsSidecar(const std::string& name) const;
   void Take(const std::string& name);
   bool IsFirstVisit();
 
   const WalkOptions options_;
   const std::function<bool()> stopped_;
+  struct Close {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+  };
+
   Folder folder_;                              // whose files are handed out
+  std::unique_ptr<DIR, Close> opened_;         // folder_; null when it cannot be opened
   std::vector<std::string> names_;             // of them, the next one last
   std::vector<Folder> pending_;                // the next one last
   std::string fault_;                          // of listing folder_

@@ -125,6 +125,30 @@ std::string Words(const DuplicateFault& fault) {
                                : "the PostScript name of " + other + ", " + Printable(*fault.shared);
 }
 
+std::string Words(Work work) {
+  switch (work) {
+    case Work::kFiles:
+      return "its files are looked up or read many times";
+    case Work::kResourceMap:
+      return "its resource map lists more types and resources than its size allows";
+    case Work::kFamilies:
+      return "its FOND resources share their bytes, or list very many styles";
+    case Work::kStyleMappings:
+      return "its style mappings repeat the same strings";
+    case Work::kKerning:
+      return "its kerning tables share their pairs";
+    case Work::kPrinterFonts:
+      return "it names very many printer fonts";
+    case Work::kNames:
+      return "its name tables repeat the same text";
+    case Work::kOutlines:
+      return "its styles share outlines, which are read again for each";
+    case Work::kCollection:
+      return "its faces list the same tables many times";
+  }
+  return {};
+}
+
 std::string Words(CollectionStatus status) {
   switch (status) {
     case kCollectionWrongVersion:

@@ -18,6 +18,8 @@ std::string Words(const MapFault& fault);
 std::string Words(const CollectionFault& fault);
 std::string Words(const StyleFault& fault);
 std::string Words(const DuplicateFault& fault);
+// For a file that spent its budget, most of it on `work`.
+std::string Words(Work work);
 // For a collection that could not be read, or lists no face.
 std::string Words(CollectionStatus status);
 

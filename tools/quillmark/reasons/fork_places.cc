@@ -54,34 +54,34 @@ std::string NoForkAnywhere(const std::string& path) {
          "; archives and version control lose resource forks, so get the file again from where it is whole";
 }
 
-std::optional<std::string> WhySidecar(FontFile& file) {
-  const auto data = file.DataFork();
+std::optional<std::string> WhySidecar(OpenedFont& font) {
+  const auto data = font.file.DataFork();
   std::array<std::uint8_t, 4> magic = {};
   if (!data || data->ReadAt(0, magic) < magic.size() || U32At(magic, 0) != kAppleDoubleMagic) {
     return std::nullopt;
   }
-  const std::string owner = OwnerOfSidecar(file.path()).native();
+  const std::string owner = OwnerOfSidecar(font.file.path()).native();
   const auto fork = FindAppleDoubleEntry(*data, kAppleDoubleResourceFork);
   if (!fork || fork->length == 0) {
     return "an AppleDouble sidecar of " + Printable(owner) + ", without a resource fork in it";
   }
   const std::string reason = "an AppleDouble sidecar, which keeps the resource fork of another file";
-  if (owner == file.path())
+  if (owner == font.file.path())
     return reason + ": give it that file's name with \"._\" before, and place it beside that file";
-  if (IsRegularFile(owner)) return reason + ": give " + Printable(owner) + " instead";
+  if (font.files.Status(owner).regular) return reason + ": give " + Printable(owner) + " instead";
   return reason + ": " + Printable(owner) +
          " is not there; an empty file of that name is enough to have the fork read";
 }
 
 // Copying to other disks leaves sidecars with forks that hold no resource.
-Explanation ExplainLoneSidecar(FontFile& file) {
-  const auto data = file.DataFork();
+Explanation ExplainLoneSidecar(OpenedFont& font) {
+  const auto data = font.file.DataFork();
   const auto entry = data ? FindAppleDoubleEntry(*data, kAppleDoubleResourceFork) : std::nullopt;
   const auto fork = entry && entry->length > 0 ? data->Part(entry->start, entry->length) : std::nullopt;
   if (!fork) return {};
-  const auto map = ResourceMap::Open(*fork, file.budget());
+  const auto map = ResourceMap::Open(*fork, &font.budget);
   if (map && !HoldsFonts(*map)) return {};
-  return {Outcome::kLoneFork, WhySidecar(file).value_or("")};
+  return {Outcome::kLoneFork, WhySidecar(font).value_or("")};
 }
 
 }  // namespace quillmark::tool

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/files/font_file.h"
+#include "reasons/opened_font.h"
 #include "reasons/outcome.h"
 
 namespace quillmark::tool {
@@ -16,14 +16,14 @@ namespace quillmark::tool {
 std::string NoForkAnywhere(const std::string& path);
 
 // For an AppleDouble file: which file's resource fork it carries; nothing for any other file.
-std::optional<std::string> WhySidecar(FontFile& file);
+std::optional<std::string> WhySidecar(OpenedFont& font);
 
 // The file that a sidecar's own path says it belongs to: without "._", outside .AppleDouble and __MACOSX.
 std::filesystem::path OwnerOfSidecar(const std::filesystem::path& sidecar);
 
 // Of a sidecar whose file is not there. Nothing is told of one that holds no font, nor of what is no sidecar
 // but for its name.
-Explanation ExplainLoneSidecar(FontFile& file);
+Explanation ExplainLoneSidecar(OpenedFont& font);
 
 }  // namespace quillmark::tool
 

@@ -15,8 +15,9 @@ namespace quillmark::tool {
 // Reading `file` throws BudgetSpent when it takes more work than its size allows.
 struct OpenedFont {
   explicit OpenedFont(const std::string& path, const FileSystem& system = SystemFiles())
-      : access(system, &budget), file(access, path) {}
+      : files(system), access(system, &budget), file(access, path) {}
 
+  const FileSystem& files;
   Budget budget;
   FileAccess access;
   FontFile file;

@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "reasons/opened_font.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "text/printable.h"
@@ -18,8 +17,8 @@ namespace fs = std::filesystem;
 constexpr std::size_t kCacheLimit = 1024;
 
 // The printer fonts that a family file names; none when it spends its budget, as no real file does.
-std::vector<std::string> PrinterFontsOf(const std::string& family) {
-  OpenedFont opened(family);
+std::vector<std::string> PrinterFontsOf(const FileSystem& files, const std::string& family) {
+  OpenedFont opened(family, files);
   try {
     const ResourceFileHolder resources(AllocateResourceFile(opened.file, true));
     if (!FileHasFONDsInResourceFork(resources.get())) return {};
@@ -29,13 +28,12 @@ std::vector<std::string> PrinterFontsOf(const std::string& family) {
   }
 }
 
-PrinterFontFamilies::Families FamiliesIn(const fs::path& folder) {
+PrinterFontFamilies::Families FamiliesIn(const FileSystem& files, const fs::path& folder) {
   PrinterFontFamilies::Families families;
-  std::error_code error;
-  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-    const std::string candidate = it->path().native();
-    if (!IsRegularFile(candidate)) continue;
-    for (const std::string& claimed : PrinterFontsOf(candidate)) {
+  for (const std::string& name : files.NamesIn(folder)) {
+    const std::string candidate = folder / name;
+    if (!files.Status(candidate).regular) continue;
+    for (const std::string& claimed : PrinterFontsOf(files, candidate)) {
       families.try_emplace(fs::path(claimed).filename(), candidate);
     }
   }
@@ -43,9 +41,10 @@ PrinterFontFamilies::Families FamiliesIn(const fs::path& folder) {
 }
 
 // The family file in the same folder whose FOND names this printer font.
-std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFamilies& families) {
+std::optional<std::string> FamilyOf(const OpenedFont& font, PrinterFontFamilies& families) {
+  const fs::path printer_font = font.file.path();
   const bool has_folder = printer_font.has_parent_path();
-  const auto here = families.InFolder(has_folder ? printer_font.parent_path().native() : ".");
+  const auto here = families.InFolder(font.files, has_folder ? printer_font.parent_path().native() : ".");
   const auto found = here->find(printer_font.filename());
   if (found == here->end()) return std::nullopt;
   return has_folder ? found->second : fs::path(found->second).filename().native();
@@ -54,20 +53,20 @@ std::optional<std::string> FamilyOf(const fs::path& printer_font, PrinterFontFam
 }  // namespace
 
 std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::InFolder(
-    const std::string& folder) {
+    const FileSystem& files, const std::string& folder) {
   // Held during the search, since threads that wait mostly want the same folder.
   const std::lock_guard lock(mutex_);
   if (const auto found = cache_.find(folder); found != cache_.end()) return found->second;
-  auto families = std::make_shared<const Families>(FamiliesIn(folder));
+  auto families = std::make_shared<const Families>(FamiliesIn(files, folder));
   if (cache_.size() >= kCacheLimit) cache_.clear();
   cache_.emplace(folder, families);
   return families;
 }
 
-Explanation ExplainPrinterFont(const std::string& path, const std::string& what,
+Explanation ExplainPrinterFont(const OpenedFont& font, const std::string& what,
                                PrinterFontFamilies& families) {
   const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
-  if (const auto family = FamilyOf(path, families))
+  if (const auto family = FamilyOf(font, families))
     return {Outcome::kOther, reason + "give " + Printable(*family)};
   return {Outcome::kLonePrinterFont,
           reason + "none in this folder does; put the two together and give the family file"};

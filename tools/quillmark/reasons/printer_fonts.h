@@ -8,27 +8,28 @@
 #include <mutex>
 #include <string>
 
+#include "reasons/opened_font.h"
 #include "reasons/outcome.h"
 
 namespace quillmark::tool {
 
 // Caches by folder which family files name which printer fonts. A folder can hold thousands of printer fonts,
-// so it is searched once for all of them. For any number of threads.
+// so it is searched once for all of them. For one file system, and any number of threads.
 class PrinterFontFamilies {
  public:
   using Families = std::map<std::string, std::string>;  // from the name of a printer font to a family file
 
   // The families of one folder.
-  std::shared_ptr<const Families> InFolder(const std::string& folder);
+  std::shared_ptr<const Families> InFolder(const FileSystem& files, const std::string& folder);
 
  private:
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<const Families>> cache_;  // by folder; cleared at kCacheLimit
 };
 
-// Why the printer font at `path` gives no face by itself, and which family file beside it to give instead.
+// Why the printer font `font` gives no face by itself, and which family file beside it to give instead.
 // `what` says what it is, as "a printer font".
-Explanation ExplainPrinterFont(const std::string& path, const std::string& what,
+Explanation ExplainPrinterFont(const OpenedFont& font, const std::string& what,
                                PrinterFontFamilies& families);
 
 }  // namespace quillmark::tool

@@ -1,10 +1,9 @@
 #include "reasons/reason.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -88,14 +87,17 @@ std::vector<std::uint8_t> ReadStart(const RegularFile& file) {
   return start;
 }
 
+std::string TooMuchWork(Work work) { return std::string(kTakesTooMuchWork) + ": " + Words(work); }
+
 // How an sfnt font of that kind must be named to be read.
 std::string NameAdvice(std::string_view kind) {
   return std::string(": its name must end in ") + (kind == "an OpenType font" ? ".otf" : ".ttf");
 }
 
-Explanation Describe(const std::string& path, const KnownFormat& format, const std::string& name,
+Explanation Describe(const OpenedFont& font, const KnownFormat& format, const std::string& name,
                      PrinterFontFamilies& families) {
-  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(path, name, families);
+  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(font, name, families);
+  const std::string& path = font.file.path();
   const std::string whole = name + DespiteExtension(path);
   if (format.use == FormatUse::kNoFont)
     return NoFont(path, WithAdvice(whole + ", not a font", format.advice));
@@ -103,7 +105,7 @@ Explanation Describe(const std::string& path, const KnownFormat& format, const s
 }
 
 // Explains a file whose first bytes are those of a format that is not read.
-std::optional<Explanation> ExplainOtherFormat(const std::string& path, const FileStart& start,
+std::optional<Explanation> ExplainOtherFormat(const OpenedFont& font, const FileStart& start,
                                               PrinterFontFamilies& families) {
   const KnownFormat* format = RecogniseFormat(start);
   if (format == nullptr) return std::nullopt;
@@ -112,19 +114,19 @@ std::optional<Explanation> ExplainOtherFormat(const std::string& path, const Fil
     const std::vector<std::uint8_t> plain = ReadGzipStart(start.bytes);
     const KnownFormat* inside = RecogniseFormat({plain, 0});
     if (inside != nullptr && inside->use == FormatUse::kFont) {
-      return Describe(path, *inside, std::string(inside->name) + ", compressed with gzip", families);
+      return Describe(font, *inside, std::string(inside->name) + ", compressed with gzip", families);
     }
   }
-  return Describe(path, *format, name, families);
+  return Describe(font, *format, name, families);
 }
 
-Explanation ExplainCollection(FontFile& opened, const CreationResult& result, PrinterFontFamilies& families) {
+Explanation ExplainCollection(OpenedFont& font, const CreationResult& result, PrinterFontFamilies& families) {
   if (result.claimed_faces > 0) {
     const Explanation lost = LostCollectionFaces(result);
     if (lost.outcome == Outcome::kFaces) return ReadOnSecondTry();
     return {Outcome::kDamaged, "a collection of which no face can be read; " + lost.reason, lost.listed};
   }
-  const auto& file = opened.Data();
+  const auto& file = font.file.Data();
   if (!file) return ReadBefore();
   if (file->size() == 0) return {Outcome::kDamaged, "empty"};
   if (file->size() > std::numeric_limits<std::uint32_t>::max()) {
@@ -134,11 +136,10 @@ Explanation ExplainCollection(FontFile& opened, const CreationResult& result, Pr
   if (result.collection_status == kCollectionFileError) return {Outcome::kUnreadable, status, {}, true};
   const std::vector<std::uint8_t> start = ReadStart(*file);
   if (StartsWith(start, "ttcf")) return {Outcome::kDamaged, status};
-  const std::string& path = opened.path();
   if (const auto kind = SfntKind(start)) {
-    return {Outcome::kOther, std::string(*kind) + DespiteExtension(path) + NameAdvice(*kind)};
+    return {Outcome::kOther, std::string(*kind) + DespiteExtension(font.file.path()) + NameAdvice(*kind)};
   }
-  return ExplainOtherFormat(path, {start, file->size()}, families)
+  return ExplainOtherFormat(font, {start, file->size()}, families)
       .value_or(Explanation{Outcome::kDamaged, status + ", which its extension .ttc makes Quillmark expect"});
 }
 
@@ -152,7 +153,7 @@ Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, std::string_v
       return {Outcome::kDamaged, name + " that is damaged: " + Words(*fault, "the file")};
     }
   } catch (const BudgetSpent&) {
-    return {Outcome::kDamaged, name + " that is damaged: " + kTakesTooMuchWork};
+    return {Outcome::kDamaged, name + " that is damaged: " + TooMuchWork(opened.budget()->most_work())};
   }
   if (IsReadAsSfnt(opened.path())) return ReadOnSecondTry();
   const std::string extension = KnownExtension(opened.path());
@@ -182,13 +183,14 @@ bool BeginsAsResourceFile(Bytes start) {
          map_start == std::uint64_t{kUsualDataStart} + U32At(start, 8).value_or(0);
 }
 
-Explanation ExplainUnknown(const std::string& path, const FileStart& start, PrinterFontFamilies& families) {
+Explanation ExplainUnknown(const OpenedFont& font, const FileStart& start, PrinterFontFamilies& families) {
+  const std::string& path = font.file.path();
   switch (fontTypeFromExtension(path.c_str())) {
     case kExtensionPs:
     case kExtensionPfm:
     case kExtensionPfb:
     case kExtensionMmm:
-      return ExplainPrinterFont(path, "a printer font by its extension " + KnownExtension(path), families);
+      return ExplainPrinterFont(font, "a printer font by its extension " + KnownExtension(path), families);
     case kExtensionFot:
     case kExtensionFnt:
     case kExtensionFon:
@@ -201,9 +203,9 @@ Explanation ExplainUnknown(const std::string& path, const FileStart& start, Prin
 }
 
 // Explains a file whose fonts are looked for in its data fork, which is not empty.
-Explanation ExplainDataFork(FontFile& opened, const RegularFile& file, const FoundMap& found,
+Explanation ExplainDataFork(OpenedFont& font, const RegularFile& file, const FoundMap& found,
                             PrinterFontFamilies& families) {
-  const std::string& path = opened.path();
+  const std::string& path = font.file.path();
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
     return NoFont(path, "4 GiB or larger, more than a font can be");
   const std::vector<std::uint8_t> bytes = ReadStart(file);
@@ -214,14 +216,14 @@ Explanation ExplainDataFork(FontFile& opened, const RegularFile& file, const Fou
             "a TrueType collection" + DespiteExtension(path) +
                 ", and collections are read by the extension .ttc only: its name must end in .ttc"};
   }
-  if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(opened, file, *kind);
+  if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(font.file, file, *kind);
   if (found.is_data_fork) return WhyNoFonts(path, *found.map);
-  if (auto other = ExplainOtherFormat(path, start, families)) return *std::move(other);
+  if (auto other = ExplainOtherFormat(font, start, families)) return *std::move(other);
   const bool is_map = fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(bytes);
   if (is_map && found.data_fork_fault) {
     return {Outcome::kDamaged, "a damaged resource file: " + Words(*found.data_fork_fault)};
   }
-  return ExplainUnknown(path, start, families);
+  return ExplainUnknown(font, start, families);
 }
 
 Explanation ExplainEmptyDataFork(FontFile& file, const FoundMap& found) {
@@ -236,23 +238,28 @@ Explanation ExplainEmptyDataFork(FontFile& file, const FoundMap& found) {
 
 // Opens and reads the file, since only that shows missing permissions, too few descriptors and failing media.
 // Returns 0 or the errno.
-int TryToRead(const std::string& path) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (file < 0) return errno;
-  char byte = 0;
-  const int error = ::read(file, &byte, 1) < 0 ? errno : 0;
-  ::close(file);
-  return error;
+int TryToRead(const FileSystem& files, const std::string& path) {
+  const auto file = files.Open(path);
+  if (!file) return errno;
+  std::array<std::uint8_t, 1> byte;
+  return file->ReadAt(0, byte).error;
 }
 
-bool IsLink(const std::string& path) {
-  struct stat link {};
-  return ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
+// What a FileStatus does not tell; only the machine's file system has such things.
+struct MachineFile {
+  bool is_link = false;
+  mode_t target = 0;  // the kind of what is there, or of what the link leads to
+};
+MachineFile AskMachine(const std::string& path) {
+  struct stat link {
+  }, target{};
+  const bool is_link = ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
+  return {is_link, ::stat(path.c_str(), &target) == 0 ? target.st_mode : 0};
 }
 
 Explanation ExplainNoStatus(const std::string& path, int error) {
   const bool is_nowhere = error == ENOENT || error == ENOTDIR || error == ELOOP;
-  if (is_nowhere && IsLink(path)) {
+  if (is_nowhere && AskMachine(path).is_link) {
     return {Outcome::kDanglingLink, "a link that leads nowhere"};
   }
   switch (error) {
@@ -270,17 +277,19 @@ Explanation ExplainNoStatus(const std::string& path, int error) {
 }
 
 // What keeps the path from being read as a file; nothing when it can be.
-std::optional<Explanation> ExplainPath(const std::string& path) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) return ExplainNoStatus(path, errno);
-  if (S_ISDIR(info.st_mode)) {
-    return Explanation{Outcome::kFolder,
-                       IsLink(path) ? "a link to a folder, not a file" : "a folder, not a file"};
+std::optional<Explanation> ExplainPath(const FileSystem& files, const std::string& path) {
+  const FileStatus status = files.Status(path);
+  if (status.error != 0) return ExplainNoStatus(path, status.error);
+  if (!status.regular) {
+    const auto [is_link, kind] = AskMachine(path);
+    if (status.directory)
+      return Explanation{Outcome::kFolder,
+                         is_link ? "a link to a folder, not a file" : "a folder, not a file"};
+    return Explanation{Outcome::kOther, S_ISFIFO(kind)   ? "a named pipe, not a file"
+                                        : S_ISSOCK(kind) ? "a socket, not a file"
+                                                         : "a device, not a file"};
   }
-  if (S_ISFIFO(info.st_mode)) return Explanation{Outcome::kOther, "a named pipe, not a file"};
-  if (S_ISSOCK(info.st_mode)) return Explanation{Outcome::kOther, "a socket, not a file"};
-  if (!S_ISREG(info.st_mode)) return Explanation{Outcome::kOther, "a device, not a file"};
-  const int error = TryToRead(path);
+  const int error = TryToRead(files, path);
   if (error == 0) return std::nullopt;
   return Explanation{
       Outcome::kUnreadable,
@@ -290,11 +299,13 @@ std::optional<Explanation> ExplainPath(const std::string& path) {
 }
 
 // Of a file that gave no face.
-Explanation ExplainWithoutFaces(FontFile& file, const CreationResult& result, PrinterFontFamilies& families) {
+Explanation ExplainWithoutFaces(OpenedFont& font, const CreationResult& result,
+                                PrinterFontFamilies& families) {
+  FontFile& file = font.file;
   const std::string& path = file.path();
-  if (auto found = ExplainPath(path)) return *std::move(found);
-  if (auto reason = WhySidecar(file)) return {Outcome::kOther, *std::move(reason)};
-  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(file, result, families);
+  if (auto found = ExplainPath(font.files, path)) return *std::move(found);
+  if (auto reason = WhySidecar(font)) return {Outcome::kOther, *std::move(reason)};
+  if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(font, result, families);
   const FoundMap found = FindMap(file);
   if (!IsValidUtf8(path)) {
     if (found.map || file.ResourceFork()) {
@@ -304,7 +315,7 @@ Explanation ExplainWithoutFaces(FontFile& file, const CreationResult& result, Pr
   } else if (found.map) {
     const std::size_t fonds = found.map->CountResources(kFond);
     if (fonds > 0) return WhyNoFamilyFace(result, fonds);
-    if (found.map->CountResources(kPost) > 0) return ExplainPrinterFont(path, "a printer font", families);
+    if (found.map->CountResources(kPost) > 0) return ExplainPrinterFont(font, "a printer font", families);
   }
   if (path.size() > kLongestFontPath) {
     return {
@@ -314,31 +325,32 @@ Explanation ExplainWithoutFaces(FontFile& file, const CreationResult& result, Pr
   const auto& data = file.Data();
   if (!data) return ReadBefore();
   return data->size() == 0 ? ExplainEmptyDataFork(file, found)
-                           : ExplainDataFork(file, *data, found, families);
+                           : ExplainDataFork(font, *data, found, families);
 }
 
 }  // namespace
 
 std::optional<std::string> WhyNotReadable(const std::string& path) {
-  auto found = ExplainPath(path);
+  auto found = ExplainPath(SystemFiles(), path);
   if (!found) return std::nullopt;
   return std::move(found->reason);
 }
 
-Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families) {
+Explanation Explain(const FileSystem& files, const std::string& path, const CreationResult& result,
+                    PrinterFontFamilies& families) {
   const bool is_collection = fontTypeFromExtension(path.c_str()) == kExtensionTtc;
   const bool has_faces = result.faces.size() > 0;
-  if (result.budget_spent) {
+  if (result.spent_on) {
     const std::optional<std::uint32_t> listed =
         is_collection && result.claimed_faces > 0 ? std::optional(result.claimed_faces) : std::nullopt;
-    return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, kTakesTooMuchWork, listed};
+    return {has_faces ? Outcome::kIncomplete : Outcome::kDamaged, TooMuchWork(*result.spent_on), listed};
   }
   if (!has_faces) {
-    OpenedFont opened(path);
+    OpenedFont font(path, files);
     try {
-      return ExplainWithoutFaces(opened.file, result, families);
+      return ExplainWithoutFaces(font, result, families);
     } catch (const BudgetSpent&) {
-      return {Outcome::kDamaged, kTakesTooMuchWork};
+      return {Outcome::kDamaged, TooMuchWork(font.budget.most_work())};
     }
   }
   if (!is_collection) return LostStyles(result);

@@ -19,9 +19,10 @@ class PrinterFontFamilies;
 inline constexpr const char* kTakesTooMuchWork =
     "reading it takes more work than any real font of its size, so that the rest was not looked at";
 
-// What became of `path`, for which creation gave `result`. `families` caches the printer fonts of folders for
-// many files.
-Explanation Explain(const std::string& path, const CreationResult& result, PrinterFontFamilies& families);
+// What became of `path`, for which creation gave `result` in the file system `files`. `families` caches the
+// printer fonts of its folders for many files.
+Explanation Explain(const FileSystem& files, const std::string& path, const CreationResult& result,
+                    PrinterFontFamilies& families);
 
 // The explanation as printed after the path: "gives 3 of the 4 faces it lists; face 3: ...".
 std::string Told(std::size_t faces, const Explanation& explanation);

@@ -53,6 +53,10 @@ std::vector<std::size_t> WatchedFiles::FoldersAboveWith(std::string_view name,
   return SystemFiles().FoldersAboveWith(name, folders);
 }
 
+std::vector<std::string> WatchedFiles::NamesIn(const std::string& folder) const {
+  return SystemFiles().NamesIn(folder);
+}
+
 std::vector<std::string> WatchedFiles::AttributeNames(const std::string& path) const {
   return SystemFiles().AttributeNames(path);
 }

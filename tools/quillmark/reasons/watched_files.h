@@ -27,6 +27,7 @@ class WatchedFiles : public FileSystem {
   FileStatus Status(const std::string& path) const override;
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override;
   std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const override;
+  std::vector<std::string> NamesIn(const std::string& folder) const override;
   std::vector<std::string> AttributeNames(const std::string& path) const override;
   std::optional<std::string> Attribute(const std::string& path, const std::string& name) const override;
 
