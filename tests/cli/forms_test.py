@@ -87,7 +87,7 @@ class FormsTest(ToolCase):
         self.write("cut", b"<FontData><PostScriptName></FontData>" * 2000 + b"x" * 500000 + b"</PostScriptName></FontData>")
         self.check("read --format tsv --fields face cut", 1, "face\n0\n...", "cut: ...first...\n")
         self.write("bad", b"<plist><array/></plist>")
-        self.check("read bad", 1, err="bad: neither stored XML, a property list of fonts, nor JSON as identify writes it\n")
+        self.check("read bad", 1, err="bad: a property list that is cut short or damaged, or lists no fonts\n")
         self.check("read .", 1, err=".: a folder, not a file\n")
 
     def test_tells_styles_and_classes(self):
@@ -128,15 +128,15 @@ STYLE  ASSOCIATIONS  POSTSCRIPT NAME  PRINTER FONT
 """
         self.check("resources a.dfont", 0, text)
         document = """{
-"path": "a.dfont",
-"resources": [
-  {"type":"FOND","id":9,"size":133,"name":"Mark"},
-  {"type":"NFNT","id":200,"size":4,"name":""},
-  {"type":"sfnt","id":7,"size":80,"name":""},
-  {"type":"sfnt"}
-]
-,"resourcesLeftOut": 0,
-"fonds": [
-  {"id":9,"name":"Mark","styles":[{"style":0,"associations":[{"size":0,"id":7}],"postScriptName":"Marker"},..."""
-        self.check("resources --format json a.dfont", 0, document + '"printerFont":"Marke","printerFontExists":false}]}\n]\n}\n')
+  "path": "a.dfont",
+  "resources": [
+    {"type":"FOND","id":9,"size":133,"name":"Mark"},
+    {"type":"NFNT","id":200,"size":4,"name":""},
+    {"type":"sfnt","id":7,"size":80,"name":""},
+    {"type":"sfnt"}
+  ],
+  "resourcesLeftOut": 0,
+  "fonds": [
+    {"id":9,"name":"Mark","styles":[{"style":0,"associations":[{"size":0,"id":7}],"postScriptName":"Marker"},..."""
+        self.check("resources --format json a.dfont", 0, document + '"printerFont":"Marke","printerFontExists":false}]}\n  ]\n}\n')
         self.check(["resources", DEJAVU], 1, err="...: no resource map in either fork\n")

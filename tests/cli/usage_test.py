@@ -19,6 +19,8 @@ WRONG = [
     ("identify --zzz --fromat", "quillmark identify: no option --zzz; see: quillmark help identify"),
     ("identify -format json", "quillmark identify: no option -format; did you mean --format?"),
     ("identify -qx .", "quillmark identify: no option -qx; see: quillmark help identify"),
+    ("same --sort path .", "quillmark same: no option --sort; it belongs to identify"),
+    ("--fromat json identify .", "quillmark: no option --fromat; did you mean --format?"),
     ("identify --format jsn --zzz", 'quillmark identify: --format: no form "jsn"; did you mean json? there are table, ...'),
     ("identify --format=odd .", 'quillmark identify: --format: no form "odd"; there are table, json, ...'),
     ("identify --fields=path,famly -j0", 'quillmark identify: --fields: no field "famly"; did you mean family? ...'),

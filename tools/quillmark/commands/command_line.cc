@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 #include <set>
+#include <utility>
 
 #include "commands/suggestion.h"
 #include "text/display_width.h"
@@ -93,18 +94,33 @@ class CommandWords {
 
   template <typename Test>
   CLI::Option* Find(const std::string& word, Test test) {
-    std::vector<std::string> names;
     for (CLI::Option* option : command_->get_options()) {
-      if (test(*option)) {
-        asks_for_help_ |= option == command_->get_help_ptr() || option == command_->get_version_ptr();
-        return option;
-      }
-      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      if (!test(*option)) continue;
+      asks_for_help_ |= option == command_->get_help_ptr() || option == command_->get_version_ptr();
+      return option;
     }
-    const std::string suggestion = Suggestion(word, names);
-    ThrowWrongUsage(
-        "no option " + Printable(word) +
-        (suggestion.empty() ? "; see: quillmark help" + (name().empty() ? "" : ' ' + name()) : suggestion));
+    ThrowNoOption(word, test);
+  }
+
+  template <typename Test>
+  [[noreturn]] void ThrowNoOption(const std::string& word, Test test) const {
+    std::vector<std::string> names, commands;
+    std::vector<const CLI::App*> all = std::as_const(app_).get_subcommands({});
+    all.push_back(&app_);
+    for (const CLI::App* command : all) {
+      for (const CLI::Option* option : command->get_options()) {
+        if (test(*option)) commands.push_back(command->get_name());
+        if (command != command_ && command_ != &app_) continue;
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      }
+    }
+    std::string advice = Suggestion(word, names);
+    if (!commands.empty()) {
+      advice = "; it belongs to " + CLI::detail::join(commands, ", ");
+    } else if (advice.empty()) {
+      advice = "; see: quillmark help" + (name().empty() ? "" : ' ' + name());
+    }
+    ThrowWrongUsage("no option " + Printable(word) + advice);
   }
 
   // `joined` is the value in the word of the option itself; without one it is the next word.

@@ -23,6 +23,7 @@ namespace {
 
 constexpr const char* kNoFaces =
     "neither stored XML, a property list of fonts, nor JSON as identify writes it";
+constexpr const char* kNoFacesInList = "a property list that is cut short or damaged, or lists no fonts";
 
 // Reads a file, or standard input. Returns why that failed; empty on success.
 std::string ReadWhole(const std::string& file, std::string& text) {
@@ -38,7 +39,10 @@ FacesOrFault FacesIn(const std::string& text, const std::string& file) {
   if (BeginsAsJson(text)) return ReadJsonFaces(text, file);
   const bool is_text = text.find('\0') == std::string::npos;
   std::optional<StoredFaces> stored = is_text ? ParseStored(text) : std::nullopt;
-  if (!stored) return {{}, nullptr, kNoFaces, {}, false};
+  if (!stored) {
+    const bool is_list = text.find("<plist") != std::string::npos;
+    return {{}, nullptr, is_list ? kNoFacesInList : kNoFaces, {}, false};
+  }
   std::vector<Face> faces = FacesOf(stored->array.get(), file);
   for (Face& face : faces) face.fond_id = face.style = std::nullopt;  // stored forms do not carry them
   std::string not_read = NotRead(*stored);

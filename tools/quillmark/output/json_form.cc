@@ -28,10 +28,17 @@ void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document
 }
 
 void JsonArray::Add(const std::string& object) {
-  out_ << (empty_ ? "[\n  " : ",\n  ") << object;
+  out_ << (empty_ ? "[\n" : ",\n") << indent_ << "  " << object;
   empty_ = false;
 }
 
-void JsonArray::Finish() { out_ << (empty_ ? "[]\n" : "\n]\n"); }
+void JsonArray::Finish(const char* after) {
+  if (empty_) {
+    out_ << "[]";
+  } else {
+    out_ << '\n' << indent_ << ']';
+  }
+  out_ << after;
+}
 
 }  // namespace quillmark::tool

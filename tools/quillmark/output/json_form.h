@@ -5,6 +5,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "faces/face.h"
@@ -22,15 +23,17 @@ std::string JsonText(const nlohmann::ordered_json& value);
 // A whole document for people and programs: indented, with a line end.
 void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document);
 
-// Writes one array piece by piece, so that faces need not be held.
+// Writes one array piece by piece, so that faces need not be held. `indent` stands before its closing
+// bracket, `after` behind it.
 class JsonArray {
  public:
-  explicit JsonArray(std::ostream& out) : out_(out) {}
+  explicit JsonArray(std::ostream& out, std::string indent = "") : out_(out), indent_(std::move(indent)) {}
   void Add(const std::string& object);
-  void Finish();
+  void Finish(const char* after = "\n");
 
  private:
   std::ostream& out_;
+  const std::string indent_;
   bool empty_ = true;
 };
 

@@ -66,8 +66,8 @@ void WriteListingTables(const ResourceListing& listing) {
 
 // One object, in which each resource and each FOND has a line.
 void WriteListingJson(const std::string& path, const ResourceListing& listing) {
-  std::cout << "{\n\"path\": " << JsonText(path) << ",\n\"resources\": ";
-  JsonArray resources(std::cout);
+  std::cout << "{\n  \"path\": " << JsonText(path) << ",\n  \"resources\": ";
+  JsonArray resources(std::cout, "  ");
   for (const ListedResource& resource : listing.resources) {
     Json object = {{"type", TypeText(resource.type)}};
     if (resource.id) {
@@ -77,16 +77,15 @@ void WriteListingJson(const std::string& path, const ResourceListing& listing) {
     }
     resources.Add(JsonText(object));
   }
-  resources.Finish();
-  std::cout << ",\"resourcesLeftOut\": " << listing.left_out << ",\n\"fonds\": ";
-  JsonArray fonds(std::cout);
+  resources.Finish(",\n");
+  std::cout << "  \"resourcesLeftOut\": " << listing.left_out << ",\n  \"fonds\": ";
+  JsonArray fonds(std::cout, "  ");
   for (const ListedFond& fond : listing.fonds) {
     Json styles = Json::array();
     for (const ListedStyle& style : fond.styles) styles.push_back(StyleObject(style));
     fonds.Add(JsonText({{"id", fond.id}, {"name", fond.name}, {"styles", std::move(styles)}}));
   }
-  fonds.Finish();
-  std::cout << "}\n";
+  fonds.Finish("\n}\n");
 }
 
 }  // namespace quillmark::tool
