@@ -71,6 +71,8 @@ REASONS = {
         # Sound fonts under another name.
         ("a", FONT, "a TrueType font, which is not read without its extension: its name must end in .ttf"),
         ("a.pfb", sfnt(version=b"OTTO"), "an OpenType font, which is not read under the extension .pfb: its name must end in .otf"),
+    ],
+    "{} with the wrong extension" + MORE: [
         ("a.ttc", FONT, "a TrueType font despite its extension .ttc: its name must end in .ttf"),
         ("a.ttf", SEVERAL, "a TrueType collection despite its extension .ttf, and collections are read by"),
     ],

@@ -111,6 +111,7 @@ std::string Losses(FileCounts counts, const FilesOptions& options) {
   const PathSources& sources = options.sources;
   add_number(Outcome::kDamaged, " damaged");
   add_number(Outcome::kIncomplete, " incomplete");
+  add_number(Outcome::kMisnamed, " with the wrong extension");
   add_number(Outcome::kLonePrinterFont, " Type 1 without a family file");
   add(forks, Counted(forks, "resource fork") + " without " + (forks == 1 ? "its" : "their") + " file");
   add(links, Counted(links, "dangling link"));

@@ -13,6 +13,7 @@ enum class Outcome {
   kFaces,            // gave every face that it lists, except faces that are the same
   kIncomplete,       // gave faces, and lists more that cannot be read
   kDamaged,          // claims to be a font that is read, and gave no face
+  kMisnamed,         // a sound font under the extension of another kind that is read
   kLonePrinterFont,  // outlines that no font family file leads to
   kDanglingLink,     // a link to nothing, or to itself
   kFolder,           // a folder: named itself, or a link to one found in a folder and not followed

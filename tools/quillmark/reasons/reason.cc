@@ -52,6 +52,11 @@ std::string DespiteExtension(const std::string& path) {
   return IsNamedAsFont(path) ? " despite its extension " + KnownExtension(path) : "";
 }
 
+// For a sound font whose name keeps it from being read.
+Outcome UnreadName(const std::string& path) {
+  return IsNamedAsFont(path) ? Outcome::kMisnamed : Outcome::kOther;
+}
+
 // For a file that holds no font: it counts as damaged only when its name promises one.
 Explanation NoFont(const std::string& path, std::string reason) {
   return {IsNamedAsFont(path) ? Outcome::kDamaged : Outcome::kOther, std::move(reason)};
@@ -137,7 +142,7 @@ Explanation ExplainCollection(OpenedFont& font, const CreationResult& result, Pr
   const std::vector<std::uint8_t> start = ReadStart(*file);
   if (StartsWith(start, "ttcf")) return {Outcome::kDamaged, status};
   if (const auto kind = SfntKind(start)) {
-    return {Outcome::kOther, std::string(*kind) + DespiteExtension(font.file.path()) + NameAdvice(*kind)};
+    return {Outcome::kMisnamed, std::string(*kind) + DespiteExtension(font.file.path()) + NameAdvice(*kind)};
   }
   return ExplainOtherFormat(font, {start, file->size()}, families)
       .value_or(Explanation{Outcome::kDamaged, status + ", which its extension .ttc makes Quillmark expect"});
@@ -159,7 +164,7 @@ Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, std::string_v
   const std::string extension = KnownExtension(opened.path());
   const std::string hindrance = extension.empty() ? ", which is not read without its extension"
                                                   : ", which is not read under the extension " + extension;
-  return {Outcome::kOther, name + hindrance + NameAdvice(kind)};
+  return {UnreadName(opened.path()), name + hindrance + NameAdvice(kind)};
 }
 
 bool IsText(Bytes start) {
@@ -212,7 +217,7 @@ Explanation ExplainDataFork(OpenedFont& font, const RegularFile& file, const Fou
   const FileStart start{bytes, file.size()};
   if (bytes.empty()) return ReadBefore();
   if (StartsWith(bytes, "ttcf")) {
-    return {Outcome::kOther,
+    return {UnreadName(path),
             "a TrueType collection" + DespiteExtension(path) +
                 ", and collections are read by the extension .ttc only: its name must end in .ttc"};
   }
