@@ -97,7 +97,7 @@ std::size_t Table::InitialWidth(std::size_t column, const Layout& layout) const 
   const bool is_last = column + 1 == columns_.size();
   if (!columns_[column].is_path) {
     // The column that is always there gets the most; one long text must not keep others away.
-    const std::size_t share = columns_[column].rank == 0 ? layout.room * 3 / 10 : layout.room / 6;
+    const std::size_t share = columns_[column].rank == 0 ? layout.room / 4 : layout.room / 8;
     return std::min(natural, std::max(title, share));
   }
   if (!is_last) return std::min(natural, layout.room / 2);
