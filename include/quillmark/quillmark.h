@@ -137,8 +137,9 @@ QM_EXPORT void QM_GetQuillmarkVersion(uint32_t* major, uint32_t* minor);
  *
  * What a request costs: QM_ATTRIBUTE_CHECKSUM and QM_ATTRIBUTE_LEGACY_CHECKSUM read and sum every byte of the
  * file, and of the printer fonts; QM_ATTRIBUTE_KERNING_CHECKSUM every byte of a collection. Without these
- * only headers, lists of tables and names are read. QM_ATTRIBUTE_FOUNDRY searches the header of a printer
- * font for known makers; every other bit copies what was read anyway.
+ * only headers, lists of tables and names are read, of a resource file the whole outlines, too.
+ * QM_ATTRIBUTE_FOUNDRY searches the header of a printer font for known makers; every other bit copies what
+ * was read anyway.
  *
  * The work has a bound that grows with the bytes of the files. A file that makes its faces share their bytes
  * again and again reaches it: the call then ends with the faces found first, and status 0, or 1 without any.

@@ -1,13 +1,8 @@
 #include "analysis/checksum.h"
 
 #include "platform/crc32.h"
-#include "quillmark/quillmark.h"
 
 namespace quillmark {
-
-bool AsksForChecksums(std::uint32_t request) {
-  return (request & (QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_LEGACY_CHECKSUM)) != 0;
-}
 
 std::uint32_t CChecksum::icrc(Bytes data, std::uint32_t crc) { return Crc32(crc, data); }
 

@@ -7,11 +7,12 @@
 
 #include "platform/byte_reader.h"
 #include "platform/files/font_file.h"
+#include "quillmark/quillmark.h"
 
 namespace quillmark {
 
-// Whether a request (QM_Attribute bits) asks for a checksum of either scheme.
-bool AsksForChecksums(std::uint32_t request);
+// The attributes for which the bytes of a font are summed.
+inline constexpr std::uint32_t kDataChecksums = QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_LEGACY_CHECKSUM;
 
 class CChecksum {
  public:

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "knowledge/foundry_name_table.h"
+#include "platform/text/ascii_case.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
@@ -22,18 +23,10 @@ struct ValueBounds {
 };
 
 ValueBounds BoundsFor(char first) {
-  switch (first) {
-    case '(':
-      return {'(', ')', true};
-    case '[':
-      return {'[', ']', true};
-    case '{':
-      return {'{', '}', true};
-    case '/':
-      return {'\0', ' ', true};
-    default:
-      return {'\0', ' ', false};
-  }
+  if (first == '(') return {'(', ')', true};
+  if (first == '[') return {'[', ']', true};
+  if (first == '{') return {'{', '}', true};
+  return {'\0', ' ', first == '/'};
 }
 
 std::optional<std::string> FindHeaderComment(std::string_view data, std::string_view delimiters) {
@@ -56,10 +49,7 @@ void AssignIfEmpty(OmString& text, const std::optional<std::string>& value) {
 
 std::string LowerCasedHeader(std::string_view data) {
   std::string lowered(data);
-  for (char& c : lowered) {
-    if (c == '\0') c = '_';
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
+  for (char& c : lowered) c = c == '\0' ? '_' : ToLowerAscii(c);
   return lowered;
 }
 

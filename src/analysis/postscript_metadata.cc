@@ -39,7 +39,7 @@ void PassThroughPlatformString(OmString& text) {
 }
 
 CollectStatus GatherFromSegments(const PrinterFont& font, std::uint32_t request, CollectedFace& face) {
-  if (!font.segment_sums) return kPrinterFontMissing;
+  if (!font.has_map) return kPrinterFontMissing;
   for (const PostScriptHeader& header : font.segments) {
     GatherPostScriptMetaData(header, request, face.names, face.kind_name);
     for (OmString* text : {&face.names.display_name, &face.names.full_name, &face.names.post_script_name}) {

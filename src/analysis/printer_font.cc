@@ -21,13 +21,12 @@ constexpr std::size_t kDataForkHeaderSize = 6000;
 // Passes over a header, which is searched for some ten keys.
 constexpr std::uint64_t kHeaderSearches = 16;
 
-bool WantsFoundry(std::uint32_t request) { return (request & QM_ATTRIBUTE_FOUNDRY) != 0; }
-
 // The header in the first two POST resources, and the sum of all up to the first that is missing or empty.
 void ReadSegments(QuillmarkResourceFile& file, std::uint32_t request, PrinterFont& font) {
-  font.segment_sums.emplace();
+  font.has_map = true;
+  if (request & kDataChecksums) font.segment_sums.emplace();
   bool in_header = true;
-  const int last = AsksForChecksums(request) ? kLastPostId : kFirstPostId + 1;
+  const int last = font.segment_sums ? kLastPostId : kFirstPostId + 1;
   for (int id = kFirstPostId; id <= last; ++id) {
     const ResourceHandle segment(file.getResourceHandleForType(kPost, id));
     const Bytes bytes = HandleBytes(segment.get());
@@ -35,10 +34,10 @@ void ReadSegments(QuillmarkResourceFile& file, std::uint32_t request, PrinterFon
     in_header = in_header && id <= kFirstPostId + 1 && (id == kFirstPostId || bytes.size() != kFullPostSize);
     if (in_header) {
       ChargeBytes(file.budget(), kHeaderSearches * bytes.size());
-      font.segments.push_back(ReadPostHeader(bytes, WantsFoundry(request)));
+      font.segments.push_back(ReadPostHeader(bytes, request & QM_ATTRIBUTE_FOUNDRY));
     }
     ChargeBytes(file.budget(), bytes.size());
-    font.segment_sums->Add(bytes);
+    if (font.segment_sums) font.segment_sums->Add(bytes);
   }
 }
 
@@ -60,12 +59,12 @@ PrinterFont ReadPrinterFont(FontFile& file, std::uint32_t request) {
   if (resources.get() != nullptr) ReadSegments(*resources.get(), request, font);
   if (font.segments.empty() && file.Data()) {
     ChargeBytes(file.budget(), kHeaderSearches * kDataForkHeaderSize);
-    font.data_fork = ReadDataForkHeader(*file.Data(), WantsFoundry(request));
+    font.data_fork = ReadDataForkHeader(*file.Data(), request & QM_ATTRIBUTE_FOUNDRY);
   }
-  if (!AsksForChecksums(request)) return font;
+  if (!(request & kDataChecksums)) return font;
   std::uint32_t checksum = 0;
   // The Resource Manager finds no file at a path that is not UTF-8.
-  if (!font.segment_sums && IsValidUtf8(file.path()) &&
+  if (!font.has_map && IsValidUtf8(file.path()) &&
       CChecksum::CalculateFileChecksum(file, &checksum, nullptr)) {
     font.whole_checksum = checksum;
   }

@@ -24,8 +24,8 @@ struct PrinterFont {
   // The header in the first bytes of the data fork, read only when there are no segments. Outer nothing: the
   // data fork cannot be opened; inner nothing: it is empty.
   std::optional<std::optional<PostScriptHeader>> data_fork;
-  // Set when a fork holds a map; of all POST resources, where the request asks for a checksum.
-  std::optional<SummedBytes> segment_sums;
+  bool has_map = false;                         // a fork is a resource file
+  std::optional<SummedBytes> segment_sums;      // of all POST resources; set with a map, where asked for
   std::optional<std::uint32_t> whole_checksum;  // of both forks; set without a map, where it is asked for
 };
 

@@ -17,7 +17,6 @@ constexpr const char* kKerningTables[] = {"kern", "GPOS", "glyf"};
 
 // The entries of the directory that are looked at.
 Bytes DirectoryEntries(const SfntData& font) {
-  const WorkScope work(font.budget(), Work::kOutlines);
   const std::uint32_t listed = CountTables(font).listed;
   ChargeRecords(font.budget(), listed);
   return font.Range(kHeaderSize, kEntrySize * listed).value_or(Bytes{});

@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "analysis/checksum.h"
 #include "analysis/collection.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
@@ -16,15 +17,13 @@ namespace quillmark {
 namespace {
 
 // The kerning checksum is the sum of a table, as the directory of a face that is cut out has it.
-bool NeedsSums(const Creation& creation) {
-  return creation.WantsChecksums() || (creation.request & QM_ATTRIBUTE_KERNING_CHECKSUM) != 0;
-}
+constexpr std::uint32_t kSums = kDataChecksums | QM_ATTRIBUTE_KERNING_CHECKSUM;
 
 // One walk over the faces of one collection.
 class CollectionReader {
  public:
   explicit CollectionReader(Creation& creation)
-      : creation_(creation), collection_(creation.file, NeedsSums(creation)) {
+      : creation_(creation), collection_(creation.file, (creation.request & kSums) != 0) {
     creation_.result.claimed_faces = collection_.faceCount();
     creation_.result.collection_status = collection_.status();
   }
@@ -69,7 +68,7 @@ class CollectionReader {
     }
     GetPlatformTTF(font, &specifier.platform);
     specifier.kind = "TrueType Collection";
-    if (creation_.WantsChecksums()) specifier.checksum = collection_.ChecksumOf(tables, font);
+    if (creation_.request & kDataChecksums) specifier.checksum = collection_.ChecksumOf(tables, font);
     creation_.AddFace(std::move(specifier), std::move(names));
   }
 

@@ -1,6 +1,5 @@
 #include "api/creation.h"
 
-#include <memory>
 #include <utility>
 
 #include "analysis/font_extension.h"

@@ -7,16 +7,15 @@
 #include "quillmark/quillmark.h"
 
 namespace quillmark {
+
 Creation::Creation(const FileSystem& system, const std::string& font_path, std::uint32_t attributes,
                    CreationResult& target)
     : access(system, &budget,
-             AsksForChecksums(attributes) ? FileAccess::Reads::kWhole : FileAccess::Reads::kParts),
+             (attributes & kDataChecksums) ? FileAccess::Reads::kWhole : FileAccess::Reads::kParts),
       file(access, font_path),
       request(attributes),
       printer_fonts(access, attributes),
       result(target) {}
-
-bool Creation::WantsChecksums() const { return AsksForChecksums(request); }
 
 void Creation::AddFace(QM_FontSpecifier specifier, FaceNames names) {
   const auto keep = [this](std::uint32_t attribute, OmString& field, OmString& name) {
@@ -38,6 +37,9 @@ void Creation::AddFace(QM_FontSpecifier specifier, FaceNames names) {
 
 void Creation::AddFault(FaceFault fault) {
   if (!std::holds_alternative<DuplicateFault>(fault.why)) ++result.lost_faces;
+  const auto* style = std::get_if<StyleFault>(&fault.why);
+  const bool is_bitmap = style != nullptr && style->kind == StyleFault::kNoPrinterName;
+  if (is_bitmap && !result.faults.empty()) return;
   if (result.faults.size() < CreationResult::kMostFaults) {
     result.faults.push_back(std::move(fault));
   } else {

@@ -18,10 +18,11 @@ namespace quillmark {
 struct CreationResult {
   static constexpr std::size_t kMostFaults = 256;  // further faults are dropped
 
-  QM_FontArray faces;             // without duplicates
-  std::vector<FaceFault> faults;  // in the order in which the file lists the faces
-  bool faults_dropped = false;    // there were more than kMostFaults
-  std::uint32_t lost_faces = 0;   // number of faults, duplicates not counted
+  QM_FontArray faces;  // without duplicates
+  // In the order of the faces in the file; of bitmap-only styles, which are no loss, only one that is first.
+  std::vector<FaceFault> faults;
+  bool faults_dropped = false;   // there were more than kMostFaults
+  std::uint32_t lost_faces = 0;  // number of faults, duplicates not counted
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;
@@ -37,13 +38,13 @@ struct Creation {
 
   Budget budget;
   FileAccess access;
-  FontFile file;                // the font file itself
-  const std::uint32_t request;  // QM_Attribute bits
+  FontFile file;  // the font file itself
+  // QM_Attribute bits. Without a checksum of the data, files are not read from end to end (collections are
+  // for a kerning checksum).
+  const std::uint32_t request;
   PrinterFonts printer_fonts;
   CreationResult& result;
 
-  // Whether the request asks for a checksum. Without one no data are read but those that are parsed.
-  bool WantsChecksums() const;
   // Appends a complete face, with those of `names` that the request asks for.
   void AddFace(QM_FontSpecifier specifier, FaceNames names);
   // Keeps the fault of a face, up to kMostFaults.

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "analysis/checksum.h"
 #include "analysis/face_checksums.h"
 #include "analysis/face_collector.h"
 #include "api/creation_context.h"
@@ -55,7 +56,7 @@ class FamilyReader {
     if ((creation_.request & QM_ATTRIBUTE_KERNING_CHECKSUM) && family.exists()) {
       face.kerningChecksum = GetKestineChecksum(family, style);
     }
-    if (creation_.WantsChecksums()) {
+    if (creation_.request & kDataChecksums) {
       const auto checksums =
           GetOmbreluxChecksum(creation_.file, resources_, family, style, creation_.printer_fonts);
       face.checksum = checksums.current;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "analysis/checksum.h"
 #include "analysis/face_checksums.h"
 #include "analysis/face_collector.h"
 #include "analysis/font_kind.h"
@@ -35,7 +36,7 @@ void AddFontFileFace(Creation& creation, QuillmarkResourceFile* resources) {
   face.fileCreator = creation.file.Finder().creator;
   // Sizes are kept as 32-bit numbers: a larger one loses its upper bits.
   face.outlineFileSize = static_cast<std::uint32_t>(creation.file.TotalLength());
-  if (creation.WantsChecksums()) {
+  if (creation.request & kDataChecksums) {
     const auto checksums = GetOmbreluxChecksum(creation.file, face.platform == "crossplatform");
     face.checksum = checksums.current;
     face.legacyChecksum = checksums.legacy;

@@ -16,6 +16,11 @@ constexpr std::string_view kAmpersand = "&amp;";
 constexpr char kMarkName[] = "pairs";
 constexpr std::string_view kMark = "<key>pairs</key><true/>";
 
+struct Pair {
+  std::string_view key;    // as it is written: "&" is "&amp;"
+  std::string_view value;  // ASCII without NUL, "<" and "&", at most 255 bytes
+};
+
 std::string_view TextOf(CFDataRef list) {
   return {reinterpret_cast<const char*>(CFDataGetBytePtr(list)),
           static_cast<std::size_t>(CFDataGetLength(list))};
@@ -30,11 +35,19 @@ std::optional<std::string_view> TakeTo(std::string_view& text, std::string_view 
   return taken;
 }
 
-// ASCII without an entity or a zero byte, and far below any limit on names.
 bool IsPlainValue(std::string_view value) {
   constexpr std::size_t kLongest = 255;
   return value.size() <= kLongest && IsAscii(value) && value.find('&') == std::string_view::npos &&
          value.find('\0') == std::string_view::npos;
+}
+
+std::optional<Pair> TakePair(std::string_view& text) {
+  if (!text.starts_with(kKeyStart)) return std::nullopt;
+  text.remove_prefix(kKeyStart.size());
+  const auto key = TakeTo(text, kKeyEnd);
+  const auto value = key ? TakeTo(text, kValueEnd) : std::nullopt;
+  if (!value) return std::nullopt;
+  return Pair{*key, *value};
 }
 
 // UTF-8 that is written in one way only: no entity but that of an ampersand.
@@ -68,15 +81,6 @@ CFRef<CFDictionaryRef> ParseDictionary(const std::string& list) {
 }
 
 }  // namespace
-
-std::optional<SortedPairs::Pair> SortedPairs::TakePair(std::string_view& text) {
-  if (!text.starts_with(kKeyStart)) return std::nullopt;
-  text.remove_prefix(kKeyStart.size());
-  const auto key = TakeTo(text, kKeyEnd);
-  const auto value = key ? TakeTo(text, kValueEnd) : std::nullopt;
-  if (!value) return std::nullopt;
-  return Pair{*key, *value};
-}
 
 std::optional<SortedPairs> SortedPairs::Find(CFRef<CFDataRef> list, const char* key) {
   const std::string_view text = TextOf(list.get());

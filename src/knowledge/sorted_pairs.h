@@ -22,18 +22,13 @@ class SortedPairs {
   // parsed whole.
   static std::optional<SortedPairs> Find(CFRef<CFDataRef> list, const char* key);
 
-  // The outermost dictionary, without these entries.
+  // The outermost dictionary; a mark stands in place of these entries.
   CFDictionaryRef others() const { return others_.get(); }
   // The value of a key, both in UTF-8; nothing for a key that is not there.
   std::optional<std::string> ValueOf(std::string_view key) const;
 
  private:
-  struct Pair {
-    std::string_view key;    // as it is written: "&" is "&amp;"
-    std::string_view value;  // printable ASCII without "<" and "&"
-  };
   SortedPairs() = default;
-  static std::optional<Pair> TakePair(std::string_view& text);
 
   CFRef<CFDataRef> list_;
   CFRef<CFDictionaryRef> others_;

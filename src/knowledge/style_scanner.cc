@@ -101,19 +101,12 @@ bool AppendWord(std::string_view word, ComponentList& list) {
   return entry != nullptr;
 }
 
-void AppendPrimaryName(std::string_view name, bool multiple_master, ComponentList& list) {
+void AppendName(std::string_view name, bool is_primary, bool multiple_master, ComponentList& list) {
   WordCutter cutter(name, multiple_master);
   while (const auto word = cutter.Next()) {
-    if (word->empty() || AppendWord(*word, list) || *word != "Xlight") continue;
+    if (word->empty() || AppendWord(*word, list) || !is_primary || *word != "Xlight") continue;
     list.push_back(Added(kExtra, true));
     list.push_back(Added(kLight, false));
-  }
-}
-
-void AppendSecondaryName(std::string_view name, bool multiple_master, ComponentList& list) {
-  WordCutter cutter(name, multiple_master);
-  while (const auto word = cutter.Next()) {
-    if (!word->empty()) AppendWord(*word, list);
   }
 }
 
@@ -140,7 +133,7 @@ ComponentList RecognisedComponents(std::string_view primary, std::string_view se
   const bool old_style_figures = Contains(primary, "OsF");
   ComponentList first;
   ComponentList second;
-  AppendPrimaryName(primary, multiple_master, first);
+  AppendName(primary, true, multiple_master, first);
   if (multiple_master) AppendSuffixMarkers(primary, first);
   if (old_style_figures) AppendWord("OsF", first);
   if (!multiple_master && Contains(primary, "SC", 1)) {
@@ -149,7 +142,7 @@ ComponentList RecognisedComponents(std::string_view primary, std::string_view se
   }
   if (!multiple_master && Contains(primary, "CY", 1)) AppendWord("Cyrillic", first);
   if (!old_style_figures) {  // with old-style figures the secondary name is ignored
-    AppendSecondaryName(secondary, multiple_master, second);
+    AppendName(secondary, false, multiple_master, second);
     if (multiple_master) AppendSuffixMarkers(primary, second);
   }
   if (second.size() > first.size()) return second;

@@ -28,7 +28,8 @@ def scarce(**limits):
 
 class LossesTest(ToolCase):
     def test_incomplete_collections_and_printer_fonts_with_a_family(self):
-        family = fond(9, (0, 0, 7), (0, 1, 8), (0, 2, 9), (12, 3, 10))
+        bitmaps = ((12, style, 10) for style in range(3, 300))  # no loss, and more than are noted of those
+        family = fond(9, (0, 0, 7), *bitmaps, (0, 301, 8), (0, 302, 9))
         half = resource_fork(("FOND", 9, family), ("sfnt", 7, FONT), ("sfnt", 8, FONT[:40]))
         files = {"twins.ttc": collection("A", "A"), "cut.ttc": CUT_COLLECTION, "half.dfont": half}
         self.write_all({**files, "Family.dfont": FAMILY, "Quill": PROGRAM})
@@ -43,8 +44,8 @@ class LossesTest(ToolCase):
             self.check(f"{command} .", status, out="...", err="4 faces in 4 files; " + counts)
         outlines = (
             "half.dfont: gives 1 face; "
-            "FOND 9, style 1: sfnt 8 is damaged: its name table runs to byte 72, and sfnt 8 has 40 bytes: the rest is missing "
-            "or the font is damaged; FOND 9, style 2: no readable sfnt resource has the number 9, which the style names first"
+            "FOND 9, style 301: sfnt 8 is damaged: its name table runs to byte 72, and sfnt 8 has 40 bytes: the rest is missing "
+            "or the font is damaged; FOND 9, style 302: no readable sfnt resource has the number 9, which the style names first"
         )
         self.check(["identify", *files], 1, "...", f"{CUT_LINE}\n{outlines}\n3 faces in 3 files\n")
 
@@ -93,6 +94,9 @@ class LossesTest(ToolCase):
             self.check(f"{command} .", 1, "..." if closing else "", told + closing, **user)
         found = self.json_of("why --format json .", 1, **user)
         self.assertEqual(["{path}: {reason}".format(**entry) for entry in found], told.splitlines())
+        self.write_all({"type1/Quill": PROGRAM, "type1/Family.dfont": FAMILY})[1].chmod(0)
+        unread = "type1/Family.dfont cannot be read: Permission denied"
+        self.check("why type1/Quill", 0, f"...: none in this folder does that can be read, and {unread}\n", **user)
 
     def test_too_few_open_files_cost_no_face(self):
         self.links(100, DEJAVU.read_bytes())  # read long enough to be open together

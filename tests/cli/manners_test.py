@@ -243,6 +243,9 @@ class MannersTest(ToolCase):
         lines = self.shown(36, "identify", "-q", self.folder)
         self.assertEqual([line.strip() for line in lines[2:] if line.startswith("  M")], names)
         self.assertNotIn("", lines)
+        long, like_its_cut = "A" * 30, "A" * 13 + "…" + "A" * 6
+        stored = self.write("stored", json.dumps([{"family": name} for name in (long, like_its_cut)]).encode())
+        self.assertEqual(self.shown(20, "read", "--fields", "family", stored)[1:], [long, like_its_cut])
 
     def test_a_table_in_a_pipe_is_not_padded_to_its_longest_cell(self):
         wide = "e\u0301 文泉驛"  # a mark that takes no column, and characters that take two

@@ -147,13 +147,15 @@ def stored_form_of(function: "ctypes._FuncPointer", array: c_void_p) -> str:
     return to_text(buffer.value)
 
 
-def styles_of(primary: str, secondary: str) -> List[str]:
+def styles_of(primary: str, secondary: str, most: int = _MOST_STYLES) -> List[str]:
     count = c_uint32()  # stays 0 when the names tell no style
-    block = ctypes.create_string_buffer(_MOST_STYLES * _STYLE_BYTES)
+    block = ctypes.create_string_buffer(most * _STYLE_BYTES)
     start = ctypes.addressof(block)
-    buffers = (c_char_p * _MOST_STYLES)(*range(start, start + len(block), _STYLE_BYTES))
+    buffers = (c_char_p * most)(*range(start, start + len(block), _STYLE_BYTES))
     names = to_bytes(primary), to_bytes(secondary)
-    status = load().QM_GetStyles(*names, _MOST_STYLES, _STYLE_BYTES, ctypes.byref(count), buffers)
+    status = load().QM_GetStyles(*names, most, _STYLE_BYTES, ctypes.byref(count), buffers)
     if status != STATUS_OK:
         raise QuillmarkError(status, "the styles cannot be read")
+    if count.value == most:
+        return styles_of(primary, secondary, 2 * most)  # there may be more
     return [to_text(buffers[i]) for i in range(count.value)]

@@ -7,11 +7,6 @@
 namespace {
 
 template <typename T>
-T Load(const void* value) {
-  return *static_cast<const T*>(value);
-}
-
-template <typename T>
 void Store(void* out, T value) {
   *static_cast<T*>(out) = value;
 }
@@ -22,12 +17,13 @@ double PastLargest() {
   return std::ldexp(1.0, std::numeric_limits<T>::digits);
 }
 
-// An integer is stored by its low bits. It counts as T's own up to `largest`, which for the two small types
-// is the unsigned maximum: the platform lets a byte or a short come out negative without calling it a loss.
+// An integer is stored by its low bits. It counts as T's own up to T's maximum, but for the two small types
+// up to the unsigned one: the platform lets a byte or a short come out negative without calling it a loss.
 template <typename T>
-bool StoreInteger(std::int64_t value, std::int64_t largest, void* out) {
+bool StoreInteger(std::int64_t value, void* out) {
+  using Largest = std::conditional_t<sizeof(T) < sizeof(std::int32_t), std::make_unsigned_t<T>, T>;
   Store(out, static_cast<T>(value));
-  return value >= std::numeric_limits<T>::min() && value <= largest;
+  return value >= std::numeric_limits<T>::min() && value <= std::numeric_limits<Largest>::max();
 }
 
 // A real is stored without its fraction, or as the nearest end of T's range, or as 0 for no number.
@@ -48,13 +44,13 @@ bool StoreTruncated(double value, void* out) {
 }
 
 template <typename T>
-bool GetInteger(const CFNumberObject::Value& value, std::int64_t largest, void* out) {
+bool GetInteger(const CFNumberObject::Value& value, void* out) {
   if (const auto* real = std::get_if<double>(&value)) return StoreTruncated<T>(*real, out);
   if (const auto* above = std::get_if<std::uint64_t>(&value)) {
     Store(out, static_cast<T>(*above));
     return sizeof(T) == sizeof(std::int64_t);
   }
-  return StoreInteger<T>(std::get<std::int64_t>(value), largest, out);
+  return StoreInteger<T>(std::get<std::int64_t>(value), out);
 }
 
 template <typename T>
@@ -76,58 +72,53 @@ bool GetReal(const CFNumberObject::Value& value, void* out) {
       value);
 }
 
+// Calls `use` with a zero of the C++ type that stands for `type`.
+template <typename Result, typename Use>
+Result WithType(CFNumberType type, Use use) {
+  switch (type) {
+    case kCFNumberSInt8Type:
+    case kCFNumberCharType:
+      return use(std::int8_t{});
+    case kCFNumberSInt16Type:
+    case kCFNumberShortType:
+      return use(std::int16_t{});
+    case kCFNumberSInt32Type:
+    case kCFNumberIntType:
+    case kCFNumberLongType:
+      return use(std::int32_t{});
+    case kCFNumberSInt64Type:
+    case kCFNumberLongLongType:
+      return use(std::int64_t{});
+    case kCFNumberFloat32Type:
+    case kCFNumberFloatType:
+      return use(float{});
+    case kCFNumberFloat64Type:
+    case kCFNumberDoubleType:
+      return use(double{});
+  }
+  return Result{};
+}
+
 }  // namespace
 
 CFTypeID CFNumberGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kNumber); }
 
 CFNumberRef CFNumberCreate(CFAllocatorRef /*allocator*/, CFNumberType type, const void* value) {
-  const auto integer = [](std::int64_t number) { return new CFNumberObject(number); };
-  const auto real = [](double number) { return new CFNumberObject(number); };
-  switch (type) {
-    case kCFNumberSInt8Type:
-    case kCFNumberCharType:
-      return integer(Load<std::int8_t>(value));
-    case kCFNumberSInt16Type:
-    case kCFNumberShortType:
-      return integer(Load<std::int16_t>(value));
-    case kCFNumberSInt32Type:
-    case kCFNumberIntType:
-    case kCFNumberLongType:
-      return integer(Load<std::int32_t>(value));
-    case kCFNumberSInt64Type:
-    case kCFNumberLongLongType:
-      return integer(Load<std::int64_t>(value));
-    case kCFNumberFloat32Type:
-    case kCFNumberFloatType:
-      return real(static_cast<double>(Load<float>(value)));
-    case kCFNumberFloat64Type:
-    case kCFNumberDoubleType:
-      return real(Load<double>(value));
-  }
-  return nullptr;
+  return WithType<CFNumberRef>(type, [&](auto zero) {
+    const auto number = *static_cast<const decltype(zero)*>(value);
+    if constexpr (std::is_integral_v<decltype(zero)>)
+      return new CFNumberObject(std::int64_t{number});
+    else
+      return new CFNumberObject(double{number});
+  });
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
-  switch (type) {
-    case kCFNumberSInt8Type:
-    case kCFNumberCharType:
-      return GetInteger<std::int8_t>(number->value, std::numeric_limits<std::uint8_t>::max(), value);
-    case kCFNumberSInt16Type:
-    case kCFNumberShortType:
-      return GetInteger<std::int16_t>(number->value, std::numeric_limits<std::uint16_t>::max(), value);
-    case kCFNumberSInt32Type:
-    case kCFNumberIntType:
-    case kCFNumberLongType:
-      return GetInteger<std::int32_t>(number->value, std::numeric_limits<std::int32_t>::max(), value);
-    case kCFNumberSInt64Type:
-    case kCFNumberLongLongType:
-      return GetInteger<std::int64_t>(number->value, std::numeric_limits<std::int64_t>::max(), value);
-    case kCFNumberFloat32Type:
-    case kCFNumberFloatType:
-      return GetReal<float>(number->value, value);
-    case kCFNumberFloat64Type:
-    case kCFNumberDoubleType:
-      return GetReal<double>(number->value, value);
-  }
-  return false;
+  return WithType<Boolean>(type, [&](auto zero) {
+    using T = decltype(zero);
+    if constexpr (std::is_integral_v<T>)
+      return GetInteger<T>(number->value, value);
+    else
+      return GetReal<T>(number->value, value);
+  });
 }

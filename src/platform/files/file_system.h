@@ -67,7 +67,8 @@ const FileSystem& SystemFiles();
 // For one thread at a time.
 class FileAccess {
  public:
-  // What becomes of the files: each is read from end to end, or some parts of it are.
+  // How much of a file is usually read: all of it, so that the first read takes 64 KB, or some parts, so that
+  // it takes 4 KB.
   enum class Reads { kWhole, kParts };
 
   explicit FileAccess(const FileSystem& system = SystemFiles(), Budget* budget = nullptr,

@@ -201,8 +201,7 @@ FinderInfo FontFile::FindFinderInfo() {
   if (!Status().regular) return {};
   if (HasAttribute(kFinderInfoAttribute)) {
     const auto value = access_.Attribute(path_, kFinderInfoAttribute);
-    const auto codes = value ? FinderInfoIn(AsBytes(*value)) : std::nullopt;
-    if (codes) return *codes;
+    if (const auto codes = value ? FinderInfoIn(AsBytes(*value)) : std::nullopt) return *codes;
   }
   if (HasAttribute(kNetatalkMetadataAttribute)) {
     auto value = access_.Attribute(path_, kNetatalkMetadataAttribute);
@@ -213,8 +212,7 @@ FinderInfo FontFile::FindFinderInfo() {
   }
   for (const std::string& sidecar : Sidecars()) {
     const auto file = OpenFork(sidecar);
-    const auto codes = file ? FinderInfoInAppleDouble(*file) : std::nullopt;
-    if (codes) return *codes;
+    if (const auto codes = file ? FinderInfoInAppleDouble(*file) : std::nullopt) return *codes;
   }
   return {};
 }

@@ -86,7 +86,7 @@ class FontFile {
   std::optional<ForkSums> sums_;
 };
 
-// In the machine's file system.
+// Whether a regular file is there, in the machine's file system.
 bool IsRegularFile(const std::string& path);
 
 }  // namespace quillmark

@@ -52,6 +52,16 @@ bool DeclaresOtherEncoding(std::string_view text) {
   return name != "UTF-8";
 }
 
+// What a function returns that failed.
+struct Failure {
+  operator bool() const { return false; }
+  operator CFRef<CFTypeRef>() const { return {}; }
+  template <typename T>
+  operator std::optional<T>() const {
+    return std::nullopt;
+  }
+};
+
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text), rest_(text) {}
@@ -87,7 +97,7 @@ class Reader {
   CFRef<CFTypeRef> ReadString();
   bool SkipPast(std::string_view end);
   std::optional<std::string_view> TakeTo(std::string_view end);
-  bool Fail(const char* reason);
+  Failure Fail(const char* reason);
 
   const std::string_view text_;
   std::string_view rest_;
@@ -100,9 +110,9 @@ Reader::Container::Container(Tag element) : tag(element) {
   if (tag == Tag::kDict) value = Adopt<CFTypeRef>(dictionary = new CFDictionaryObject);
 }
 
-bool Reader::Fail(const char* reason) {
+Failure Reader::Fail(const char* reason) {
   reason_ = reason;
-  return false;
+  return {};
 }
 
 std::string Reader::error() const {
@@ -114,10 +124,7 @@ std::string Reader::error() const {
 // The text before `end`; `end` itself is not taken.
 std::optional<std::string_view> Reader::TakeTo(std::string_view end) {
   const std::size_t length = rest_.find(end);
-  if (length == std::string_view::npos) {
-    Fail("The text ends too early");
-    return std::nullopt;
-  }
+  if (length == std::string_view::npos) return Fail("The text ends too early");
   const std::string_view taken = rest_.substr(0, length);
   rest_.remove_prefix(length);
   return taken;
@@ -163,10 +170,7 @@ std::optional<Reader::StartTag> Reader::ReadStartTag() {
   const std::string_view name = blank == content->end() ? content->substr(0, content->size() - is_empty)
                                                         : std::string_view(content->begin(), blank);
   const auto known = std::find(kTagNames.begin(), kTagNames.end(), name);
-  if (known == kTagNames.end()) {
-    Fail("An unknown element stands");
-    return std::nullopt;
-  }
+  if (known == kTagNames.end()) return Fail("An unknown element stands");
   rest_.remove_prefix(1);
   return StartTag{static_cast<Tag>(known - kTagNames.begin()), is_empty};
 }
@@ -233,10 +237,7 @@ CFRef<CFTypeRef> Reader::ReadString() {
       const auto character = end_of_name == std::string_view::npos
                                  ? std::nullopt
                                  : ParseEntity(rest_.substr(1, end_of_name - 1));
-      if (!character) {
-        Fail("An unknown entity stands");
-        return {};
-      }
+      if (!character) return Fail("An unknown entity stands");
       text += *character;
       rest_.remove_prefix(end_of_name + 1);
     } else if (rest_.starts_with(kSectionStart)) {
@@ -250,10 +251,7 @@ CFRef<CFTypeRef> Reader::ReadString() {
     }
   }
   auto units = Utf8ToUtf16(text);
-  if (!units) {
-    Fail("A string is not UTF-8");
-    return {};
-  }
+  if (!units) return Fail("A string is not UTF-8");
   // A mark at the start belongs to the text, though the conversion drops it.
   if (text.starts_with(kByteOrderMark)) units->insert(units->begin(), u'\uFEFF');
   return Adopt<CFTypeRef>(new CFStringObject(*std::move(units)));
@@ -288,16 +286,12 @@ CFRef<CFTypeRef> Reader::ReadContent(Tag tag, std::string_view content) {
   } else if (tag == Tag::kDate) {
     if (const auto time = ParseDateText(content)) return Adopt<CFTypeRef>(new CFDateObject(*time));
   }
-  Fail("A malformed number or date stands");
-  return {};
+  return Fail("A malformed number or date stands");
 }
 
 CFRef<CFTypeRef> Reader::Read() {
   if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
-  if (DeclaresOtherEncoding(rest_)) {
-    Fail("Another encoding than UTF-8 is declared");
-    return {};
-  }
+  if (DeclaresOtherEncoding(rest_)) return Fail("Another encoding than UTF-8 is declared");
   for (;;) {
     if (!SkipToMarkup()) return {};
     Tag tag{};

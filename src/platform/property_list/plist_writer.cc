@@ -31,31 +31,6 @@ constexpr std::size_t kDataColumns = 76;
 constexpr std::size_t kTabColumns = 8;
 constexpr std::size_t kMostDataTabs = 8;
 
-class Writer {
- public:
-  // Nothing when the list holds what cannot be written: a lone surrogate, a date outside the four-digit
-  // years, an object that is no property list, more levels than the reader takes.
-  std::optional<std::string> Write(const Object* list) {
-    text_ = kTextHead;
-    if (!WriteValue(list, 0)) return std::nullopt;
-    text_ += kTextTail;
-    return std::move(text_);
-  }
-
- private:
-  bool WriteValue(const Object* value, std::size_t level);
-  bool WriteArray(const CFArrayObject& array, std::size_t level);
-  bool WriteDictionary(const CFDictionaryObject& dictionary, std::size_t level);
-  bool WriteText(std::string_view tag, const CFStringObject& string, std::size_t level);
-  bool WriteDate(const CFDateObject& date, std::size_t level);
-  void WriteData(const std::string& bytes, std::size_t level);
-  void WriteNumber(const CFNumberObject& number, std::size_t level);
-  void WriteLine(std::string_view line, std::size_t level);
-  void WriteElement(std::string_view tag, std::string_view content, std::size_t level);
-
-  std::string text_;
-};
-
 std::string RealText(double value) {
   if (std::isnan(value)) return "nan";
   if (std::isinf(value)) return value > 0 ? "+infinity" : "-infinity";
@@ -85,129 +60,132 @@ std::string Base64(std::string_view bytes) {
   return text;
 }
 
-void Writer::WriteLine(std::string_view line, std::size_t level) {
-  text_.append(level, '\t');
-  text_ += line;
-  text_ += '\n';
-}
+class Writer {
+ public:
+  // Nothing when the list holds what cannot be written: a lone surrogate, a date outside the four-digit
+  // years, an object that is no property list, more levels than the reader takes.
+  std::optional<std::string> Write(const Object* list) {
+    text_ = kTextHead;
+    if (!WriteValue(list, 0)) return std::nullopt;
+    text_ += kTextTail;
+    return std::move(text_);
+  }
 
-void Writer::WriteElement(std::string_view tag, std::string_view content, std::size_t level) {
-  text_.append(level, '\t');
-  text_.append("<").append(tag).append(">");
-  AppendEscaped(text_, content);
-  text_.append("</").append(tag).append(">\n");
-}
+ private:
+  void WriteLine(std::string_view line, std::size_t level) {
+    text_.append(level, '\t');
+    text_ += line;
+    text_ += '\n';
+  }
 
-bool Writer::WriteText(std::string_view tag, const CFStringObject& string, std::size_t level) {
-  if (const char* const ascii = string.ascii()) {
-    WriteElement(tag, ascii, level);
+  void WriteElement(std::string_view tag, std::string_view content, std::size_t level) {
+    text_.append(level, '\t');
+    text_.append("<").append(tag).append(">");
+    AppendEscaped(text_, content);
+    text_.append("</").append(tag).append(">\n");
+  }
+
+  bool WriteText(std::string_view tag, const CFStringObject& string, std::size_t level) {
+    if (const char* const ascii = string.ascii()) {
+      WriteElement(tag, ascii, level);
+      return true;
+    }
+    const auto utf8 = Utf16ToUtf8(string.units());
+    if (utf8) WriteElement(tag, *utf8, level);
+    return utf8.has_value();
+  }
+
+  bool WriteArray(const CFArrayObject& array, std::size_t level) {
+    if (array.values.empty()) {
+      WriteLine("<array/>", level);
+      return true;
+    }
+    if (level >= kMostLevels) return false;
+    WriteLine("<array>", level);
+    for (const auto& value : array.values) {
+      if (!WriteValue(static_cast<const Object*>(value.get()), level + 1)) return false;
+    }
+    WriteLine("</array>", level);
     return true;
   }
-  const auto utf8 = Utf16ToUtf8(string.units());
-  if (utf8) WriteElement(tag, *utf8, level);
-  return utf8.has_value();
-}
 
-bool Writer::WriteArray(const CFArrayObject& array, std::size_t level) {
-  if (array.values.empty()) {
-    WriteLine("<array/>", level);
+  bool WriteDictionary(const CFDictionaryObject& dictionary, std::size_t level) {
+    if (dictionary.entries.empty()) {
+      WriteLine("<dict/>", level);
+      return true;
+    }
+    if (level >= kMostLevels) return false;
+    WriteLine("<dict>", level);
+    for (const auto& [key, value] : dictionary.entries) {
+      if (!WriteText("key", *key.get(), level + 1)) return false;
+      if (!WriteValue(static_cast<const Object*>(value.get()), level + 1)) return false;
+    }
+    WriteLine("</dict>", level);
     return true;
   }
-  if (level >= kMostLevels) return false;
-  WriteLine("<array>", level);
-  for (const auto& value : array.values) {
-    if (!WriteValue(static_cast<const Object*>(value.get()), level + 1)) return false;
-  }
-  WriteLine("</array>", level);
-  return true;
-}
 
-bool Writer::WriteDictionary(const CFDictionaryObject& dictionary, std::size_t level) {
-  if (dictionary.entries.empty()) {
-    WriteLine("<dict/>", level);
-    return true;
+  bool WriteDate(const CFDateObject& date, std::size_t level) {
+    const auto text = DateText(date.time);
+    if (text) WriteElement("date", *text, level);
+    return text.has_value();
   }
-  if (level >= kMostLevels) return false;
-  WriteLine("<dict>", level);
-  for (const auto& [key, value] : dictionary.entries) {
-    if (!WriteText("key", *key.get(), level + 1)) return false;
-    if (!WriteValue(static_cast<const Object*>(value.get()), level + 1)) return false;
-  }
-  WriteLine("</dict>", level);
-  return true;
-}
 
-bool Writer::WriteDate(const CFDateObject& date, std::size_t level) {
-  const auto text = DateText(date.time);
-  if (text) WriteElement("date", *text, level);
-  return text.has_value();
-}
-
-void Writer::WriteData(const std::string& bytes, std::size_t level) {
-  const std::size_t tabs = std::min(level, kMostDataTabs);
-  const std::size_t width = kDataColumns - tabs * kTabColumns;
-  const std::string encoded = Base64(bytes);
-  WriteLine("<data>", level);
-  for (std::string_view rest = encoded; !rest.empty(); rest.remove_prefix(std::min(width, rest.size()))) {
-    WriteLine(rest.substr(0, width), tabs);
+  void WriteData(const std::string& bytes, std::size_t level) {
+    const std::size_t tabs = std::min(level, kMostDataTabs);
+    const std::size_t width = kDataColumns - tabs * kTabColumns;
+    const std::string encoded = Base64(bytes);
+    WriteLine("<data>", level);
+    for (std::string_view rest = encoded; !rest.empty(); rest.remove_prefix(std::min(width, rest.size()))) {
+      WriteLine(rest.substr(0, width), tabs);
+    }
+    WriteLine("</data>", level);
   }
-  WriteLine("</data>", level);
-}
 
-void Writer::WriteNumber(const CFNumberObject& number, std::size_t level) {
-  if (const auto* real = std::get_if<double>(&number.value)) {
-    WriteElement("real", RealText(*real), level);
-  } else if (const auto* above = std::get_if<std::uint64_t>(&number.value)) {
-    WriteElement("integer", std::to_string(*above), level);
-  } else {
-    WriteElement("integer", std::to_string(std::get<std::int64_t>(number.value)), level);
+  void WriteNumber(const CFNumberObject& number, std::size_t level) {
+    if (const auto* real = std::get_if<double>(&number.value)) {
+      WriteElement("real", RealText(*real), level);
+    } else {
+      const auto digits = [](auto integer) { return std::to_string(integer); };
+      WriteElement("integer", std::visit(digits, number.value), level);
+    }
   }
-}
 
-bool Writer::WriteValue(const Object* value, std::size_t level) {
-  if (!value) return false;
-  switch (value->type()) {
-    case Type::kString:
-      return WriteText("string", *static_cast<const CFStringObject*>(value), level);
-    case Type::kArray:
-      return WriteArray(*static_cast<const CFArrayObject*>(value), level);
-    case Type::kDictionary:
-      return WriteDictionary(*static_cast<const CFDictionaryObject*>(value), level);
-    case Type::kDate:
-      return WriteDate(*static_cast<const CFDateObject*>(value), level);
-    case Type::kNumber:
-      WriteNumber(*static_cast<const CFNumberObject*>(value), level);
-      return true;
-    case Type::kData:
-      WriteData(static_cast<const CFDataObject*>(value)->bytes, level);
-      return true;
-    case Type::kBoolean:
-      WriteLine(static_cast<const CFBooleanObject*>(value)->value ? "<true/>" : "<false/>", level);
-      return true;
-    case Type::kUrl:
-    case Type::kBundle:
-      break;
+  bool WriteValue(const Object* value, std::size_t level) {
+    if (!value) return false;
+    switch (value->type()) {
+      case Type::kString:
+        return WriteText("string", *static_cast<const CFStringObject*>(value), level);
+      case Type::kArray:
+        return WriteArray(*static_cast<const CFArrayObject*>(value), level);
+      case Type::kDictionary:
+        return WriteDictionary(*static_cast<const CFDictionaryObject*>(value), level);
+      case Type::kDate:
+        return WriteDate(*static_cast<const CFDateObject*>(value), level);
+      case Type::kNumber:
+        WriteNumber(*static_cast<const CFNumberObject*>(value), level);
+        return true;
+      case Type::kData:
+        WriteData(static_cast<const CFDataObject*>(value)->bytes, level);
+        return true;
+      case Type::kBoolean:
+        WriteLine(static_cast<const CFBooleanObject*>(value)->value ? "<true/>" : "<false/>", level);
+        return true;
+      case Type::kUrl:
+      case Type::kBundle:
+        break;
+    }
+    return false;
   }
-  return false;
-}
+
+  std::string text_;
+};
 
 }  // namespace
 
 void AppendEscaped(std::string& text, std::string_view added) {
   for (const char c : added) {
-    switch (c) {
-      case '&':
-        text += "&amp;";
-        break;
-      case '<':
-        text += "&lt;";
-        break;
-      case '>':
-        text += "&gt;";
-        break;
-      default:
-        text += c;
-    }
+    const char* const escape = c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : nullptr;
+    text += escape != nullptr ? std::string_view(escape) : std::string_view(&c, 1);
   }
 }
 

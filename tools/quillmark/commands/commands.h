@@ -13,6 +13,9 @@ class App;
 
 namespace quillmark::tool {
 
+// The status of a command that did its work and found fonts in conflict.
+inline constexpr int kConflictStatus = 3;
+
 void AddIdentify(CLI::App& app, int& status);
 void AddSame(CLI::App& app, int& status);
 void AddCompare(CLI::App& app, int& status);

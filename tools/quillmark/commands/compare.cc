@@ -29,8 +29,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kFacesConflict = 3;
-
 struct Side {
   std::string path;
   FontArray array;
@@ -129,7 +127,7 @@ void WriteSummary(std::ostream& out, const Side& a, const Side& b, const std::ve
 }
 
 int Compare(Side a, Side b, const std::string& format) {
-  LoadTables();
+  LoadTables({QM_ATTRIBUTE_FOUNDRY});
   const bool loaded_a = Load(a);
   if (!Load(b) || !loaded_a) return 1;
   const bool stored = a.form || b.form;
@@ -149,14 +147,10 @@ int Compare(Side a, Side b, const std::string& format) {
   if (pairs.empty()) {
     return ReportFault(a.path, "no face shares a name with one of " + Printable(b.path));
   }
-  if (format == "json") {
-    WriteJson(std::cout, a, b, pairs);
-  } else {
-    WriteTables(std::cout, a, b, pairs);
-  }
+  (format == "json" ? WriteJson : WriteTables)(std::cout, a, b, pairs);
   FlushOutput();
   WriteSummary(std::cerr, a, b, pairs, conflicts);
-  return conflicts == 0 ? 0 : kFacesConflict;
+  return conflicts == 0 ? 0 : kConflictStatus;
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ struct IdentifyOptions {
 int Identify(const IdentifyOptions& options) {
   std::unique_ptr<FaceWriter> writer = MakeWriter(options.form, std::cout);
   FilesOptions files_options = options.files;
-  files_options.needs = NeedsOf(options.form);
+  files_options.needs = NeedsOfForm(options.form);
   if (!options.sort.empty()) {
     const Field* const key = FindField(options.sort);
     writer = Sorted(std::move(writer), *key);

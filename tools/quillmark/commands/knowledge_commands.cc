@@ -21,33 +21,34 @@ struct Query {
 };
 
 // Prints the texts that were found for a name, or the JSON that holds them.
-int Tell(const Query& query, const nlohmann::ordered_json& document, const std::vector<std::string>& texts) {
+int Tell(const Query& query, const nlohmann::ordered_json& document, const std::vector<std::string>& texts,
+         bool found) {
   if (query.format == "json") {
     WriteJsonDocument(std::cout, document);
   } else {
     for (const std::string& text : texts) std::cout << text << '\n';
   }
-  return texts.empty() || texts.front() == "--" ? 1 : 0;
+  return found ? 0 : 1;
 }
 
 int Styles(const Query& query) {
   const std::vector<std::string> styles = StylesOf(query.first, query.second);
-  return Tell(query, {{"styles", styles}}, styles);
+  return Tell(query, {{"styles", styles}}, styles, !styles.empty());
 }
 
 int Classify(const Query& query) {
   const std::string name = ClassOf(query.first, query.second.empty() ? nullptr : query.second.c_str());
-  return Tell(query, {{"class", name}}, {name});
+  return Tell(query, {{"class", name}}, {name}, name != "--");
 }
 
 void AddQuery(CLI::App& command, const char* first, const char* first_help, const char* second,
-              const char* second_help, int (*run)(const Query&), int& status) {
+              const char* second_help, const FaceNeeds& needs, int (*run)(const Query&), int& status) {
   const auto query = std::make_shared<Query>();
   command.add_option(first, query->first, first_help)->required();
   command.add_option(second, query->second, second_help);
   AddResultForm(command, query->format, "text");
-  command.callback([&status, query, run] {
-    LoadTables();
+  command.callback([&status, query, needs, run] {
+    LoadTables(needs);
     status = run(*query);
   });
 }
@@ -56,12 +57,13 @@ void AddQuery(CLI::App& command, const char* first, const char* first_help, cons
 
 void AddStyles(CLI::App& app, int& status) {
   AddQuery(*app.add_subcommand("styles", "Tell the styles that a font's names tell"), "NAME",
-           "PostScript name", "SECOND", "Another name of the font", Styles, status);
+           "PostScript name", "SECOND", "Another name of the font", {.styles = true}, Styles, status);
 }
 
 void AddClassify(CLI::App& app, int& status) {
   AddQuery(*app.add_subcommand("classify", "Tell the class of a font family"), "FAMILY", "Family name",
-           "ALTERNATE", "Name to try when the first has no class", Classify, status);
+           "ALTERNATE", "Name to try when the first has no class", {.classification = true}, Classify,
+           status);
 }
 
 }  // namespace quillmark::tool

@@ -51,7 +51,7 @@ FacesOrFault FacesIn(const std::string& text, const std::string& file) {
 
 int Read(const std::string& file, const OutputForm& form) {
   const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
-  LoadTables();
+  LoadTables(kEveryNeed);
   FacesOrFault read;
   std::string text;
   read.fault = ReadWhole(file, text);

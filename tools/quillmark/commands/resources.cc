@@ -32,7 +32,7 @@ std::string WriteListing(const std::string& path, const std::string& format) {
     ListResources(*resources.get(), listing.emplace());
     fault = files.WhyUnread(path);
   } catch (const BudgetSpent&) {
-    fault = kTakesTooMuchWork;
+    fault = TooMuchWork(opened.budget.most_work());
   }
   if (listing && format == "json") WriteListingJson(path, *listing);
   if (listing && format != "json") WriteListingTables(*listing);

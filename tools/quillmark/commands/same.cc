@@ -19,8 +19,6 @@
 namespace quillmark::tool {
 namespace {
 
-constexpr int kConflictsFound = 3;
-
 struct SameOptions {
   std::string format = "table";
   bool near = false;
@@ -33,11 +31,10 @@ void WriteSummary(std::ostream& out, const Library& library, const std::string& 
     if (count > 0) out << "; " << count << (count == 1 ? one : many);
   };
   const LibraryCounts counts = library.Count();
-  constexpr const char* kNoLetter = " whose PostScript name holds neither letter nor digit";
   out << FacesInFiles(counts.faces, library.files().size());
   part(counts.nameless, " face without a PostScript name", " faces without a PostScript name");
-  part(counts.names_without_letters, (" face" + std::string(kNoLetter)).c_str(),
-       (" faces" + std::string(kNoLetter)).c_str());
+  part(counts.names_without_letters, " face whose PostScript name holds neither letter nor digit",
+       " faces whose PostScript name holds neither letter nor digit");
   part(library.link_count(), " other path of the same file", " other paths of the same files");
   out << losses << '\n';
 }
@@ -56,7 +53,7 @@ LibraryLists ListsOf(const Library& library, const SameOptions& options) {
 }
 
 int Same(const SameOptions& options) {
-  LoadTables();
+  LoadTables(options.files.needs);
   Library library;
   const FilesOutcome outcome = IdentifyFiles(options.files, false, [&](const IdentifiedFile& file) {
     library.Add(file.source.path, file.faces, *file.array);
@@ -81,7 +78,7 @@ int Same(const SameOptions& options) {
     WriteSummary(std::cerr, library, Losses(outcome.counts, options.files));
   }
   if (!outcome.complete || library.files().empty()) return 1;
-  return lists.conflicts && !lists.conflicts->empty() ? kConflictsFound : 0;
+  return lists.conflicts && !lists.conflicts->empty() ? kConflictStatus : 0;
 }
 
 }  // namespace
@@ -94,6 +91,8 @@ void AddSame(CLI::App& app, int& status) {
       ->check(OneOf("form", {"table", "json", "tsv"}))
       ->capture_default_str();
   AddFiles(*command, options->files);
+  options->files.needs = {FaceNeeds::kAlways | QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_VERSION |
+                          QM_ATTRIBUTE_FOUNDRY | QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_OUTLINE_FILE_SIZE};
   command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
   command->add_option("--without", options->without, "Lists to leave out, separated by commas")
       ->check(OneOf("list", {"copies", "conflicts", "formats", "versions", "near"}))

@@ -187,13 +187,9 @@ class Splitter {
       return exists;
     });
     if (any_exists || !MakeFolder()) return 1;
-    for (const Target& target : targets_) {
-      if (!Write(target)) return 1;
-    }
-    if (const auto reason = targets_.empty() ? std::nullopt : SyncFiles(options_.folder)) {
-      Complain(options_.folder, "not all files have reached the disk: " + *reason);
-    }
-    return complete_ ? 0 : 1;
+    const bool are_written =
+        std::all_of(targets_.begin(), targets_.end(), [&](const Target& target) { return Write(target); });
+    return are_written && complete_ ? 0 : 1;
   }
 
  private:
@@ -333,7 +329,7 @@ int Split(const Options& options) {
     return BeginsAsCollection(opened.file) ? SplitCollection(options, files, opened.file)
                                            : SplitResources(options, files, opened.file);
   } catch (const BudgetSpent&) {
-    return ReportFault(options.file, kTakesTooMuchWork);
+    return ReportFault(options.file, TooMuchWork(opened.budget.most_work()));
   }
 }
 

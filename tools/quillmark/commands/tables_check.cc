@@ -38,9 +38,11 @@ class SilencedOutput {
   int saved_;
 };
 
-// Queries each table, so that the library loads it here and not in the middle of a result. Returns the names
-// of the empty ones.
-std::vector<std::string> LoadAndListMissing(const FaceNeeds& needs) {
+}  // namespace
+
+// Queries each table, so that the library loads it here and not in the middle of a result.
+std::vector<std::string> MissingTables(const FaceNeeds& needs) {
+  const SilencedOutput silenced;
   std::vector<std::string> missing;
   if ((needs.attributes & QM_ATTRIBUTE_FOUNDRY) && CFoundryNameTable::GetSharedFoundryNameTable()->empty()) {
     missing.emplace_back("FoundryNameTable.plist");
@@ -51,13 +53,6 @@ std::vector<std::string> LoadAndListMissing(const FaceNeeds& needs) {
   if (needs.styles) (void)StylesOf("", "");
   if (needs.styles && KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
   return missing;
-}
-
-}  // namespace
-
-std::vector<std::string> MissingTables(const FaceNeeds& needs) {
-  const SilencedOutput silenced;
-  return LoadAndListMissing(needs);
 }
 
 void LoadTables(const FaceNeeds& needs) {

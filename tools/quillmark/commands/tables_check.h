@@ -10,11 +10,11 @@
 namespace quillmark::tool {
 
 // Loads those that `needs` depends on and gives the names of the ones that are missing or cannot be read.
-std::vector<std::string> MissingTables(const FaceNeeds& needs = kEveryNeed);
+std::vector<std::string> MissingTables(const FaceNeeds& needs);
 
 // The same, reported on standard error. Messages that loading prints to standard output are dropped, since
 // the tool's results go there.
-void LoadTables(const FaceNeeds& needs = kEveryNeed);
+void LoadTables(const FaceNeeds& needs);
 
 }  // namespace quillmark::tool
 

@@ -34,19 +34,19 @@ std::string TablesFolder() {
 
 int PrintVersion(const std::string& format) {
   const std::string folder = TablesFolder();
-  const std::vector<std::string> missing = MissingTables();
+  const std::vector<std::string> missing = MissingTables(kEveryNeed);
   if (format == "json") {
     using Json = nlohmann::ordered_json;
     WriteJsonDocument(std::cout, {{"quillmark", LibraryVersion()},
                                   {"library", LibraryVersion()},
                                   {"tables", folder.empty() ? Json() : Json(folder)},
                                   {"missingTables", missing}});
-    return missing.empty() ? 0 : 1;
+  } else {
+    std::cout << VersionLine() << "\nlibrary " << LibraryVersion() << "\ntables "
+              << (folder.empty() ? "not found" : "in " + Printable(folder)) << '\n';
+    for (const std::string& table : missing) std::cout << table << " is missing or cannot be read\n";
+    if (missing.empty()) std::cout << "all tables loaded\n";
   }
-  std::cout << VersionLine() << "\nlibrary " << LibraryVersion() << "\ntables "
-            << (folder.empty() ? "not found" : "in " + Printable(folder)) << '\n';
-  for (const std::string& table : missing) std::cout << table << " is missing or cannot be read\n";
-  if (missing.empty()) std::cout << "all tables loaded\n";
   return missing.empty() ? 0 : 1;
 }
 

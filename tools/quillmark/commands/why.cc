@@ -7,7 +7,6 @@
 
 #include "commands/commands.h"
 #include "commands/shared_options.h"
-#include "commands/tables_check.h"
 #include "files/identify_files.h"
 #include "files/interrupt.h"
 #include "output/json_form.h"
@@ -32,7 +31,6 @@ std::string JsonExplanation(const IdentifiedFile& file) {
 }
 
 int Why(const WhyOptions& options) {
-  LoadTables();
   std::optional<JsonArray> array;
   if (options.format == "json") array.emplace(std::cout);
   bool complete = true;
@@ -67,6 +65,8 @@ void AddWhy(CLI::App& app, int& status) {
   const auto options = std::make_shared<WhyOptions>();
   AddResultForm(*command, options->format, "text");
   AddFiles(*command, options->files);
+  // The bytes are read as for identify; a foundry would take a table, and is not shown.
+  options->files.needs = {QM_ATTRIBUTES_ALL & ~QM_ATTRIBUTE_FOUNDRY};
   AddStandardInput(*command, options->files.sources);
   command->callback([&status, options] { status = Why(*options); });
 }

@@ -27,7 +27,7 @@ Json ValueOrNull(const Face& face) {
 
 const std::vector<Field>& AllFields() {
   static const auto* const fields = new std::vector<Field>{
-      {"path", "FILE", Value<&Face::path>, {}, true},
+      {"path", "FILE", Value<&Face::path>, {}, FieldUse::kPath},
       {"face", "FACE", Value<&Face::index>},
       {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>, {QM_ATTRIBUTE_POSTSCRIPT_NAME}},
       {"family", "FAMILY", Value<&Face::family>, {QM_ATTRIBUTE_FAMILY}},
@@ -63,7 +63,7 @@ const std::vector<Field>& AllFields() {
        "PRINTER FONT",
        [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file); },
        {QM_ATTRIBUTE_OUTLINE_FILE_NAME},
-       true},
+       FieldUse::kPath},
       {"printerFontExists",
        "PRINTER FONT EXISTS",
        [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file_exists); },
@@ -73,9 +73,8 @@ const std::vector<Field>& AllFields() {
       {"variable",
        "VARIABLE",
        ValueOrNull<&Face::variable>,
-       {.attributes = QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_CHECKSUM, .variable = true},  // to find its outlines
-       false,
-       true},
+       {.attributes = QM_ATTRIBUTE_CHECKSUM, .variable = true},  // to find its outlines
+       FieldUse::kOnRequest},
   };
   return *fields;
 }

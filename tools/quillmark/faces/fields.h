@@ -10,13 +10,18 @@
 
 namespace quillmark::tool {
 
+enum class FieldUse {
+  kUsual,
+  kPath,      // the table never cuts it
+  kOnRequest  // written only where it is named
+};
+
 struct Field {
   const char* name;                              // in JSON, tab-separated text and --fields
   const char* title;                             // in the table
   nlohmann::ordered_json (*value)(const Face&);  // null when the face has none
   FaceNeeds needs = {};
-  bool is_path = false;     // the table never cuts it
-  bool on_request = false;  // written only where it is named
+  FieldUse use = FieldUse::kUsual;
 };
 
 // All of them, in the order of the JSON form; those on request come last.

@@ -80,10 +80,12 @@ class FacesReader {
  public:
   explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array.reset(new QM_FontArray); }
 
-  void ReadArray(const std::string& text) {
+  // An array, or objects one after another.
+  void Read(const std::string& text) {
     std::istringstream in(text);
-    char next = 0;
-    if ((in >> next >> std::ws).peek() == ']') in >> next;
+    const bool is_array = (in >> std::ws).peek() == '[';
+    char next = 0;  // the array's bracket or comma read last; an empty array has no object to read
+    if (is_array && (in >> next >> std::ws).peek() == ']') in >> next;
     const auto place = [&] {  // the end where nothing is left to read
       const auto at = in.tellg();
       return at < 0 ? text.size() : static_cast<std::size_t>(at);
@@ -92,29 +94,15 @@ class FacesReader {
     try {
       // Each object is taken as soon as it is read, so that no more than one is held. The library's own way
       // to do that, a callback, takes the square of the objects inside.
-      while (next != ']' && read_.fault.empty()) {
+      while (read_.fault.empty() && (is_array ? next != ']' : !(in >> std::ws).eof())) {
         start = place();
         Json object;
         in >> object;
         Take(object);
-        if (read_.fault.empty() && (!(in >> next) || (next != ',' && next != ']'))) TellDamage(text, place());
+        if (is_array && read_.fault.empty() && (!(in >> next) || (next != ',' && next != ']')))
+          TellDamage(text, place());
       }
       if (read_.fault.empty() && !(in >> std::ws).eof()) TellDamage(text, place());
-    } catch (const Json::parse_error& error) {
-      TellDamage(text, start + error.byte);
-    }
-  }
-
-  void ReadObjects(const std::string& text) {
-    std::istringstream in(text);
-    std::size_t start = 0;
-    try {
-      while (read_.fault.empty() && !(in >> std::ws).eof()) {
-        start = static_cast<std::size_t>(in.tellg());
-        Json object;
-        in >> object;
-        Take(object);
-      }
     } catch (const Json::parse_error& error) {
       TellDamage(text, start + error.byte);
     }
@@ -201,11 +189,7 @@ bool BeginsAsJson(const std::string& text) {
 
 FacesOrFault ReadJsonFaces(const std::string& text, const std::string& path) {
   FacesReader reader(path);
-  if (text[text.find_first_not_of(kBlanks)] == '[') {
-    reader.ReadArray(text);
-  } else {
-    reader.ReadObjects(text);
-  }
+  reader.Read(text);
   return reader.Finish();
 }
 

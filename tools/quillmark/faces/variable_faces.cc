@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "analysis/collection.h"
+#include "analysis/font_extension.h"
 #include "analysis/sfnt_directory.h"
 #include "resources/family.h"
 #include "resources/resource_access.h"
@@ -64,12 +65,11 @@ void FindInFile(FontFile& file, std::vector<bool>& variable) {
 
 }  // namespace
 
-std::vector<bool> AreVariable(FontFile& file, const std::string& kind,
-                              const std::vector<OutlinesKey>& faces) {
+std::vector<bool> AreVariable(FontFile& file, const std::vector<OutlinesKey>& faces) {
   std::vector<bool> variable(faces.size());
   if (faces.empty()) return variable;
   try {
-    if (kind == "TrueType Collection") {
+    if (fontTypeFromExtension(file.path().c_str()) == kExtensionTtc) {
       FindInCollection(file, faces, variable);
     } else if (faces.front().fond_id != -1) {
       FindInFamilies(file, faces, variable);

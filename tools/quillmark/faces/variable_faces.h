@@ -4,7 +4,6 @@
 #define QUILLMARK_TOOL_FACES_VARIABLE_FACES_H_
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "platform/files/font_file.h"
@@ -17,9 +16,9 @@ struct OutlinesKey {
   std::uint32_t checksum = 0;
 };
 
-// For each face of a file; `kind` is that of its first. A face that cannot be read, or that is not reached
+// For each face of a file. A face that cannot be read, or that is not reached
 // before the file's budget is spent, counts as not variable.
-std::vector<bool> AreVariable(FontFile& file, const std::string& kind, const std::vector<OutlinesKey>& faces);
+std::vector<bool> AreVariable(FontFile& file, const std::vector<OutlinesKey>& faces);
 
 }  // namespace quillmark::tool
 

@@ -18,7 +18,6 @@
 #include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
-#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
@@ -41,30 +40,33 @@ class Identifier {
   Identifier(unsigned threads, const FaceNeeds& needs) : threads_(threads), needs_(needs) {}
 
   IdentifiedFile Identify(const FontPath& source) {
-    if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault, {}});
+    if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault});
     try {
-      const std::shared_lock among_others(tries_);
-      IdentifiedFile file = Try(source);
-      if (!file.explanation.may_pass) return file;
-    } catch (const std::bad_alloc&) {
-    }
-    // Other threads may have held the memory or files that were missing: tries again while none works.
-    try {
-      const std::lock_guard alone(tries_);
-      return Try(source);
+      std::optional<StandardInputFile> input;  // holds what can be read only once
+      if (source.standard_input_name) input.emplace(*source.standard_input_name);
+      if (input && !input->fault().empty()) {
+        return WithoutFaces(source, {Outcome::kUnreadable, input->fault()});
+      }
+      return TryTwice(source, input ? input->path() : source.path);
     } catch (const std::bad_alloc&) {
       return WithTooLittleMemory(source, threads_);
     }
   }
 
  private:
-  IdentifiedFile Try(const FontPath& source) {
-    std::optional<StandardInputFile> input;
-    if (source.standard_input_name) {
-      input.emplace(*source.standard_input_name);
-      if (!input->fault().empty()) return WithoutFaces(source, {Outcome::kUnreadable, input->fault()});
+  IdentifiedFile TryTwice(const FontPath& source, const std::string& path) {
+    try {
+      const std::shared_lock among_others(tries_);
+      IdentifiedFile file = Try(source, path);
+      if (!file.explanation.may_pass) return file;
+    } catch (const std::bad_alloc&) {
     }
-    const std::string& path = input ? input->path() : source.path;
+    // Other threads may have held the memory or files that were missing: tries again while none works.
+    const std::lock_guard alone(tries_);
+    return Try(source, path);
+  }
+
+  IdentifiedFile Try(const FontPath& source, const std::string& path) {
     const WatchedFiles files;
     CreationResult result;
     Explanation explanation;
@@ -97,7 +99,7 @@ class Identifier {
       keys.push_back({face.fondResourceID, face.style, face.checksum});
     }
     OpenedFont opened(path, files);
-    return AreVariable(opened.file, keys.empty() ? "" : array.view(0).kind.str(), keys);
+    return AreVariable(opened.file, keys);
   }
 
   static Explanation ExplainSidecar(const WatchedFiles& files, const std::string& path) {
@@ -105,7 +107,7 @@ class Identifier {
     try {
       return ExplainLoneSidecar(opened);
     } catch (const BudgetSpent&) {
-      return {Outcome::kDamaged, kTakesTooMuchWork};
+      return {Outcome::kDamaged, TooMuchWork(opened.budget.most_work())};
     }
   }
 
@@ -115,7 +117,7 @@ class Identifier {
   std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
-using Consumer = std::function<void(IdentifiedFile)>;
+using Consumer = std::function<void(IdentifiedFile&)>;
 
 // The work of one run. Each thread takes a path, identifies the file, and hands over what waits in the order
 // of the paths unless another one does so already: a thread that only hands over would interrupt the others.
@@ -181,7 +183,7 @@ class Run {
     while (Slot(next_out_)) {
       IdentifiedFile next = *std::exchange(Slot(next_out_), std::nullopt);
       lock.unlock();
-      HandOver(std::move(next));
+      HandOver(next);
       lock.lock();
       ++next_out_;
       room_.notify_one();
@@ -189,13 +191,13 @@ class Run {
     is_handing_over_ = false;
   }
 
-  void HandOver(IdentifiedFile file) {
-    const FontPath source = file.source;
+  void HandOver(IdentifiedFile& file) {
     try {
-      return consume_(std::move(file));
+      return consume_(file);
     } catch (const std::bad_alloc&) {
     }
-    consume_(WithTooLittleMemory(source, threads_));
+    IdentifiedFile without = WithTooLittleMemory(file.source, threads_);
+    consume_(without);
   }
 
   std::optional<IdentifiedFile>& Slot(std::size_t place) { return waiting_[place % waiting_.size()]; }

@@ -19,13 +19,13 @@ struct IdentifiedFile {
   Explanation explanation;
 };
 
-// Calls `consume` once for each path, in order, on any of the threads but on one at a time, with faces that
-// know what `needs` names. `threads` is 1 or more, the calling one included; at most 64 results each are
-// held, and fewer threads do when no more can be started. A file for which there is too little memory has
-// that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason and
-// without its faces. When `consume` throws anything else, the work ends and the exception goes on.
+// Calls `consume` once for each path, in order and never twice at a time, on any of the threads. `threads`
+// (1 or more) counts the calling one; when fewer can be started, those do the work. At most 64 results a
+// thread wait for their turn. The faces know what `needs` names. A file for which there is too little memory
+// has that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason
+// and without its faces. When `consume` throws anything else, the work ends and the exception goes on.
 void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs,
-                 const std::function<void(IdentifiedFile)>& consume);
+                 const std::function<void(IdentifiedFile&)>& consume);
 
 }  // namespace quillmark::tool
 

@@ -49,7 +49,8 @@ std::string VisitFiles(const FilesOptions& options,
   const PathCount count(options.sources);
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
   bool input_cut_short = false;
-  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, [&](IdentifiedFile file) {
+  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, [&](IdentifiedFile& file) {
+    // Before `visit`, which may take the array.
     const bool is_cut = file.source.standard_input_name && !file.array;
     visit(file, progress);
     input_cut_short |= is_cut && Interrupted() != 0;

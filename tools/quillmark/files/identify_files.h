@@ -21,7 +21,7 @@ struct FilesOptions {
   std::string progress = "auto";  // or always, never
   bool quiet = false;
   bool why = false;  // report every file that gives no face, or fewer than it lists
-  FaceNeeds needs = kEveryNeed;
+  FaceNeeds needs;
 };
 
 // Counts of files in folders that are no faults of the run, by what became of them.
@@ -33,8 +33,8 @@ struct FilesOutcome {
   std::string stopped;   // how far the work got before an interrupt; empty without one
 };
 
-// Calls `visit` with each path, in order. It takes the progress off the terminal before it writes there.
-// Gives FilesOutcome::stopped.
+// Calls `visit` with each path, in order. `visit` calls Progress::Clear before it writes to the terminal.
+// Returns FilesOutcome::stopped.
 std::string VisitFiles(const FilesOptions& options,
                        const std::function<void(IdentifiedFile&, Progress&)>& visit);
 

@@ -12,7 +12,7 @@ const LibraryDetails::FileDetails& LibraryDetails::DetailsOf(const LibraryFace& 
     std::vector<OutlinesKey> keys;
     for (const LibraryFace& each : file.faces) keys.push_back({each.fond_id, each.style, each.checksum});
     OpenedFont opened(file.path);
-    found->second = {opened.file.TotalLength(), AreVariable(opened.file, file.faces.front().kind, keys)};
+    found->second = {opened.file.TotalLength(), AreVariable(opened.file, keys)};
   }
   return found->second;
 }

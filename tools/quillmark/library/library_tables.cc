@@ -90,25 +90,13 @@ class LibraryTableWriter {
 
  private:
   std::string Text(const LibraryFace& face, Cell cell) {
-    switch (cell) {
-      case kName:
-        return face.post_script_name;
-      case kChecksum:
-        return Hex(face.checksum);
-      case kVersion:
-        return face.version;
-      case kKind:
-        return face.kind + (details_.IsVariable(face) ? ", variable" : "");
-      case kFoundry:
-        return face.foundry;
-      case kFace:
-        return library_.files()[face.file].faces.size() > 1 ? std::to_string(face.index) : "";
-      case kSize:
-        return HumanSize(details_.FileSize(face));
-      case kCellCount:
-        break;
-    }
-    return {};
+    if (cell == kName) return face.post_script_name;
+    if (cell == kChecksum) return Hex(face.checksum);
+    if (cell == kVersion) return face.version;
+    if (cell == kKind) return face.kind + (details_.IsVariable(face) ? ", variable" : "");
+    if (cell == kFoundry) return face.foundry;
+    if (cell == kSize) return HumanSize(details_.FileSize(face));
+    return library_.files()[face.file].faces.size() > 1 ? std::to_string(face.index) : "";  // kFace
   }
 
   void AddRow(TableGroup& group, const LibraryFace& face, const std::vector<Cell>& cells) {

@@ -10,7 +10,7 @@ std::string JsonObject(const Face& face, const std::vector<const Field*>& named)
   object.get_ref<nlohmann::ordered_json::object_t&>().reserve(AllFields().size());
   if (named.empty()) {
     for (const Field& field : AllFields()) {
-      if (field.on_request) continue;
+      if (field.use == FieldUse::kOnRequest) continue;
       if (auto value = field.value(face); !value.is_null()) object[field.name] = std::move(value);
     }
   } else {
@@ -27,8 +27,8 @@ void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document
   out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
-void JsonArray::Add(const std::string& object) {
-  out_ << (empty_ ? "[\n" : ",\n") << indent_ << "  " << object;
+void JsonArray::Add(const std::string& objects) {
+  out_ << (empty_ ? "[\n" + indent_ + "  " : Between()) << objects;
   empty_ = false;
 }
 

@@ -28,7 +28,9 @@ void WriteJsonDocument(std::ostream& out, const nlohmann::ordered_json& document
 class JsonArray {
  public:
   explicit JsonArray(std::ostream& out, std::string indent = "") : out_(out), indent_(std::move(indent)) {}
-  void Add(const std::string& object);
+  std::string Between() const { return ",\n" + indent_ + "  "; }
+  // One object, or several with Between() between them.
+  void Add(const std::string& objects);
   void Finish(const char* after = "\n");
 
  private:

@@ -23,9 +23,7 @@ class TableWriter : public FaceWriter {
  public:
   TableWriter(std::ostream& out, Fields fields, bool wide)
       : out_(out), table_(std::move(fields)), wide_(wide) {}
-  void Add(std::vector<Face> faces, FontArray) override {
-    for (const Face& face : faces) table_.Add(face);
-  }
+  void Add(std::vector<Face> faces, FontArray) override { table_.Add(faces); }
   void Finish() override {
     TerminalLook look = OutputLook();
     if (wide_) look.columns = 0;
@@ -43,7 +41,12 @@ class JsonWriter : public FaceWriter {
  public:
   JsonWriter(std::ostream& out, Fields fields) : json_(out), fields_(std::move(fields)) {}
   void Add(std::vector<Face> faces, FontArray) override {
-    for (const Face& face : faces) json_.Add(JsonObject(face, fields_));
+    std::string objects;  // of the whole file, or none when there is too little memory
+    for (const Face& face : faces) {
+      if (!objects.empty()) objects += json_.Between();
+      objects += JsonObject(face, fields_);
+    }
+    if (!objects.empty()) json_.Add(objects);
   }
   void Finish() override { json_.Finish(); }
   bool WritesAtOnce() const override { return true; }
@@ -86,7 +89,7 @@ class ArrayWriter : public FaceWriter {
   using Form = std::string (*)(const QM_FontArray&);
   ArrayWriter(std::ostream& out, Form form) : out_(out), form_(form) {}
   void Add(std::vector<Face> faces, FontArray array) override {
-    std::vector<Face>().swap(faces);
+    std::vector<Face>().swap(faces);  // freed first, so that both are not held while the array grows
     whole_.Append(std::move(*array));
   }
   void Finish() override { out_ << form_(whole_); }
@@ -113,7 +116,7 @@ Fields Chosen(const OutputForm& form) {
 Fields Unasked() {
   Fields fields;
   for (const Field& field : AllFields()) {
-    if (!field.on_request) fields.push_back(&field);
+    if (field.use != FieldUse::kOnRequest) fields.push_back(&field);
   }
   return fields;
 }
@@ -122,7 +125,10 @@ Fields Unasked() {
 
 const std::vector<std::string> kFormats = {"table", "json", "jsonl", "tsv", "xml", "plist"};
 
-FaceNeeds NeedsOf(const OutputForm& form) { return form.fields.empty() ? kEveryNeed : NeedsOf(Chosen(form)); }
+FaceNeeds NeedsOfForm(const OutputForm& form) {
+  if (form.format == "xml" || form.format == "plist") return {QM_ATTRIBUTES_ALL};
+  return form.fields.empty() ? kEveryNeed : NeedsOf(Chosen(form));
+}
 
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out) {
   Fields fields = Chosen(form);

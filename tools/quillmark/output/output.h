@@ -25,16 +25,17 @@ struct OutputForm {
 class FaceWriter {
  public:
   virtual ~FaceWriter() = default;
-  // The faces of a file, in both their shapes: what the form does not hold is freed.
+  // The faces of one file, as Face objects and as an array. A writer keeps the one it writes from and frees
+  // the other.
   virtual void Add(std::vector<Face> faces, FontArray array) = 0;
   virtual void Finish() = 0;
   virtual bool WritesAtOnce() const = 0;
-  // Which of the two the form is written from; the other one may be empty.
+  // Whether the form is written from arrays; `faces` may then be empty, else `array` null.
   virtual bool WritesArray() const { return false; }
 };
 
 // What the faces must know that are written in this form.
-FaceNeeds NeedsOf(const OutputForm& form);
+FaceNeeds NeedsOfForm(const OutputForm& form);
 
 // Throws CLI::ValidationError for fields of a form whose content is fixed. The names are those of fields.
 std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out);

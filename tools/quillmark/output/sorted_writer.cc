@@ -18,6 +18,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::size_t kAtATime = 1000;  // faces that are handed over
+
 bool Before(const Json& a, const Json& b, bool are_versions) {
   if (a.is_null() || b.is_null()) return b.is_null() && !a.is_null();
   if (!are_versions) return a < b;
@@ -35,7 +37,7 @@ class SortedWriter : public FaceWriter {
     try {
       for (const Face& face : faces) keys_.push_back(field_.value(face));
       if (writer_->WritesArray()) {
-        std::vector<Face>().swap(faces);
+        std::vector<Face>().swap(faces);  // freed first, so that both are not held while the array grows
         array_.Append(std::move(*array));
       } else if (faces_.empty()) {
         faces_ = std::move(faces);  // no second copy of a file's faces
@@ -59,10 +61,10 @@ class SortedWriter : public FaceWriter {
       array_.Keep(order);
       writer_->Add({}, FontArray(new QM_FontArray(std::move(array_))));
     } else {
+      std::vector<Face> some;
       for (const std::size_t place : order) {
-        std::vector<Face> one;
-        one.push_back(std::move(faces_[place]));
-        writer_->Add(std::move(one), nullptr);
+        some.push_back(std::move(faces_[place]));
+        if (some.size() == kAtATime || place == order.back()) writer_->Add(std::exchange(some, {}), nullptr);
       }
     }
     writer_->Finish();

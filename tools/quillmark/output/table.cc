@@ -1,7 +1,6 @@
 #include "output/table.h"
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <numeric>
 #include <set>
@@ -172,14 +171,14 @@ Table::Layout Table::Choose(std::size_t room, bool by_folder, int rank) const {
 }
 
 void Table::FindAmbiguous(Layout& layout, std::size_t shown) const {
-  std::map<std::string, std::size_t> hashes;  // of the first name that is cut so
-  for (const std::string& row : rows_) {
-    const std::string name = CellsOf(row)[layout.shown[shown]];
+  const auto name_in = [&](std::size_t row) { return CellsOf(rows_[row])[layout.shown[shown]]; };
+  std::map<std::string, std::size_t> rows;  // the first one by what its name is cut to
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    const std::string name = name_in(row);
     std::string cut = FitMiddle(name, layout.widths[shown]);
-    if (cut == name) continue;
-    const std::size_t hash = std::hash<std::string>()(name);
-    const auto [first, is_new] = hashes.emplace(std::move(cut), hash);
-    if (!is_new && first->second != hash) layout.ambiguous.insert(first->first);
+    if (cut == name && name.find(kEllipsis) == std::string::npos) continue;
+    const auto [first, is_new] = rows.emplace(std::move(cut), row);
+    if (!is_new && name_in(first->second) != name) layout.ambiguous.insert(first->first);
   }
 }
 
@@ -232,16 +231,16 @@ void Table::Write(std::ostream& out, TerminalLook look, bool by_folder, int rank
 
   std::string_view folder;
   auto heading = headings_.begin();
-  for (const std::string& row : rows_) {
-    for (; heading != headings_.end() && &rows_[heading->first] == &row; ++heading) {
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    for (; heading != headings_.end() && heading->first == row; ++heading) {
       out << (look.columns == 0 ? heading->second : FitMiddle(heading->second, look.columns)) << '\n';
     }
-    const std::string_view next = FolderOf(LastCell(row));
-    if (layout.place == Layout::kInFolder && (&row == &rows_.front() || next != folder)) {
+    const std::string_view next = FolderOf(LastCell(rows_[row]));
+    if (layout.place == Layout::kInFolder && (row == 0 || next != folder)) {
       out << (next.empty() ? "./" : next) << '\n';
     }
     folder = next;
-    out << Line(layout, CellsOf(row)) << '\n';
+    out << Line(layout, CellsOf(rows_[row])) << '\n';
   }
 }
 

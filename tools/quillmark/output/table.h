@@ -31,7 +31,8 @@ class Table {
   void Add(const std::vector<std::string>& row);
   // A line above the row that is added next; with one, rows are indented.
   void AddHeading(const std::string& text);
-  bool empty() const { return rows_.empty(); }
+  std::size_t size() const { return rows_.size(); }
+  void KeepFirst(std::size_t rows) { rows_.resize(rows); }
   void LeaveOut(std::size_t column) { widest_[column] = 0; }
 
   // On a terminal: columns drop out by rank, texts are shortened in the middle unless that made two names of

@@ -1,5 +1,6 @@
 #include "output/table_form.h"
 
+#include <new>
 #include <string_view>
 
 namespace quillmark::tool {
@@ -29,7 +30,7 @@ std::vector<const Field*> UsualFields() {
 std::vector<Column> ColumnsOf(const std::vector<const Field*>& fields, bool are_usual) {
   std::vector<Column> columns;
   for (std::size_t i = 0; i < fields.size(); ++i) {
-    Column column{fields[i]->title, fields[i]->is_path, are_usual ? kUsual[i].rank : 0};
+    Column column{fields[i]->title, fields[i]->use == FieldUse::kPath, are_usual ? kUsual[i].rank : 0};
     if (are_usual && fields[i]->name == kFace) column.title = "#";
     columns.push_back(std::move(column));
   }
@@ -54,15 +55,23 @@ FaceTable::FaceTable(std::vector<const Field*> fields)
       fields_(are_usual_ ? UsualFields() : std::move(fields)),
       table_(ColumnsOf(fields_, are_usual_)) {}
 
-void FaceTable::Add(const Face& face) {
-  std::vector<std::string> row;
-  for (const Field* field : fields_) row.push_back(Cell(*field, face, are_usual_));
-  table_.Add(row);
-  if (face.index > 0) has_several_ = true;
+void FaceTable::Add(const std::vector<Face>& faces) {
+  const std::size_t known = table_.size();
+  try {
+    for (const Face& face : faces) {
+      std::vector<std::string> row;
+      for (const Field* field : fields_) row.push_back(Cell(*field, face, are_usual_));
+      table_.Add(row);
+    }
+  } catch (const std::bad_alloc&) {
+    table_.KeepFirst(known);
+    throw;
+  }
+  for (const Face& face : faces) has_several_ |= face.index > 0;
 }
 
 void FaceTable::Write(std::ostream& out, TerminalLook look) {
-  if (table_.empty()) return;
+  if (table_.size() == 0) return;
   for (std::size_t i = 0; are_usual_ && !has_several_ && i < fields_.size(); ++i) {
     if (fields_[i]->name == kFace) table_.LeaveOut(i);
   }

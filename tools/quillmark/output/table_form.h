@@ -18,7 +18,8 @@ class FaceTable {
  public:
   explicit FaceTable(std::vector<const Field*> fields);
 
-  void Add(const Face& face);
+  // All of them, or none when there is too little memory.
+  void Add(const std::vector<Face>& faces);
   // Nothing without faces.
   void Write(std::ostream& out, TerminalLook look);
 

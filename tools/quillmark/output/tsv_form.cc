@@ -10,11 +10,8 @@ std::string TsvText(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
     const std::size_t which = kEscaped.find(c);
-    if (which == std::string_view::npos) {
-      escaped += c;
-    } else {
-      escaped.append(1, '\\').append(1, kLetters[which]);
-    }
+    if (which != std::string_view::npos) escaped += '\\';
+    escaped += which == std::string_view::npos ? c : kLetters[which];
   }
   return escaped;
 }

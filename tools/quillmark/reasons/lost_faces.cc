@@ -20,13 +20,18 @@ constexpr std::size_t kMostNumbers = 12;
 constexpr std::size_t kMostStylesNamed = 3;
 constexpr std::size_t kMostTypesNamed = 8;
 
+// The first `most` of `count` texts with `between` them, and how many more there are.
+template <typename TextOf>
+std::string First(std::size_t most, std::size_t count, const std::string& between, TextOf text_of) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(count, most); ++i) text += (i == 0 ? "" : between) + text_of(i);
+  if (count <= most) return text;
+  return text + (between == "; " ? "; and " : " and ") + std::to_string(count - most) + " more";
+}
+
 std::string Numbers(const std::vector<std::uint32_t>& faces) {
-  std::string text = faces.size() == 1 ? "face " : "faces ";
-  for (std::size_t i = 0; i < std::min(faces.size(), kMostNumbers); ++i) {
-    text += (i == 0 ? "" : ", ") + std::to_string(faces[i]);
-  }
-  if (faces.size() > kMostNumbers) text += " and " + std::to_string(faces.size() - kMostNumbers) + " more";
-  return text;
+  return (faces.size() == 1 ? "face " : "faces ") +
+         First(kMostNumbers, faces.size(), ", ", [&](std::size_t i) { return std::to_string(faces[i]); });
 }
 
 // The reasons of a collection's faces, in the order in which they first occur.
@@ -48,14 +53,11 @@ class FaceReasons {
   }
 
   std::string Text() const {
-    std::string text;
-    for (std::size_t i = 0; i < std::min(reasons_.size(), kMostReasons); ++i) {
-      text += (i == 0 ? "" : "; ") + Numbers(reasons_[i].second) + ": " + reasons_[i].first;
-    }
-    if (reasons_.size() > kMostReasons) {
-      text += "; and " + std::to_string(reasons_.size() - kMostReasons) + " more reasons";
-    }
-    return text;
+    const auto text_of = [&](std::size_t i) {
+      return Numbers(reasons_[i].second) + ": " + reasons_[i].first;
+    };
+    return First(kMostReasons, reasons_.size(), "; ", text_of) +
+           (reasons_.size() > kMostReasons ? " reasons" : "");
   }
 
  private:
@@ -67,6 +69,12 @@ class FaceReasons {
   std::vector<std::pair<std::string, std::vector<std::uint32_t>>> reasons_;
   std::map<std::uint32_t, std::string> by_face_;
 };
+
+std::string Dropped(const CreationResult& result) {
+  if (!result.faults_dropped) return {};
+  return "; only the first " + std::to_string(CreationResult::kMostFaults) +
+         " of them were looked at for this";
+}
 
 }  // namespace
 
@@ -84,12 +92,8 @@ Explanation LostCollectionFaces(const CreationResult& result) {
       reasons.Add({static_cast<std::uint32_t>(face), fault.why});
     }
   }
-  std::string text = reasons.Text();
-  if (result.faults_dropped) {
-    text += "; only the first " + std::to_string(CreationResult::kMostFaults) +
-            " of them were looked at for this";
-  }
-  return {result.lost_faces == 0 ? Outcome::kFaces : Outcome::kIncomplete, text, result.claimed_faces};
+  return {result.lost_faces == 0 ? Outcome::kFaces : Outcome::kIncomplete, reasons.Text() + Dropped(result),
+          result.claimed_faces};
 }
 
 Explanation LostStyles(const CreationResult& result) {
@@ -102,6 +106,7 @@ Explanation LostStyles(const CreationResult& result) {
     if (++count <= kMostStylesNamed) text += (count == 1 ? "" : "; ") + Words(*style);
   }
   if (count > kMostStylesNamed) text += "; and " + std::to_string(count - kMostStylesNamed) + " more styles";
+  text += Dropped(result);
   return {text.empty() ? Outcome::kFaces : Outcome::kIncomplete, text};
 }
 
@@ -123,11 +128,9 @@ Explanation WhyNoFonts(const std::string& path, const ResourceMap& map) {
   const Outcome outcome = is_claimed ? Outcome::kDamaged : Outcome::kOther;
   const std::size_t count = map.CountTypes();
   if (count == 0) return {outcome, "a resource file without fonts: it holds no resources"};
-  std::string types;
-  for (std::size_t i = 0; i < std::min(count, kMostTypesNamed); ++i) {
-    types += (i == 0 ? "" : ", ") + TypeText(map.TypeAt(i).value_or(0));
-  }
-  if (count > kMostTypesNamed) types += " and " + std::to_string(count - kMostTypesNamed) + " more types";
+  const auto type = [&](std::size_t i) { return TypeText(map.TypeAt(i).value_or(0)); };
+  const std::string types =
+      First(kMostTypesNamed, count, ", ", type) + (count > kMostTypesNamed ? " types" : "");
   if (map.CountResources(kSfnt) > 0) {
     return {Outcome::kDamaged, "a resource file with fonts that no FOND resource names: it holds " + types +
                                    "; quillmark split writes those that are TrueType or OpenType to files"};

@@ -1,9 +1,9 @@
 #include "reasons/printer_fonts.h"
 
 #include <filesystem>
-#include <optional>
 #include <vector>
 
+#include "reasons/watched_files.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 #include "text/printable.h"
@@ -28,26 +28,19 @@ std::vector<std::string> PrinterFontsOf(const FileSystem& files, const std::stri
   }
 }
 
-PrinterFontFamilies::Families FamiliesIn(const FileSystem& files, const fs::path& folder) {
+PrinterFontFamilies::Families FamiliesIn(const FileSystem& system, const fs::path& folder) {
+  const WatchedFiles files(system);
   PrinterFontFamilies::Families families;
   for (const std::string& name : files.NamesIn(folder)) {
     const std::string candidate = folder / name;
     if (!files.Status(candidate).regular) continue;
     for (const std::string& claimed : PrinterFontsOf(files, candidate)) {
-      families.try_emplace(fs::path(claimed).filename(), candidate);
+      families.files.try_emplace(fs::path(claimed).filename(), candidate);
     }
   }
+  families.unread = files.WhyUnread({});
+  families.may_pass = files.failure() && IsShortage(files.failure()->error);
   return families;
-}
-
-// The family file in the same folder whose FOND names this printer font.
-std::optional<std::string> FamilyOf(const OpenedFont& font, PrinterFontFamilies& families) {
-  const fs::path printer_font = font.file.path();
-  const bool has_folder = printer_font.has_parent_path();
-  const auto here = families.InFolder(font.files, has_folder ? printer_font.parent_path().native() : ".");
-  const auto found = here->find(printer_font.filename());
-  if (found == here->end()) return std::nullopt;
-  return has_folder ? found->second : fs::path(found->second).filename().native();
 }
 
 }  // namespace
@@ -58,6 +51,7 @@ std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::InFold
   const std::lock_guard lock(mutex_);
   if (const auto found = cache_.find(folder); found != cache_.end()) return found->second;
   auto families = std::make_shared<const Families>(FamiliesIn(files, folder));
+  if (families->may_pass) return families;
   if (cache_.size() >= kCacheLimit) cache_.clear();
   cache_.emplace(folder, families);
   return families;
@@ -66,10 +60,17 @@ std::shared_ptr<const PrinterFontFamilies::Families> PrinterFontFamilies::InFold
 Explanation ExplainPrinterFont(const OpenedFont& font, const std::string& what,
                                PrinterFontFamilies& families) {
   const std::string reason = what + ", read only through the Macintosh font family file that names it: ";
-  if (const auto family = FamilyOf(font, families))
-    return {Outcome::kOther, reason + "give " + Printable(*family)};
-  return {Outcome::kLonePrinterFont,
-          reason + "none in this folder does; put the two together and give the family file"};
+  const fs::path printer_font = font.file.path();
+  const bool has_folder = printer_font.has_parent_path();
+  const auto here = families.InFolder(font.files, has_folder ? printer_font.parent_path().native() : ".");
+  if (const auto found = here->files.find(printer_font.filename()); found != here->files.end()) {
+    const fs::path family = found->second;
+    return {Outcome::kOther, reason + "give " + Printable(has_folder ? family : family.filename())};
+  }
+  const std::string advice = here->unread.empty()
+                                 ? "none in this folder does; put the two together and give the family file"
+                                 : "none in this folder does that can be read, and " + here->unread;
+  return {Outcome::kLonePrinterFont, reason + advice, {}, here->may_pass};
 }
 
 }  // namespace quillmark::tool

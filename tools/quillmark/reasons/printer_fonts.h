@@ -17,7 +17,11 @@ namespace quillmark::tool {
 // so it is searched once for all of them. For one file system, and any number of threads.
 class PrinterFontFamilies {
  public:
-  using Families = std::map<std::string, std::string>;  // from the name of a printer font to a family file
+  struct Families {
+    std::map<std::string, std::string> files;  // by the name of a printer font
+    std::string unread;     // which file of the folder cannot be read, and why; empty when all can
+    bool may_pass = false;  // what keeps it from being read
+  };
 
   // The families of one folder.
   std::shared_ptr<const Families> InFolder(const FileSystem& files, const std::string& folder);

@@ -37,15 +37,9 @@ std::string KnownExtension(const std::string& path) {
 
 // Whether the name promises a font that is read.
 bool IsNamedAsFont(const std::string& path) {
-  switch (fontTypeFromExtension(path.c_str())) {
-    case kExtensionTtf:
-    case kExtensionOtf:
-    case kExtensionTtc:
-    case kExtensionDfont:
-      return true;
-    default:
-      return false;
-  }
+  const FontExtension extension = fontTypeFromExtension(path.c_str());
+  return extension == kExtensionTtf || extension == kExtensionOtf || extension == kExtensionTtc ||
+         extension == kExtensionDfont;
 }
 
 std::string DespiteExtension(const std::string& path) {
@@ -64,12 +58,9 @@ Explanation NoFont(const std::string& path, std::string reason) {
 
 // For a file that shows no fault when it is examined a second time.
 Explanation ReadOnSecondTry() {
-  return {
-      Outcome::kUnreadable,
-      "could not be read whole: memory or open files ran short, or it changed meanwhile",
-      {},
-      true,
-  };
+  constexpr const char* kReason =
+      "could not be read whole: memory or open files ran short, or it changed meanwhile";
+  return {Outcome::kUnreadable, kReason, {}, true};
 }
 
 // For a file that could be opened and read a moment before.
@@ -91,8 +82,6 @@ std::vector<std::uint8_t> ReadStart(const RegularFile& file) {
   start.resize(file.ReadAt(0, start));
   return start;
 }
-
-std::string TooMuchWork(Work work) { return std::string(kTakesTooMuchWork) + ": " + Words(work); }
 
 // How an sfnt font of that kind must be named to be read.
 std::string NameAdvice(std::string_view kind) {
@@ -256,8 +245,8 @@ struct MachineFile {
   mode_t target = 0;  // the kind of what is there, or of what the link leads to
 };
 MachineFile AskMachine(const std::string& path) {
-  struct stat link {
-  }, target{};
+  struct stat link = {};
+  struct stat target = {};
   const bool is_link = ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
   return {is_link, ::stat(path.c_str(), &target) == 0 ? target.st_mode : 0};
 }
@@ -334,6 +323,11 @@ Explanation ExplainWithoutFaces(OpenedFont& font, const CreationResult& result,
 }
 
 }  // namespace
+
+std::string TooMuchWork(Work work) {
+  return "reading it takes more work than any real font of its size, so that the rest was not looked at: " +
+         Words(work);
+}
 
 std::optional<std::string> WhyNotReadable(const std::string& path) {
   auto found = ExplainPath(SystemFiles(), path);

@@ -15,9 +15,8 @@ namespace quillmark::tool {
 
 class PrinterFontFamilies;
 
-// The reason of a file that spends its budget, whatever it was spent on.
-inline constexpr const char* kTakesTooMuchWork =
-    "reading it takes more work than any real font of its size, so that the rest was not looked at";
+// The reason of a file that spends its budget, most of it on `work`.
+std::string TooMuchWork(Work work);
 
 // What became of `path`, for which creation gave `result` in the file system `files`. `families` caches the
 // printer fonts of its folders for many files.

@@ -38,31 +38,12 @@ std::string WatchedFiles::WhyUnread(const std::string& path) const {
          std::strerror(failure_->error);
 }
 
-FileStatus WatchedFiles::Status(const std::string& path) const { return SystemFiles().Status(path); }
-
 std::unique_ptr<OpenedFile> WatchedFiles::Open(const std::string& path) const {
-  auto file = SystemFiles().Open(path);
+  auto file = system_.Open(path);
   if (file) return std::make_unique<WatchedFile>(*this, path, std::move(file));
   // A file that disappears between two calls counts as absent, and EINVAL means what is no regular file.
   if (errno != ENOENT && errno != ENOTDIR && errno != EINVAL) Note(path, errno);
   return nullptr;
-}
-
-std::vector<std::size_t> WatchedFiles::FoldersAboveWith(std::string_view name,
-                                                        std::string_view folders) const {
-  return SystemFiles().FoldersAboveWith(name, folders);
-}
-
-std::vector<std::string> WatchedFiles::NamesIn(const std::string& folder) const {
-  return SystemFiles().NamesIn(folder);
-}
-
-std::vector<std::string> WatchedFiles::AttributeNames(const std::string& path) const {
-  return SystemFiles().AttributeNames(path);
-}
-
-std::optional<std::string> WatchedFiles::Attribute(const std::string& path, const std::string& name) const {
-  return SystemFiles().Attribute(path, name);
 }
 
 }  // namespace quillmark::tool

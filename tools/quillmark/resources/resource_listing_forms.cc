@@ -19,9 +19,8 @@ using Rows = std::vector<std::vector<std::string>>;
 std::string Associations(const std::vector<FondEntry>& entries) {
   std::string text;
   for (const FondEntry& entry : entries) {
-    text += text.empty() ? "" : ", ";
-    text +=
-        (entry.size == 0 ? "outline" : std::to_string(entry.size) + " pt") + " " + std::to_string(entry.id);
+    const std::string what = entry.size == 0 ? "outline" : std::to_string(entry.size) + " pt";
+    text += (text.empty() ? "" : ", ") + what + ' ' + std::to_string(entry.id);
   }
   return text;
 }

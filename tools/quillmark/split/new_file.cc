@@ -21,6 +21,9 @@ bool TakeUsualPermissions(const TemporaryFile& file) {
   return ::fchmod(file.descriptor(), 0666 & ~mask) == 0;
 }
 
+// Some file systems cannot be told to.
+bool Sync(const TemporaryFile& file) { return ::fdatasync(file.descriptor()) == 0 || errno == EINVAL; }
+
 bool TakeName(TemporaryFile& file, const std::string& path) {
   if (::renameat2(AT_FDCWD, file.path().c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) {
     file.WasRenamed();
@@ -34,19 +37,11 @@ bool TakeName(TemporaryFile& file, const std::string& path) {
 
 std::optional<std::string> WriteNewFile(const std::string& path, Bytes bytes) {
   TemporaryFile file(std::filesystem::path(path).parent_path());
-  if (file.is_open() && TakeUsualPermissions(file) && file.Write(bytes) && TakeName(file, path)) {
+  if (file.is_open() && TakeUsualPermissions(file) && file.Write(bytes) && Sync(file) &&
+      TakeName(file, path)) {
     return std::nullopt;
   }
   return std::strerror(errno);
-}
-
-std::optional<std::string> SyncFiles(const std::string& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return std::strerror(errno);
-  const int error = ::syncfs(descriptor) == 0 ? 0 : errno;
-  ::close(descriptor);
-  if (error == 0) return std::nullopt;
-  return std::strerror(error);
 }
 
 }  // namespace quillmark::tool

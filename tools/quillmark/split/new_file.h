@@ -9,13 +9,9 @@
 
 namespace quillmark::tool {
 
-// The bytes go to a temporary file in the same folder, which takes the name when all are written; a file that
-// has the name by then is never replaced. On failure returns the reason and leaves no file.
+// The bytes go to a temporary file in the same folder, which takes the name when all are on the disk; a file
+// that has the name by then is never replaced. On failure returns the reason and leaves no file.
 std::optional<std::string> WriteNewFile(const std::string& path, Bytes bytes);
-
-// Waits until the new files of a folder are on the disk, once for all of them: to wait for each takes
-// milliseconds a file. Returns why they are not.
-std::optional<std::string> SyncFiles(const std::string& folder);
 
 }  // namespace quillmark::tool
 

@@ -9,8 +9,6 @@
 namespace quillmark::tool {
 namespace {
 
-constexpr const char* kEllipsis = "\xE2\x80\xA6";
-
 // A character the C library knows no width of counts as one column.
 std::size_t WidthOf(const Character& c) {
   const int width = ::wcwidth(static_cast<wchar_t>(c.code));

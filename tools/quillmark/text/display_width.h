@@ -10,7 +10,8 @@ namespace quillmark::tool {
 
 // Columns of printable text.
 std::size_t DisplayWidth(std::string_view text);
-// Cuts printable text to `width` columns. An ellipsis stands for its middle: names differ in their ends, too.
+inline constexpr const char* kEllipsis = "\xE2\x80\xA6";
+// Cuts printable text to `width` columns. kEllipsis stands for its middle: names differ in their ends, too.
 std::string FitMiddle(const std::string& text, std::size_t width);
 
 }  // namespace quillmark::tool

@@ -49,13 +49,8 @@ std::string Escaped(const Character& character) {
 std::string Printable(const std::string& text) {
   std::string shown;
   for (const Character& c : Characters(text)) {
-    if (c.code == '\\') {
-      shown += "\\\\";
-    } else if (c.code == kNoCharacter || IsHidden(c.code)) {
-      shown += Escaped(c);
-    } else {
-      shown += c.bytes;
-    }
+    const bool is_escaped = c.code == kNoCharacter || IsHidden(c.code);
+    shown += c.code == '\\' ? "\\\\" : is_escaped ? Escaped(c) : std::string(c.bytes);
   }
   return shown;
 }

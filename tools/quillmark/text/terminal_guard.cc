@@ -55,11 +55,7 @@ bool TerminalGuard::Write(std::string_view text) {
       break;
     }
     const Character c = FirstCharacter(rest);
-    if (Passes(c)) {
-      safe += c.bytes;
-    } else {
-      safe += Escaped(c);
-    }
+    safe += Passes(c) ? std::string(c.bytes) : Escaped(c);
     rest.remove_prefix(c.bytes.size());
   }
   return PutAll(*guarded_, safe);
