@@ -104,7 +104,8 @@ class CommandWords {
 
   template <typename Test>
   [[noreturn]] void ThrowNoOption(const std::string& word, Test test) const {
-    std::vector<std::string> names, commands;
+    std::vector<std::string> names;
+    std::vector<std::string> commands;
     std::vector<const CLI::App*> all = std::as_const(app_).get_subcommands({});
     all.push_back(&app_);
     for (const CLI::App* command : all) {
