@@ -280,9 +280,10 @@ class MannersTest(ToolCase):
         self.check([*fields, "tsv", path], 0, f"family\tpath\n{name}\t{exact}\n")
 
     def test_version_tells_where_the_tables_are(self):
-        told = self.check("version", 0, "quillmark 1.4\nlibrary 1.4\ntables in /.../Resources\nall tables loaded\n").stdout.decode()
+        told = self.check("version", 0, "quillmark 1.4\nlibrary 1.4\ntables in /.../Resources\nall tables loaded\n...\n").stdout.decode()
         tables = told.splitlines()[2].removeprefix("tables in ")
-        document = {"quillmark": "1.4", "library": "1.4", "tables": tables, "missingTables": []}
+        database = told.splitlines()[4].partition("catalogue with ")[2] or None
+        document = {"quillmark": "1.4", "library": "1.4", "tables": tables, "missingTables": [], "catalogue": database}
         self.assertEqual(self.json_of("version --format json"), document)
         missing = f"...tables in {self.folder}/Resources\nFoundryNameTable.plist is missing..."
         self.check("version", 1, missing, env=dict(os.environ, QUILLMARK_BUNDLE=str(self.folder)))

@@ -6,7 +6,7 @@ import subprocess
 
 from tool_case import TOOL, ToolCase, made_font
 
-COMMANDS = "identify same compare why split read resources styles classify version help".split()
+COMMANDS = "identify same find catalogue compare why split read resources styles classify version help".split()
 
 WRONG = [
     ([], "quillmark: no command given; see: quillmark help"),
@@ -44,6 +44,14 @@ WRONG = [
     ("split", "quillmark split: COLLECTION is required"),
     ("split --max-bytes -5 a.ttc", 'quillmark split: --max-bytes: no size "-5"; it takes bytes, or as 500M or 2G'),
     ("split --max-bytes 5X a.ttc", 'quillmark split: --max-bytes: no size "5X"; it takes bytes, or as 500M or 2G'),
+    ("catalogue", "quillmark catalogue: no command given; see: quillmark help catalogue"),
+    ("catalog updat a.db", "quillmark catalogue: no command updat; did you mean update?"),
+    ("catalogue list", "quillmark catalogue list: DB is required"),
+    ("catalogue verify --sample 0 a.db", 'quillmark catalogue verify: --sample: no number "0"; it takes 1 and more'),
+    ("catalogue merge a.db b.db", 'quillmark catalogue merge: no LABEL=OTHER "b.db"; a label holds neither / nor :'),
+    ("find a", "quillmark find: --catalogue or --in is required"),
+    ("find --in .", "quillmark find: NAME or --names-from is required"),
+    ("same --catalogue a.db .", "quillmark same: --catalogue stands in the place of paths"),
     ("version -- --help", "quillmark version: one word too many: --help"),
 ]
 
@@ -59,7 +67,8 @@ class UsageTest(ToolCase):
         self.assertEqual(COMMANDS, re.findall(r"^  (\w+) ", whole.partition("Subcommands:")[2], re.M))
         path = os.pathsep.join([os.path.dirname(TOOL), os.environ["PATH"]])
         environment = dict(os.environ, PATH=path, HOME=str(self.folder))
-        for command in COMMANDS:
+        parts = ["catalogue " + part for part in "update list changes info verify merge".split()]
+        for command in COMMANDS + parts:
             told = self.check(f"help {command}", 0, "...").stdout.decode()
             self.check(f"{command} --help", 0, told)
             statuses, _, examples = told.partition("Exit status:\n")[2].partition("\n\nExamples:\n")

@@ -215,8 +215,12 @@ class ToolTextsTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         tool = BUILD / "bin/quillmark"
-        cls.commands = re.findall(r"^  (\w+) ", run(tool, "--help").partition("Subcommands:")[2], re.M)
-        helps = {command: run(tool, command, "--help") for command in cls.commands}
+        def commands(*of):
+            listed = run(tool, *of, "--help").partition("Subcommands:\n")[2].partition("\n\n")[0]
+            return re.findall(r"^  (\w+) ", listed, re.M)
+
+        cls.commands = commands() + ["catalogue " + part for part in commands("catalogue")]
+        helps = {command: run(tool, *command.split(), "--help") for command in cls.commands}
         cls.options = {(command, option)
                        for command, text in helps.items() for option in re.findall(r"(?<![\w-])--[a-z][a-z-]*", text)}
         cls.forms = {command: set(forms.split(","))
@@ -240,16 +244,16 @@ class ToolTextsTest(unittest.TestCase):
                       'printf "%s\\n" "${COMPREPLY[@]}"')
             return run("bash", "-euc", script, "bash", SOURCE / "completions/quillmark.bash", "quillmark", *words).split()
 
-        self.assertLessEqual(set(self.commands), set(complete("")))
+        self.assertLessEqual(set(" ".join(self.commands).split()), set(complete("") + complete("catalogue", "")))
         for command, option in self.options:
-            self.assertIn(option, complete(command, "--"), command)
+            self.assertIn(option, complete(*command.split(), "--"), command)
         for command, forms in self.forms.items():
-            self.assertEqual(set(complete(command, "--format", "=")), forms, command)
+            self.assertEqual(set(complete(*command.split(), "--format", "=")), forms, command)
         self.assertEqual(set(complete("identify", "--fields", "")), self.fields)
         self.assertEqual(complete("identify", "--fields", "path,post"), ["path,postScriptName"])
 
     def test_zsh_completion(self):
         text = (SOURCE / "completions/_quillmark").read_text()
         self.assertEqual(set(re.search(r"\nfields=\(([\w\s]+)\)", text)[1].split()), self.fields)
-        for word in [f"\n  '{command}:" for command in self.commands] + [rf"{option}\b" for _, option in self.options]:
+        for word in [f"\n  '{command.split()[-1]}:" for command in self.commands] + [rf"{option}\b" for _, option in self.options]:
             self.assertRegex(text, word)

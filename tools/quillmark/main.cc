@@ -29,9 +29,9 @@ int Run(int argc, char** argv) {
   app.require_subcommand(0, 1);
 
   int status = 0;
-  for (const auto add :
-       {tool::AddIdentify, tool::AddSame, tool::AddCompare, tool::AddWhy, tool::AddSplit, tool::AddRead,
-        tool::AddResources, tool::AddStyles, tool::AddClassify, tool::AddVersion}) {
+  for (const auto add : {tool::AddIdentify, tool::AddSame, tool::AddFind, tool::AddCatalogue,
+                         tool::AddCompare, tool::AddWhy, tool::AddSplit, tool::AddRead, tool::AddResources,
+                         tool::AddStyles, tool::AddClassify, tool::AddVersion}) {
     add(app, status);
   }
   tool::AddHelp(app);

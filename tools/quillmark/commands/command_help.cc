@@ -29,6 +29,47 @@ constexpr CommandHelp kHelp[] = {
      "  3  conflicts were found\n"
      "  130, 143  stopped by a signal, without a list\n",
      {"quillmark same ~/fonts /srv/fonts", "quillmark same --format json --near fonts > same.json"}},
+    {"find",
+     "  0  every name is found, as one font or copies of it\n"
+     "  1  something could not be read\n"
+     "  3  a name stands for different fonts\n"
+     "  4  a name is missing, or only near ones are there\n"
+     "  130, 143  stopped by a signal\n",
+     {"quillmark find --in ~/fonts 'Garamond Bold Italic'",
+      "quillmark find --catalogue fonts.db --names-from names.txt"}},
+    {"catalogue",
+     "  0  the command did its work\n"
+     "  1  it did not, or something could not be read\n",
+     {"quillmark catalogue update fonts.db ~/fonts", "quillmark catalogue list fonts.db"}},
+    {"catalogue update",
+     "  0  the catalogue is up to date\n"
+     "  1  a file could not be read, a folder not listed, or the catalogue not written\n"
+     "  130, 143  stopped by a signal; the next update goes on from there\n",
+     {"quillmark catalogue update fonts.db ~/fonts /srv/fonts", "quillmark catalogue update fonts.db"}},
+    {"catalogue list",
+     "  0  the faces were written\n"
+     "  1  there is no such catalogue, or it cannot be read\n",
+     {"quillmark catalogue list fonts.db", "quillmark catalogue list --format jsonl fonts.db"}},
+    {"catalogue changes",
+     "  0  the changes were written\n"
+     "  1  there is no such catalogue, or it cannot be read\n",
+     {"quillmark catalogue changes fonts.db",
+      "quillmark catalogue changes --since 0 --format json fonts.db"}},
+    {"catalogue info",
+     "  0  it was told\n"
+     "  1  there is no such catalogue, or it cannot be read\n",
+     {"quillmark catalogue info fonts.db", "quillmark catalogue info --format json fonts.db"}},
+    {"catalogue verify",
+     "  0  every file gives what the catalogue says\n"
+     "  1  a file could not be read\n"
+     "  3  a file gives something else; the next update reads it\n"
+     "  130, 143  stopped by a signal\n",
+     {"quillmark catalogue verify fonts.db", "quillmark catalogue verify --sample 500 fonts.db"}},
+    {"catalogue merge",
+     "  0  all were merged\n"
+     "  1  one was not; the catalogue is as it was\n",
+     {"quillmark catalogue merge all.db mac=mac.db",
+      "quillmark catalogue merge all.db mac=mac.db attic=attic.db"}},
     {"compare",
      "  0  all agrees\n"
      "  1  nothing to compare\n"
@@ -76,20 +117,23 @@ std::string Footer(const CommandHelp& help) {
 
 void AddHelp(CLI::App& app) {
   CLI::App* const help = app.add_subcommand("help", "Print what the tool or a command takes");
-  const auto name = std::make_shared<std::string>();
-  help->add_option("COMMAND", *name, "Command to tell of");
-  help->callback([&app, name] {
+  const auto names = std::make_shared<std::vector<std::string>>();
+  help->add_option("COMMAND", *names, "Command to tell of");
+  help->callback([&app, names] {
     const CLI::App* of = &app;
-    if (!name->empty()) {
-      const auto found =
-          app.get_subcommands([&](const CLI::App* command) { return command->get_name() == *name; });
-      if (found.empty()) ThrowNoCommand(app, *name);
-      of = found.front();
+    std::string whole_name = app.get_name();
+    for (const std::string& name : *names) {
+      of = &CommandNamed(*of, name);
+      whole_name += ' ' + of->get_name();
     }
-    const std::string whole_name = app.get_name() + (name->empty() ? "" : " " + *name);
     std::cout << of->get_formatter()->make_help(of, whole_name, CLI::AppFormatMode::Normal);
   });
-  for (const CommandHelp& texts : kHelp) app.get_subcommand(texts.command)->footer(Footer(texts));
+  for (const CommandHelp& texts : kHelp) {
+    CLI::App* command = &app;
+    for (const std::string& name : CLI::detail::split(texts.command, ' '))
+      command = command->get_subcommand(name);
+    command->footer(Footer(texts));
+  }
   app.footer("quillmark help COMMAND tells the options, exit statuses and examples of a command.");
 }
 

@@ -36,11 +36,14 @@ class CommandWords {
         may_be_option = false;
       } else if (word.size() > 1 && word.front() == '-' && may_be_option) {
         TakeOption(word);
-      } else if (command_ == &app_) {
+      } else if (!command_->get_subcommands({}).empty()) {
         TakeCommand(word);
       } else {
         TakeOther(word);
       }
+    }
+    if (!asks_for_help_ && command_ != &app_ && !command_->get_subcommands({}).empty()) {
+      ThrowWrongUsage("no command given; see: quillmark help " + name());
     }
     if (!others_.empty()) ordered_.emplace_back("--");
     ordered_.insert(ordered_.end(), others_.begin(), others_.end());
@@ -48,15 +51,19 @@ class CommandWords {
   }
 
   // The command, for messages; the program before one was named.
-  std::string name() const { return command_ == &app_ ? "" : command_->get_name(); }
+  std::string name() const {
+    std::string name;
+    for (const CLI::App* command = command_; command != &app_; command = command->get_parent()) {
+      name = command->get_name() + (name.empty() ? "" : ' ' + name);
+    }
+    return name;
+  }
 
  private:
   void TakeCommand(const std::string& word) {
-    const auto found =
-        app_.get_subcommands([&](const CLI::App* command) { return command->get_name() == word; });
-    if (found.empty()) ThrowNoCommand(app_, word);
-    command_ = found.front();
-    ordered_.push_back(word);
+    const std::string& name = CommandNamed(*command_, word).get_name();
+    command_ = command_->get_subcommand(name);
+    ordered_.push_back(name);
     for (const CLI::Option* option : command_->get_options()) {
       if (option->get_positional()) room_ += option->get_items_expected_max();
     }
@@ -162,12 +169,21 @@ class CommandWords {
 
 }  // namespace
 
+const CLI::App& CommandNamed(const CLI::App& of, const std::string& name) {
+  const std::string wanted = name == "catalog" ? "catalogue" : name;
+  const auto found =
+      of.get_subcommands([&](const CLI::App* command) { return command->get_name() == wanted; });
+  if (found.empty()) ThrowNoCommand(of, name);
+  return *found.front();
+}
+
 void ThrowNoCommand(const CLI::App& app, const std::string& word) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
   std::string suggestion = Suggestion(word, names);
   std::error_code ignored;
-  if (const auto path = ShellWord(word); path && std::filesystem::exists(word, ignored)) {
+  const auto path = app.get_parent() == nullptr ? ShellWord(word) : std::nullopt;
+  if (path && std::filesystem::exists(word, ignored)) {
     suggestion = "; did you mean quillmark identify " + *path + '?';
   }
   ThrowWrongUsage("no command " + Printable(word) +

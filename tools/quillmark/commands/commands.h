@@ -25,6 +25,8 @@ void AddRead(CLI::App& app, int& status);
 void AddResources(CLI::App& app, int& status);
 void AddStyles(CLI::App& app, int& status);
 void AddClassify(CLI::App& app, int& status);
+void AddCatalogue(CLI::App& app, int& status);
+void AddFind(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
 
 // The line that --version prints: "quillmark 1.4".

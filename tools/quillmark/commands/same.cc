@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/catalogue.h"
 #include "commands/commands.h"
 #include "commands/shared_options.h"
 #include "commands/suggestion.h"
@@ -20,6 +21,7 @@ namespace quillmark::tool {
 namespace {
 
 struct SameOptions {
+  std::string catalogue;  // instead of files
   std::string format = "table";
   bool near = false;
   std::vector<std::string> without;  // names of lists
@@ -53,11 +55,15 @@ LibraryLists ListsOf(const Library& library, const SameOptions& options) {
 }
 
 int Same(const SameOptions& options) {
-  LoadTables(options.files.needs);
+  if (options.catalogue.empty()) LoadTables(options.files.needs);
   Library library;
-  const FilesOutcome outcome = IdentifyFiles(options.files, false, [&](const IdentifiedFile& file) {
-    library.Add(file.source.path, file.faces, *file.array);
-  });
+  FilesOptions files = options.files;
+  const FilesOutcome outcome = options.catalogue.empty()
+                                   ? IdentifyFiles(files, false,
+                                                   [&](const IdentifiedFile& file) {
+                                                     library.Add(file.source.path, file.faces, *file.array);
+                                                   })
+                                   : AddFromCatalogue(options.catalogue, library, files.sources.paths);
   // Lists over a part of the files would miss copies and conflicts.
   if (!outcome.stopped.empty()) {
     std::cerr << outcome.stopped + "; no lists were written\n";
@@ -66,7 +72,8 @@ int Same(const SameOptions& options) {
 
   library.Finish();
   const LibraryLists lists = ListsOf(library, options);
-  LibraryDetails details(library);
+  LibraryDetails details(library,
+                         options.catalogue.empty() ? nullptr : DetailsFromCatalogue(options.catalogue));
   const auto write = options.format == "json"  ? WriteLibraryJson
                      : options.format == "tsv" ? WriteLibraryTsv
                                                : WriteLibraryTables;
@@ -75,7 +82,7 @@ int Same(const SameOptions& options) {
   if (!is_for_people || !library.files().empty()) write(std::cout, details, lists);
   FlushOutput();
   if (!options.files.quiet) {
-    WriteSummary(std::cerr, library, Losses(outcome.counts, options.files));
+    WriteSummary(std::cerr, library, Losses(outcome.counts, files));
   }
   if (!outcome.complete || library.files().empty()) return 1;
   return lists.conflicts && !lists.conflicts->empty() ? kConflictStatus : 0;
@@ -93,6 +100,17 @@ void AddSame(CLI::App& app, int& status) {
   AddFiles(*command, options->files);
   options->files.needs = {FaceNeeds::kAlways | QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_VERSION |
                           QM_ATTRIBUTE_FOUNDRY | QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_OUTLINE_FILE_SIZE};
+  command->add_option("--catalogue", options->catalogue, "Look into this catalogue, and read no font")
+      ->type_name("DB");
+  command->parse_complete_callback([options] {
+    const PathSources& sources = options->files.sources;
+    const bool has_paths = !sources.paths.empty() || !sources.list.empty();
+    if (options->catalogue.empty() && !has_paths)
+      throw CLI::RequiredError("PATH, --files-from or --catalogue");
+    if (!options->catalogue.empty() && has_paths) {
+      throw CLI::ValidationError("--catalogue stands in the place of paths");
+    }
+  });
   command->add_flag("--near", options->near, "Also list names that are alike but for punctuation");
   command->add_option("--without", options->without, "Lists to leave out, separated by commas")
       ->check(OneOf("list", {"copies", "conflicts", "formats", "versions", "near"}))

@@ -63,6 +63,20 @@ CLI::Validator NumberOfJobs() {
           range};
 }
 
+void AddJobs(CLI::App& command, FilesOptions& options) {
+  options.jobs = AvailableCores();
+  command.add_option("-j,--jobs", options.jobs, "Files read at the same time")
+      ->check(NumberOfJobs())
+      ->default_str("number of cores");
+}
+
+void AddProgress(CLI::App& command, FilesOptions& options) {
+  command.add_option("--progress", options.progress, "Whether a line tells how far the work is")
+      ->check(OneOf("choice", {"auto", "always", "never"}))
+      ->capture_default_str();
+  command.add_flag("-q,--quiet", options.quiet, "Only results and errors: no counts, no progress");
+}
+
 // Takes a path, and leaves its last component.
 CLI::Validator FileName() {
   return {[](std::string& path) {
@@ -112,15 +126,14 @@ void AddStandardInput(CLI::App& command, PathSources& sources) {
 }
 
 void AddFiles(CLI::App& command, FilesOptions& options) {
-  options.jobs = AvailableCores();
-  command.add_option("-j,--jobs", options.jobs, "Files read at the same time")
-      ->check(NumberOfJobs())
-      ->default_str("number of cores");
+  AddJobs(command, options);
   AddPaths(command, options.sources);
-  command.add_option("--progress", options.progress, "Whether a line tells how far the work is")
-      ->check(OneOf("choice", {"auto", "always", "never"}))
-      ->capture_default_str();
-  command.add_flag("-q,--quiet", options.quiet, "Only results and errors: no counts, no progress");
+  AddProgress(command, options);
+}
+
+void AddWork(CLI::App& command, FilesOptions& options) {
+  AddJobs(command, options);
+  AddProgress(command, options);
 }
 
 }  // namespace quillmark::tool

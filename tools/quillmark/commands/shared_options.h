@@ -28,6 +28,9 @@ void AddResultForm(CLI::App& command, std::string& format, const std::string& us
 // as there are cores.
 void AddFiles(CLI::App& command, FilesOptions& options);
 
+// -j, --progress and -q alone: how files are read whose paths come from elsewhere.
+void AddWork(CLI::App& command, FilesOptions& options);
+
 // --name, and with it the path "-": one of the fonts comes from standard input.
 void AddStandardInput(CLI::App& command, PathSources& sources);
 

@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -12,9 +14,15 @@
 #include "knowledge/classification_mappings.h"
 #include "knowledge/foundry_name_table.h"
 #include "knowledge/keyword_table.h"
+#include "platform/core_foundation/cf_bundle.h"
+#include "platform/core_foundation/cf_ref.h"
+#include "platform/crc32.h"
 
 namespace quillmark::tool {
 namespace {
+
+constexpr const char* kTables[] = {"FoundryNameTable.plist", "DefaultClassifications.plist",
+                                   "KeywordTable.plist"};
 
 // Discards standard output while an object of this class lives.
 class SilencedOutput {
@@ -45,13 +53,13 @@ std::vector<std::string> MissingTables(const FaceNeeds& needs) {
   const SilencedOutput silenced;
   std::vector<std::string> missing;
   if ((needs.attributes & QM_ATTRIBUTE_FOUNDRY) && CFoundryNameTable::GetSharedFoundryNameTable()->empty()) {
-    missing.emplace_back("FoundryNameTable.plist");
+    missing.emplace_back(kTables[0]);
   }
   if (needs.classification && CClassificationMappings::GetSharedClassificationMappings()->empty()) {
-    missing.emplace_back("DefaultClassifications.plist");
+    missing.emplace_back(kTables[1]);
   }
   if (needs.styles) (void)StylesOf("", "");
-  if (needs.styles && KeywordTable::Shared().empty()) missing.emplace_back("KeywordTable.plist");
+  if (needs.styles && KeywordTable::Shared().empty()) missing.emplace_back(kTables[2]);
   return missing;
 }
 
@@ -62,6 +70,24 @@ void LoadTables(const FaceNeeds& needs) {
                "be read:";
   for (const std::string& list : missing) std::cerr << ' ' << list;
   std::cerr << '\n';
+}
+
+std::string TablesFolder() {
+  const auto identifier =
+      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, "org.quillmark.Quillmark", kCFStringEncodingUTF8));
+  const CFBundleRef bundle = CFBundleGetBundleWithIdentifier(identifier.get());
+  return bundle == nullptr ? "" : bundle->folder + "/Resources";
+}
+
+std::string TablesInUse() {
+  std::string text;
+  for (const char* const table : kTables) {
+    std::ifstream file(TablesFolder() + '/' + table, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    text += std::string(text.empty() ? "" : ", ") + table + ' ' + std::to_string(bytes.size()) + ' ' +
+            Hex(Crc32(0, AsBytes(bytes)));
+  }
+  return text;
 }
 
 }  // namespace quillmark::tool

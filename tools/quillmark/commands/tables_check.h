@@ -16,6 +16,12 @@ std::vector<std::string> MissingTables(const FaceNeeds& needs);
 // the tool's results go there.
 void LoadTables(const FaceNeeds& needs);
 
+// The folder that the library reads its tables in; empty when there is none.
+std::string TablesFolder();
+
+// Names, sizes and sums of the tables: other texts for other tables.
+std::string TablesInUse();
+
 }  // namespace quillmark::tool
 
 #endif

@@ -5,12 +5,11 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "catalogue/catalogue.h"
 #include "commands/commands.h"
 #include "commands/shared_options.h"
 #include "commands/tables_check.h"
 #include "output/json_form.h"
-#include "platform/core_foundation/cf_bundle.h"
-#include "platform/core_foundation/cf_ref.h"
 #include "quillmark/quillmark.h"
 #include "text/printable.h"
 
@@ -24,28 +23,24 @@ std::string LibraryVersion() {
   return std::to_string(major) + '.' + std::to_string(minor);
 }
 
-// The folder that the library reads its tables in; empty when there is none.
-std::string TablesFolder() {
-  const auto identifier =
-      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, "org.quillmark.Quillmark", kCFStringEncodingUTF8));
-  const CFBundleRef bundle = CFBundleGetBundleWithIdentifier(identifier.get());
-  return bundle == nullptr ? "" : bundle->folder + "/Resources";
-}
-
 int PrintVersion(const std::string& format) {
   const std::string folder = TablesFolder();
   const std::vector<std::string> missing = MissingTables(kEveryNeed);
+  const std::string database = CatalogueSupport();
   if (format == "json") {
     using Json = nlohmann::ordered_json;
     WriteJsonDocument(std::cout, {{"quillmark", LibraryVersion()},
                                   {"library", LibraryVersion()},
                                   {"tables", folder.empty() ? Json() : Json(folder)},
-                                  {"missingTables", missing}});
+                                  {"missingTables", missing},
+                                  {"catalogue", database.empty() ? Json() : Json(database)}});
   } else {
     std::cout << VersionLine() << "\nlibrary " << LibraryVersion() << "\ntables "
               << (folder.empty() ? "not found" : "in " + Printable(folder)) << '\n';
     for (const std::string& table : missing) std::cout << table << " is missing or cannot be read\n";
     if (missing.empty()) std::cout << "all tables loaded\n";
+    std::cout << (database.empty() ? "no catalogue: built without SQLite" : "catalogue with " + database)
+              << '\n';
   }
   return missing.empty() ? 0 : 1;
 }

@@ -15,7 +15,6 @@
 #include "files/standard_input.h"
 #include "reasons/fork_places.h"
 #include "reasons/opened_font.h"
-#include "reasons/printer_fonts.h"
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
 
@@ -37,7 +36,8 @@ IdentifiedFile WithTooLittleMemory(const FontPath& source, unsigned threads) {
 // Identifies files, on any number of threads.
 class Identifier {
  public:
-  Identifier(unsigned threads, const FaceNeeds& needs) : threads_(threads), needs_(needs) {}
+  Identifier(unsigned threads, const FaceNeeds& needs, SharedReading& shared)
+      : threads_(threads), needs_(needs), shared_(shared) {}
 
   IdentifiedFile Identify(const FontPath& source) {
     if (!source.fault.empty()) return WithoutFaces(source, {Outcome::kUnreadable, source.fault});
@@ -74,7 +74,8 @@ class Identifier {
     if (source.is_sidecar) {
       explanation = ExplainSidecar(files, path);
     } else {
-      result = CreateFaces(files, path, needs_.attributes);
+      const auto wrapped = shared_.wrap ? shared_.wrap(source, files) : nullptr;
+      result = CreateFaces(wrapped ? *wrapped : files, path, needs_.attributes);
       if (needs_.variable) variable = WhichAreVariable(files, path, result.faces);
     }
     if (files.failure()) {
@@ -82,12 +83,13 @@ class Identifier {
       return WithoutFaces(source, {Outcome::kUnreadable, files.WhyUnread(path), {}, may_pass});
     }
     // Looks at neighbours, too: one that cannot be read takes no face from this file.
-    if (!source.is_sidecar) explanation = Explain(files, path, result, families_);
+    if (!source.is_sidecar) explanation = Explain(files, path, result, shared_.families);
     IdentifiedFile file = WithoutFaces(source, std::move(explanation));
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));
     file.faces = FacesOf(file.array.get(), source.path, needs_);
     for (std::size_t i = 0; i < variable.size(); ++i) file.faces[i].variable = variable[i];
+    if (shared_.then) shared_.then(file);
     return file;
   }
 
@@ -111,9 +113,9 @@ class Identifier {
     }
   }
 
-  PrinterFontFamilies families_;
   const unsigned threads_;
   const FaceNeeds needs_;
+  SharedReading& shared_;
   std::shared_mutex tries_;  // shared by files under way; held alone for a second try
 };
 
@@ -123,10 +125,11 @@ using Consumer = std::function<void(IdentifiedFile&)>;
 // of the paths unless another one does so already: a thread that only hands over would interrupt the others.
 class Run {
  public:
-  Run(FontPaths& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume)
+  Run(PathSource& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume,
+      SharedReading& shared)
       : paths_(paths),
         threads_(threads),
-        identifier_(threads, needs),
+        identifier_(threads, needs, shared),
         consume_(consume),
         waiting_(kFilesAheadPerThread * threads) {}
 
@@ -203,7 +206,7 @@ class Run {
   std::optional<IdentifiedFile>& Slot(std::size_t place) { return waiting_[place % waiting_.size()]; }
 
   std::mutex paths_mutex_;
-  FontPaths& paths_;
+  PathSource& paths_;
   std::size_t next_ = 0;
 
   const unsigned threads_;
@@ -254,8 +257,14 @@ class OtherThreads {
 
 }  // namespace
 
-void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume) {
-  Run run(paths, threads, needs, consume);
+void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume) {
+  SharedReading shared;
+  IdentifyAll(paths, threads, needs, consume, shared);
+}
+
+void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume,
+                 SharedReading& shared) {
+  Run run(paths, threads, needs, consume, shared);
   {
     OtherThreads others(run, threads - 1);
     run.Work([&] { others.Start(); });

@@ -3,12 +3,15 @@
 #define QUILLMARK_TOOL_FILES_COLLECT_H_
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "faces/face.h"
 #include "files/font_paths.h"
+#include "platform/files/file_system.h"
 #include "reasons/outcome.h"
+#include "reasons/printer_fonts.h"
 
 namespace quillmark::tool {
 
@@ -24,8 +27,21 @@ struct IdentifiedFile {
 // thread wait for their turn. The faces know what `needs` names. A file for which there is too little memory
 // has that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason
 // and without its faces. When `consume` throws anything else, the work ends and the exception goes on.
-void IdentifyAll(FontPaths& paths, unsigned threads, const FaceNeeds& needs,
+void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs,
                  const std::function<void(IdentifiedFile&)>& consume);
+
+// What the parts of a work share that calls IdentifyAll for each of them.
+struct SharedReading {
+  // Makes the file system through which a file is read, around the machine's own. Called on any thread, and
+  // again when a file is tried again.
+  std::function<std::unique_ptr<const FileSystem>(const FontPath& source, const FileSystem& files)> wrap;
+  // Called with what was read of each file with faces, on the thread that read it, before it is handed over.
+  // May be null.
+  std::function<void(const IdentifiedFile& file)> then;
+  PrinterFontFamilies families;
+};
+void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs,
+                 const std::function<void(IdentifiedFile&)>& consume, SharedReading& shared);
 
 }  // namespace quillmark::tool
 

@@ -83,6 +83,7 @@ int FolderWalk::OpenNext() {
 // stack.
 void FolderWalk::List() {
   int error = OpenNext();
+  fork_names_.clear();
   if (!IsFirstVisit()) return;
   std::vector<std::string> folders;
   const auto next = [&]() -> const dirent* {
@@ -95,6 +96,7 @@ void FolderWalk::List() {
   while (const dirent* entry = next()) {
     std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
+    if (name.starts_with('.') || HoldsOtherFilesForks(name)) fork_names_.push_back(name);
     const bool is_own = entry->d_type == DT_DIR;  // and no link
     const bool may_lead_to_one = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
     if (!is_own && !(may_lead_to_one && IsFolder(opened_.get(), entry->d_name, 0))) {
@@ -123,6 +125,16 @@ std::optional<WalkedPath> FolderWalk::Next() {
   const std::string name = std::move(names_.back());
   names_.pop_back();
   return WalkedPath{PathIn(folder_.path, name), {}, IsSidecar(name)};
+}
+
+std::optional<WalkedFolder> FolderWalk::NextFolder() {
+  while (names_.empty() && fault_.empty() && !pending_.empty() && !stopped_()) List();
+  if (stopped_() || (names_.empty() && fault_.empty())) return std::nullopt;
+  WalkedFolder folder{folder_.path, std::exchange(fault_, {}), {}, fork_names_};
+  for (; !names_.empty(); names_.pop_back()) {
+    folder.names.push_back({names_.back(), IsSidecar(names_.back())});
+  }
+  return folder;
 }
 
 }  // namespace quillmark::tool

@@ -23,6 +23,19 @@ struct WalkedPath {
   bool is_sidecar = false;  // of a file that is not there
 };
 
+// The files of one folder, by the bytes of their names.
+struct WalkedFolder {
+  struct Name {
+    std::string name;
+    bool is_sidecar = false;  // of a file that is not there
+  };
+  std::string path;
+  std::string fault;        // why it cannot be listed, at least not to its end; else empty
+  std::vector<Name> names;  // as WalkedPath has them
+  // Names in the folder that may stand for forks of its files: those that begin with a dot, and resource.frk.
+  std::vector<std::string> fork_names;
+};
+
 struct WalkOptions {
   bool recurse = true;  // into the folders of the folder
   bool follow = false;  // also into linked folders
@@ -36,6 +49,8 @@ class FolderWalk {
  public:
   FolderWalk(const std::string& folder, WalkOptions options, std::function<bool()> stopped);
   std::optional<WalkedPath> Next();
+  // The same by folders, for a walk without calls of Next: the next one with files, or that cannot be listed.
+  std::optional<WalkedFolder> NextFolder();
   // False when there is none; true also when only listing more folders would show it.
   bool MayHaveNext() const { return !names_.empty() || !pending_.empty(); }
 
@@ -60,6 +75,7 @@ class FolderWalk {
   Folder folder_;                              // whose files are handed out
   std::unique_ptr<DIR, Close> opened_;         // folder_; null when it cannot be opened
   std::vector<std::string> names_;             // of them, the next one last
+  std::vector<std::string> fork_names_;        // of folder_, see WalkedFolder
   std::vector<Folder> pending_;                // the next one last
   std::string fault_;                          // of listing folder_
   std::set<std::pair<dev_t, ino_t>> visited_;  // where links are followed

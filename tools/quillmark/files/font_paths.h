@@ -37,19 +37,29 @@ struct FontPath {
   std::string Shown() const;  // in messages
 };
 
+// Paths that are handed out one after another.
+class PathSource {
+ public:
+  virtual ~PathSource() = default;
+  // One thread at a time.
+  virtual std::optional<FontPath> Next() = 0;
+  // False when there is none; true also when only asking would show it. Never waits.
+  virtual bool MayHaveNext() const = 0;
+  // Any thread: no more paths are wanted.
+  virtual void Stop() = 0;
+};
+
 // Paths are found as they are requested, so that any number of them takes bounded memory. A named path is
 // handed out even when nothing is there. After an interrupt (interrupt.h) none is.
-class FontPaths {
+class FontPaths : public PathSource {
  public:
   explicit FontPaths(const PathSources& sources);
 
-  // One thread at a time.
-  std::optional<FontPath> Next();
-  // As FolderWalk::MayHaveNext; never waits.
-  bool MayHaveNext() const { return next_ < paths_.size() || list_ || (walk_ && walk_->MayHaveNext()); }
-
-  // Any thread: no more paths are wanted.
-  void Stop() { stopped_ = true; }
+  std::optional<FontPath> Next() override;
+  bool MayHaveNext() const override {
+    return next_ < paths_.size() || list_ || (walk_ && walk_->MayHaveNext());
+  }
+  void Stop() override { stopped_ = true; }
   // Whether an interrupt ended the paths early.
   bool cut_short() const { return cut_short_; }
 

@@ -21,15 +21,6 @@ std::string Grouped(std::size_t count) {
   return digits;
 }
 
-std::string Counted(std::size_t count, const std::string& thing) {
-  return Grouped(count) + ' ' + thing + (count == 1 ? "" : "s");
-}
-
-bool ShowsProgress(const FilesOptions& options) {
-  if (options.quiet) return false;
-  return options.progress == "always" || (options.progress == "auto" && IsTerminal(STDERR_FILENO));
-}
-
 std::string Stopped(std::size_t done, std::optional<std::size_t> total) {
   return "stopped after " + (total ? Grouped(done) + " of " : "") + Counted(total.value_or(done), "file");
 }
@@ -41,6 +32,15 @@ bool IsFault(const IdentifiedFile& file) {
 }
 
 }  // namespace
+
+std::string Counted(std::size_t count, const std::string& thing) {
+  return Grouped(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
+bool ShowsProgress(const FilesOptions& options) {
+  if (options.quiet) return false;
+  return options.progress == "always" || (options.progress == "auto" && IsTerminal(STDERR_FILENO));
+}
 
 std::string VisitFiles(const FilesOptions& options,
                        const std::function<void(IdentifiedFile&, Progress&)>& visit) {

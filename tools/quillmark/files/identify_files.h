@@ -33,6 +33,8 @@ struct FilesOutcome {
   std::string stopped;   // how far the work got before an interrupt; empty without one
 };
 
+bool ShowsProgress(const FilesOptions& options);
+
 // Calls `visit` with each path, in order. `visit` calls Progress::Clear before it writes to the terminal.
 // Returns FilesOutcome::stopped.
 std::string VisitFiles(const FilesOptions& options,
@@ -45,6 +47,9 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
 
 // What a line says of a file that gives no face, or fewer than it lists.
 std::string LineOf(const IdentifiedFile& file);
+
+// "12,345 files", "1 file"
+std::string Counted(std::size_t count, const std::string& thing);
 
 // "1 face in 1 file"
 std::string FacesInFiles(std::size_t faces, std::size_t files);

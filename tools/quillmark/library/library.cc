@@ -16,18 +16,18 @@
 namespace quillmark::tool {
 namespace {
 
-// The size of the data that the checksum of a face covers. Only the checksum of a face without a FOND covers
-// whole forks: the data fork of a cross-platform font, both of any other. Collection faces have no size.
-std::uint64_t CheckedBytes(const Face& face, const QM_FontArray& array) {
-  if (array.view(face.index).fondResourceID != -1 || face.outline_file_size == 0) return 0;
-  std::error_code error;
-  const std::uintmax_t data_fork = std::filesystem::file_size(face.path, error);
-  return face.platform == "crossplatform" && !error ? data_fork : face.outline_file_size;
+bool HaveEqualFaces(const LibraryFile& a, const LibraryFile& b) {
+  return std::equal(a.faces.begin(), a.faces.end(), b.faces.begin(), b.faces.end(),
+                    [](const LibraryFace& x, const LibraryFace& y) {
+                      return x.checksum == y.checksum && x.post_script_name == y.post_script_name;
+                    });
 }
 
-// A key that is equal for two paths of one file. Tools that replace equal files by hard links link all empty
+}  // namespace
+
+// Tools that replace equal files by hard links link all empty
 // ones, too, though the resource forks in their sidecars differ: the key of an empty file is its path.
-std::string Identity(const std::string& path) {
+std::string FileIdentity(const std::string& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) == 0 && status.st_size > 0) {
     return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
@@ -37,14 +37,12 @@ std::string Identity(const std::string& path) {
   return error ? path : place.native();
 }
 
-bool HaveEqualFaces(const LibraryFile& a, const LibraryFile& b) {
-  return std::equal(a.faces.begin(), a.faces.end(), b.faces.begin(), b.faces.end(),
-                    [](const LibraryFace& x, const LibraryFace& y) {
-                      return x.checksum == y.checksum && x.post_script_name == y.post_script_name;
-                    });
+// Only the checksum of a face without a FOND covers whole forks: the data fork of a cross-platform font, both
+// of any other. Collection faces have no size.
+std::uint64_t CheckedBytes(const Face& face, std::int32_t fond_id, std::uint64_t data_fork_size) {
+  if (fond_id != -1 || face.outline_file_size == 0) return 0;
+  return face.platform == "crossplatform" && data_fork_size > 0 ? data_fork_size : face.outline_file_size;
 }
-
-}  // namespace
 
 bool HoldsLetterOrDigit(const std::string& name) {
   const std::vector<Character> characters = Characters(name);
@@ -55,6 +53,8 @@ bool HoldsLetterOrDigit(const std::string& name) {
 
 void Library::Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array) {
   LibraryFile file{path, {}};
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
   for (const Face& face : faces) {
     const QM_FontSpecifier& specifier = array.view(face.index);
     file.faces.push_back({.file = 0,
@@ -66,9 +66,12 @@ void Library::Add(const std::string& path, const std::vector<Face>& faces, const
                           .fond_id = specifier.fondResourceID,
                           .style = specifier.style,
                           .checksum = face.checksum,
-                          .bytes = CheckedBytes(face, array)});
+                          .bytes = CheckedBytes(face, specifier.fondResourceID, error ? 0 : size)});
   }
-  std::string identity = Identity(path);
+  Add(std::move(file), FileIdentity(path));
+}
+
+void Library::Add(LibraryFile file, std::string identity) {
   const auto known = files_by_identity_.find(identity);
   // The forks that lie beside a path can give one file other faces under another path.
   if (known != files_by_identity_.end() && HaveEqualFaces(files_[known->second], file)) {

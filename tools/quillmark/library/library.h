@@ -26,6 +26,7 @@ struct LibraryFace {
 struct LibraryFile {
   std::string path;
   std::vector<LibraryFace> faces;
+  std::int64_t catalogue_id = 0;  // of its row, for a file of a catalogue
 };
 
 struct LibraryCounts {
@@ -38,12 +39,21 @@ struct LibraryCounts {
 // digit of any script; bytes of no character may stand for one.
 bool HoldsLetterOrDigit(const std::string& name);
 
+// A key that is equal for two paths of one file.
+std::string FileIdentity(const std::string& path);
+
+// The size of the data that the checksum of a face covers, whose file has a data fork of that size; 0 when
+// not known.
+std::uint64_t CheckedBytes(const Face& face, std::int32_t fond_id, std::uint64_t data_fork_size);
+
 constexpr std::size_t kUnknownData = static_cast<std::size_t>(-1);
 
 class Library {
  public:
   // Adds the faces of one file. A further path of a file that was added before is only counted.
   void Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array);
+  // The same of a file that is not looked at: `identity` is equal for paths of one file.
+  void Add(LibraryFile file, std::string identity);
   // After the last Add: brings the files into the order of their paths' bytes and tells their data apart.
   void Finish();
 

@@ -5,14 +5,21 @@
 
 namespace quillmark::tool {
 
-const LibraryDetails::FileDetails& LibraryDetails::DetailsOf(const LibraryFace& face) {
+FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>& faces,
+                        std::uint64_t known_size) {
+  std::vector<OutlinesKey> keys;
+  keys.reserve(faces.size());
+  for (const LibraryFace& face : faces) keys.push_back({face.fond_id, face.style, face.checksum});
+  OpenedFont opened(path);
+  const std::uint64_t size = known_size > 0 ? known_size : opened.file.TotalLength();
+  return {size, AreVariable(opened.file, keys)};
+}
+
+const FileDetails& LibraryDetails::DetailsOf(const LibraryFace& face) {
   const auto [found, is_new] = files_.try_emplace(face.file);
   if (is_new) {
     const LibraryFile& file = library_.files()[face.file];
-    std::vector<OutlinesKey> keys;
-    for (const LibraryFace& each : file.faces) keys.push_back({each.fond_id, each.style, each.checksum});
-    OpenedFont opened(file.path);
-    found->second = {opened.file.TotalLength(), AreVariable(opened.file, keys)};
+    found->second = read_ ? read_(file) : ReadDetails(file.path, file.faces);
   }
   return found->second;
 }

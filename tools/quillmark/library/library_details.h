@@ -1,21 +1,39 @@
-// LibraryDetails: what the lists of `quillmark same` show of a face besides what they compare: the size of
-// its file, and whether the font is variable. Read from a file when one of its faces is first needed,
-// since few faces of a library appear in lists. Tests: tests/cli/same_test.py.
+// FileDetails, LibraryDetails: what the lists of `quillmark same` show of a face besides what they compare:
+// the size of its file, and whether the font is variable. Read from a file when one of its faces is first
+// needed, since few faces of a library appear in lists. Tests: tests/cli/same_test.py.
 #ifndef QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "library/library.h"
 
 namespace quillmark::tool {
 
+struct FileDetails {
+  std::uint64_t file_size = 0;  // bytes in both forks; 0 when it is gone
+  std::vector<bool>
+      variable;  // whether each face has a table of variation axes; false when it cannot be read
+};
+
+// Reads them from a file. Of its faces the kind, FOND, style and checksum are looked at; there is at least
+// one. A size that is known, not 0, is not looked up.
+FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>& faces,
+                        std::uint64_t known_size = 0);
+
 // The library must be finished and outlive it. For one thread at a time.
 class LibraryDetails {
  public:
-  explicit LibraryDetails(const Library& library) : library_(library) {}
+  using Read = std::function<FileDetails(const LibraryFile& file)>;
+
+  // `read` tells the details of a file where they are known without reading it.
+  explicit LibraryDetails(const Library& library, Read read = nullptr)
+      : library_(library), read_(std::move(read)) {}
 
   const Library& library() const { return library_; }
   // Bytes in both forks of the face's file; 0 when it is gone.
@@ -24,13 +42,10 @@ class LibraryDetails {
   bool IsVariable(const LibraryFace& face) { return DetailsOf(face).variable[face.index]; }
 
  private:
-  struct FileDetails {
-    std::uint64_t file_size = 0;
-    std::vector<bool> variable;  // of each face
-  };
   const FileDetails& DetailsOf(const LibraryFace& face);
 
   const Library& library_;
+  const Read read_;
   std::unordered_map<std::size_t, FileDetails> files_;  // by index of the file
 };
 

@@ -30,7 +30,8 @@ struct Explanation {
   // Why it gave no face, or fewer than it lists; empty when it gave all. No line end, no path in front.
   std::string reason;
   std::optional<std::uint32_t> listed = std::nullopt;  // faces that a collection states
-  bool may_pass = false;  // memory or open files may have run short: another try may give more
+  bool may_pass = false;           // memory or open files may have run short: another try may give more
+  bool depends_on_folder = false;  // on what the other files of its folder hold
 };
 
 }  // namespace quillmark::tool

@@ -63,14 +63,21 @@ Explanation ExplainPrinterFont(const OpenedFont& font, const std::string& what,
   const fs::path printer_font = font.file.path();
   const bool has_folder = printer_font.has_parent_path();
   const auto here = families.InFolder(font.files, has_folder ? printer_font.parent_path().native() : ".");
+  Explanation explanation;
+  explanation.depends_on_folder = true;
   if (const auto found = here->files.find(printer_font.filename()); found != here->files.end()) {
     const fs::path family = found->second;
-    return {Outcome::kOther, reason + "give " + Printable(has_folder ? family : family.filename())};
+    explanation.outcome = Outcome::kOther;
+    explanation.reason = reason + "give " + Printable(has_folder ? family : family.filename());
+    return explanation;
   }
-  const std::string advice = here->unread.empty()
-                                 ? "none in this folder does; put the two together and give the family file"
-                                 : "none in this folder does that can be read, and " + here->unread;
-  return {Outcome::kLonePrinterFont, reason + advice, {}, here->may_pass};
+  explanation.outcome = Outcome::kLonePrinterFont;
+  explanation.reason =
+      reason + (here->unread.empty()
+                    ? "none in this folder does; put the two together and give the family file"
+                    : "none in this folder does that can be read, and " + here->unread);
+  explanation.may_pass = here->may_pass;
+  return explanation;
 }
 
 }  // namespace quillmark::tool

@@ -1,0 +1,254 @@
+"""The catalogue: it always equals a fresh one, whatever happens to files, updates and disks."""
+
+import contextlib
+import fcntl
+import json
+import os
+import pathlib
+import random
+import resource
+import shutil
+import signal
+import sqlite3
+import subprocess
+import time
+
+from font_builders import apple_double, collection, fond, mac_font, resource_fork
+from losses_test import scarce
+from tool_case import TOOL, ToolCase, made_font
+
+NAMES = ["a.ttf", "b.otf", "c.ttc", "Fam", "Fam2.dfont", "Quill", "text.txt", "._Fam", "._a.ttf", "lone.pfb", "z.pfb", "ü\n\xff"]
+FOLDERS = ["", "in", "in-b", "in/deep", "in/.AppleDouble", "in/resource.frk", "__MACOSX/in", ".AppleDouble", "in/__MACOSX"]
+FAMILY = resource_fork(("FOND", 9, fond(9, (12, 0, 200), name=b"Quill")), ("NFNT", 200, b"bits"))
+SUITCASE = resource_fork(("FOND", 9, fond(9, (0, 0, 7))), ("sfnt", 7, made_font("Held")))
+TABLES = pathlib.Path(TOOL).parent.parent / "share/quillmark/Resources"
+
+
+def some_bytes(chance, name):
+    """Bytes for a file of that name, of two fonts of the same size among others."""
+    letter = chance.choice("AB")
+    fork = chance.choice([FAMILY, SUITCASE, SUITCASE[:-1]])
+    if name.endswith(".ttc"):
+        return collection("A" + letter, "B" + letter)[: chance.choice([-2, None])]
+    if name.startswith("._"):
+        return apple_double(fork)
+    if name == "Fam2.dfont":
+        return fork
+    outlines = f"%!PS-AdobeFont-1.0: {letter}\n/FontName /Quill{letter} def\n".encode()
+    return chance.choice([made_font("Made-" + letter), mac_font("Made-" + letter), outlines, b"", apple_double(fork)])
+
+
+def edit(chance, root):
+    """One change below the root, of the kinds that happen to libraries of fonts."""
+    name = chance.choice(NAMES)
+    path = root / chance.choice(FOLDERS) / name
+    there = sorted(each for each in root.rglob("*") if not each.is_dir() or each.is_symlink())
+    victim = chance.choice(there) if there else path
+    kind = chance.randrange(12)
+    try:
+        if kind < 5:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(some_bytes(chance, name))
+        elif kind == 5:  # the same size, in place, and the old time put back
+            data, before = victim.read_bytes(), victim.stat()
+            victim.write_bytes(data.replace(b"Made-A", b"Made-C") if b"Made-A" in data else data[::-1])
+            os.utime(victim, ns=(before.st_atime_ns, before.st_mtime_ns))
+        elif kind == 6:
+            victim.unlink()
+        elif kind == 7:
+            victim.rename(path)
+        elif kind == 8:
+            folders = [each for each in root.rglob("*") if each.is_dir() and not each.is_symlink()]
+            chance.choice(folders).rename(root / chance.choice(["moved", "in", "__MACOSX", "in-b"]))
+        elif kind == 9:
+            victim.unlink(missing_ok=True)
+            victim.symlink_to(chance.choice(["a.ttf", "none", "../b.otf", "."]))
+        elif kind == 10:
+            attribute = chance.choice(["user.com.apple.ResourceFork", "user.org.netatalk.ResourceFork"])
+            os.setxattr(victim, attribute, chance.choice([SUITCASE, FAMILY]))
+        else:
+            os.truncate(victim, chance.randrange(victim.stat().st_size + 1))
+    except OSError:
+        pass  # what there is does not allow it
+
+
+class CatalogueTest(ToolCase):
+    def update(self, *words, catalogue="c.db", **options):
+        return self.run_tool(["catalogue", "update", catalogue, *words], **options)
+
+    def state(self, catalogue="c.db", **options):
+        """All faces, and what is told of every file."""
+        faces = self.run_tool(["catalogue", "list", "--format", "jsonl", catalogue], **options)
+        changes = self.run_tool(["catalogue", "changes", "--since", "0", "--format", "json", catalogue], **options)
+        self.assertEqual((faces.returncode, changes.returncode), (0, 0), faces.stderr + changes.stderr)
+        files = [(each["path"], each["faces"], each["reason"]) for each in json.loads(changes.stdout) if each["change"] != "gone"]
+        return faces.stdout, files
+
+    def fresh(self, root, **options):
+        (self.folder / "fresh.db").unlink(missing_ok=True)
+        done = self.update(root, catalogue="fresh.db", **options)
+        return done, self.state("fresh.db")
+
+    def whole(self, catalogue="c.db"):
+        """Checks the file by SQLite's own means."""
+        with contextlib.closing(sqlite3.connect(self.folder / catalogue)) as database:
+            self.assertEqual(database.execute("PRAGMA integrity_check").fetchall(), [("ok",)])
+            self.assertEqual(database.execute("PRAGMA foreign_key_check").fetchall(), [])
+            self.assertEqual(database.execute("PRAGMA application_id").fetchone(), (0x516D4361,))
+
+    def test_after_any_edits_it_equals_a_fresh_one(self):
+        root = self.folder / "fonts"
+        # The clock ahead makes every stamp count at once; with coarse ones most files must be read again.
+        for seed, limits in enumerate([{}, {"CLOCK_AHEAD": "9"}, {"COARSE_STAMPS": "1"}, {"CLOCK_AHEAD": "9"}]):
+            chance = random.Random(seed)
+            shutil.rmtree(root, ignore_errors=True)
+            root.mkdir()
+            options = {"env": scarce(**limits)} if limits else {}
+            for step in range(14):
+                for _ in range(chance.randrange(1, 30 if step == 0 else 5)):
+                    edit(chance, root)
+                updated = self.update(root, **options)
+                fresh, expected = self.fresh(root, **options)
+                self.assertEqual(updated.returncode, fresh.returncode, updated.stderr)
+                self.assertEqual(self.state(), expected, (limits, step))
+                listed = self.run_tool(["identify", "-q", "--format", "jsonl", root])
+                self.assertEqual(listed.stdout, expected[0])
+            self.whole()
+            if "CLOCK_AHEAD" in limits:
+                self.assertIn(b" 0 changed, 0 gone, 0 read\n", self.update(root, **options).stderr)
+
+    def test_every_form_equals_that_of_identify(self):
+        self.write_all({"in/a.ttc": collection("A", "B"), "in/b.ttf": made_font("Made"), "in/F.dfont": SUITCASE, "in.x/c.ttf": b""})
+        self.write("top.ttf", made_font("Top"))
+        roots = ["in.x", "in", "top.ttf", "/usr/share/fonts/truetype"]
+        self.check(["catalogue", "update", "c.db", *roots], 0, err="...")
+        roots = [self.folder / root for root in roots]
+        for form in ["jsonl", "json", "tsv", "xml", "plist", "table"]:
+            identified = self.run_tool(["identify", "-q", "--format", form, *roots])
+            self.check(["catalog", "list", "c.db", "--format", form], 0, identified.stdout.decode())
+        self.check("catalogue list c.db --format tsv --fields face,family", 0, self.run_tool(["identify", "-q", "--format", "tsv", "--fields", "face,family", *roots]).stdout.decode())  # fmt: skip
+
+    def test_what_changed_is_told(self):
+        first, second, _ = self.write_all({"in/a.ttf": made_font("A"), "in/b.ttf": b"no", "in/c.txt": b"text"})
+        self.check("catalogue update c.db in", 0, err="1 face in 3 files; 3 files added, 0 changed, 0 gone, 3 read\n")
+        second.write_bytes(made_font("B"))
+        first.unlink()
+        self.write("in/d.ttf", b"new")
+        self.check("catalogue update c.db", 0, err="1 face in 3 files; 1 file added, 1 changed, 1 gone, ... read\n")
+        reason = "a text file despite its extension .ttf, not a font that Quillmark reads"
+        told = f"gone     {first}\nchanged  {second}\nadded    {self.folder}/in/d.ttf: {reason}\n"
+        self.check("catalogue changes c.db", 0, told)
+        self.assertEqual(len(self.json_of("catalogue changes c.db --since 0 --format json")), 4)
+        self.check("catalogue changes c.db --since 2", 0, "")
+        info = self.json_of("catalogue info c.db --format json")
+        self.assertEqual((info["files"], info["faces"], info["runs"][0]["gone"]), (3, 1, 1))
+        self.check("catalogue info c.db", 0, f"root {self.folder}/in, files: 3\nfaces: 1\n...run 1, ...: 3 added, ...\n")
+
+    def test_verify_finds_what_no_stamp_shows(self):
+        font = self.write("in/a.ttf", made_font("Made-A"))
+        self.update("in", env=scarce(CLOCK_AHEAD="9"))
+        before = font.stat()
+        font.write_bytes(made_font("Made-B"))
+        os.utime(font, ns=(before.st_atime_ns, before.st_mtime_ns))
+        ahead = scarce(CLOCK_AHEAD="9")
+        self.check("catalogue update c.db --ignore-ctime", 0, err="... 0 read\n", env=ahead)
+        self.check("catalogue verify c.db --sample 5", 3, f"{font}\n", "1 file read again, 1 with another result\n")
+        self.check("catalogue update c.db --ignore-ctime", 0, err="... 1 changed, 0 gone, 1 read\n", env=ahead)
+        self.check("catalogue verify -q c.db", 0)
+
+    def test_a_root_that_is_not_there_marks_nothing_as_gone(self):
+        self.write("in/a.ttf", made_font("A"))
+        self.update("in")
+        known = self.state()
+        (self.folder / "in").rename(self.folder / "away")
+        self.check("catalogue update c.db", 1, err=f"{self.folder}/in: it cannot be walked: ...\n1 face ... 0 gone, 0 read\n")
+        (self.folder / "in").mkdir()
+        self.check("catalogue update c.db", 1, err=f"{self.folder}/in: it is empty, and another folder than before, ... 0 gone, ...")
+        self.assertEqual(self.state(), known)
+        self.check("catalogue update -q c.db away", 0)
+        self.check("catalogue list --format tsv --fields path c.db", 0, f"path\n{self.folder}/away/a.ttf\n")
+
+    def test_other_tables_change_what_is_told_by_them_without_reading(self):
+        self.write("in/a.ttf", made_font("Made-Bold"))
+        self.write("in/b.ttf", mac_font("Quill-Bold", family="Helvetica"))
+        self.write("in/Fam", (b"", FAMILY))
+        self.write("in/Quill", b"%!PS-AdobeFont-1.0: Quill\n/Notice (Adobe) def\n")
+        self.update("in", env=scarce(CLOCK_AHEAD="9"))
+        other = self.folder / "bundle/Resources"
+        shutil.copytree(TABLES, other)
+        for table, old, new in [("FoundryNameTable", "Adobe", "Odd"), ("KeywordTable", "Bold", "Fat"), ("DefaultClassifications", "Sans", "Bare")]:
+            path = other / (table + ".plist")
+            path.write_text(path.read_text().replace(f"<string>{old}", f"<string>{new}"))
+        environment = {"env": scarce(CLOCK_AHEAD="9", QUILLMARK_BUNDLE=str(other.parent))}
+        self.check("catalogue update c.db", 0, err="...0 files added, ..., 2 read\n", **environment)
+        told = self.run_tool(["identify", "-q", "--format", "jsonl", self.folder / "in"], **environment).stdout
+        self.assertIn(b"Odd", told)
+        self.assertEqual(self.state()[0], told)
+
+    def test_killed_at_any_point_it_opens_and_is_completed(self):
+        root = self.folder / "in"
+        for i in range(120):
+            self.write(f"in/{i % 7}/{i:03}.ttf", made_font(f"Made-{i}"))
+        begin = time.monotonic()
+        expected = self.fresh(root)[1]
+        took = time.monotonic() - begin
+        chance = random.Random(7)
+        for point in range(100):
+            with subprocess.Popen([TOOL, "catalogue", "update", "-q", "c.db", root], cwd=self.folder) as process:
+                time.sleep(chance.uniform(0, took))
+                process.send_signal(signal.SIGKILL)
+            if (self.folder / "c.db").exists():
+                listed = self.run_tool("catalogue list --format jsonl c.db")
+                self.assertEqual((listed.returncode, listed.stderr), (0, b""))
+                self.whole()
+            if point % 10 == 9:
+                self.assertEqual(self.update(root).returncode, 0)
+                self.assertEqual(self.state(), expected)
+                self.assertEqual(sorted(p.name for p in self.folder.glob("c.db*")), ["c.db", "c.db.lock"])
+                (self.folder / "c.db").unlink()
+
+    def test_a_full_disk_leaves_the_last_commit(self):
+        root = self.folder / "in"
+        self.write("in/a.ttf", made_font("A"))
+        self.update(root)
+        for i in range(300):
+            self.write(f"in/{i:03}.ttf", made_font(f"Made-{i}"))
+        shutil.copy(self.folder / "c.db", self.folder / "kept.db")
+        for catalogue in ["c.db", "new.db"]:
+            for size in range(0, 125_000, 15_000):
+                (self.folder / "new.db").unlink(missing_ok=True)
+                shutil.copy(self.folder / "kept.db", self.folder / "c.db")
+                limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))  # noqa: B023, E731
+                done = self.update(root, catalogue=catalogue, preexec_fn=limit, restore_signals=False)
+                self.assertEqual((done.returncode, done.stderr.count(b"\n")), (1, 1), (size, done.stderr))
+                if catalogue == "c.db":
+                    self.assertIn(self.state()[0].count(b"\n"), (1, 301))
+                    self.whole()
+        expected = self.fresh(root)[1]
+        for catalogue in ["c.db", "new.db"]:
+            self.assertEqual(self.update(root, catalogue=catalogue).returncode, 0)
+            self.assertEqual(self.state(catalogue), expected)
+
+    def test_what_is_no_catalogue_stays_as_it_is(self):
+        self.write("in/a.ttf", made_font("A"))
+        self.update("in")
+        with open(self.folder / "c.db.lock") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            self.check("catalogue update c.db", 1, err="quillmark: ...c.db: another update of the catalogue is at work\n")
+            self.check("catalogue list --format tsv --fields face c.db", 0, "face\n0\n")
+        shutil.copy(self.folder / "c.db", self.folder / "newer.db")
+        for name, statement in [("newer.db", "PRAGMA user_version = 99"), ("other.db", "CREATE TABLE t (x)"), ("empty.db", "")]:
+            with contextlib.closing(sqlite3.connect(self.folder / name)) as database:
+                database.executescript(statement)
+        self.write("text.db", b"text" * 1000)
+        self.write("cut.db", (self.folder / "c.db").read_bytes()[:5000])
+        rows = [("newer", "a catalogue of a newer version ..."), ("other", "not a catalogue"), ("empty", "not a catalogue"),
+                ("text", "not a catalogue"), ("cut", "a damaged catalogue; ..."), ("in", "...")]  # fmt: skip
+        for name, words in rows:
+            path = self.folder / (name if name == "in" else name + ".db")
+            before = path.read_bytes() if path.is_file() else None
+            for command in ["update", "list", "info", "changes", "verify"]:
+                self.check(["catalogue", command, path], 1, err=f"quillmark: {path}: {words}\n")
+            self.assertEqual(path.read_bytes() if path.is_file() else None, before)
+        self.check("catalogue list none.db", 1, err="quillmark: none.db: no such catalogue; ...\n")
+        self.check("catalogue update no/c.db in", 1, err="quillmark: ...no/c.db: the catalogue cannot be written: No such ...\n")

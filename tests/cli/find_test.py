@@ -1,0 +1,91 @@
+"""Which files the fonts of names are, and what else a catalogue answers without reading fonts."""
+
+from font_builders import collection, fond, mac_font, resource_fork
+from tool_case import ToolCase, made_font
+
+FILES = {
+    "a/Gar.ttf": mac_font("Gar-Regular", family="Gar Mono", full_name="Gar Mono"),
+    "a/GarBI.ttf": mac_font("Gar-BoldItalic", family="Gar Mono", full_name="GarBI"),
+    "a/One.ttf": made_font("One"),
+    "b/one copy.ttf": made_font("One"),
+    "b/Two.ttf": mac_font("Two", "1.0"),
+    "c/Two.ttf": mac_font("Two", "2.0"),
+    "c/Odd.ttc": collection("Odd-A", "Odd-B"),
+    "c/Suit.dfont": resource_fork(("FOND", 9, fond(9, (0, 0, 7))), ("sfnt", 7, made_font("Held"))),
+    "c/unnamed.ttf": made_font("", "Family"),
+    "c/Moving.ttf": mac_font("Moving", fvar=b"axes"),
+    "c/Moved.ttf": mac_font("Moving", "1.5", fvar=b"axes"),
+    "c/no.ttf": b"no font",
+}
+# Name, verdict, rule, names of the files.
+ANSWERS = [
+    ("gar-bolditalic", "exact", "postScriptName", ["GarBI.ttf"]),
+    ("One", "copies", "postScriptName", ["One.ttf", "one copy.ttf"]),
+    ("TWO", "ambiguous", "postScriptName", ["Two.ttf", "Two.ttf"]),
+    ("garbi", "exact", "fullName", ["GarBI.ttf"]),
+    ("gar mono  Italic Bold", "exact", "familyAndStyle", ["GarBI.ttf"]),
+    ("Gar Mono Regular", "exact", "familyAndStyle", ["Gar.ttf"]),
+    ("Gar Mono Bold", "missing", None, []),
+    ("Odd-B", "exact", "postScriptName", ["Odd.ttc"]),
+    ("OddB", "near", "near", ["Odd.ttc"]),
+    ("held", "exact", "postScriptName", ["Suit.dfont"]),
+    ("--", "missing", None, []),
+    ("Gar", "missing", None, []),
+]
+
+
+class FindTest(ToolCase):
+    def setUp(self):
+        super().setUp()
+        self.write_all(FILES)
+        self.check("catalogue update -q c.db a b c", 0)
+
+    def test_verdicts_rules_and_statuses(self):
+        names = [name for name, *_ in ANSWERS]
+        for where in (["--catalogue", "c.db"], ["--in", "a", "--in", "b", "--in", "c"]):
+            found = self.json_of(["find", *where, "--format", "json", "--", *names], 4)
+            told = [(each["query"], each["verdict"], each["rule"], [f["path"].rpartition("/")[2] for f in each["faces"]]) for each in found]
+            self.assertEqual(told, ANSWERS)
+        listed = "\ufeffOne\r\n\n held \n".encode()
+        for name, status in [("One", 0), ("Two", 3), ("OddB", 4)]:
+            self.check(f"find --catalogue c.db --format jsonl --names-from - {name}", status, "...", input=listed)
+        self.check("find --catalogue c.db --format jsonl -0 --names-from - Two", 4, "...", input=b"held\0nope")
+        self.check("find --in none --in a One", 1, "...", "...none: it cannot be walked: ...\n")
+        self.check("find --catalogue none.db One", 1, err="quillmark: none.db: no such catalogue; ...\n")
+        self.check("find --catalogue c.db --names-from none One", 1, "...", "none: the list cannot be read: ...\n")
+        table = "NAME  VERDICT  RULE            POSTSCRIPT NAME  VERSION  CHECKSUM  FILE\n"
+        self.check("find --catalogue c.db held", 0, table + "held  exact    postScriptName  Held ...\n")
+
+    def test_guesses_are_of_the_class_and_styles(self):
+        self.write_all({"d/H.ttf": mac_font("Helvetica-Bold", family="Helvetica"), "d/I.ttf": mac_font("Helvetica-Italic", family="Helvetica")})
+        [found] = self.json_of("find --in d --like --format json Arial-Bold", 4)
+        self.assertEqual((found["faces"], [face["postScriptName"] for face in found["guesses"]]), ([], ["Helvetica-Bold"]))
+        self.check("find --in d --like Arial-Bold", 4, "...\nArial-Bold  guess ...")
+
+    def test_same_gives_what_it_gives_over_the_files(self):
+        roots = [self.folder / "a", self.folder / "b", self.folder / "c", "/usr/share/fonts"]
+        self.check(["catalogue", "update", "-q", "c.db", *roots], 0)
+        for form in ["table", "json", "tsv"]:
+            words = ["same", "--near", "--format", form]
+            live = self.run_tool([*words, *roots])
+            kept = self.run_tool([*words, "--catalogue", "c.db"])
+            self.assertEqual((kept.returncode, kept.stdout), (live.returncode, live.stdout))
+        self.assertEqual(kept.stderr.partition(b"; quillmark why")[0], live.stderr.partition(b"; quillmark why")[0])
+
+    def test_merged_catalogues_keep_their_labels(self):
+        self.check("catalogue update -q all.db a", 0)
+        own = self.run_tool("catalogue list --format jsonl all.db").stdout
+        self.check("catalogue update -q other.db b", 0)
+        for _ in range(2):  # in the place of what was there
+            self.check("catalogue merge all.db nas=other.db", 0)
+        listed = self.run_tool("catalogue list --format jsonl all.db").stdout
+        other = self.run_tool("catalogue list --format jsonl other.db").stdout
+        self.assertEqual(listed, own + other.replace(b'"path":"', b'"path":"nas:'))
+        self.check("catalogue update -q all.db", 0)
+        self.check("catalogue verify -q all.db", 0)
+        self.assertEqual(self.run_tool("catalogue list --format jsonl all.db").stdout, listed)
+        [found] = self.json_of("find --catalogue all.db --format json One")
+        self.assertEqual((found["verdict"], found["faces"][1]["path"]), ("copies", f"nas:{self.folder}/b/one copy.ttf"))
+        self.assertIn(b"nas:", self.run_tool("same --catalogue all.db").stdout)
+        self.check("catalogue merge all.db x=none.db y=all.db", 1, err="quillmark: none.db: no such catalogue; ...\n")
+        self.assertEqual(self.run_tool("catalogue list --format jsonl all.db").stdout, listed)

@@ -1,0 +1,148 @@
+#include "catalogue/database.h"
+
+#include <sqlite3.h>
+
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include "text/printable.h"
+
+namespace quillmark::tool {
+namespace {
+
+// Readers wait so long for a commit, and a commit for readers where there is no log beside the file.
+constexpr int kPatienceMilliseconds = 10'000;
+
+std::string WordsOf(int code, int system_error, const char* message) {
+  switch (code & 0xFF) {
+    case SQLITE_FULL:
+      return "there is no room to write it";
+    case SQLITE_NOTADB:
+      return "not a catalogue";
+    case SQLITE_CORRUPT:
+      return "a damaged catalogue; make it anew";
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return "the catalogue cannot be written";
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "another program keeps the catalogue from being used";
+    case SQLITE_CANTOPEN:
+      return std::string("the catalogue cannot be opened: ") +
+             (system_error != 0 ? std::strerror(system_error) : message);
+    case SQLITE_IOERR:
+      return std::string("the catalogue cannot be read or written: ") +
+             (system_error != 0 ? std::strerror(system_error) : message);
+    case SQLITE_ERROR:
+      return std::string("not a catalogue of the form it claims to be: ") + message;
+    default:
+      return std::string("the catalogue cannot be used: ") + message;
+  }
+}
+
+}  // namespace
+
+void Database::Close::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+
+Database::Database(std::string path, Access access) : path_(std::move(path)) {
+  // Opened for writing in any case: a journal that a killed process left must be played back. Where that is
+  // not allowed, SQLite opens for reading.
+  const int flags = SQLITE_OPEN_READWRITE | (access == Access::kCreate ? SQLITE_OPEN_CREATE : 0);
+  sqlite3* handle = nullptr;
+  const int opened = sqlite3_open_v2(path_.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  handle_.reset(handle);
+  if (opened != SQLITE_OK) Fail(opened);
+  sqlite3_busy_timeout(handle, kPatienceMilliseconds);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, access == Access::kCreate ? 1 : 0, nullptr);
+  Run("PRAGMA foreign_keys = ON; PRAGMA cell_size_check = ON");
+  if (access == Access::kRead) Run("PRAGMA query_only = ON");
+}
+
+void Database::Fail(int code) const {
+  if ((code & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
+  const int system_error = handle_ ? sqlite3_system_errno(handle()) : 0;
+  const char* const message = handle_ ? sqlite3_errmsg(handle()) : sqlite3_errstr(code);
+  throw DatabaseError(Printable(path_) + ": " + WordsOf(code, system_error, message));
+}
+
+void Database::Run(const char* statements) {
+  const int code = sqlite3_exec(handle(), statements, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) Fail(code);
+}
+
+std::optional<std::int64_t> Database::Number(const char* query) {
+  Statement statement(*this, query);
+  if (!statement.Step()) return std::nullopt;
+  return statement.Integer(0);
+}
+
+std::int64_t Database::last_id() const { return sqlite3_last_insert_rowid(handle()); }
+
+void Statement::Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+
+Statement::Statement(Database& database, const char* text) : database_(database) {
+  sqlite3_stmt* statement = nullptr;
+  Check(sqlite3_prepare_v3(database.handle(), text, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
+  statement_.reset(statement);
+}
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) database_.Fail(code);
+}
+
+bool Statement::Step() {
+  const int code = sqlite3_step(statement_.get());
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  database_.Fail(code);
+}
+
+void Statement::Reset() { sqlite3_reset(statement_.get()); }
+
+bool Statement::IsNull(int column) const {
+  return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
+}
+
+std::int64_t Statement::Integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
+
+std::string Statement::Text(int column) const {
+  const void* const bytes = sqlite3_column_blob(statement_.get(), column);
+  const int length = sqlite3_column_bytes(statement_.get(), column);
+  return bytes == nullptr ? std::string()
+                          : std::string(static_cast<const char*>(bytes), static_cast<std::size_t>(length));
+}
+
+void Statement::Bind(int place, std::int64_t value) {
+  Check(sqlite3_bind_int64(statement_.get(), place, value));
+}
+
+void Statement::Bind(int place, std::nullptr_t) { Check(sqlite3_bind_null(statement_.get(), place)); }
+
+// The copies that SQLite makes let values be temporary objects.
+void Statement::Bind(int place, std::string_view text) {
+  const char* const start = text.data() == nullptr ? "" : text.data();
+  Check(sqlite3_bind_text64(statement_.get(), place, start, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void Statement::Bind(int place, Blob blob) {
+  const char* const start = blob.bytes.data() == nullptr ? "" : blob.bytes.data();
+  Check(sqlite3_bind_blob64(statement_.get(), place, start, blob.bytes.size(), SQLITE_TRANSIENT));
+}
+
+Transaction::Transaction(Database& database) : database_(database) { database_.Run("BEGIN IMMEDIATE"); }
+
+Transaction::~Transaction() {
+  // Fails only where SQLite has rolled back by itself.
+  if (is_open_) sqlite3_exec(database_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::Commit() {
+  database_.Run("COMMIT");
+  is_open_ = false;
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,175 @@
+// quillmark find: which files the fonts of these names are.
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "catalogue/catalogue.h"
+#include "catalogue/catalogue_file.h"
+#include "catalogue/name_lookup.h"
+#include "catalogue/schema.h"
+#include "catalogue/update.h"
+#include "faces/fields.h"
+#include "files/interrupt.h"
+#include "files/path_list.h"
+#include "output/json_form.h"
+#include "output/table.h"
+#include "text/printable.h"
+#include "text/terminal.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr int kSomethingMissing = 4;
+constexpr int kSomethingAmbiguous = 3;
+
+// Blanks around a name, and what marks a text as UTF-8, are no part of it.
+std::string Trimmed(std::string name) {
+  constexpr const char* kMark = "\xEF\xBB\xBF";
+  constexpr const char* kBlanks = " \t\r\n";
+  if (name.starts_with(kMark)) name.erase(0, 3);
+  name.erase(0, std::min(name.find_first_not_of(kBlanks), name.size()));
+  name.erase(name.find_last_not_of(kBlanks) + 1);
+  return name;
+}
+
+nlohmann::ordered_json FacesJson(const std::vector<Face>& faces) {
+  auto list = nlohmann::ordered_json::array();
+  for (const Face& face : faces) list.push_back(nlohmann::ordered_json::parse(JsonObject(face, {})));
+  return list;
+}
+
+std::string JsonOf(const std::string& query, const FoundName& found) {
+  auto object = nlohmann::ordered_json::object();
+  object["query"] = query;
+  object["verdict"] = NameOf(found.verdict);
+  object["rule"] = nullptr;
+  if (found.rule != nullptr) object["rule"] = found.rule;
+  object["faces"] = FacesJson(found.faces);
+  object["guesses"] = FacesJson(found.guesses);
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+// Writes the answers in the wanted form.
+class Answers {
+ public:
+  explicit Answers(std::string format)
+      : format_(std::move(format)),
+        table_({{"NAME"},
+                {"VERDICT", false, 0},
+                {"RULE", false, 6},
+                {"POSTSCRIPT NAME", false, 2},
+                {"VERSION", false, 4},
+                {"CHECKSUM", false, 3},
+                {"#", false, 5},
+                {"FILE", true, 0}}) {
+    if (format_ == "json") array_.emplace(std::cout);
+  }
+
+  void Add(const std::string& query, const FoundName& found) {
+    if (array_) {
+      array_->Add(JsonOf(query, found));
+    } else if (format_ == "jsonl") {
+      std::cout << JsonOf(query, found) << std::endl;
+    } else {
+      AddRows(query, found);
+    }
+  }
+  void Finish() {
+    if (array_) array_->Finish();
+    if (format_ == "table" && table_.size() > 0) table_.Write(std::cout, OutputLook());
+    FlushOutput();
+  }
+
+ private:
+  void AddRows(const std::string& query, const FoundName& found) {
+    const std::string rule = found.rule == nullptr ? "" : found.rule;
+    if (found.faces.empty()) table_.Add({query, NameOf(found.verdict), rule, "", "", "", "", ""});
+    for (const Face& face : found.faces) AddRow(query, NameOf(found.verdict), rule, face);
+    for (const Face& face : found.guesses) AddRow(query, "guess", "", face);
+  }
+  void AddRow(const std::string& query, const std::string& verdict, const std::string& rule,
+              const Face& face) {
+    table_.Add({query, verdict, rule, face.post_script_name, face.version, Hex(face.checksum),
+                face.index == 0 ? "" : std::to_string(face.index), face.path});
+  }
+
+  const std::string format_;
+  Table table_;
+  std::optional<JsonArray> array_;
+};
+
+class Search {
+ public:
+  Search(const NameSearch& search, Database& database)
+      : search_(search), lookup_(database), answers_(search.format) {}
+
+  // False when the names of the list cannot be read.
+  bool Run() {
+    for (const std::string& name : search_.names) Find(name);
+    const bool could_be_read = search_.names_from.empty() || FindListed();
+    answers_.Finish();
+    return could_be_read;
+  }
+
+  int status() const {
+    if (verdicts_.contains(NameVerdict::kMissing) || verdicts_.contains(NameVerdict::kNear))
+      return kSomethingMissing;
+    return verdicts_.contains(NameVerdict::kAmbiguous) ? kSomethingAmbiguous : 0;
+  }
+
+ private:
+  void Find(const std::string& given) {
+    const std::string name = Trimmed(given);
+    if (name.empty()) return;
+    const FoundName found = lookup_.Find(name, search_.like);
+    verdicts_.insert(found.verdict);
+    answers_.Add(name, found);
+  }
+
+  bool FindListed() {
+    PathList list(search_.names_from, search_.names_are_nul_separated ? '\0' : '\n',
+                  [] { return Interrupted() != 0; });
+    while (const auto name = list.Next()) Find(*name);
+    if (list.fault().empty()) return true;
+    std::cerr << list.name() + ": " + list.fault() + '\n';
+    return false;
+  }
+
+  const NameSearch& search_;
+  NameLookup lookup_;
+  Answers answers_;
+  std::set<NameVerdict> verdicts_;
+};
+
+int FindIn(const NameSearch& search, Database& database, bool is_complete) {
+  Search in(search, database);
+  const bool could_be_read = in.Run();
+  if (Interrupted() != 0) return InterruptedStatus();
+  return !is_complete || !could_be_read ? 1 : in.status();
+}
+
+}  // namespace
+
+int FindNames(const NameSearch& search) {
+  NoteInterrupts();
+  if (!search.catalogue.empty()) {
+    Database database = OpenCatalogue(search.catalogue);
+    return FindIn(search, database, true);
+  }
+  // A catalogue for this search alone, which goes to a temporary file when it is large.
+  Database database("", Database::Access::kCreate);
+  CreateSchema(database);
+  CatalogueUpdate update;
+  update.roots = search.places;
+  update.work = search.work;
+  const int status = UpdateDatabase(database, update, false);
+  if (Interrupted() != 0) return InterruptedStatus();
+  return FindIn(search, database, status == 0);
+}
+
+}  // namespace quillmark::tool

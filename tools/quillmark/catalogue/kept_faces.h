@@ -1,0 +1,34 @@
+// KeptFaces: the faces of a catalogue, file by file, in the order in which identify walks its roots.
+#ifndef QUILLMARK_TOOL_CATALOGUE_KEPT_FACES_H_
+#define QUILLMARK_TOOL_CATALOGUE_KEPT_FACES_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/database.h"
+#include "catalogue/face_rows.h"
+
+namespace quillmark::tool {
+
+struct KeptFile {
+  std::int64_t id = 0;
+  std::string label, path;  // the path with the label of another machine before it, as "attic:/fonts/a.ttf"
+  std::int64_t size = 0, inode = 0;
+  std::vector<FaceRow> faces;  // their paths set; at least one
+};
+
+class KeptFaces {
+ public:
+  explicit KeptFaces(Database& database);
+  std::optional<KeptFile> Next();
+
+ private:
+  Statement files_;
+  FaceTable faces_;
+};
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,211 @@
+#include "catalogue/name_lookup.h"
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string_view>
+
+#include "analysis/name_match.h"
+#include "library/library.h"
+
+namespace quillmark::tool {
+namespace {
+
+constexpr std::size_t kMostGuesses = 10;
+// The word that names the lack of any style.
+constexpr const char* kNoStyle = "Regular";
+
+using StyleSet = std::set<std::string>;
+
+StyleSet StylesThatCount(const std::vector<std::string>& styles) {
+  StyleSet counted(styles.begin(), styles.end());
+  counted.erase(kNoStyle);
+  return counted;
+}
+
+std::vector<std::string> WordsOf(const std::string& name) {
+  std::istringstream text(name);
+  std::vector<std::string> words;
+  for (std::string word; text >> word;) words.push_back(word);
+  return words;
+}
+
+std::string Joined(const std::vector<std::string>& words, std::size_t first, std::size_t end,
+                   const char* between) {
+  std::string joined;
+  for (std::size_t i = first; i < end; ++i) joined += (i == first ? "" : between) + words[i];
+  return joined;
+}
+
+// The styles of a family's words and of those behind them, told as those of a face are: from a PostScript
+// name and a full name.
+StyleSet StylesOfWords(const std::vector<std::string>& words, std::size_t family_words) {
+  std::string post_script_name = Joined(words, 0, family_words, "");
+  if (family_words < words.size()) post_script_name += '-' + Joined(words, family_words, words.size(), "");
+  return StylesThatCount(StylesOf(post_script_name, Joined(words, 0, words.size(), " ")));
+}
+
+StyleSet StylesOfRest(const std::vector<std::string>& words, std::size_t family_words) {
+  if (family_words == words.size()) return {};
+  return StylesThatCount(StylesOf('-' + Joined(words, family_words, words.size(), ""),
+                                  Joined(words, family_words, words.size(), " ")));
+}
+
+constexpr const char kPlace[] =
+    "SELECT CASE WHEN label = '' THEN '' ELSE label || ':' END, folders.path, name, size, label, position, "
+    "key "
+    "FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root WHERE "
+    "files.id = ?";
+
+}  // namespace
+
+const char* NameOf(NameVerdict verdict) {
+  switch (verdict) {
+    case NameVerdict::kExact:
+      return "exact";
+    case NameVerdict::kCopies:
+      return "copies";
+    case NameVerdict::kAmbiguous:
+      return "ambiguous";
+    case NameVerdict::kNear:
+      return "near";
+    case NameVerdict::kMissing:
+      break;
+  }
+  return "missing";
+}
+
+NameLookup::NameLookup(Database& database)
+    : faces_(database),
+      by_post_script_name_(database,
+                           "SELECT file, face FROM faces WHERE post_script_name = ? COLLATE NOCASE"),
+      by_full_name_(database, "SELECT file, face FROM faces WHERE full_name = ? COLLATE NOCASE"),
+      by_windows_full_name_(database,
+                            "SELECT file, face FROM faces WHERE windows_full_name = ? COLLATE NOCASE"),
+      by_family_(database, "SELECT file, face FROM faces WHERE family = ? COLLATE NOCASE"),
+      by_loose_name_(database, "SELECT file, face FROM faces WHERE loose_name = ?"),
+      by_class_(database, "SELECT file, face FROM faces WHERE class = ?"),
+      place_(database, kPlace) {}
+
+std::vector<NameLookup::Key> NameLookup::KeysOf(Statement& query, const std::string& value) {
+  std::vector<Key> keys;
+  query.With(std::string_view(value));
+  while (query.Step()) keys.emplace_back(query.Integer(0), query.Integer(1));
+  query.Reset();
+  std::sort(keys.begin(), keys.end());
+  return keys;
+}
+
+std::vector<NameLookup::Found> NameLookup::FacesOf(const std::vector<Key>& keys) {
+  std::vector<Found> found;
+  for (auto key = keys.begin(); key != keys.end();) {
+    const std::int64_t file = key->first;
+    std::set<std::int64_t> wanted;
+    for (; key != keys.end() && key->first == file; ++key) wanted.insert(key->second);
+    if (!place_.With(file).Step()) continue;
+    const std::string path = place_.Text(0) + place_.Text(1) + place_.Text(2);
+    // Positions are few digits; what is before them sorts first.
+    const std::string position = std::to_string(1'000'000'000 + place_.Integer(5));
+    const std::string order = place_.Text(4) + '\0' + position + place_.Text(6) + '\0' + place_.Text(2);
+    const std::int64_t size = place_.Integer(3);
+    place_.Reset();
+    for (FaceRow& row : faces_.Read(file)) {
+      if (!wanted.contains(row.face.index)) continue;
+      row.face.path = path;
+      found.push_back({std::move(row.face), row.fond_id, size, order});
+    }
+  }
+  std::stable_sort(found.begin(), found.end(),
+                   [](const Found& a, const Found& b) { return a.order < b.order; });
+  return found;
+}
+
+// The longest beginning of the name that is a family; the words behind it tell the style.
+std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& name) {
+  const std::vector<std::string> words = WordsOf(name);
+  for (std::size_t family_words = words.size(); family_words > 0; --family_words) {
+    const std::vector<Key> keys = KeysOf(by_family_, Joined(words, 0, family_words, " "));
+    if (keys.empty()) continue;
+    const std::vector<Found> family = FacesOf(keys);
+    // The words of the family may tell styles, too, which then are among those of its faces.
+    for (const StyleSet& wanted : {StylesOfRest(words, family_words), StylesOfWords(words, family_words)}) {
+      std::vector<Found> faces;
+      std::copy_if(family.begin(), family.end(), std::back_inserter(faces),
+                   [&](const Found& each) { return StylesThatCount(each.face.styles) == wanted; });
+      if (!faces.empty()) return faces;
+    }
+    return {};
+  }
+  return {};
+}
+
+// As `same` tells data apart: by name and checksum, and by size where several sizes are known. Without a
+// checksum data are not known to be the same as any other.
+bool NameLookup::HaveOneDatum(const std::vector<Found>& faces) {
+  const Face& first = faces.front().face;
+  std::set<std::uint64_t> sizes;
+  std::set<std::pair<std::string, std::uint32_t>> places;
+  for (const Found& each : faces) {
+    places.emplace(each.face.path, each.face.index);
+    if (each.face.checksum != first.checksum || each.face.post_script_name != first.post_script_name)
+      return false;
+    const std::uint64_t size =
+        CheckedBytes(each.face, each.fond_id, static_cast<std::uint64_t>(each.data_fork_size));
+    if (size > 0) sizes.insert(size);
+  }
+  return sizes.size() <= 1 && (first.checksum != 0 || places.size() == 1);
+}
+
+FoundName NameLookup::Find(const std::string& name, bool wants_guesses) {
+  FoundName answer;
+  std::vector<Found> found;
+  const auto look = [&](const char* rule, std::vector<Found> faces) {
+    if (!found.empty() || faces.empty()) return;
+    answer.rule = rule;
+    found = std::move(faces);
+  };
+  look("postScriptName", FacesOf(KeysOf(by_post_script_name_, name)));
+  if (found.empty()) look("fullName", FacesOf(KeysOf(by_full_name_, name)));
+  if (found.empty()) look("windowsFullName", FacesOf(KeysOf(by_windows_full_name_, name)));
+  if (found.empty()) look("familyAndStyle", ByFamilyAndStyle(name));
+  if (!found.empty()) {
+    const bool is_one_file = std::all_of(found.begin(), found.end(), [&](const Found& each) {
+      return each.face.path == found.front().face.path;
+    });
+    answer.verdict = !HaveOneDatum(found) ? NameVerdict::kAmbiguous
+                     : is_one_file        ? NameVerdict::kExact
+                                          : NameVerdict::kCopies;
+  } else {
+    const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
+    if (!loose.empty()) look("near", FacesOf(KeysOf(by_loose_name_, loose)));
+    if (!found.empty()) answer.verdict = NameVerdict::kNear;
+  }
+  for (Found& each : found) answer.faces.push_back(std::move(each.face));
+  if (answer.verdict == NameVerdict::kMissing && wants_guesses) answer.guesses = Guesses(name);
+  return answer;
+}
+
+std::vector<Face> NameLookup::Guesses(const std::string& name) {
+  std::string spaced = name;
+  std::replace(spaced.begin(), spaced.end(), '-', ' ');
+  const std::vector<std::string> words = WordsOf(spaced);
+  for (std::size_t family_words = words.size(); family_words > 0; --family_words) {
+    const std::string classification = ClassOf(Joined(words, 0, family_words, " "), nullptr);
+    if (classification.empty() || classification == "--") continue;
+    const StyleSet wanted = StylesOfWords(words, family_words);
+    std::string styles;
+    for (const std::string& style : wanted) styles += style + '\n';
+    const auto [known, is_new] = guesses_.try_emplace({classification, styles});
+    if (is_new) {
+      for (Found& each : FacesOf(KeysOf(by_class_, classification))) {
+        if (known->second.size() == kMostGuesses) break;
+        if (StylesThatCount(each.face.styles) == wanted) known->second.push_back(std::move(each.face));
+      }
+    }
+    return known->second;
+  }
+  return {};
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,61 @@
+#include "catalogue/recording_files.h"
+
+#include <cerrno>
+
+namespace quillmark::tool {
+
+// A place inside the file where only some file systems show forks, or one beside it where its forks are
+// looked for by its name.
+bool Recording::IsOwnFork(const std::string& path, int error) const {
+  if (path.starts_with(path_ + '/')) return error == ENOTDIR;
+  const std::string_view name = std::string_view(path_).substr(path_.rfind('/') + 1);
+  const std::string_view asked = std::string_view(path).substr(path.rfind('/') + 1);
+  return asked == name || (asked.starts_with("._") && asked.substr(2) == name);
+}
+
+void Recording::Note(const std::string& path, int error) {
+  if (path == path_ || asked_.contains(path) || IsOwnFork(path, error)) return;
+  asked_.emplace(path, WholeStampOf(path));
+}
+
+// Of a printer font the folders __MACOSX above it matter, too.
+Companions Recording::Taken() {
+  if (asked_.empty()) return {};
+  for (const std::string& folders : folders_) {
+    for (std::size_t end = folders.size(); end > 0; --end) {
+      if (folders[end - 1] != '/') continue;
+      const std::string place = folders.substr(0, end) + "__MACOSX";
+      asked_.emplace(place, StampOf(place));
+    }
+  }
+  return std::move(asked_);
+}
+
+FileStatus RecordingFiles::Status(const std::string& path) const {
+  const FileStatus status = files_.Status(path);
+  recording_.Note(path, status.error);
+  return status;
+}
+
+std::unique_ptr<OpenedFile> RecordingFiles::Open(const std::string& path) const {
+  recording_.Note(path, 0);
+  return files_.Open(path);
+}
+
+std::vector<std::size_t> RecordingFiles::FoldersAboveWith(std::string_view name,
+                                                          std::string_view folders) const {
+  recording_.NoteFolders(folders);
+  return files_.FoldersAboveWith(name, folders);
+}
+
+std::vector<std::string> RecordingFiles::AttributeNames(const std::string& path) const {
+  recording_.Note(path, 0);
+  return files_.AttributeNames(path);
+}
+
+std::optional<std::string> RecordingFiles::Attribute(const std::string& path, const std::string& name) const {
+  recording_.Note(path, 0);
+  return files_.Attribute(path, name);
+}
+
+}  // namespace quillmark::tool

@@ -1,0 +1,58 @@
+// RecordingFiles: a file system that keeps the stamp of every path that an answer depended on, those of
+// absent files, too. Left out are the file itself and the usual places of its forks, which root_scan.h looks
+// after. For one file at a time, on one thread.
+#ifndef QUILLMARK_TOOL_CATALOGUE_RECORDING_FILES_H_
+#define QUILLMARK_TOOL_CATALOGUE_RECORDING_FILES_H_
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/stamps.h"
+#include "platform/files/file_system.h"
+
+namespace quillmark::tool {
+
+using Companions = std::map<std::string, Stamp>;  // by path
+
+// The questions about one file.
+class Recording {
+ public:
+  explicit Recording(std::string path) : path_(std::move(path)) {}
+
+  void Note(const std::string& path, int error);
+  void NoteFolders(std::string_view folders) { folders_.emplace(folders); }
+  // All that the answer depended on besides the file and its own forks.
+  Companions Taken();
+
+ private:
+  bool IsOwnFork(const std::string& path, int error) const;
+
+  const std::string path_;
+  Companions asked_;
+  std::set<std::string> folders_;
+};
+
+class RecordingFiles : public FileSystem {
+ public:
+  // Both outlive the object.
+  RecordingFiles(const FileSystem& files, Recording& recording) : files_(files), recording_(recording) {}
+
+  FileStatus Status(const std::string& path) const override;
+  std::unique_ptr<OpenedFile> Open(const std::string& path) const override;
+  std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const override;
+  std::vector<std::string> AttributeNames(const std::string& path) const override;
+  std::optional<std::string> Attribute(const std::string& path, const std::string& name) const override;
+
+ private:
+  const FileSystem& files_;
+  Recording& recording_;
+};
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,104 @@
+// RootScan: walks one root of a catalogue, compares the stamp of each file with the row that is kept of it,
+// and hands out the files that must be read. No font is opened. Tests: tests/cli/catalogue_test.py.
+#ifndef QUILLMARK_TOOL_CATALOGUE_ROOT_SCAN_H_
+#define QUILLMARK_TOOL_CATALOGUE_ROOT_SCAN_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/database.h"
+#include "catalogue/fork_carriers.h"
+#include "catalogue/stamps.h"
+#include "files/folder_walk.h"
+
+namespace quillmark::tool {
+
+struct Root {
+  std::int64_t id = 0;
+  std::string path;
+  std::string identity;  // of what was found there when it was walked whole; empty before
+};
+
+struct FolderOfRoot {
+  std::string path;  // with a slash at its end
+  std::string
+      key;  // the folders below the root, each with a zero byte behind it: sorts as folders are walked
+};
+
+// A file that must be read.
+struct FoundFile {
+  FolderOfRoot folder;
+  std::string name;
+  bool is_sidecar = false;  // of a file that is not there
+  Stamp stamp;              // from before it is read
+  Companions carriers;
+  std::int64_t seen_at = 0;   // when the stamps were taken
+  std::int64_t known_id = 0;  // of its row; 0 without one
+
+  std::string path() const { return folder.path + name; }
+};
+
+class RootScan {
+ public:
+  // What to do for each file that is looked at, and for each folder that cannot be listed.
+  struct Events {
+    std::function<void()> on_file;
+    std::function<void(const std::string& path, const std::string& fault)> on_fault;
+    std::function<bool()> stopped;
+  };
+  // `catalogue` is the path of the database, which is no member of its own roots, nor are the files beside it
+  // that belong to it. The table temp.gone_files gets the rows of files that are not there any more.
+  RootScan(Database& database, Root root, StampRules rules, const std::string& catalogue, Events events);
+
+  std::optional<FoundFile> Next();
+
+  // After the last file: whether every folder could be listed. Otherwise nothing may count as gone.
+  bool is_whole() const { return is_whole_; }
+  // Device and inode of the folder at the root's path; "file" for a file.
+  const std::string& identity() const { return identity_; }
+
+ private:
+  struct Known {
+    std::int64_t id = 0;
+    std::string name;
+    Stamp stamp;
+    bool has_companions = false;
+    bool must_be_read = false;  // uncertain, or read by other rules
+    bool depends_on_folder = false;
+  };
+
+  void Begin();
+  void BeginWithFile();
+  bool Advance();
+  void Compare(const WalkedFolder& walked);
+  void CompareFile(const FolderOfRoot& folder, const WalkedFolder::Name& name, const ForkCarriers& carriers,
+                   const Known* known, std::vector<FoundFile>& dependents);
+  bool HasCompanionsAsKnown(std::int64_t file, const Companions& carriers);
+  std::vector<Known> KnownIn(const std::string& key);
+  bool IsOwnFile(const std::string& folder, const std::string& name) const;
+  void Fail(const std::string& path, const std::string& fault);
+  FolderOfRoot FolderAt(const std::string& path) const;
+
+  const Root root_;
+  const StampRules rules_;
+  const std::string catalogue_folder_, catalogue_name_;
+  const Events events_;
+  Statement files_, companions_, gone_, gone_folders_, gone_tail_, count_;
+  std::optional<FolderWalk> walk_;
+  std::string identity_;
+  std::string next_key_;  // the least that a folder after those that were compared can have
+  bool has_begun_ = false, has_ended_ = false;
+  bool is_whole_ = true;
+  bool has_files_ = false;
+  bool is_other_kind_ = false;  // a folder where a file was before, or a file where a folder was
+  std::deque<FoundFile> ready_;
+};
+
+}  // namespace quillmark::tool
+
+#endif

@@ -1,0 +1,25 @@
+// The tables of a catalogue and the numbers by which a file is known as one. docs/catalogue.md documents the
+// tables and views for people who open a catalogue with other programs.
+#ifndef QUILLMARK_TOOL_CATALOGUE_SCHEMA_H_
+#define QUILLMARK_TOOL_CATALOGUE_SCHEMA_H_
+
+#include <cstdint>
+
+namespace quillmark::tool {
+
+class Database;
+
+inline constexpr std::int64_t kApplicationId = 0x516D4361;  // "QmCa"
+inline constexpr std::int64_t kSchemaVersion = 1;
+// Rises when the library or the tool gives another answer for an unchanged file: such files are read again.
+inline constexpr std::int64_t kReadingRules = 1;
+
+// Makes the tables in an empty database.
+void CreateSchema(Database& database);
+
+// Throws a DatabaseError unless the file is a catalogue that this program understands.
+void CheckSchema(Database& database);
+
+}  // namespace quillmark::tool
+
+#endif
