@@ -251,4 +251,4 @@ class CatalogueTest(ToolCase):
                 self.check(["catalogue", command, path], 1, err=f"quillmark: {path}: {words}\n")
             self.assertEqual(path.read_bytes() if path.is_file() else None, before)
         self.check("catalogue list none.db", 1, err="quillmark: none.db: no such catalogue; ...\n")
-        self.check("catalogue update no/c.db in", 1, err="quillmark: ...no/c.db: the catalogue cannot be written: No such ...\n")
+        self.check("catalogue update no/c.db in", 1, err="quillmark: ...no/c.db.lock: the lock of the catalogue cannot be made: No such ...\n")

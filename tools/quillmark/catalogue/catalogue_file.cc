@@ -4,15 +4,14 @@
 #include <stdio.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "catalogue/file_clock.h"
+#include "catalogue/own_files.h"
 #include "catalogue/schema.h"
 #include "text/printable.h"
 
@@ -20,8 +19,6 @@ namespace quillmark::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kNewEnding = ".new-";
 
 [[noreturn]] void ThrowFor(const std::string& path, const std::string& what) {
   throw DatabaseError(Printable(path) + ": " + what);
@@ -32,31 +29,36 @@ bool Exists(const std::string& path) {
   return ::stat(path.c_str(), &found) == 0;
 }
 
-// The log beside the file needs memory that all its users share: only on one machine's file systems.
-bool IsLocal(const std::string& path) {
-  constexpr std::array<std::uint32_t, 8> kLocal = {
-      0xEF53,      // ext2, ext3, ext4
-      0x58465342,  // XFS
-      0x9123683E,  // Btrfs
-      0x01021994,  // tmpfs
-      0x2FC12FC1,  // ZFS
-      0x794C7630,  // overlay
-      0xF2F52010,  // F2FS
-      0xCA451A4E,  // bcachefs
-  };
-  struct statfs system {};
-  if (::statfs(path.c_str(), &system) != 0) return false;
-  return std::find(kLocal.begin(), kLocal.end(), static_cast<std::uint32_t>(system.f_type)) != kLocal.end();
+Database Opened(const std::string& path, Database::Access access) {
+  Database database(path, access);
+  CheckSchema(database);
+  return database;
 }
 
-// Removes what killed processes began to make.
+// Whether a file that has the name for it is a catalogue that a killed process began to make.
+bool IsUnfinished(const fs::path& path) {
+  std::error_code ignored;
+  if (fs::symlink_status(path, ignored).type() != fs::file_type::regular) return false;
+  if (fs::is_empty(path, ignored) || Exists(path.native() + "-journal")) return true;
+  try {
+    Opened(path, Database::Access::kReadAsIs);
+    return true;
+  } catch (const DatabaseError&) {
+    return false;
+  }
+}
+
 void RemoveUnfinished(const fs::path& catalogue) {
-  const std::string beginning = catalogue.filename().native() + kNewEnding;
+  const std::string beginning = catalogue.filename().native();
   std::error_code error;
   std::error_code ignored;
   for (fs::directory_iterator it(catalogue.parent_path(), error), end; !error && it != end;
        it.increment(error)) {
-    if (it->path().filename().native().starts_with(beginning)) fs::remove(it->path(), ignored);
+    const std::string name = it->path().filename().native();
+    if (!name.starts_with(beginning) || !IsNewEnding(name.substr(beginning.size()))) continue;
+    if (!IsUnfinished(it->path())) continue;
+    fs::remove(it->path(), ignored);
+    fs::remove(it->path().native() + "-journal", ignored);
   }
 }
 
@@ -64,7 +66,7 @@ void RemoveUnfinished(const fs::path& catalogue) {
 // replaces a file.
 void MakeCatalogue(const std::string& path) {
   RemoveUnfinished(path);
-  const std::string unfinished = path + kNewEnding + std::to_string(::getpid());
+  const std::string unfinished = path + std::string(kNewEnding) + std::to_string(::getpid());
   const auto remove = [&] {
     ::unlink(unfinished.c_str());
     ::unlink((unfinished + "-journal").c_str());
@@ -78,12 +80,25 @@ void MakeCatalogue(const std::string& path) {
   }
   int error =
       ::renameat2(AT_FDCWD, unfinished.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0 ? 0 : errno;
-  if ((error == EINVAL || error == ENOSYS) && !Exists(path)) {
+  if ((error == EINVAL || error == ENOSYS) && !fs::exists(fs::symlink_status(path))) {
     error = ::rename(unfinished.c_str(), path.c_str()) == 0 ? 0 : errno;
   }
   if (error == 0) return;
   remove();
   ThrowFor(path, std::string("the catalogue cannot be made: ") + std::strerror(error));
+}
+
+// Throws unless there is a catalogue. Other databases are not changed by it: opened in the usual way, one
+// would be if somebody else left it half written. SQLite looks, as nothing else may open a file that it has
+// locked.
+void CheckFile(const std::string& path, const std::string& given) {
+  struct stat found {};
+  if (::stat(path.c_str(), &found) != 0) {
+    if (errno == ENOENT) ThrowFor(given, "no such catalogue; quillmark catalogue update makes one");
+    ThrowFor(path, std::string("the catalogue cannot be opened: ") + std::strerror(errno));
+  }
+  if (!S_ISREG(found.st_mode)) ThrowFor(path, "not a catalogue");
+  Opened(path, Database::Access::kReadAsIs);
 }
 
 }  // namespace
@@ -97,19 +112,22 @@ std::string CataloguePath(const std::string& path) {
 
 Database OpenCatalogue(const std::string& path) {
   const std::string whole = CataloguePath(path);
-  if (!Exists(whole)) {
-    ThrowFor(path, "no such catalogue; quillmark catalogue update makes one");
+  CheckFile(whole, path);
+  try {
+    return Opened(whole, Database::Access::kRead);
+  } catch (const CannotOpen&) {
+    // A killed update leaves the mark of a log in the file. Where nothing can be made beside it, as on
+    // read-only media, and there is no log, the file says all.
+    if (Exists(whole + "-wal")) throw;
+    return Opened(whole, Database::Access::kReadAsIs);
   }
-  Database database(whole, Database::Access::kRead);
-  CheckSchema(database);
-  return database;
 }
 
 UpdateLock::UpdateLock(const std::string& catalogue) {
   const std::string path = catalogue + ".lock";
   descriptor_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
   if (descriptor_ < 0) {
-    ThrowFor(catalogue, std::string("the catalogue cannot be written: ") + std::strerror(errno));
+    ThrowFor(path, std::string("the lock of the catalogue cannot be made: ") + std::strerror(errno));
   }
   if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return;
   const int error = errno;
@@ -124,13 +142,13 @@ UpdateLock::~UpdateLock() { ::close(descriptor_); }
 UpdatedCatalogue::UpdatedCatalogue(const std::string& path, IfMissing if_missing) {
   const std::string whole = CataloguePath(path);
   // Before anything is written beside a file that is no catalogue.
-  if (Exists(whole) || if_missing == IfMissing::kFail) OpenCatalogue(whole);
+  if (Exists(whole) || if_missing == IfMissing::kFail) OpenCatalogue(path);
   lock_.emplace(whole);
   if (!Exists(whole)) MakeCatalogue(whole);
-  database_.emplace(whole, Database::Access::kWrite);
-  CheckSchema(*database_);
+  database_.emplace(Opened(whole, Database::Access::kWrite));
   // By this SQLite tries to write, which shows at once whether that is allowed.
-  if (IsLocal(whole)) database_->Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+  // The log beside the file needs memory that all its users share.
+  if (IsOnThisMachine(whole)) database_->Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   const Transaction tried(*database_);
 }
 
@@ -142,13 +160,6 @@ UpdatedCatalogue::~UpdatedCatalogue() {
   } catch (const std::exception&) {
     // All that was committed stays readable from the log.
   }
-}
-
-bool UpdatedCatalogue::IsOwnName(const std::string& catalogue_name, const std::string& name) {
-  if (!name.starts_with(catalogue_name)) return false;
-  const std::string ending = name.substr(catalogue_name.size());
-  return ending.empty() || ending == "-wal" || ending == "-shm" || ending == "-journal" ||
-         ending == ".lock" || ending.starts_with(kNewEnding);
 }
 
 }  // namespace quillmark::tool

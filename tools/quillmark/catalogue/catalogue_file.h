@@ -10,7 +10,8 @@
 
 namespace quillmark::tool {
 
-// Opens a catalogue to look things up in it. Throws a DatabaseError when there is none.
+// Opens a catalogue to look things up in it. Throws a DatabaseError when there is none; a file that is no
+// catalogue is not changed.
 Database OpenCatalogue(const std::string& path);
 
 // Keeps other updates of the same catalogue out while it lives, by a file beside it that stays.
@@ -25,7 +26,7 @@ class UpdateLock {
   int descriptor_;
 };
 
-// A catalogue that is updated. Where there is none, one without roots is made, if that is wanted.
+// A catalogue that is being written. Where there is none, one without roots is made, if that is wanted.
 class UpdatedCatalogue {
  public:
   enum class IfMissing { kFail, kMake };
@@ -36,8 +37,6 @@ class UpdatedCatalogue {
   UpdatedCatalogue& operator=(const UpdatedCatalogue&) = delete;
 
   Database& database() { return *database_; }
-  // Whether a path in the catalogue's own folder is that of the catalogue or of a file that belongs to it.
-  static bool IsOwnName(const std::string& catalogue_name, const std::string& name);
 
  private:
   std::optional<UpdateLock> lock_;

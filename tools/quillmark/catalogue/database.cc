@@ -14,6 +14,9 @@ namespace {
 // Readers wait so long for a commit, and a commit for readers where there is no log beside the file.
 constexpr int kPatienceMilliseconds = 10'000;
 
+// Bytes, of a row or a value: far more than any face has.
+constexpr int kLongestValue = 16 << 20;
+
 std::string WordsOf(int code, int system_error, const char* message) {
   switch (code & 0xFF) {
     case SQLITE_FULL:
@@ -27,7 +30,7 @@ std::string WordsOf(int code, int system_error, const char* message) {
       return "the catalogue cannot be written";
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return "another program keeps the catalogue from being used";
+      return "another program is at work with the catalogue and does not end";
     case SQLITE_CANTOPEN:
       return std::string("the catalogue cannot be opened: ") +
              (system_error != 0 ? std::strerror(system_error) : message);
@@ -41,32 +44,65 @@ std::string WordsOf(int code, int system_error, const char* message) {
   }
 }
 
+// The path as SQLite takes it with a parameter behind it.
+std::string AsUri(const std::string& path) {
+  constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/-_.~";
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char each : path) {
+    const auto byte = static_cast<unsigned char>(each);
+    if (kPlain.find(each) != std::string_view::npos) {
+      uri += each;
+    } else {
+      uri += {'%', kDigits[byte / 16], kDigits[byte % 16]};
+    }
+  }
+  return uri;
+}
+
+int OpeningFlags(Database::Access access) {
+  switch (access) {
+    case Database::Access::kReadAsIs:
+      return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+    case Database::Access::kCreate:
+      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    case Database::Access::kRead:
+    case Database::Access::kWrite:
+      break;
+  }
+  // Also for reading: a journal that a killed process left must be played back. Where that is not allowed,
+  // SQLite opens for reading.
+  return SQLITE_OPEN_READWRITE;
+}
+
 }  // namespace
 
 void Database::Close::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 
 Database::Database(std::string path, Access access) : path_(std::move(path)) {
-  // Opened for writing in any case: a journal that a killed process left must be played back. Where that is
-  // not allowed, SQLite opens for reading.
-  const int flags = SQLITE_OPEN_READWRITE | (access == Access::kCreate ? SQLITE_OPEN_CREATE : 0);
+  const std::string name = access == Access::kReadAsIs ? AsUri(path_) + "?immutable=1" : path_;
   sqlite3* handle = nullptr;
-  const int opened = sqlite3_open_v2(path_.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int opened =
+      sqlite3_open_v2(name.c_str(), &handle, OpeningFlags(access) | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);
   if (opened != SQLITE_OK) Fail(opened);
   sqlite3_busy_timeout(handle, kPatienceMilliseconds);
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestValue);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, access == Access::kCreate ? 1 : 0, nullptr);
   Run("PRAGMA foreign_keys = ON; PRAGMA cell_size_check = ON");
-  if (access == Access::kRead) Run("PRAGMA query_only = ON");
+  if (access == Access::kRead || access == Access::kReadAsIs) Run("PRAGMA query_only = ON");
 }
 
 void Database::Fail(int code) const {
   if ((code & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
   const int system_error = handle_ ? sqlite3_system_errno(handle()) : 0;
   const char* const message = handle_ ? sqlite3_errmsg(handle()) : sqlite3_errstr(code);
-  throw DatabaseError(Printable(path_) + ": " + WordsOf(code, system_error, message));
+  const std::string words = Printable(path_) + ": " + WordsOf(code, system_error, message);
+  if ((code & 0xFF) == SQLITE_CANTOPEN) throw CannotOpen(words);
+  throw DatabaseError(words);
 }
 
 void Database::Run(const char* statements) {

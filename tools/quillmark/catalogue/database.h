@@ -21,12 +21,22 @@ class DatabaseError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The file, or what must be made beside it, cannot be opened.
+class CannotOpen : public DatabaseError {
+ public:
+  using DatabaseError::DatabaseError;
+};
+
 class Database {
  public:
-  enum class Access { kRead, kWrite, kCreate };
+  enum class Access {
+    kReadAsIs,  // looks at the file alone and touches nothing, as if nobody could write it
+    kRead,      // never changes what it says; completes or undoes what a killed process left half written
+    kWrite,
+    kCreate,
+  };
 
-  // `path` is absolute. What the file holds is not trusted: no view and no trigger of it ever runs. kRead
-  // never changes what the file says, but completes or undoes what a killed process left half written.
+  // `path` is absolute. What the file holds is not trusted: no view and no trigger of it ever runs.
   Database(std::string path, Access access);
 
   const std::string& path() const { return path_; }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "api/font_array.h"
-#include "catalogue/schema.h"
+#include "catalogue/reading_rules.h"
 #include "reasons/fork_places.h"
 
 namespace quillmark::tool {
@@ -41,7 +41,7 @@ bool HaveChanged(const std::string& path, const Stamp& before) {
 
 }  // namespace
 
-FileDetails DetailsOf(const IdentifiedFile& file) {
+FileDetails DetailsOf(const IdentifiedFile& file, const FileSystem& system) {
   if (!file.array) return {};
   std::vector<LibraryFace> faces;
   for (const Face& face : file.faces) {
@@ -54,7 +54,7 @@ FileDetails DetailsOf(const IdentifiedFile& file) {
   }
   // The face of a file that holds no other has the size of both forks.
   const bool is_single = faces.front().fond_id == -1 && faces.front().kind != "TrueType Collection";
-  return ReadDetails(file.source.path, faces, is_single ? file.faces.front().outline_file_size : 0);
+  return ReadDetails(file.source.path, faces, is_single ? file.faces.front().outline_file_size : 0, system);
 }
 
 FileTable::FileTable(Database& database, std::int64_t run)

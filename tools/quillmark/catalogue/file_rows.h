@@ -16,7 +16,7 @@
 namespace quillmark::tool {
 
 // Opens the file once more, if it gave faces. For any thread.
-FileDetails DetailsOf(const IdentifiedFile& file);
+FileDetails DetailsOf(const IdentifiedFile& file, const FileSystem& system);
 
 enum class FileChange { kAdded, kChanged, kSame };
 

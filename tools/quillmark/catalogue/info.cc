@@ -10,6 +10,7 @@
 
 #include "catalogue/catalogue.h"
 #include "catalogue/catalogue_file.h"
+#include "catalogue/reading_rules.h"
 #include "catalogue/schema.h"
 #include "output/json_form.h"
 #include "text/printable.h"

@@ -8,8 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "catalogue/catalogue_file.h"
-#include "catalogue/schema.h"
+#include "catalogue/reading_rules.h"
 
 namespace quillmark::tool {
 namespace {
@@ -18,21 +17,14 @@ std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind
 std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 std::string WithSlash(const std::string& path) { return path.ends_with('/') ? path : path + '/'; }
 
-bool AreSameFolder(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev &&
-         first.st_ino == second.st_ino;
-}
-
 constexpr const char kFile[] = "file";
 // The key that follows that of the root itself, which is empty.
 constexpr std::string_view kPastFirstKey("\0", 1);
 
 constexpr const char kFiles[] =
-    "SELECT files.id, name, kind, size, mtime, ctime, inode, attributes, companions, uncertain OR rules <> "
-    "?3, "
-    "whole_folder FROM folders JOIN files ON files.folder = folders.id "
+    "SELECT files.id, name, kind, size, mtime, ctime, inode, attributes, companions, uncertain, "
+    "whole_folder, "
+    "rules, outcome FROM folders JOIN files ON files.folder = folders.id "
     "WHERE root = ?1 AND key = ?2 ORDER BY name";
 
 Stamp StampIn(const Statement& found, int column) {
@@ -42,12 +34,12 @@ Stamp StampIn(const Statement& found, int column) {
 
 }  // namespace
 
-RootScan::RootScan(Database& database, Root root, StampRules rules, const std::string& catalogue,
-                   Events events)
+RootScan::RootScan(Database& database, Root root, StampRules rules, const OwnFiles& own,
+                   const FileClock& clock, Events events)
     : root_(std::move(root)),
       rules_(rules),
-      catalogue_folder_(FolderOf(catalogue)),
-      catalogue_name_(NameOf(catalogue)),
+      own_(own),
+      clock_(clock),
       events_(std::move(events)),
       files_(database, kFiles),
       companions_(database,
@@ -86,6 +78,7 @@ void RootScan::Begin() {
     has_ended_ = true;
     return;
   }
+  device_ = found.st_dev;
   const bool is_folder = S_ISDIR(found.st_mode);
   is_other_kind_ = !root_.identity.empty() && is_folder == (root_.identity == kFile);
   if (!is_folder) return BeginWithFile();
@@ -108,7 +101,6 @@ void RootScan::BeginWithFile() {
     }
   }
   gone_tail_.Run(root_.id, Blob{kPastFirstKey});
-  if (IsOwnFile(folder.path, name.name)) return;
   std::vector<FoundFile> dependents;
   CompareFile(folder, name, ForkCarriers(folder.path), row, dependents);
   // The files beside it are not looked at, so that it is not known whether they changed.
@@ -145,17 +137,14 @@ FolderOfRoot RootScan::FolderAt(const std::string& path) const {
 
 std::vector<RootScan::Known> RootScan::KnownIn(const std::string& key) {
   std::vector<Known> known;
-  files_.With(root_.id, Blob{key}, kReadingRules);
+  files_.With(root_.id, Blob{key});
   while (files_.Step()) {
+    const bool is_outdated = MustReadAgain(files_.Integer(11), static_cast<Outcome>(files_.Integer(12)));
     known.push_back({files_.Integer(0), files_.Text(1), StampIn(files_, 2), files_.Integer(8) != 0,
-                     files_.Integer(9) != 0 || is_other_kind_, files_.Integer(10) != 0});
+                     files_.Integer(9) != 0 || is_outdated || is_other_kind_, files_.Integer(10) != 0});
   }
   files_.Reset();
   return known;
-}
-
-bool RootScan::IsOwnFile(const std::string& folder, const std::string& name) const {
-  return UpdatedCatalogue::IsOwnName(catalogue_name_, name) && AreSameFolder(folder, catalogue_folder_);
 }
 
 void RootScan::Compare(const WalkedFolder& walked) {
@@ -179,7 +168,6 @@ void RootScan::Compare(const WalkedFolder& walked) {
       has_gone = true;
     }
     const bool is_known = row != known.end() && row->name == name.name;
-    if (IsOwnFile(folder.path, name.name)) continue;
     CompareFile(folder, name, carriers, is_known ? &*row : nullptr, dependents);
     if (is_known) ++row;
   }
@@ -198,10 +186,15 @@ void RootScan::Compare(const WalkedFolder& walked) {
 void RootScan::CompareFile(const FolderOfRoot& folder, const WalkedFolder::Name& name,
                            const ForkCarriers& carriers, const Known* known,
                            std::vector<FoundFile>& dependents) {
-  events_.on_file();
-  FoundFile file{folder, name.name, name.is_sidecar, {}, {}, Now(), known == nullptr ? 0 : known->id};
+  FoundFile file{
+      folder, name.name, name.is_sidecar, {}, {}, clock_.Now(device_), known == nullptr ? 0 : known->id};
   const std::string path = file.path();
   file.stamp = StampOf(path);
+  if (own_.Contain(path, file.stamp.inode)) {
+    if (known != nullptr) gone_.Run(known->id);
+    return;
+  }
+  events_.on_file();
   file.carriers = carriers.Of(name.name);
   const bool is_as_known =
       known != nullptr && !known->must_be_read && IsAsKnown(path, file.stamp, known->stamp, rules_) &&

@@ -12,7 +12,9 @@
 #include <vector>
 
 #include "catalogue/database.h"
+#include "catalogue/file_clock.h"
 #include "catalogue/fork_carriers.h"
+#include "catalogue/own_files.h"
 #include "catalogue/stamps.h"
 #include "files/folder_walk.h"
 
@@ -51,9 +53,10 @@ class RootScan {
     std::function<void(const std::string& path, const std::string& fault)> on_fault;
     std::function<bool()> stopped;
   };
-  // `catalogue` is the path of the database, which is no member of its own roots, nor are the files beside it
-  // that belong to it. The table temp.gone_files gets the rows of files that are not there any more.
-  RootScan(Database& database, Root root, StampRules rules, const std::string& catalogue, Events events);
+  // `own` and `clock` outlive the object. The table temp.gone_files gets the rows of files that are not there
+  // any more.
+  RootScan(Database& database, Root root, StampRules rules, const OwnFiles& own, const FileClock& clock,
+           Events events);
 
   std::optional<FoundFile> Next();
 
@@ -80,17 +83,18 @@ class RootScan {
                    const Known* known, std::vector<FoundFile>& dependents);
   bool HasCompanionsAsKnown(std::int64_t file, const Companions& carriers);
   std::vector<Known> KnownIn(const std::string& key);
-  bool IsOwnFile(const std::string& folder, const std::string& name) const;
   void Fail(const std::string& path, const std::string& fault);
   FolderOfRoot FolderAt(const std::string& path) const;
 
   const Root root_;
   const StampRules rules_;
-  const std::string catalogue_folder_, catalogue_name_;
+  const OwnFiles& own_;
+  const FileClock& clock_;
   const Events events_;
   Statement files_, companions_, gone_, gone_folders_, gone_tail_, count_;
   std::optional<FolderWalk> walk_;
   std::string identity_;
+  dev_t device_ = 0;      // of the root
   std::string next_key_;  // the least that a folder after those that were compared can have
   bool has_begun_ = false, has_ended_ = false;
   bool is_whole_ = true;

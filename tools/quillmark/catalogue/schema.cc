@@ -162,9 +162,9 @@ void CreateSchema(Database& database) {
 void CheckSchema(Database& database) {
   const auto refuse = [&](const char* why) { throw DatabaseError(Printable(database.path()) + ": " + why); };
   if (database.Number("PRAGMA application_id") != kApplicationId) refuse("not a catalogue");
-  if (database.Number("PRAGMA user_version").value_or(0) > kSchemaVersion) {
-    refuse("a catalogue of a newer version of Quillmark");
-  }
+  const std::int64_t version = database.Number("PRAGMA user_version").value_or(0);
+  if (version > kSchemaVersion) refuse("a catalogue of a newer version of Quillmark");
+  if (version != kSchemaVersion) refuse("not a catalogue");
 }
 
 }  // namespace quillmark::tool

@@ -11,8 +11,6 @@ class Database;
 
 inline constexpr std::int64_t kApplicationId = 0x516D4361;  // "QmCa"
 inline constexpr std::int64_t kSchemaVersion = 1;
-// Rises when the library or the tool gives another answer for an unchanged file: such files are read again.
-inline constexpr std::int64_t kReadingRules = 1;
 
 // Makes the tables in an empty database.
 void CreateSchema(Database& database);

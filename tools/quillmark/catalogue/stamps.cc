@@ -19,15 +19,15 @@ constexpr std::int64_t kNanoseconds = 1'000'000'000;
 // Two seconds, as on FAT, and how far the kernel's clock for files lags behind.
 constexpr std::int64_t kLongestTick = 2 * kNanoseconds + kNanoseconds / 20;
 
-std::int64_t InNanoseconds(const timespec& time) {
-  return static_cast<std::int64_t>(time.tv_sec) * kNanoseconds + time.tv_nsec;
-}
-
 constexpr std::string_view kForkAttributes[] = {"user.com.apple.FinderInfo", "user.com.apple.ResourceFork",
                                                 "user.org.netatalk.Metadata",
                                                 "user.org.netatalk.ResourceFork"};
 
 }  // namespace
+
+std::int64_t InNanoseconds(const timespec& time) {
+  return static_cast<std::int64_t>(time.tv_sec) * kNanoseconds + time.tv_nsec;
+}
 
 Stamp StampOf(const std::string& path) {
   struct stat found {};
@@ -78,13 +78,6 @@ bool IsAsKnown(const std::string& path, const Stamp& found, const Stamp& known, 
   if (!rules.ignore_inode && found.inode != known.inode) return false;
   if (!rules.ignore_ctime) return found.ctime == known.ctime;
   return AttributesOf(path) == known.attributes;
-}
-
-// The coarse clock is the one that files get their times from.
-std::int64_t Now() {
-  timespec time{};
-  ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
-  return InNanoseconds(time);
 }
 
 bool IsUncertainAt(const Stamp& stamp, std::int64_t time) {

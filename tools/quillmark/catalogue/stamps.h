@@ -3,6 +3,8 @@
 #ifndef QUILLMARK_TOOL_CATALOGUE_STAMPS_H_
 #define QUILLMARK_TOOL_CATALOGUE_STAMPS_H_
 
+#include <time.h>
+
 #include <cstdint>
 #include <string>
 
@@ -31,6 +33,8 @@ struct StampRules {
   bool ignore_inode = false;
 };
 
+std::int64_t InNanoseconds(const timespec& time);
+
 // Of what the path leads to, links followed, without its attributes.
 Stamp StampOf(const std::string& path);
 std::int64_t AttributesOf(const std::string& path);
@@ -39,8 +43,6 @@ Stamp WholeStampOf(const std::string& path);
 
 // Whether a path has a stamp as known. Attributes are looked up where the rules need them.
 bool IsAsKnown(const std::string& path, const Stamp& found, const Stamp& known, StampRules rules);
-
-std::int64_t Now();
 
 // Whether the file may change after `time` without its stamp showing it, since clocks of file systems go in
 // steps of up to two seconds.

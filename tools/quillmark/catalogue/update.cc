@@ -12,7 +12,9 @@
 #include "catalogue/catalogue.h"
 #include "catalogue/catalogue_file.h"
 #include "catalogue/derived.h"
+#include "catalogue/file_clock.h"
 #include "catalogue/file_rows.h"
+#include "catalogue/own_files.h"
 #include "catalogue/recording_files.h"
 #include "catalogue/root_scan.h"
 #include "files/interrupt.h"
@@ -34,19 +36,19 @@ std::int64_t SecondsNow() {
       .count();
 }
 
-bool IsLinkOrMissing(const fs::path& path) {
+// Links are none.
+bool IsFolder(const fs::path& path) {
   std::error_code error;
-  const fs::file_status status = fs::symlink_status(path, error);
-  return error || status.type() != fs::file_type::directory;
+  return fs::symlink_status(path, error).type() == fs::file_type::directory;
 }
 
-// Absolute, without needless parts. Links stay, also those that "..", which leads elsewhere from their end,
-// follows.
+// Absolute, without needless parts. Links stay, and so does a ".." behind one, which is not the folder that
+// the link lies in.
 std::string RootPath(const std::string& path) {
   fs::path whole;
   for (const fs::path& part : fs::absolute(path)) {
     if (part.empty() || part == ".") continue;
-    if (part == ".." && whole.has_relative_path() && whole.filename() != ".." && !IsLinkOrMissing(whole)) {
+    if (part == ".." && whole.has_relative_path() && whole.filename() != ".." && IsFolder(whole)) {
       whole = whole.parent_path();
     } else if (part != ".." || whole.has_relative_path()) {
       whole /= part;
@@ -115,7 +117,9 @@ class Batch : public PathSource {
     recording = std::make_unique<Recording>(path);
     return std::make_unique<RecordingFiles>(files, *recording);
   }
-  void Detail(const IdentifiedFile& file) { files_[places_.at(file.source.path)].details = DetailsOf(file); }
+  void Detail(const IdentifiedFile& file, const FileSystem& system) {
+    files_[places_.at(file.source.path)].details = DetailsOf(file, system);
+  }
   const FileDetails& Details(const std::string& path) const { return files_[places_.at(path)].details; }
   Companions Asked(const std::string& path) {
     const auto& recording = files_[places_.at(path)].recording;
@@ -151,12 +155,10 @@ class Updater {
         run_(begun.id),
         files_(database, run_),
         jobs_(JobsThatCanOpenFiles(update.work.jobs)),
-        gone_(begun.gone) {
-    shared_.then = [this](const IdentifiedFile& file) { batch_.Detail(file); };
-    shared_.wrap = [this](const FontPath& source, const FileSystem& files) {
-      return batch_.Record(source.path, files);
-    };
-  }
+        own_(database.path()),
+        files_beside_(own_),
+        clock_(database.path().empty() ? "" : database.path() + ".lock"),
+        gone_(begun.gone) {}
 
   int Run() {
     for (const Root& root : roots_) {
@@ -182,6 +184,12 @@ class Updater {
   }
 
   void Walk(const Root& root) {
+    SharedReading shared;
+    shared.system = &files_beside_;
+    shared.then = [this](const IdentifiedFile& file) { batch_.Detail(file, files_beside_); };
+    shared.wrap = [this](const FontPath& source, const FileSystem& files) {
+      return batch_.Record(source.path, files);
+    };
     std::string fault;
     RootScan::Events events;
     events.on_file = [this] { progress_.Advance(); };
@@ -192,12 +200,12 @@ class Updater {
     events.stopped = [] { return Interrupted() != 0; };
     database_.Run("CREATE TEMP TABLE gone_files (file INTEGER PRIMARY KEY)");
     {
-      RootScan scan(database_, root, {update_.ignore_ctime, update_.ignore_inode}, database_.path(), events);
+      RootScan scan(database_, root, {update_.ignore_ctime, update_.ignore_inode}, own_, clock_, events);
       while (auto file = scan.Next()) {
         batch_.Add(*std::move(file));
-        if (batch_.size() >= kFilesOfBatch) Read(root);
+        if (batch_.size() >= kFilesOfBatch) Read(root, shared);
       }
-      Read(root);
+      Read(root, shared);
       commits_.Begin();
       if (scan.is_whole()) RemoveGone(root);
       if (Interrupted() == 0) {
@@ -211,7 +219,7 @@ class Updater {
     is_complete_ &= fault.empty();
   }
 
-  void Read(const Root& root) {
+  void Read(const Root& root, SharedReading& shared) {
     batch_.Finish();
     const auto write = [&](const IdentifiedFile& file) {
       try {
@@ -221,7 +229,7 @@ class Updater {
         throw DatabaseError(Printable(database_.path()) + ": there is too little memory to write it");
       }
     };
-    IdentifyAll(batch_, jobs_, kEveryNeed, write, shared_);
+    IdentifyAll(batch_, jobs_, kEveryNeed, write, shared);
     batch_.Clear();
   }
 
@@ -270,7 +278,9 @@ class Updater {
   FileTable files_;
   const unsigned jobs_;
   Batch batch_;
-  SharedReading shared_;
+  const OwnFiles own_;
+  const OtherFiles files_beside_;
+  const FileClock clock_;
   std::size_t gone_;
   std::size_t added_ = 0, changed_ = 0, read_ = 0, unreadable_ = 0;
   bool is_complete_ = true;
@@ -289,10 +299,10 @@ std::size_t ReplaceRoots(Database& database, std::int64_t run, const std::vector
       database,
       "INSERT INTO gone (run, root, path) SELECT ?, roots.path, CAST(folders.path || files.name AS BLOB) "
       "FROM roots JOIN folders ON folders.root = roots.id JOIN files ON files.folder = folders.id "
-      "WHERE position < 0")
+      "WHERE label = '' AND position < 0")
       .Run(run);
   const std::int64_t gone = database.Number("SELECT changes()").value_or(0);
-  database.Run("DELETE FROM roots WHERE position < 0");
+  database.Run("DELETE FROM roots WHERE label = '' AND position < 0");
   return static_cast<std::size_t>(gone);
 }
 
@@ -324,11 +334,11 @@ std::unique_ptr<PathCount> CountFor(const CatalogueUpdate& update, const std::ve
 }  // namespace
 
 int UpdateDatabase(Database& database, const CatalogueUpdate& update, bool tells_counts) {
-  const BegunRun begun = BeginRun(database, update.roots);
-  const std::vector<Root> roots = RootsOf(database);
-  if (roots.empty()) {
+  if (update.roots.empty() && RootsOf(database).empty()) {
     throw DatabaseError(Printable(update.catalogue) + ": the catalogue has no roots; give their paths");
   }
+  const BegunRun begun = BeginRun(database, update.roots);
+  const std::vector<Root> roots = RootsOf(database);
   DeriveAnewFor(database, update.tables);
   const auto count = CountFor(update, roots);
   Progress progress(ShowsProgress(update.work), [&] { return count ? count->total() : std::nullopt; });

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "catalogue/catalogue_file.h"
 #include "catalogue/face_rows.h"
 #include "catalogue/file_rows.h"
+#include "catalogue/own_files.h"
 #include "files/interrupt.h"
 #include "files/open_files.h"
 #include "text/printable.h"
@@ -20,16 +22,23 @@ namespace quillmark::tool {
 namespace {
 
 constexpr int kDifferencesFound = 3;
-constexpr std::size_t kFilesOfPart = 1024;
+constexpr std::int64_t kFilesOfPart = 1024;
 
-// Of this machine's roots: those of others cannot be read here.
-constexpr const char kFilesToRead[] = R"(
-SELECT files.id, folders.path, name, outcome, reason
-FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root
-WHERE files.id IN (SELECT files.id FROM files JOIN folders ON folders.id = files.folder
-                   JOIN roots ON roots.id = folders.root WHERE label = ''
-                   ORDER BY CASE WHEN ?1 < 0 THEN files.id ELSE random() END LIMIT ?1)
+// Of this machine's roots: those of others cannot be read here. Chosen at the start, and looked up part by
+// part: updates may have to wait for the end of a query.
+constexpr const char kChoose[] = R"(
+INSERT INTO temp.chosen (file)
+SELECT id FROM (
+  SELECT files.id, position, key, name
+  FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root
+  WHERE label = '' ORDER BY CASE WHEN ?1 < 0 THEN 0 ELSE random() END LIMIT ?1)
 ORDER BY position, key, name)";
+
+constexpr const char kPart[] = R"(
+SELECT place, files.id, folders.path, name, outcome, reason, listed, identity = 'file', key = x''
+FROM temp.chosen JOIN files ON files.id = chosen.file JOIN folders ON folders.id = files.folder
+JOIN roots ON roots.id = folders.root
+WHERE place > ?1 ORDER BY place LIMIT ?2)";
 
 struct KnownFile {
   std::int64_t id = 0;
@@ -56,11 +65,14 @@ class Part : public PathSource {
   std::atomic<bool> stopped_ = false;
 };
 
-bool IsSame(const IdentifiedFile& file, const KnownFile& known, FaceTable& faces) {
+bool IsSame(const IdentifiedFile& file, const KnownFile& known, FaceTable& faces, const FileSystem& system) {
   const Explanation& found = file.explanation;
-  if (found.outcome != known.explanation.outcome || found.reason != known.explanation.reason) return false;
+  if (found.outcome != known.explanation.outcome || found.reason != known.explanation.reason ||
+      found.listed != known.explanation.listed) {
+    return false;
+  }
   const std::vector<FaceRow> rows =
-      file.array ? RowsOf(file.faces, *file.array, DetailsOf(file).variable) : std::vector<FaceRow>();
+      file.array ? RowsOf(file.faces, *file.array, DetailsOf(file, system).variable) : std::vector<FaceRow>();
   const std::vector<FaceRow> kept = faces.Read(known.id);
   return std::equal(rows.begin(), rows.end(), kept.begin(), kept.end(),
                     [](const FaceRow& a, const FaceRow& b) { return a.Equals(b); });
@@ -81,64 +93,75 @@ bool MarkToBeRead(const std::string& catalogue, const std::vector<std::int64_t>&
   }
 }
 
+struct Findings {
+  std::size_t read = 0;                 // files
+  std::vector<std::int64_t> differing;  // rows of files
+  bool is_complete = true;
+};
+
 class Verifier {
  public:
   Verifier(const CatalogueCheck& check, Database& database)
       : check_(check),
         faces_(database),
-        files_(database, kFilesToRead),
+        own_(database.path()),
+        files_beside_(own_),
         jobs_(JobsThatCanOpenFiles(check.work.jobs)),
         progress_(ShowsProgress(check.work), [this] { return total_; }) {
-    const std::int64_t all = database.Number("SELECT count(*) FROM files").value_or(0);
-    total_ = static_cast<std::size_t>(std::min(all, check.sample.value_or(all)));
+    shared_.system = &files_beside_;
+    database.Run(
+        "PRAGMA query_only = OFF; CREATE TEMP TABLE chosen (place INTEGER PRIMARY KEY, file INTEGER)");
+    Statement(database, kChoose).Run(check.sample.value_or(-1));
+    database.Run("PRAGMA query_only = ON");
+    total_ = static_cast<std::size_t>(database.Number("SELECT count(*) FROM temp.chosen").value_or(0));
+    part_.emplace(database, kPart);
   }
 
-  int Run() {
-    files_.With(check_.sample.value_or(-1));
-    std::vector<KnownFile> part;
-    while (Interrupted() == 0 && files_.Step()) {
-      part.push_back(KnownIn(files_));
-      if (part.size() >= kFilesOfPart) Read(part);
-    }
-    Read(part);
-    files_.Reset();
+  Findings Run() {
+    for (std::vector<KnownFile> part = NextPart(); !part.empty(); part = NextPart()) Read(part);
     progress_.Clear();
     FlushOutput();
-    if (Interrupted() != 0) std::cerr << "stopped after " + Counted(progress_.done(), "file") + '\n';
-    if (!differing_.empty() && !MarkToBeRead(check_.catalogue, differing_)) {
-      std::cerr << "the catalogue cannot be written, so that the next update does not know of these files\n";
-    }
-    if (!check_.work.quiet) {
-      std::cerr << Counted(progress_.done(), "file") + " read again, " + std::to_string(differing_.size()) +
-                       " with another result\n";
-    }
-    if (Interrupted() != 0) return InterruptedStatus();
-    return !is_complete_ ? 1 : differing_.empty() ? 0 : kDifferencesFound;
+    return {progress_.done(), std::move(differing_), is_complete_};
   }
 
  private:
-  static KnownFile KnownIn(const Statement& row) {
-    KnownFile file{row.Integer(0), row.Text(1) + row.Text(2), false, {}};
-    file.explanation.outcome = static_cast<Outcome>(row.Integer(3));
-    file.explanation.reason = row.Text(4);
-    const std::string name = row.Text(2);
-    file.is_sidecar = name.starts_with("._") || row.Text(1).ends_with("/.AppleDouble/");
+  std::vector<KnownFile> NextPart() {
+    std::vector<KnownFile> part;
+    if (Interrupted() != 0) return part;
+    part_->With(last_place_, kFilesOfPart);
+    while (part_->Step()) part.push_back(TakeKnown(*part_));
+    part_->Reset();
+    return part;
+  }
+
+  KnownFile TakeKnown(const Statement& row) {
+    last_place_ = row.Integer(0);
+    const std::string folder = row.Text(2);
+    const std::string name = row.Text(3);
+    KnownFile file{row.Integer(1), folder + name, false, {}};
+    file.explanation.outcome = static_cast<Outcome>(row.Integer(4));
+    file.explanation.reason = row.Text(5);
+    if (!row.IsNull(6)) file.explanation.listed = static_cast<std::uint32_t>(row.Integer(6));
+    // As a walk takes them: not a root that is a file, nor the files of a root that is such a folder.
+    const bool is_root = row.Integer(7) != 0;
+    const bool is_in_root = row.Integer(8) != 0;
+    file.is_sidecar =
+        !is_root && (name.starts_with("._") || (!is_in_root && folder.ends_with("/.AppleDouble/")));
     return file;
   }
 
-  void Read(std::vector<KnownFile>& part) {
+  void Read(const std::vector<KnownFile>& part) {
     std::map<std::string, const KnownFile*> by_path;
     for (const KnownFile& file : part) by_path.emplace(file.path, &file);
     Part source(part);
     IdentifyAll(
         source, jobs_, kEveryNeed,
         [&](const IdentifiedFile& file) { Compare(file, *by_path.at(file.source.path)); }, shared_);
-    part.clear();
   }
 
   void Compare(const IdentifiedFile& file, const KnownFile& known) {
     const bool is_unreadable = file.explanation.outcome == Outcome::kUnreadable;
-    const bool is_same = IsSame(file, known, faces_);
+    const bool is_same = IsSame(file, known, faces_, files_beside_);
     if (!is_same) differing_.push_back(known.id);
     if (is_unreadable) is_complete_ = false;
     if (!is_same || is_unreadable) progress_.Clear();
@@ -152,11 +175,14 @@ class Verifier {
 
   const CatalogueCheck& check_;
   FaceTable faces_;
-  Statement files_;
+  const OwnFiles own_;
+  const OtherFiles files_beside_;
   const unsigned jobs_;
   std::optional<std::size_t> total_;
   Progress progress_;
   SharedReading shared_;
+  std::optional<Statement> part_;
+  std::int64_t last_place_ = 0;
   std::vector<std::int64_t> differing_;
   bool is_complete_ = true;
 };
@@ -165,8 +191,21 @@ class Verifier {
 
 int VerifyCatalogue(const CatalogueCheck& check) {
   NoteInterrupts();
-  Database database = OpenCatalogue(check.catalogue);
-  return Verifier(check, database).Run();
+  Findings found;
+  {
+    Database database = OpenCatalogue(check.catalogue);
+    found = Verifier(check, database).Run();
+  }
+  if (Interrupted() != 0) std::cerr << "stopped after " + Counted(found.read, "file") + '\n';
+  if (!found.differing.empty() && !MarkToBeRead(check.catalogue, found.differing)) {
+    std::cerr << "the catalogue cannot be written, so that the next update does not know of these files\n";
+  }
+  if (!check.work.quiet) {
+    std::cerr << Counted(found.read, "file") + " read again, " + std::to_string(found.differing.size()) +
+                     " with another result\n";
+  }
+  if (Interrupted() != 0) return InterruptedStatus();
+  return !found.is_complete ? 1 : found.differing.empty() ? 0 : kDifferencesFound;
 }
 
 }  // namespace quillmark::tool

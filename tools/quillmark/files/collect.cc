@@ -67,7 +67,7 @@ class Identifier {
   }
 
   IdentifiedFile Try(const FontPath& source, const std::string& path) {
-    const WatchedFiles files;
+    const WatchedFiles files(*shared_.system);
     CreationResult result;
     Explanation explanation;
     std::vector<bool> variable;

@@ -32,8 +32,10 @@ void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs,
 
 // What the parts of a work share that calls IdentifyAll for each of them.
 struct SharedReading {
-  // Makes the file system through which a file is read, around the machine's own. Called on any thread, and
-  // again when a file is tried again.
+  // Where the files are; outlives the object.
+  const FileSystem* system = &SystemFiles();
+  // Makes the file system through which a file is read, around that one. Called on any thread, and again when
+  // a file is tried again.
   std::function<std::unique_ptr<const FileSystem>(const FontPath& source, const FileSystem& files)> wrap;
   // Called with what was read of each file with faces, on the thread that read it, before it is handed over.
   // May be null.

@@ -6,11 +6,11 @@
 namespace quillmark::tool {
 
 FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>& faces,
-                        std::uint64_t known_size) {
+                        std::uint64_t known_size, const FileSystem& system) {
   std::vector<OutlinesKey> keys;
   keys.reserve(faces.size());
   for (const LibraryFace& face : faces) keys.push_back({face.fond_id, face.style, face.checksum});
-  OpenedFont opened(path);
+  OpenedFont opened(path, system);
   const std::uint64_t size = known_size > 0 ? known_size : opened.file.TotalLength();
   return {size, AreVariable(opened.file, keys)};
 }

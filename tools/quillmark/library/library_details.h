@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "library/library.h"
+#include "platform/files/file_system.h"
 
 namespace quillmark::tool {
 
@@ -24,7 +25,7 @@ struct FileDetails {
 // Reads them from a file. Of its faces the kind, FOND, style and checksum are looked at; there is at least
 // one. A size that is known, not 0, is not looked up.
 FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>& faces,
-                        std::uint64_t known_size = 0);
+                        std::uint64_t known_size = 0, const FileSystem& system = SystemFiles());
 
 // The library must be finished and outlive it. For one thread at a time.
 class LibraryDetails {

@@ -1,0 +1,68 @@
+"""The file of a catalogue: what reads it, writes it and locks it, and the files of others beside it."""
+
+import contextlib
+import os
+import pathlib
+import shutil
+import sqlite3
+import struct
+import subprocess
+
+from font_builders import apple_double, directory, name_table
+from tool_case import TOOL, ToolCase, made_font
+
+LONE_PRINTER_FONT = b"%!PS-AdobeFont-1.0: QuillA\n/FontName /QuillA def\n"
+
+
+class CatalogueFileTest(ToolCase):
+    def write_slow_font(self, name):
+        """A font whose last table is 1 GB of nothing."""
+        font = bytearray(directory({"name": name_table((6, "Slow")), "zero": bytes(4)}))
+        struct.pack_into(">L", font, 12 + 16 + 12, 0x3FFF0000)
+        path = self.write(name, font)
+        os.truncate(path, 0x3FFF0000 + len(font))
+        return path
+
+    def test_no_reading_takes_its_locks(self):
+        self.write_all({"in/A": LONE_PRINTER_FONT, "in/b.ttf": made_font("B")})
+        self.run_tool("catalogue update in/c.db in")  # so that the database is there and in its own root
+        os.symlink("in/c.db", self.folder / "in.link")
+        os.link(self.folder / "in/c.db", self.folder / "in/hard.ttf")
+        os.symlink("c.db", self.folder / "in/link.ttf")
+        slow = self.write_slow_font("in/z/slow.ttf")
+        inode = (self.folder / "in/c.db").stat().st_ino
+        held = []
+        with subprocess.Popen([TOOL, "catalogue", "update", "-q", "-j1", "in/c.db"], cwd=self.folder) as process:
+            while process.poll() is None and not held:
+                with contextlib.suppress(OSError):  # of files that are closed meanwhile
+                    if str(slow) in {os.readlink(each) for each in pathlib.Path(f"/proc/{process.pid}/fd").iterdir()}:
+                        held = [line.split()[4:6] for line in pathlib.Path("/proc/locks").read_text().splitlines()]
+            process.kill()
+        self.assertIn([str(process.pid), str(inode)], [[process_id, place.split(":")[2]] for process_id, place in held])
+        self.check("catalogue update in/c.db", 0, err="2 faces in 3 files; ...")
+
+    def test_strangers_beside_it_stay(self):
+        for name in ["c.db.new-notes", "c.db.new-2024", "c.db.newer"]:
+            self.write("in/" + name, b"text")
+        self.write("in/c.db.new-7", b"")
+        self.check("catalogue update in/c.db in", 0, err="0 faces in 2 files; ...")
+        self.assertEqual(len(os.listdir(self.folder / "in")), 5)
+
+    def test_other_databases_are_not_touched(self):
+        with contextlib.closing(sqlite3.connect(self.folder / "log.db")) as database:
+            database.executescript("PRAGMA journal_mode = WAL; CREATE TABLE t (x); INSERT INTO t VALUES (1)")
+            for name in ["log.db", "log.db-wal"]:
+                shutil.copy(self.folder / name, self.folder / ("left-" + name))
+        before = {path.name: path.read_bytes() for path in self.folder.glob("left-*")}
+        os.mkfifo(self.folder / "fifo.db")
+        for command in ["update", "list", "merge"]:
+            for name in ["left-log.db", "fifo.db"]:
+                more = {"update": ["in"], "merge": ["a=left-log.db"]}.get(command, [])
+                self.check(["catalogue", command, name, *more], 1, err="quillmark: ...: not a catalogue\n")
+        self.assertEqual({path.name: path.read_bytes() for path in self.folder.glob("left-*")}, before)
+
+    def test_verify_takes_sidecars_as_walks_do(self):
+        fork = apple_double(b"no fork")
+        self.write_all({"._root": fork, "a/.AppleDouble/F": fork, "b/._G": fork, "b/.AppleDouble/H": fork, "b/.AppleDouble/x": made_font("X")})
+        self.run_tool(["catalogue", "update", "c.db", "._root", "a/.AppleDouble", "b"])
+        self.check("catalogue verify c.db", 0, err="5 files read again, 0 with another result\n")
