@@ -91,14 +91,14 @@ void MakeCatalogue(const std::string& path) {
 // Throws unless there is a catalogue. Other databases are not changed by it: opened in the usual way, one
 // would be if somebody else left it half written. SQLite looks, as nothing else may open a file that it has
 // locked.
-void CheckFile(const std::string& path, const std::string& given) {
+void CheckFile(const std::string& whole, const std::string& given) {
   struct stat found {};
-  if (::stat(path.c_str(), &found) != 0) {
+  if (::stat(whole.c_str(), &found) != 0) {
     if (errno == ENOENT) ThrowFor(given, "no such catalogue; quillmark catalogue update makes one");
-    ThrowFor(path, std::string("the catalogue cannot be opened: ") + std::strerror(errno));
+    ThrowFor(whole, std::string("the catalogue cannot be opened: ") + std::strerror(errno));
   }
-  if (!S_ISREG(found.st_mode)) ThrowFor(path, "not a catalogue");
-  Opened(path, Database::Access::kReadAsIs);
+  if (!S_ISREG(found.st_mode)) ThrowFor(whole, "not a catalogue");
+  Opened(whole, Database::Access::kReadAsIs);
 }
 
 }  // namespace
