@@ -567,6 +567,10 @@ def jsonl_lines(n=300000):
     return b"{}\n" * n
 
 
+def json_bare_faces(n=90000):
+    return b"[" + b",".join([b'{"style":0}'] * n) + b"]"
+
+
 def jsonl_faces(n=9000):
     return b"".join(b'{"path":"/%x","faces":[{"postScriptName":"%x"}]}\n' % (k, k) for k in range(n))
 
@@ -632,6 +636,7 @@ ATTACKS = {
     "json_objects_inside": (".json", json_objects_inside),
     "json_keys": (".json", json_keys),
     "json_same_keys": (".json", json_same_keys),
+    "json_bare_faces": (".json", json_bare_faces),
     "jsonl_lines": (".jsonl", jsonl_lines),
     "jsonl_faces": (".jsonl", jsonl_faces),
 }

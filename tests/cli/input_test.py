@@ -131,6 +131,8 @@ class InputTest(ToolCase):
         for form in ("xml", "plist"):
             self.check(f"read {kept} -", 0, self.run_tool(f"identify {kept} .").stdout.decode(), "...", input=written[form])
         self.check("read --format tsv --fields path -", 0, "path\n" + "-\n" * len(faces), "...", input=written["xml"])
+        told = "standard input: its faces are more than its bytes can hold; only the first ones are read\n"
+        self.check("read --format tsv --fields face -", 1, "face\n...5000\n...", told, input=b'{"style":0}' * 9000)
 
     def test_json_that_is_none_of_the_tool_is_told(self):
         for text, reason in [

@@ -62,7 +62,7 @@ int Read(const std::string& file, const OutputForm& form) {
   writer->Finish();
   FlushOutput();
   if (read.is_cut) {
-    return ReportFault(shown, "its faces share too much of the text; only the first ones are read");
+    return ReportFault(shown, "its faces are more than its bytes can hold; only the first ones are read");
   }
   if (!read.not_read.empty()) ReportFault(shown, read.not_read);
   return 0;

@@ -10,6 +10,7 @@
 
 #include "faces/attributes.h"
 #include "faces/fields.h"
+#include "platform/budget.h"
 
 namespace quillmark::tool {
 namespace {
@@ -82,6 +83,7 @@ class FacesReader {
 
   // An array, or objects one after another.
   void Read(const std::string& text) {
+    Budget budget(text.size());  // spent by objects of very few bytes, each of which becomes a whole face
     std::istringstream in(text);
     const bool is_array = (in >> std::ws).peek() == '[';
     char next = 0;  // the array's bracket or comma read last; an empty array has no object to read
@@ -98,6 +100,7 @@ class FacesReader {
         start = place();
         Json object;
         in >> object;
+        budget.Charge(Budget::kFace);
         Take(object);
         if (is_array && read_.fault.empty() && (!(in >> next) || (next != ',' && next != ']')))
           TellDamage(text, place());
@@ -105,6 +108,8 @@ class FacesReader {
       if (read_.fault.empty() && !(in >> std::ws).eof()) TellDamage(text, place());
     } catch (const Json::parse_error& error) {
       TellDamage(text, start + error.byte);
+    } catch (const BudgetSpent&) {
+      read_.is_cut = true;
     }
   }
 

@@ -18,7 +18,7 @@ struct FacesOrFault {
   FontArray array;         // the same faces
   std::string fault;       // why the text cannot be read; the other fields are then meaningless
   std::string not_read{};  // which parts of the text are not in the faces; empty when none
-  bool is_cut = false;     // the text repeats its bytes too often: only its first faces
+  bool is_cut = false;     // more faces than its bytes can hold: only the first ones
 };
 
 // Fields of a face are taken unchanged, and missing ones are treated as in the stored forms. Other members of
