@@ -44,7 +44,7 @@ INNER_HEADERS = """
     analysis/name_table.h analysis/sfnt_data.h analysis/sfnt_directory.h
     api/creation.h api/creation_context.h api/face_fault.h api/font_array.h api/xml_reader.h
     knowledge/classification_mappings.h knowledge/foundry_name_table.h knowledge/keyword_table.h
-    platform/byte_reader.h platform/crc32.h platform/core_foundation/cf_bundle.h platform/core_foundation/cf_ref.h
+    platform/budget.h platform/byte_reader.h platform/crc32.h platform/core_foundation/cf_bundle.h platform/core_foundation/cf_ref.h
     platform/files/apple_double.h platform/files/file_system.h platform/files/font_file.h
     platform/files/temporary_file.h platform/resource_manager/resource_map.h platform/text/ascii_case.h
     platform/text/text_encoding.h

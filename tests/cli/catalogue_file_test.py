@@ -57,7 +57,7 @@ class CatalogueFileTest(ToolCase):
         os.mkfifo(self.folder / "fifo.db")
         for command in ["update", "list", "merge"]:
             for name in ["left-log.db", "fifo.db"]:
-                more = {"update": ["in"], "merge": ["a=left-log.db"]}.get(command, [])
+                more = {"update": ["in"], "merge": ["a=log.db"]}.get(command, [])
                 self.check(["catalogue", command, name, *more], 1, err="quillmark: ...: not a catalogue\n")
         self.assertEqual({path.name: path.read_bytes() for path in self.folder.glob("left-*")}, before)
 

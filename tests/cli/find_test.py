@@ -1,5 +1,9 @@
 """Which files the fonts of names are, and what else a catalogue answers without reading fonts."""
 
+import contextlib
+import itertools
+import sqlite3
+
 from font_builders import collection, fond, mac_font, resource_fork
 from tool_case import ToolCase, made_font
 
@@ -50,6 +54,7 @@ class FindTest(ToolCase):
         for name, status in [("One", 0), ("Two", 3), ("OddB", 4)]:
             self.check(f"find --catalogue c.db --format jsonl --names-from - {name}", status, "...", input=listed)
         self.check("find --catalogue c.db --format jsonl -0 --names-from - Two", 4, "...", input=b"held\0nope")
+        self.check("find --catalogue c.db --like --names-from -", 4, "...", input=b"a " * 32000, timeout=10)
         self.check("find --in none --in a One", 1, "...", "...none: it cannot be walked: ...\n")
         self.check("find --catalogue none.db One", 1, err="quillmark: none.db: no such catalogue; ...\n")
         self.check("find --catalogue c.db --names-from none One", 1, "...", "none: the list cannot be read: ...\n")
@@ -72,20 +77,36 @@ class FindTest(ToolCase):
             self.assertEqual((kept.returncode, kept.stdout), (live.returncode, live.stdout))
         self.assertEqual(kept.stderr.partition(b"; quillmark why")[0], live.stderr.partition(b"; quillmark why")[0])
 
-    def test_merged_catalogues_keep_their_labels(self):
-        self.check("catalogue update -q all.db a", 0)
-        own = self.run_tool("catalogue list --format jsonl all.db").stdout
-        self.check("catalogue update -q other.db b", 0)
-        for _ in range(2):  # in the place of what was there
-            self.check("catalogue merge all.db nas=other.db", 0)
-        listed = self.run_tool("catalogue list --format jsonl all.db").stdout
-        other = self.run_tool("catalogue list --format jsonl other.db").stdout
-        self.assertEqual(listed, own + other.replace(b'"path":"', b'"path":"nas:'))
-        self.check("catalogue update -q all.db", 0)
-        self.check("catalogue verify -q all.db", 0)
-        self.assertEqual(self.run_tool("catalogue list --format jsonl all.db").stdout, listed)
-        [found] = self.json_of("find --catalogue all.db --format json One")
-        self.assertEqual((found["verdict"], found["faces"][1]["path"]), ("copies", f"nas:{self.folder}/b/one copy.ttf"))
-        self.assertIn(b"nas:", self.run_tool("same --catalogue all.db").stdout)
-        self.check("catalogue merge all.db x=none.db y=all.db", 1, err="quillmark: none.db: no such catalogue; ...\n")
-        self.assertEqual(self.run_tool("catalogue list --format jsonl all.db").stdout, listed)
+    def test_what_a_catalogue_lacks_is_told(self):
+        (self.folder / "b").rename(self.folder / "away")
+        self.check("catalogue update -q c.db", 1, err="...")
+        with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database, database:
+            database.execute("UPDATE files SET outcome = 9 WHERE reason IS NOT NULL")
+        line = "c.db: the catalogue is not complete: 1 root not walked whole, 1 file that could not be read\n"
+        for words in ["find --catalogue c.db nope Two", "catalogue list c.db", "catalogue info c.db", "same -q --catalogue c.db"]:
+            self.check(words, 1, "...", line)
+
+    def test_any_value_in_any_row_is_borne(self):
+        values = [None, -1, 1 << 32, (1 << 63) - 1, -1 << 63, 1e300, "", "x" * 5000, b"\xff\0\n", "[" * 5000]
+        with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database:
+            tables = database.execute("SELECT name FROM sqlite_schema WHERE type = 'table'").fetchall()
+            columns = {table: [row[1] for row in database.execute(f"PRAGMA table_info({table})")] for (table,) in tables}
+        commands = ["catalogue list c.db", "catalogue list --format xml c.db", "catalogue info c.db", "catalogue changes --since 0 c.db", "catalogue merge m.db x=c.db",
+                    "same -q --near --catalogue c.db", "find --like --catalogue c.db Two Moving Odd-B Arial-Bold gar"]  # fmt: skip
+        whole = (self.folder / "c.db").read_bytes()
+        # One column of every table at a time; the numbers of faces also by themselves.
+        rounds = [{table: names[i] for table, names in columns.items() if i < len(names)} for i in range(len(columns["faces"]))]
+        for number, edits in enumerate([*rounds, {"faces": "face"}]):
+            self.write("c.db", whole)
+            with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database, database:
+                database.execute("PRAGMA writable_schema = ON")
+                database.execute("UPDATE sqlite_schema SET sql = replace(sql, ' NOT NULL', '') WHERE type = 'table'")
+            with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database, database:
+                for table, column in edits.items():
+                    hostile = itertools.cycle(values[1:5] if column == "id" else values[number % 3 :])
+                    database.create_function("hostile", 0, lambda: next(hostile))  # noqa: B023
+                    database.execute(f"UPDATE OR IGNORE {table} SET {column} = hostile()")
+            for command in commands:
+                done = self.run_tool(command)
+                self.assertIn(done.returncode, [0, 1, 3, 4], (edits, command, done.stderr))
+                self.assertLessEqual(done.stderr.count(b"\n"), 1, (edits, command, done.stderr))

@@ -22,7 +22,6 @@ FilesOutcome AddFromCatalogue(const std::string& /*catalogue*/, Library& /*libra
                               std::vector<std::string>& /*roots*/) {
   ThrowAbsent();
 }
-LibraryDetails::Read DetailsFromCatalogue(const std::string& /*catalogue*/) { ThrowAbsent(); }
 int MergeCatalogues(const CatalogueMerge& /*merge*/) { ThrowAbsent(); }
 std::string CatalogueSupport() { return {}; }
 

@@ -11,7 +11,6 @@
 
 #include "files/identify_files.h"
 #include "library/library.h"
-#include "library/library_details.h"
 #include "output/output.h"
 
 namespace quillmark::tool {
@@ -56,18 +55,18 @@ struct NameSearch {
 };
 int FindNames(const NameSearch& search);
 
-// Adds the files of a catalogue to a library, in the order of list. Sets the roots of this machine.
+// Adds the files of a catalogue to a library, in the order of list; no font is read for what lists show of
+// them. Sets the roots of this machine.
 FilesOutcome AddFromCatalogue(const std::string& catalogue, Library& library,
                               std::vector<std::string>& roots);
-// Tells the details of such files without reading them.
-LibraryDetails::Read DetailsFromCatalogue(const std::string& catalogue);
 
 struct CatalogueMerge {
   struct Part {
     std::string label, catalogue;
   };
   std::string catalogue;
-  std::vector<Part> parts;
+  std::vector<Part> parts;  // no label twice
+  std::string tables;       // which knowledge tables are in use
 };
 int MergeCatalogues(const CatalogueMerge& merge);
 

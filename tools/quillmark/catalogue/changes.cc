@@ -6,7 +6,8 @@
 #include <string>
 
 #include "catalogue/catalogue.h"
-#include "catalogue/catalogue_file.h"
+#include "catalogue/kept_faces.h"
+#include "catalogue/snapshot.h"
 #include "output/json_form.h"
 #include "reasons/reason.h"
 #include "text/printable.h"
@@ -15,12 +16,13 @@ namespace quillmark::tool {
 namespace {
 
 // By the paths, whatever happened to the files.
-constexpr const char kChanges[] = R"(
-SELECT CASE WHEN added > ?1 THEN 'added' ELSE 'changed' END,
-       CAST(CASE WHEN label = '' THEN '' ELSE label || ':' END || folders.path || name AS BLOB) AS whole, changed,
+std::string ChangedFilesQuery() {
+  return std::string("SELECT CASE WHEN added > ?1 THEN 'added' ELSE 'changed' END, CAST(") + kLabelPrefix +
+         R"( || folders.path || name AS BLOB) AS whole, changed,
        (SELECT count(*) FROM faces WHERE file = files.id), reason, listed
 FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root WHERE changed > ?1
 UNION ALL SELECT 'gone', path, run, 0, NULL, NULL FROM gone WHERE run > ?1 ORDER BY whole, 3)";
+}
 
 struct Change {
   std::string what, path;
@@ -51,9 +53,9 @@ std::string JsonOf(const Change& change) {
 }  // namespace
 
 int TellChanges(const ChangesQuery& query) {
-  Database database = OpenCatalogue(query.catalogue);
+  Database database = OpenSnapshot(query.catalogue);
   const std::int64_t last = database.Number("SELECT coalesce(max(id), 0) FROM runs").value_or(0);
-  Statement found(database, kChanges);
+  Statement found(database, ChangedFilesQuery().c_str());
   found.With(query.since.value_or(last - 1));
   std::optional<JsonArray> array;
   if (query.format == "json") array.emplace(std::cout);

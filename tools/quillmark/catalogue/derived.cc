@@ -47,10 +47,13 @@ void DeriveAnewFor(Database& database, const std::string& tables) {
   if (are_these) return;
   DeriveAll(database);
   Transaction transaction(database);
-  // Of PostScript outlines the text itself is chosen by the table of foundries.
+  // Of PostScript outlines the text itself is chosen by the table of foundries. Those of other machines stay
+  // as they are.
   database.Run(
       "UPDATE files SET uncertain = 1 WHERE id IN (SELECT file FROM faces WHERE printer_font IS NOT NULL "
-      "OR kind IN ('PostScript', 'PostScript - MM', 'CID', 'OCF'))");
+      "OR kind IN ('PostScript', 'PostScript - MM', 'CID', 'OCF')) AND folder IN (SELECT folders.id FROM "
+      "folders "
+      "JOIN roots ON roots.id = folders.root WHERE label = '')");
   Statement(database, "INSERT OR REPLACE INTO meta (name, value) VALUES ('tables', ?)")
       .Run(std::string_view(tables));
   transaction.Commit();

@@ -44,11 +44,11 @@ std::optional<std::string> UnlessFullName(const std::string& name, const Face& f
   return name;
 }
 
-constexpr const char kRead[] = R"(
+constexpr const char kFacesOfFile[] = R"(
 SELECT face, post_script_name, family, full_name, display_name, windows_full_name, kind, version, platform, foundry,
        class, styles, checksum, legacy_checksum, kerning_checksum, outline_file_size, printer_font, printer_font_exists,
        fond_id, style, (SELECT text FROM makers WHERE id = maker), file_creator, outline_creator, is_variable
-FROM faces WHERE file = ? ORDER BY face)";
+FROM faces WHERE file = ?)";
 
 constexpr const char kInsert[] = R"(
 INSERT INTO faces (file, face, post_script_name, family, full_name, display_name, windows_full_name, kind, version,
@@ -151,7 +151,8 @@ bool DeriveAnew(FaceRow& row) {
 
 FaceTable::FaceTable(Database& database)
     : database_(database),
-      read_(database, kRead),
+      read_(database, (std::string(kFacesOfFile) + " ORDER BY face").c_str()),
+      read_one_(database, (std::string(kFacesOfFile) + " AND face = ?").c_str()),
       insert_(database, kInsert),
       remove_(database, "DELETE FROM faces WHERE file = ?"),
       derived_(database, "UPDATE faces SET foundry = ?, class = ?, styles = ? WHERE file = ? AND face = ?"),
@@ -164,6 +165,13 @@ std::vector<FaceRow> FaceTable::Read(std::int64_t file) {
   while (read_.Step()) rows.push_back(RowIn(read_));
   read_.Reset();
   return rows;
+}
+
+std::optional<FaceRow> FaceTable::Read(std::int64_t file, std::int64_t face) {
+  std::optional<FaceRow> row;
+  if (read_one_.With(file, face).Step()) row = RowIn(read_one_);
+  read_one_.Reset();
+  return row;
 }
 
 void FaceTable::Replace(std::int64_t file, const std::vector<FaceRow>& rows) {

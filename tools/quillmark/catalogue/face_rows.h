@@ -4,6 +4,7 @@
 #define QUILLMARK_TOOL_CATALOGUE_FACE_ROWS_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,7 @@ class FaceTable {
   explicit FaceTable(Database& database);
 
   std::vector<FaceRow> Read(std::int64_t file);  // in the order of the faces
+  std::optional<FaceRow> Read(std::int64_t file, std::int64_t face);
   // In place of those that the file has.
   void Replace(std::int64_t file, const std::vector<FaceRow>& rows);
   void WriteDerived(std::int64_t file, const FaceRow& row);
@@ -46,7 +48,7 @@ class FaceTable {
   std::int64_t MakerOf(const std::string& text);
 
   Database& database_;
-  Statement read_, insert_, remove_, derived_, find_maker_, add_maker_;
+  Statement read_, read_one_, insert_, remove_, derived_, find_maker_, add_maker_;
   std::string last_maker_;
   std::int64_t last_maker_id_ = 0;  // 0 for none
 };

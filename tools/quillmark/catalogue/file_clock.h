@@ -1,4 +1,5 @@
-// FileClock: the clock by which a file system stamps its files. That of a server may differ from this machine's.
+// FileClock: the clock by which a file system stamps its files. That of a server may differ from this
+// machine's.
 #ifndef QUILLMARK_TOOL_CATALOGUE_FILE_CLOCK_H_
 #define QUILLMARK_TOOL_CATALOGUE_FILE_CLOCK_H_
 
@@ -14,8 +15,8 @@ bool IsOnThisMachine(const std::string& path);
 
 class FileClock {
  public:
-  // Learns the clock of the file system that `own_file` is on by touching that file. Empty: only this machine's
-  // clock is known, which counts for all other file systems.
+  // Learns the clock of the file system that `own_file` is on by touching that file. Empty: only this
+  // machine's clock is known, which counts for all other file systems.
   explicit FileClock(const std::string& own_file);
 
   // Nanoseconds since 1970.

@@ -12,6 +12,7 @@
 #include "catalogue/catalogue_file.h"
 #include "catalogue/name_lookup.h"
 #include "catalogue/schema.h"
+#include "catalogue/snapshot.h"
 #include "catalogue/update.h"
 #include "faces/fields.h"
 #include "files/interrupt.h"
@@ -24,6 +25,7 @@
 namespace quillmark::tool {
 namespace {
 
+constexpr int kWrongUsage = 2;
 constexpr int kSomethingMissing = 4;
 constexpr int kSomethingAmbiguous = 3;
 
@@ -37,21 +39,16 @@ std::string Trimmed(std::string name) {
   return name;
 }
 
-nlohmann::ordered_json FacesJson(const std::vector<Face>& faces) {
-  auto list = nlohmann::ordered_json::array();
-  for (const Face& face : faces) list.push_back(nlohmann::ordered_json::parse(JsonObject(face, {})));
-  return list;
+std::string FacesJson(const std::vector<Face>& faces) {
+  std::string list;
+  for (const Face& face : faces) list += (list.empty() ? "" : ",") + JsonObject(face, {});
+  return '[' + list + ']';
 }
 
 std::string JsonOf(const std::string& query, const FoundName& found) {
-  auto object = nlohmann::ordered_json::object();
-  object["query"] = query;
-  object["verdict"] = NameOf(found.verdict);
-  object["rule"] = nullptr;
-  if (found.rule != nullptr) object["rule"] = found.rule;
-  object["faces"] = FacesJson(found.faces);
-  object["guesses"] = FacesJson(found.guesses);
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return "{\"query\":" + JsonText(query) + ",\"verdict\":" + JsonText(NameOf(found.verdict)) +
+         ",\"rule\":" + (found.rule == nullptr ? "null" : JsonText(found.rule)) +
+         ",\"faces\":" + FacesJson(found.faces) + ",\"guesses\":" + FacesJson(found.guesses) + '}';
 }
 
 // Writes the answers in the wanted form.
@@ -106,17 +103,14 @@ class Answers {
 class Search {
  public:
   Search(const NameSearch& search, Database& database)
-      : search_(search), lookup_(database), answers_(search.format) {}
+      : search_(search), database_(database), lookup_(database), answers_(search.format) {}
 
-  // False when the names of the list cannot be read.
-  bool Run() {
+  // Returns the exit status.
+  int Run() {
     for (const std::string& name : search_.names) Find(name);
-    const bool could_be_read = search_.names_from.empty() || FindListed();
+    if (!search_.names_from.empty() && !FindListed()) return kWrongUsage;
     answers_.Finish();
-    return could_be_read;
-  }
-
-  int status() const {
+    if (!could_be_read_) return 1;
     if (verdicts_.contains(NameVerdict::kMissing) || verdicts_.contains(NameVerdict::kNear))
       return kSomethingMissing;
     return verdicts_.contains(NameVerdict::kAmbiguous) ? kSomethingAmbiguous : 0;
@@ -126,31 +120,39 @@ class Search {
   void Find(const std::string& given) {
     const std::string name = Trimmed(given);
     if (name.empty()) return;
+    // An answer is of one commit; waiting for the next name keeps no update from its own.
+    database_.Run("BEGIN");
     const FoundName found = lookup_.Find(name, search_.like);
+    database_.Run("COMMIT");
     verdicts_.insert(found.verdict);
     answers_.Add(name, found);
   }
 
+  // False where there is no name at all.
   bool FindListed() {
-    PathList list(search_.names_from, search_.names_are_nul_separated ? '\0' : '\n',
-                  [] { return Interrupted() != 0; });
+    PathList list(
+        search_.names_from, search_.names_are_nul_separated ? '\0' : '\n', [] { return Interrupted() != 0; },
+        "name");
     while (const auto name = list.Next()) Find(*name);
-    if (list.fault().empty()) return true;
-    std::cerr << list.name() + ": " + list.fault() + '\n';
+    could_be_read_ = list.fault().empty();
+    if (!could_be_read_) std::cerr << list.name() + ": " + list.fault() + '\n';
+    if (!could_be_read_ || !verdicts_.empty() || Interrupted() != 0) return true;
+    std::cerr << list.name() + ": the list holds no name\n";
     return false;
   }
 
   const NameSearch& search_;
+  Database& database_;
   NameLookup lookup_;
   Answers answers_;
   std::set<NameVerdict> verdicts_;
+  bool could_be_read_ = true;
 };
 
 int FindIn(const NameSearch& search, Database& database, bool is_complete) {
-  Search in(search, database);
-  const bool could_be_read = in.Run();
+  const int status = Search(search, database).Run();
   if (Interrupted() != 0) return InterruptedStatus();
-  return !is_complete || !could_be_read ? 1 : in.status();
+  return is_complete || status == kWrongUsage ? status : 1;
 }
 
 }  // namespace
@@ -159,7 +161,7 @@ int FindNames(const NameSearch& search) {
   NoteInterrupts();
   if (!search.catalogue.empty()) {
     Database database = OpenCatalogue(search.catalogue);
-    return FindIn(search, database, true);
+    return FindIn(search, database, IsComplete(database, search.catalogue));
   }
   // A catalogue for this search alone, which goes to a temporary file when it is large.
   Database database("", Database::Access::kCreate);

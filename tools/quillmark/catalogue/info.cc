@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "catalogue/catalogue.h"
-#include "catalogue/catalogue_file.h"
 #include "catalogue/reading_rules.h"
 #include "catalogue/schema.h"
+#include "catalogue/snapshot.h"
 #include "output/json_form.h"
 #include "text/printable.h"
 
@@ -115,7 +115,8 @@ void WriteText(const Json& info) {
 }  // namespace
 
 int TellCatalogue(const std::string& catalogue, const std::string& format) {
-  Database database = OpenCatalogue(catalogue);
+  Database database = OpenSnapshot(catalogue);
+  const bool is_complete = IsComplete(database, catalogue);
   const Json info = InfoOf(database);
   if (format == "json") {
     WriteJsonDocument(std::cout, info);
@@ -123,7 +124,7 @@ int TellCatalogue(const std::string& catalogue, const std::string& format) {
     WriteText(info);
   }
   FlushOutput();
-  return 0;
+  return is_complete ? 0 : 1;
 }
 
 std::string CatalogueSupport() { return std::string("SQLite ") + sqlite3_libversion(); }

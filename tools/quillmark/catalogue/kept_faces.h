@@ -12,11 +12,14 @@
 
 namespace quillmark::tool {
 
+// What stands before the paths of other machines, as "attic:/fonts/a.ttf"; an expression over a row of roots.
+inline constexpr char kLabelPrefix[] = "CASE WHEN label = '' THEN '' ELSE label || ':' END";
+
 struct KeptFile {
-  std::int64_t id = 0;
-  std::string label, path;  // the path with the label of another machine before it, as "attic:/fonts/a.ttf"
-  std::int64_t size = 0, inode = 0;
-  std::vector<FaceRow> faces;  // their paths set; at least one
+  std::string label, path;  // the path with the label of another machine before it
+  std::int64_t size = 0, ctime = 0, inode = 0;
+  std::int64_t total_size = 0;  // of both forks
+  std::vector<FaceRow> faces;   // their paths set; at least one
 };
 
 class KeptFaces {

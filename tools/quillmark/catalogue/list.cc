@@ -6,14 +6,15 @@
 
 #include "api/font_array.h"
 #include "catalogue/catalogue.h"
-#include "catalogue/catalogue_file.h"
 #include "catalogue/kept_faces.h"
+#include "catalogue/snapshot.h"
 
 namespace quillmark::tool {
 
 int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
   const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
-  Database database = OpenCatalogue(catalogue);
+  Database database = OpenSnapshot(catalogue);
+  const bool is_complete = IsComplete(database, catalogue);
   KeptFaces kept(database);
   while (auto file = kept.Next()) {
     std::vector<Face> faces;
@@ -30,7 +31,7 @@ int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
   }
   writer->Finish();
   FlushOutput();
-  return 0;
+  return is_complete ? 0 : 1;
 }
 
 }  // namespace quillmark::tool

@@ -2,17 +2,21 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <string_view>
 
 #include "analysis/name_match.h"
+#include "catalogue/kept_faces.h"
 #include "library/library.h"
 
 namespace quillmark::tool {
 namespace {
 
 constexpr std::size_t kMostGuesses = 10;
+// A family of more words is not looked for, as each number of words costs a look.
+constexpr std::size_t kMostWords = 64;
 // The word that names the lack of any style.
 constexpr const char* kNoStyle = "Regular";
 
@@ -52,11 +56,10 @@ StyleSet StylesOfRest(const std::vector<std::string>& words, std::size_t family_
                                   Joined(words, family_words, words.size(), " ")));
 }
 
-constexpr const char kPlace[] =
-    "SELECT CASE WHEN label = '' THEN '' ELSE label || ':' END, folders.path, name, size, label, position, "
-    "key "
-    "FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root WHERE "
-    "files.id = ?";
+std::string PlaceQuery() {
+  return std::string("SELECT ") + kLabelPrefix + R"(, folders.path, name, size, label, position, key
+FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root WHERE files.id = ?)";
+}
 
 }  // namespace
 
@@ -86,7 +89,7 @@ NameLookup::NameLookup(Database& database)
       by_family_(database, "SELECT file, face FROM faces WHERE family = ? COLLATE NOCASE"),
       by_loose_name_(database, "SELECT file, face FROM faces WHERE loose_name = ?"),
       by_class_(database, "SELECT file, face FROM faces WHERE class = ?"),
-      place_(database, kPlace) {}
+      place_(database, PlaceQuery().c_str()) {}
 
 std::vector<NameLookup::Key> NameLookup::KeysOf(Statement& query, const std::string& value) {
   std::vector<Key> keys;
@@ -99,32 +102,31 @@ std::vector<NameLookup::Key> NameLookup::KeysOf(Statement& query, const std::str
 
 std::vector<NameLookup::Found> NameLookup::FacesOf(const std::vector<Key>& keys) {
   std::vector<Found> found;
-  for (auto key = keys.begin(); key != keys.end();) {
-    const std::int64_t file = key->first;
-    std::set<std::int64_t> wanted;
-    for (; key != keys.end() && key->first == file; ++key) wanted.insert(key->second);
-    if (!place_.With(file).Step()) continue;
-    const std::string path = place_.Text(0) + place_.Text(1) + place_.Text(2);
-    // Positions are few digits; what is before them sorts first.
-    const std::string position = std::to_string(1'000'000'000 + place_.Integer(5));
-    const std::string order = place_.Text(4) + '\0' + position + place_.Text(6) + '\0' + place_.Text(2);
-    const std::int64_t size = place_.Integer(3);
-    place_.Reset();
-    for (FaceRow& row : faces_.Read(file)) {
-      if (!wanted.contains(row.face.index)) continue;
-      row.face.path = path;
-      found.push_back({std::move(row.face), row.fond_id, size, order});
+  Found of_file;                          // without its face
+  std::optional<std::int64_t> file_read;  // whose place is known
+  for (const auto& [file, face] : keys) {
+    auto row = faces_.Read(file, face);
+    if (!row) continue;
+    if (file != file_read) {
+      if (!place_.With(file).Step()) continue;
+      of_file.face.path = place_.Text(0) + place_.Text(1) + place_.Text(2);
+      of_file.data_fork_size = place_.Integer(3);
+      of_file.place = {place_.Text(4), place_.Integer(5), place_.Text(6), place_.Text(2)};
+      place_.Reset();
+      file_read = file;
     }
+    row->face.path = of_file.face.path;
+    found.push_back({std::move(row->face), row->fond_id, of_file.data_fork_size, of_file.place});
   }
   std::stable_sort(found.begin(), found.end(),
-                   [](const Found& a, const Found& b) { return a.order < b.order; });
+                   [](const Found& a, const Found& b) { return a.place < b.place; });
   return found;
 }
 
 // The longest beginning of the name that is a family; the words behind it tell the style.
 std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& name) {
   const std::vector<std::string> words = WordsOf(name);
-  for (std::size_t family_words = words.size(); family_words > 0; --family_words) {
+  for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
     const std::vector<Key> keys = KeysOf(by_family_, Joined(words, 0, family_words, " "));
     if (keys.empty()) continue;
     const std::vector<Found> family = FacesOf(keys);
@@ -190,7 +192,7 @@ std::vector<Face> NameLookup::Guesses(const std::string& name) {
   std::string spaced = name;
   std::replace(spaced.begin(), spaced.end(), '-', ' ');
   const std::vector<std::string> words = WordsOf(spaced);
-  for (std::size_t family_words = words.size(); family_words > 0; --family_words) {
+  for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
     const std::string classification = ClassOf(Joined(words, 0, family_words, " "), nullptr);
     if (classification.empty() || classification == "--") continue;
     const StyleSet wanted = StylesOfWords(words, family_words);

@@ -3,8 +3,10 @@
 #ifndef QUILLMARK_TOOL_CATALOGUE_NAME_LOOKUP_H_
 #define QUILLMARK_TOOL_CATALOGUE_NAME_LOOKUP_H_
 
+#include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -40,7 +42,7 @@ class NameLookup {
     Face face;
     std::int32_t fond_id = -1;
     std::int64_t data_fork_size = 0;
-    std::string order;  // by which faces are sorted as list sorts them
+    std::tuple<std::string, std::int64_t, std::string, std::string> place;  // by which list sorts files
   };
   using Key = std::pair<std::int64_t, std::int64_t>;  // file and face
 

@@ -1,5 +1,5 @@
-// The rules by which files are read. When the library or the tool gives another answer for an unchanged file, a
-// version is added here, and the next update reads the files again that it can affect.
+// The rules by which files are read. When the library or the tool gives another answer for an unchanged file,
+// a version is added here, and the next update reads the files again that it can affect.
 #ifndef QUILLMARK_TOOL_CATALOGUE_READING_RULES_H_
 #define QUILLMARK_TOOL_CATALOGUE_READING_RULES_H_
 

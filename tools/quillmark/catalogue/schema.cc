@@ -4,6 +4,7 @@
 #include <string>
 
 #include "catalogue/database.h"
+#include "reasons/outcome.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -122,6 +123,7 @@ CREATE TABLE gone (
 
 CREATE INDEX files_added ON files (added);
 CREATE INDEX files_changed ON files (changed);
+CREATE INDEX files_unreadable ON files (outcome) WHERE outcome = 9;
 CREATE INDEX gone_by_run ON gone (run);
 CREATE INDEX gone_by_path ON gone (path);
 CREATE INDEX faces_by_post_script_name ON faces (post_script_name COLLATE NOCASE);
@@ -147,6 +149,8 @@ CREATE VIEW ambiguous_names AS
   SELECT post_script_name, count(DISTINCT checksum) AS data, count(*) AS faces
   FROM faces WHERE post_script_name <> '' GROUP BY post_script_name HAVING count(DISTINCT checksum) > 1;
 )";
+
+static_assert(static_cast<int>(Outcome::kUnreadable) == 9, "as in the index files_unreadable");
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,7 +19,7 @@ namespace {
 // A command of the group, which takes the path of a catalogue first.
 CLI::App* AddPart(CLI::App& group, const std::string& name, const std::string& told, std::string& catalogue) {
   CLI::App* const part = group.add_subcommand(name, told);
-  part->add_option("DB", catalogue, "File of the catalogue")->required();
+  part->add_option("DB", catalogue, "File of the catalogue")->required()->check(NotEmpty("catalogue"));
   return part;
 }
 
@@ -36,8 +37,10 @@ void AddUpdate(CLI::App& group, int& status) {
   const auto update = std::make_shared<CatalogueUpdate>();
   CLI::App* const command =
       AddPart(group, "update", "Make a catalogue, or bring it up to date", update->catalogue);
-  command->add_option("PATH", update->roots,
-                      "What it is of from here on: files, and folders with all below them");
+  command
+      ->add_option("PATH", update->roots,
+                   "What it is of from here on: files, and folders with all below them")
+      ->check(NotEmpty("path"));
   command->add_flag("--ignore-ctime", update->ignore_ctime, "Of copied trees: not look at times of change");
   command->add_flag("--ignore-inode", update->ignore_inode, "Of copied trees: not look at inode numbers");
   AddWork(*command, update->work);
@@ -110,8 +113,17 @@ void AddMerge(CLI::App& group, int& status) {
       AddPart(group, "merge", "Take in the catalogues of other machines", options->catalogue);
   command->add_option("LABEL=OTHER", options->words, "A name for a machine, and its catalogue")->required();
   command->callback([&status, options] {
-    CatalogueMerge merge{options->catalogue, {}};
-    for (const std::string& word : options->words) merge.parts.push_back(PartIn(word));
+    CatalogueMerge merge{options->catalogue, {}, {}};
+    std::set<std::string> labels;
+    for (const std::string& word : options->words) {
+      merge.parts.push_back(PartIn(word));
+      const std::string& label = merge.parts.back().label;
+      if (!labels.insert(label).second) {
+        throw CLI::ValidationError("the label " + Printable(label) + " is given twice");
+      }
+    }
+    LoadTables(kEveryNeed);
+    merge.tables = TablesInUse();
     status = MergeCatalogues(merge);
   });
 }

@@ -48,7 +48,7 @@ constexpr CommandHelp kHelp[] = {
      {"quillmark catalogue update fonts.db ~/fonts /srv/fonts", "quillmark catalogue update fonts.db"}},
     {"catalogue list",
      "  0  the faces were written\n"
-     "  1  there is no such catalogue, or it cannot be read\n",
+     "  1  there is no such catalogue, it cannot be read, or it lacks what could not be read\n",
      {"quillmark catalogue list fonts.db", "quillmark catalogue list --format jsonl fonts.db"}},
     {"catalogue changes",
      "  0  the changes were written\n"
@@ -57,7 +57,7 @@ constexpr CommandHelp kHelp[] = {
       "quillmark catalogue changes --since 0 --format json fonts.db"}},
     {"catalogue info",
      "  0  it was told\n"
-     "  1  there is no such catalogue, or it cannot be read\n",
+     "  1  there is no such catalogue, it cannot be read, or it lacks what could not be read\n",
      {"quillmark catalogue info fonts.db", "quillmark catalogue info --format json fonts.db"}},
     {"catalogue verify",
      "  0  every file gives what the catalogue says\n"

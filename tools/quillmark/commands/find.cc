@@ -19,8 +19,11 @@ void AddFind(CLI::App& app, int& status) {
   list->type_name("FILE");
   command->add_flag("-0,--null", search->names_are_nul_separated, "Names of the list are separated by NUL")
       ->needs(list);
-  command->add_option("--catalogue", search->catalogue, "Catalogue to look into")->type_name("DB");
+  command->add_option("--catalogue", search->catalogue, "Catalogue to look into")
+      ->check(NotEmpty("catalogue"))
+      ->type_name("DB");
   command->add_option("--in", search->places, "File or folder to look into; may be given several times")
+      ->check(NotEmpty("path"))
       ->type_name("PATH")
       ->allow_extra_args(false);
   command->add_flag("--like", search->like,
@@ -30,6 +33,10 @@ void AddFind(CLI::App& app, int& status) {
       ->capture_default_str();
   AddWork(*command, search->work);
   command->parse_complete_callback([search] {
+    for (const std::string& name : search->names) {
+      if (name.find_first_not_of(" \t\r\n") == std::string::npos)
+        throw CLI::ValidationError("a NAME is empty");
+    }
     if (search->names.empty() && search->names_from.empty()) throw CLI::RequiredError("NAME or --names-from");
     if (search->catalogue.empty() && search->places.empty()) throw CLI::RequiredError("--catalogue or --in");
     if (!search->catalogue.empty() && !search->places.empty()) {

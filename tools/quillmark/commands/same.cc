@@ -72,8 +72,7 @@ int Same(const SameOptions& options) {
 
   library.Finish();
   const LibraryLists lists = ListsOf(library, options);
-  LibraryDetails details(library,
-                         options.catalogue.empty() ? nullptr : DetailsFromCatalogue(options.catalogue));
+  LibraryDetails details(library);
   const auto write = options.format == "json"  ? WriteLibraryJson
                      : options.format == "tsv" ? WriteLibraryTsv
                                                : WriteLibraryTables;
@@ -101,6 +100,7 @@ void AddSame(CLI::App& app, int& status) {
   options->files.needs = {FaceNeeds::kAlways | QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_VERSION |
                           QM_ATTRIBUTE_FOUNDRY | QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_OUTLINE_FILE_SIZE};
   command->add_option("--catalogue", options->catalogue, "Look into this catalogue, and read no font")
+      ->check(NotEmpty("catalogue"))
       ->type_name("DB");
   command->parse_complete_callback([options] {
     const PathSources& sources = options->files.sources;

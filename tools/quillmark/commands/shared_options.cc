@@ -96,6 +96,10 @@ CLI::Validator AnyField() {
   return OneOf("field", names).description("");
 }
 
+CLI::Validator NotEmpty(const std::string& thing) {
+  return {[thing](const std::string& value) { return value.empty() ? "no " + thing + " \"\"" : ""; }, ""};
+}
+
 void AddOutputForm(CLI::App& command, OutputForm& form) {
   command.add_option("--format", form.format, "How faces are written")
       ->check(OneOf("form", kFormats))

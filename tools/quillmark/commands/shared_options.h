@@ -17,6 +17,9 @@ namespace quillmark::tool {
 // Takes the name of a field.
 CLI::Validator AnyField();
 
+// Takes any value but an empty one, which is no `thing`.
+CLI::Validator NotEmpty(const std::string& thing);
+
 // --format, --fields and --wide: how faces are written.
 void AddOutputForm(CLI::App& command, OutputForm& form);
 

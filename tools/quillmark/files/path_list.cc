@@ -20,10 +20,11 @@ constexpr std::size_t kLongestPath = std::size_t{64} * 1024;
 
 }  // namespace
 
-PathList::PathList(std::string file, char separator, std::function<bool()> stopped)
+PathList::PathList(std::string file, char separator, std::function<bool()> stopped, std::string item)
     : file_(std::move(file)),
       separator_(separator),
       stopped_(std::move(stopped)),
+      item_(std::move(item)),
       descriptor_(file_ == "-" ? STDIN_FILENO : ::open(file_.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (descriptor_ < 0) Fail(std::strerror(errno));
 }
@@ -68,7 +69,7 @@ std::optional<std::string> PathList::Next() {
     if (end == std::string::npos) {
       searched = read_.size() - begin_;
       if (searched > kLongestPath) {
-        Fail("a line is too long for a path");
+        Fail("a line is too long for a " + item_);
         break;
       }
       if (Fill()) continue;
@@ -78,7 +79,7 @@ std::optional<std::string> PathList::Next() {
     std::string path = read_.substr(begin_, end - begin_);
     searched = begin_ = std::min(end + 1, read_.size());
     if (path.find('\0') != std::string::npos) {
-      Fail("it holds a NUL; paths separated by NUL need -0");
+      Fail("it holds a NUL; " + item_ + "s separated by NUL need -0");
       break;
     }
     if (!path.empty()) return path;

@@ -4,6 +4,7 @@
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -21,12 +22,13 @@ struct LibraryFace {
   std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
   // Equal for faces with the same name and data; kUnknownData without a checksum.
   std::size_t data = 0;
+  std::optional<bool> is_variable = std::nullopt;  // where it is known without reading the font
 };
 
 struct LibraryFile {
   std::string path;
   std::vector<LibraryFace> faces;
-  std::int64_t catalogue_id = 0;  // of its row, for a file of a catalogue
+  std::optional<std::uint64_t> size = std::nullopt;  // of both forks, where it is known without looking
 };
 
 struct LibraryCounts {

@@ -19,7 +19,7 @@ const FileDetails& LibraryDetails::DetailsOf(const LibraryFace& face) {
   const auto [found, is_new] = files_.try_emplace(face.file);
   if (is_new) {
     const LibraryFile& file = library_.files()[face.file];
-    found->second = read_ ? read_(file) : ReadDetails(file.path, file.faces);
+    found->second = ReadDetails(file.path, file.faces);
   }
   return found->second;
 }

@@ -5,10 +5,8 @@
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_DETAILS_H_
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "library/library.h"
@@ -30,23 +28,23 @@ FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>&
 // The library must be finished and outlive it. For one thread at a time.
 class LibraryDetails {
  public:
-  using Read = std::function<FileDetails(const LibraryFile& file)>;
-
-  // `read` tells the details of a file where they are known without reading it.
-  explicit LibraryDetails(const Library& library, Read read = nullptr)
-      : library_(library), read_(std::move(read)) {}
+  explicit LibraryDetails(const Library& library) : library_(library) {}
 
   const Library& library() const { return library_; }
   // Bytes in both forks of the face's file; 0 when it is gone.
-  std::uint64_t FileSize(const LibraryFace& face) { return DetailsOf(face).file_size; }
+  std::uint64_t FileSize(const LibraryFace& face) {
+    const std::optional<std::uint64_t>& known = library_.files()[face.file].size;
+    return known ? *known : DetailsOf(face).file_size;
+  }
   // Whether the font has a table of variation axes. False when it cannot be read any more.
-  bool IsVariable(const LibraryFace& face) { return DetailsOf(face).variable[face.index]; }
+  bool IsVariable(const LibraryFace& face) {
+    return face.is_variable ? *face.is_variable : DetailsOf(face).variable[face.index];
+  }
 
  private:
   const FileDetails& DetailsOf(const LibraryFace& face);
 
   const Library& library_;
-  const Read read_;
   std::unordered_map<std::size_t, FileDetails> files_;  // by index of the file
 };
 
