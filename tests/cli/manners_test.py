@@ -92,20 +92,20 @@ class MannersTest(ToolCase):
                 closing = "; no lists were written" if command == "same" else "\n1 face in 1 file"
                 self.assertEqual(err.decode(), f"stopped after 2 files{closing}\n")
 
-    def full_pipe(self):
+    def full_pipe(self, *options):
         """A run that waits for room in the pipe for its results, of which the first line is read."""
-        process = start(["identify", "--format", "jsonl", "-j", 1, self.links(200, made_font("Made", LONG))])
+        process = start(["identify", "--format", "jsonl", "-j", 1, *options, self.links(200, made_font("Made", LONG))])
         process.stdout.readline()
         wait_until_full(process.stdout)
         return process
 
     def test_an_interrupt_tells_how_many_are_left_out(self):
-        process = self.full_pipe()
+        process = self.full_pipe("--progress", "always")
         time.sleep(2)  # meanwhile it counts the files
         process.send_signal(signal.SIGINT)
         out, err = process.communicate(timeout=100)
         self.assertEqual(process.returncode, 130)
-        stopped = re.fullmatch(r"stopped after (\d+) of 200 files\n\1 faces in \1 files\n", err.decode())
+        stopped = re.search(r"stopped after (\d+) of 200 files\n\1 faces in \1 files\n$", err.decode())
         self.assertTrue(stopped, err)
         self.assertEqual(int(stopped[1]), out.count(b"\n") + 1)
         self.assertLess(int(stopped[1]), 200)

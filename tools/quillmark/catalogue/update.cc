@@ -323,14 +323,6 @@ std::vector<Root> RootsOf(Database& database) {
   return roots;
 }
 
-// Shows how far the work is only where it is shown: counting walks the roots a second time.
-std::unique_ptr<PathCount> CountFor(const CatalogueUpdate& update, const std::vector<Root>& roots) {
-  if (!ShowsProgress(update.work)) return nullptr;
-  PathSources sources;
-  for (const Root& root : roots) sources.paths.push_back(root.path);
-  return std::make_unique<PathCount>(sources);
-}
-
 }  // namespace
 
 int UpdateDatabase(Database& database, const CatalogueUpdate& update, bool tells_counts) {
@@ -340,8 +332,10 @@ int UpdateDatabase(Database& database, const CatalogueUpdate& update, bool tells
   const BegunRun begun = BeginRun(database, update.roots);
   const std::vector<Root> roots = RootsOf(database);
   DeriveAnewFor(database, update.tables);
-  const auto count = CountFor(update, roots);
-  Progress progress(ShowsProgress(update.work), [&] { return count ? count->total() : std::nullopt; });
+  PathSources sources;
+  for (const Root& root : roots) sources.paths.push_back(root.path);
+  const PathCount count(sources, ShowsProgress(update.work));
+  Progress progress(ShowsProgress(update.work), [&] { return count.total(); });
   Updater updater(update, database, progress, roots, begun);
   const int status = updater.Run();
   progress.Clear();

@@ -66,7 +66,8 @@ std::optional<FontPath> FontPaths::Named() {
   return list;
 }
 
-PathCount::PathCount(const PathSources& sources) {
+PathCount::PathCount(const PathSources& sources, bool is_shown) {
+  if (!is_shown) return;
   std::error_code ignored;
   const bool is_read_once = sources.list == kStandardInputPath || !fs::is_regular_file(sources.list, ignored);
   if (!sources.list.empty() && is_read_once) return;

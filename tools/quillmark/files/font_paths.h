@@ -79,10 +79,11 @@ class FontPaths : public PathSource {
   bool cut_short_ = false;
 };
 
-// Counts the same paths on a thread of its own, if one can be started.
+// Counts the same paths on a thread of its own, if one can be started and the count is shown: all folders are
+// walked a second time for it.
 class PathCount {
  public:
-  explicit PathCount(const PathSources& sources);
+  PathCount(const PathSources& sources, bool is_shown);
   // Once all are counted. Never for a list that can be read but once, such as a pipe.
   std::optional<std::size_t> total() const;
 

@@ -46,7 +46,7 @@ std::string VisitFiles(const FilesOptions& options,
                        const std::function<void(IdentifiedFile&, Progress&)>& visit) {
   NoteInterrupts();
   FontPaths paths(options.sources);
-  const PathCount count(options.sources);
+  const PathCount count(options.sources, ShowsProgress(options));
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
   bool input_cut_short = false;
   IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, [&](IdentifiedFile& file) {
