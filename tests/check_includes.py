@@ -40,7 +40,7 @@ TOOL = {
 KNOWN_RING = ("support/om_string", "support/wide_string")
 # What the exported functions do not carry.
 INNER_HEADERS = """
-    analysis/collection.h analysis/font_extension.h analysis/font_kind.h analysis/name_match.h analysis/name_record.h
+    analysis/collected_face.h analysis/collection.h analysis/font_extension.h analysis/font_kind.h analysis/name_match.h analysis/name_record.h
     analysis/name_table.h analysis/sfnt_data.h analysis/sfnt_directory.h
     api/creation.h api/creation_context.h api/face_fault.h api/font_array.h api/xml_reader.h
     knowledge/classification_mappings.h knowledge/foundry_name_table.h knowledge/keyword_table.h

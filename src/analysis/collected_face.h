@@ -3,6 +3,7 @@
 #ifndef QUILLMARK_ANALYSIS_COLLECTED_FACE_H_
 #define QUILLMARK_ANALYSIS_COLLECTED_FACE_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -21,10 +22,14 @@ enum CollectStatus : int {
   kNoPostScriptHeader = -1,  // no PostScript header was read
 };
 
+// A request beside the QM_Attribute bits: whether the outlines have a table of variation axes (fvar).
+inline constexpr std::uint32_t kVariationAxes = 0x8000'0000;
+
 struct CollectedFace {
   FaceNames names;
   OmString kind_name;
-  OmString platform;               // "mac" or "crossplatform"
+  OmString platform;  // "mac" or "crossplatform"
+  bool has_variation_axes = false;
   std::string printer_font_path;   // of PostScript faces only; empty when the family names none
   std::optional<NameFault> fault;  // why the name table gives no names
 };

@@ -32,8 +32,8 @@ void RemoveTrailingBlanks(OmString& text) {
   text = whole.substr(0, last == std::string::npos ? 0 : last + 1);
 }
 
-// Reads the names of the font; a display name that is set already is kept.
-CollectStatus CollectSfntNames(const SfntData& font, CollectedFace& face) {
+// Reads what the font itself tells; a display name that is set already is kept.
+CollectStatus CollectSfntData(const SfntData& font, std::uint32_t request, CollectedFace& face) {
   auto read = getMetaDataFromNamesTable(font);
   if (const auto* fault = std::get_if<NameFault>(&read)) {
     face.fault = *fault;
@@ -43,13 +43,15 @@ CollectStatus CollectSfntNames(const SfntData& font, CollectedFace& face) {
   face.names = std::get<FaceNames>(std::move(read));
   if (!display_name.empty()) face.names.display_name = std::move(display_name);
   RemoveTrailingBlanks(face.names.family);
+  if (request & kVariationAxes) face.has_variation_axes = HasVariationAxes(font);
   return kCollected;
 }
 
-CollectStatus CollectOutlineNames(QuillmarkResourceFile& resources, std::int16_t id, CollectedFace& face) {
+CollectStatus CollectOutlineData(QuillmarkResourceFile& resources, std::int16_t id, std::uint32_t request,
+                                 CollectedFace& face) {
   const ResourceHandle outline(resources.getResourceHandleForType(kSfnt, id));
   if (outline.get() == nullptr) return kNoFontData;
-  return CollectSfntNames(SfntData(HandleBytes(outline.get()), resources.budget()), face);
+  return CollectSfntData(SfntData(HandleBytes(outline.get()), resources.budget()), request, face);
 }
 
 }  // namespace
@@ -66,7 +68,7 @@ CollectStatus CollectMetaData(FontFile& file, QuillmarkResourceFile* resources, 
   const SfntData font(*data, static_cast<std::uint32_t>(size), file.budget());
   if (kind == kKindTrueType && HasLayoutTable(font)) kind = kKindOpenTypeTT;
   if (kind == kKindOpenTypeTT) face.kind_name = KindName(kKindOpenTypeTT);
-  const CollectStatus status = CollectSfntNames(font, face);
+  const CollectStatus status = CollectSfntData(font, request, face);
   if (status == kCollected && (request & QM_ATTRIBUTE_PLATFORM) && !GetPlatformTTF(font, &face.platform)) {
     return kPlatformUndecided;
   }
@@ -93,7 +95,7 @@ CollectStatus CollectMetaData(const std::string& path, QuillmarkResourceFile& re
   }
   if (!IsSfntKind(kind)) return kNoFontData;
   if (kind == kKindOpenTypeTT) face.kind_name = KindName(kKindOpenTypeTT);
-  return CollectOutlineNames(resources, id, face);
+  return CollectOutlineData(resources, id, request, face);
 }
 
 }  // namespace quillmark

@@ -51,6 +51,8 @@ std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const ch
   return std::nullopt;
 }
 
+bool HasVariationAxes(const SfntData& font) { return FindSpecifiedTable(font, "fvar").has_value(); }
+
 bool ValidateDirectoryEntry(const std::optional<TDirectoryEntry>& entry, const SfntData& font) {
   return entry && entry->offset + entry->length <= font.size();
 }

@@ -32,6 +32,9 @@ SfntTableCount CountTables(const SfntData& font);
 // directories of real fonts may be unsorted.
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag);
 
+// Whether the font is variable: it has an fvar table.
+bool HasVariationAxes(const SfntData& font);
+
 // Whether offset + length, a 32-bit sum that wraps, is at most the font's size. An entry that passes may
 // therefore still lie outside; SfntData bounds every read.
 bool ValidateDirectoryEntry(const std::optional<TDirectoryEntry>& entry, const SfntData& font);

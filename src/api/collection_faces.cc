@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "analysis/checksum.h"
+#include "analysis/collected_face.h"
 #include "analysis/collection.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
@@ -68,6 +69,7 @@ class CollectionReader {
     }
     GetPlatformTTF(font, &specifier.platform);
     specifier.kind = "TrueType Collection";
+    if (creation_.request & kVariationAxes) specifier.has_variation_axes = HasVariationAxes(font);
     if (creation_.request & kDataChecksums) specifier.checksum = collection_.ChecksumOf(tables, font);
     creation_.AddFace(std::move(specifier), std::move(names));
   }

@@ -39,8 +39,8 @@ struct Creation {
   Budget budget;
   FileAccess access;
   FontFile file;  // the font file itself
-  // QM_Attribute bits. Without a checksum of the data, files are not read from end to end (collections are
-  // for a kerning checksum).
+  // QM_Attribute bits, kVariationAxes. Without a checksum of the data, files are not read from end to end
+  // (collections are for a kerning checksum).
   const std::uint32_t request;
   PrinterFonts printer_fonts;
   CreationResult& result;

@@ -45,6 +45,7 @@ class FamilyReader {
     QM_FontSpecifier face;
     if (creation_.request & QM_ATTRIBUTE_KIND) face.kind = std::move(found.kind_name);
     if (creation_.request & QM_ATTRIBUTE_PLATFORM) face.platform = std::move(found.platform);
+    face.has_variation_axes = found.has_variation_axes;
     face.style = style;
     face.firstResourceID = family.getFirstResourceID(style);
     face.fondResourceID = family.exists() ? family.id() : -1;

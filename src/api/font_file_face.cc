@@ -31,6 +31,7 @@ void AddFontFileFace(Creation& creation, QuillmarkResourceFile* resources) {
   QM_FontSpecifier face;
   if (creation.request & QM_ATTRIBUTE_KIND) face.kind = std::move(found.kind_name);
   if (creation.request & QM_ATTRIBUTE_PLATFORM) face.platform = std::move(found.platform);
+  face.has_variation_axes = found.has_variation_axes;
   face.style = 0;
   face.fileType = creation.file.Finder().type;
   face.fileCreator = creation.file.Finder().creator;

@@ -35,7 +35,8 @@ struct QM_FontSpecifier {
   std::uint32_t fileType = 0;
   std::uint32_t outlineFileCreator = 0;
   std::uint32_t outlineFileType = 0;
-  std::uint32_t attributes = 0;  // QM_Attribute bits
+  std::uint32_t attributes = 0;  // as they were requested: QM_Attribute bits, kVariationAxes
+  bool has_variation_axes = false;
 
   // Attributes on which both specifiers agree. Strings agree ignoring ASCII case, empty ones too; numbers
   // only when they are not 0. Only attributes that both hold are looked at.

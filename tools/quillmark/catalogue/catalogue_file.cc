@@ -35,14 +35,18 @@ Database Opened(const std::string& path, Database::Access access) {
   return database;
 }
 
+void RemoveWithJournal(const std::string& path) {
+  ::unlink(path.c_str());
+  ::unlink((path + "-journal").c_str());
+}
+
 // Whether a file that has the name for it is a catalogue that a killed process began to make.
 bool IsUnfinished(const fs::path& path) {
   std::error_code ignored;
   if (fs::symlink_status(path, ignored).type() != fs::file_type::regular) return false;
   if (fs::is_empty(path, ignored) || Exists(path.native() + "-journal")) return true;
   try {
-    Opened(path, Database::Access::kReadAsIs);
-    return true;
+    return !Opened(path, Database::Access::kReadAsIs).Number("SELECT 1 FROM runs LIMIT 1");
   } catch (const DatabaseError&) {
     return false;
   }
@@ -51,31 +55,52 @@ bool IsUnfinished(const fs::path& path) {
 void RemoveUnfinished(const fs::path& catalogue) {
   const std::string beginning = catalogue.filename().native();
   std::error_code error;
-  std::error_code ignored;
   for (fs::directory_iterator it(catalogue.parent_path(), error), end; !error && it != end;
        it.increment(error)) {
     const std::string name = it->path().filename().native();
     if (!name.starts_with(beginning) || !IsNewEnding(name.substr(beginning.size()))) continue;
-    if (!IsUnfinished(it->path())) continue;
-    fs::remove(it->path(), ignored);
-    fs::remove(it->path().native() + "-journal", ignored);
+    if (IsUnfinished(it->path())) RemoveWithJournal(it->path());
   }
+}
+
+// An empty file, under a name that nothing had.
+std::string MakeFileBeside(const std::string& catalogue) {
+  for (std::int64_t number = ::getpid();; ++number) {
+    const std::string path = catalogue + std::string(kNewEnding) + std::to_string(number);
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor < 0 && errno == EEXIST) continue;
+    if (descriptor < 0) {
+      ThrowFor(catalogue, std::string("the catalogue cannot be made: ") + std::strerror(errno));
+    }
+    ::close(descriptor);
+    return path;
+  }
+}
+
+// Of a file that is not open.
+void Synchronise(const std::string& path) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+  const bool is_done = descriptor >= 0 && ::fsync(descriptor) == 0;
+  const int error = errno;
+  if (descriptor >= 0) ::close(descriptor);
+  if (!is_done) ThrowFor(path, std::string("the catalogue cannot be written: ") + std::strerror(error));
 }
 
 // Under another name first, so that what stands under the right one is a catalogue at any time. Never
 // replaces a file.
 void MakeCatalogue(const std::string& path) {
   RemoveUnfinished(path);
-  const std::string unfinished = path + std::string(kNewEnding) + std::to_string(::getpid());
-  const auto remove = [&] {
-    ::unlink(unfinished.c_str());
-    ::unlink((unfinished + "-journal").c_str());
-  };
+  const std::string unfinished = MakeFileBeside(path);
   try {
-    Database database(unfinished, Database::Access::kCreate);
-    CreateSchema(database);
+    {
+      Database database(unfinished, Database::Access::kCreate);
+      // As it is not yet of use, all is synchronised at once at its end.
+      database.Run("PRAGMA synchronous = OFF");
+      CreateSchema(database);
+    }
+    Synchronise(unfinished);
   } catch (...) {
-    remove();
+    RemoveWithJournal(unfinished);
     throw;
   }
   int error =
@@ -84,7 +109,7 @@ void MakeCatalogue(const std::string& path) {
     error = ::rename(unfinished.c_str(), path.c_str()) == 0 ? 0 : errno;
   }
   if (error == 0) return;
-  remove();
+  RemoveWithJournal(unfinished);
   ThrowFor(path, std::string("the catalogue cannot be made: ") + std::strerror(error));
 }
 
@@ -115,7 +140,7 @@ Database OpenCatalogue(const std::string& path) {
   CheckFile(whole, path);
   try {
     return Opened(whole, Database::Access::kRead);
-  } catch (const CannotOpen&) {
+  } catch (const NoAccess&) {
     // A killed update leaves the mark of a log in the file. Where nothing can be made beside it, as on
     // read-only media, and there is no log, the file says all.
     if (Exists(whole + "-wal")) throw;
@@ -146,9 +171,9 @@ UpdatedCatalogue::UpdatedCatalogue(const std::string& path, IfMissing if_missing
   lock_.emplace(whole);
   if (!Exists(whole)) MakeCatalogue(whole);
   database_.emplace(Opened(whole, Database::Access::kWrite));
-  // By this SQLite tries to write, which shows at once whether that is allowed.
   // The log beside the file needs memory that all its users share.
   if (IsOnThisMachine(whole)) database_->Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+  // Shows at once whether writing is allowed.
   const Transaction tried(*database_);
 }
 

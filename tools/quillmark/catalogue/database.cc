@@ -101,7 +101,7 @@ void Database::Fail(int code) const {
   const int system_error = handle_ ? sqlite3_system_errno(handle()) : 0;
   const char* const message = handle_ ? sqlite3_errmsg(handle()) : sqlite3_errstr(code);
   const std::string words = Printable(path_) + ": " + WordsOf(code, system_error, message);
-  if ((code & 0xFF) == SQLITE_CANTOPEN) throw CannotOpen(words);
+  if ((code & 0xFF) == SQLITE_CANTOPEN || (code & 0xFF) == SQLITE_READONLY) throw NoAccess(words);
   throw DatabaseError(words);
 }
 

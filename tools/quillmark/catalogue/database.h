@@ -21,8 +21,8 @@ class DatabaseError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The file, or what must be made beside it, cannot be opened.
-class CannotOpen : public DatabaseError {
+// The file, or what must be made beside it, cannot be opened or written.
+class NoAccess : public DatabaseError {
  public:
   using DatabaseError::DatabaseError;
 };

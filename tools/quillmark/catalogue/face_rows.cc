@@ -9,18 +9,13 @@
 #include "analysis/name_match.h"
 #include "api/font_array.h"
 #include "faces/attributes.h"
+#include "platform/byte_reader.h"
+#include "platform/crc32.h"
 
 namespace quillmark::tool {
 namespace {
 
 using Json = nlohmann::json;
-
-// By which names are near; nothing for a name without ASCII letters and digits.
-std::optional<std::string> LooseName(const std::string& name) {
-  std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
-  if (loose.empty()) return std::nullopt;
-  return loose;
-}
 
 // Styles as a JSON array; nothing without any.
 std::optional<std::string> StylesText(const std::vector<std::string>& styles) {
@@ -38,9 +33,9 @@ std::vector<std::string> StylesIn(const std::string& text) {
   return styles;
 }
 
-// Most faces have these two names as their full name.
-std::optional<std::string> UnlessFullName(const std::string& name, const Face& face) {
-  if (name == face.full_name) return std::nullopt;
+// Most faces have their PostScript name as display name, and their full name on Windows, too.
+std::optional<std::string> Unless(const std::string& usual, const std::string& name) {
+  if (name == usual) return std::nullopt;
   return name;
 }
 
@@ -65,7 +60,7 @@ FaceRow RowIn(const Statement& found) {
   face.post_script_name = found.Text(1);
   face.family = found.Text(2);
   face.full_name = found.Text(3);
-  face.display_name = found.IsNull(4) ? face.full_name : found.Text(4);
+  face.display_name = found.IsNull(4) ? face.post_script_name : found.Text(4);
   face.windows_full_name = found.IsNull(5) ? face.full_name : found.Text(5);
   face.kind = found.Text(6);
   face.version = found.Text(7);
@@ -105,16 +100,21 @@ auto Parts(const FaceRow& row) {
 
 }  // namespace
 
+std::optional<std::int64_t> LooseSum(const std::string& name) {
+  const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
+  if (loose.empty()) return std::nullopt;
+  return static_cast<std::int32_t>(Crc32(0, AsBytes(loose)));  // signed: takes fewer bytes
+}
+
 bool FaceRow::Equals(const FaceRow& other) const { return Parts(*this) == Parts(other); }
 
-std::vector<FaceRow> RowsOf(const std::vector<Face>& faces, const QM_FontArray& array,
-                            const std::vector<bool>& are_variable) {
+std::vector<FaceRow> RowsOf(const std::vector<Face>& faces, const QM_FontArray& array) {
   std::vector<FaceRow> rows;
   rows.reserve(faces.size());
   for (const Face& face : faces) {
     const QM_FontSpecifier& specifier = array.view(face.index);
     rows.push_back({face, specifier.foundry.str(), specifier.fileCreator, specifier.outlineFileCreator,
-                    specifier.fondResourceID, specifier.style, are_variable[rows.size()]});
+                    specifier.fondResourceID, specifier.style, specifier.has_variation_axes});
   }
   return rows;
 }
@@ -176,6 +176,10 @@ std::optional<FaceRow> FaceTable::Read(std::int64_t file, std::int64_t face) {
 
 void FaceTable::Replace(std::int64_t file, const std::vector<FaceRow>& rows) {
   remove_.Run(file);
+  Add(file, rows);
+}
+
+void FaceTable::Add(std::int64_t file, const std::vector<FaceRow>& rows) {
   for (const FaceRow& row : rows) {
     const Face& face = row.face;
     const bool has_printer_font = !face.outline_file.empty();
@@ -183,16 +187,16 @@ void FaceTable::Replace(std::int64_t file, const std::vector<FaceRow>& rows) {
     const auto exists =
         has_printer_font ? std::optional<std::int64_t>(face.outline_file_exists) : std::nullopt;
     const auto number = [](std::uint32_t value) { return std::int64_t{value}; };
-    insert_.Run(file, number(face.index), std::string_view(face.post_script_name),
-                std::string_view(face.family), std::string_view(face.full_name),
-                UnlessFullName(face.display_name, face), UnlessFullName(face.windows_full_name, face),
-                std::string_view(face.kind), std::string_view(face.version), std::string_view(face.platform),
-                std::string_view(face.foundry), std::string_view(face.classification),
-                StylesText(face.styles), number(face.checksum), number(face.legacy_checksum),
-                number(face.kerning_checksum), number(face.outline_file_size), printer_font, exists,
-                row.fond_id == -1 ? std::nullopt : std::optional<std::int64_t>(row.fond_id),
-                std::int64_t{row.style}, MakerOf(row.maker_text), number(row.file_creator),
-                number(row.outline_creator), LooseName(face.post_script_name), std::int64_t{row.is_variable});
+    insert_.Run(
+        file, number(face.index), std::string_view(face.post_script_name), std::string_view(face.family),
+        std::string_view(face.full_name), Unless(face.post_script_name, face.display_name),
+        Unless(face.full_name, face.windows_full_name), std::string_view(face.kind),
+        std::string_view(face.version), std::string_view(face.platform), std::string_view(face.foundry),
+        std::string_view(face.classification), StylesText(face.styles), number(face.checksum),
+        number(face.legacy_checksum), number(face.kerning_checksum), number(face.outline_file_size),
+        printer_font, exists, row.fond_id == -1 ? std::nullopt : std::optional<std::int64_t>(row.fond_id),
+        std::int64_t{row.style}, MakerOf(row.maker_text), number(row.file_creator),
+        number(row.outline_creator), LooseSum(face.post_script_name), std::int64_t{row.is_variable});
   }
 }
 

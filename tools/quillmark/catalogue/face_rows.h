@@ -13,6 +13,9 @@
 
 namespace quillmark::tool {
 
+// Of every field of a row.
+inline constexpr FaceNeeds kRowNeeds = {kEveryNeed.attributes | kVariationAxes, true, true};
+
 struct FaceRow {
   Face face;  // without its path
   std::string maker_text;
@@ -23,15 +26,17 @@ struct FaceRow {
   bool Equals(const FaceRow& other) const;
 };
 
-// `are_variable` tells of each face whether it has variation axes.
-std::vector<FaceRow> RowsOf(const std::vector<Face>& faces, const QM_FontArray& array,
-                            const std::vector<bool>& are_variable);
+std::vector<FaceRow> RowsOf(const std::vector<Face>& faces, const QM_FontArray& array);
 
 // An array of the face, from which the stored forms are written.
 FontArray ArrayOf(const FaceRow& row);
 
 // Tells foundry, class and styles anew. False when they are as they were.
 bool DeriveAnew(FaceRow& row);
+
+// The sum of a name as near names are compared; names of one sum may still differ. Nothing for a name without
+// ASCII letters and digits.
+std::optional<std::int64_t> LooseSum(const std::string& name);
 
 // Reads and writes the rows of files.
 class FaceTable {
@@ -40,6 +45,8 @@ class FaceTable {
 
   std::vector<FaceRow> Read(std::int64_t file);  // in the order of the faces
   std::optional<FaceRow> Read(std::int64_t file, std::int64_t face);
+  // Of a file that has none.
+  void Add(std::int64_t file, const std::vector<FaceRow>& rows);
   // In place of those that the file has.
   void Replace(std::int64_t file, const std::vector<FaceRow>& rows);
   void WriteDerived(std::int64_t file, const FaceRow& row);

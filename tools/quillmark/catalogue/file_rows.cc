@@ -8,6 +8,7 @@
 
 #include "api/font_array.h"
 #include "catalogue/reading_rules.h"
+#include "library/library_details.h"
 #include "reasons/fork_places.h"
 
 namespace quillmark::tool {
@@ -33,33 +34,18 @@ void AddOwner(const std::string& path, Companions& companions) {
   if (owner != path) companions.emplace(owner, StampOf(owner));
 }
 
-bool HaveChanged(const std::string& path, const Stamp& before) {
-  Stamp after = StampOf(path);
-  after.attributes = before.attributes;
-  return after != before;
-}
-
 }  // namespace
 
-FileDetails DetailsOf(const IdentifiedFile& file, const FileSystem& system) {
-  if (!file.array) return {};
-  std::vector<LibraryFace> faces;
-  for (const Face& face : file.faces) {
-    const QM_FontSpecifier& specifier = file.array->view(face.index);
-    LibraryFace& listed = faces.emplace_back();
-    listed.kind = face.kind;
-    listed.fond_id = specifier.fondResourceID;
-    listed.style = specifier.style;
-    listed.checksum = face.checksum;
-  }
-  // The face of a file that holds no other has the size of both forks.
-  const bool is_single = faces.front().fond_id == -1 && faces.front().kind != "TrueType Collection";
-  return ReadDetails(file.source.path, faces, is_single ? file.faces.front().outline_file_size : 0, system);
+std::uint64_t TotalSizeOf(const IdentifiedFile& file, const FileSystem& system) {
+  if (!file.array) return 0;
+  const std::uint64_t size = SizeOfFile(file.faces);
+  return size > 0 ? size : ReadFileSize(file.source.path, system);
 }
 
-FileTable::FileTable(Database& database, std::int64_t run)
+FileTable::FileTable(Database& database, std::int64_t run, StampRules rules)
     : database_(database),
       run_(run),
+      rules_(rules),
       faces_(database),
       add_folder_(database,
                   "INSERT INTO folders (root, key, path) VALUES (?, ?, ?) "
@@ -80,6 +66,15 @@ FileTable::FileTable(Database& database, std::int64_t run)
                      "INSERT INTO companions (file, path, kind, size, mtime, ctime, inode, attributes) "
                      "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
       forget_gone_(database, "DELETE FROM gone WHERE path = ?") {}
+
+// Whether the file changed since the stamp was taken, and the next update may not see that. It compares the
+// stamp from before the file was read, which by the usual rules shows every change.
+bool FileTable::MayHideChange(const std::string& path, const Stamp& before) const {
+  if (!rules_.ignore_ctime && !rules_.ignore_inode) return false;
+  Stamp after = StampOf(path);
+  after.attributes = before.attributes;
+  return after != before;
+}
 
 std::int64_t FileTable::FolderId(std::int64_t root, const FolderOfRoot& folder) {
   if (last_folder_ != 0 && last_root_ == root && last_key_ == folder.key) return last_folder_;
@@ -106,7 +101,7 @@ bool FileTable::IsSameAnswer(std::int64_t id, const Explanation& explanation,
 }
 
 FileChange FileTable::Write(std::int64_t root, const FoundFile& found, const IdentifiedFile& file,
-                            const FileDetails& details, Companions asked) {
+                            std::uint64_t total_size, bool has_no_attributes, Companions asked) {
   const std::string path = found.path();
   const Explanation& explanation = file.explanation;
   Stamp stamp = found.stamp;
@@ -116,20 +111,19 @@ FileChange FileTable::Write(std::int64_t root, const FoundFile& found, const Ide
 
   // What could not be read may be readable the next time.
   bool is_uncertain = explanation.outcome == Outcome::kUnreadable || explanation.may_pass;
-  is_uncertain |= IsUncertainAt(stamp, found.seen_at) || HaveChanged(path, stamp);
+  is_uncertain |= IsUncertainAt(stamp, found.seen_at) || MayHideChange(path, stamp);
   for (auto& [companion, its_stamp] : companions) {
-    is_uncertain |= IsUncertainAt(its_stamp, found.seen_at) || HaveChanged(companion, its_stamp);
+    is_uncertain |= IsUncertainAt(its_stamp, found.seen_at) || MayHideChange(companion, its_stamp);
     if (its_stamp.kind == Stamp::kRegular) its_stamp.attributes = AttributesOf(companion);
   }
-  if (stamp.kind == Stamp::kRegular) stamp.attributes = AttributesOf(path);
+  if (stamp.kind == Stamp::kRegular && !has_no_attributes) stamp.attributes = AttributesOf(path);
 
-  const std::vector<FaceRow> rows =
-      file.array ? RowsOf(file.faces, *file.array, details.variable) : std::vector<FaceRow>();
+  const std::vector<FaceRow> rows = file.array ? RowsOf(file.faces, *file.array) : std::vector<FaceRow>();
   const bool is_same = found.known_id != 0 && IsSameAnswer(found.known_id, explanation, rows);
   const FileChange change = found.known_id == 0 ? FileChange::kAdded
                             : is_same           ? FileChange::kSame
                                                 : FileChange::kChanged;
-  const auto size = static_cast<std::int64_t>(details.file_size);
+  const auto size = static_cast<std::int64_t>(total_size);
   const std::int64_t folder = FolderId(root, found.folder);
   const auto bit = [](bool value) { return std::int64_t{value}; };
   std::int64_t id = found.known_id;
@@ -152,7 +146,11 @@ FileChange FileTable::Write(std::int64_t root, const FoundFile& found, const Ide
     add_companion_.Run(id, Blob{companion}, its.kind, its.size, its.mtime, its.ctime, its.inode,
                        its.attributes);
   }
-  if (!is_same) faces_.Replace(id, rows);
+  if (change == FileChange::kAdded) {
+    faces_.Add(id, rows);
+  } else if (!is_same) {
+    faces_.Replace(id, rows);
+  }
   return change;
 }
 

@@ -113,7 +113,7 @@ class Merger {
                     files_.Integer(5), files_.Integer(6), files_.Integer(7), files_.Integer(8),
                     TextOrNull(files_, 9), IntegerOrNull(files_, 10), files_.Integer(11), runs.added,
                     runs.changed);
-      write_.Replace(target_.last_id(), faces);
+      write_.Add(target_.last_id(), faces);
       if (files_.Integer(8) == static_cast<std::int64_t>(Outcome::kUnreadable)) ++counts_.unreadable;
     }
   }

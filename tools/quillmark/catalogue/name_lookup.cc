@@ -92,8 +92,11 @@ NameLookup::NameLookup(Database& database)
       place_(database, PlaceQuery().c_str()) {}
 
 std::vector<NameLookup::Key> NameLookup::KeysOf(Statement& query, const std::string& value) {
+  return KeysIn(query.With(std::string_view(value)));
+}
+
+std::vector<NameLookup::Key> NameLookup::KeysIn(Statement& query) {
   std::vector<Key> keys;
-  query.With(std::string_view(value));
   while (query.Step()) keys.emplace_back(query.Integer(0), query.Integer(1));
   query.Reset();
   std::sort(keys.begin(), keys.end());
@@ -142,6 +145,15 @@ std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& n
   return {};
 }
 
+std::vector<NameLookup::Found> NameLookup::Near(const std::string& name, std::int64_t sum) {
+  const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
+  std::vector<Found> faces = FacesOf(KeysIn(by_loose_name_.With(sum)));
+  std::erase_if(faces, [&](const Found& each) {
+    return GFontToolUtils::StripCharsAndNormalizeString(each.face.post_script_name) != loose;
+  });
+  return faces;
+}
+
 // As `same` tells data apart: by name and checksum, and by size where several sizes are known. Without a
 // checksum data are not known to be the same as any other.
 bool NameLookup::HaveOneDatum(const std::vector<Found>& faces) {
@@ -179,8 +191,7 @@ FoundName NameLookup::Find(const std::string& name, bool wants_guesses) {
                      : is_one_file        ? NameVerdict::kExact
                                           : NameVerdict::kCopies;
   } else {
-    const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
-    if (!loose.empty()) look("near", FacesOf(KeysOf(by_loose_name_, loose)));
+    if (const auto sum = LooseSum(name)) look("near", Near(name, *sum));
     if (!found.empty()) answer.verdict = NameVerdict::kNear;
   }
   for (Found& each : found) answer.faces.push_back(std::move(each.face));

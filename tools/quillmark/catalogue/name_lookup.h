@@ -47,8 +47,11 @@ class NameLookup {
   using Key = std::pair<std::int64_t, std::int64_t>;  // file and face
 
   std::vector<Key> KeysOf(Statement& query, const std::string& value);
+  static std::vector<Key> KeysIn(Statement& query);
   std::vector<Found> FacesOf(const std::vector<Key>& keys);
   std::vector<Found> ByFamilyAndStyle(const std::string& name);
+  // By the loose sum of the name.
+  std::vector<Found> Near(const std::string& name, std::int64_t sum);
   std::vector<Face> Guesses(const std::string& name);
   static bool HaveOneDatum(const std::vector<Found>& faces);
 

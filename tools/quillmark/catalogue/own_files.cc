@@ -56,6 +56,7 @@ bool OwnFiles::Contain(const std::string& path, std::int64_t inode) const {
 
 bool OtherFiles::IsOwn(const std::string& path) const {
   struct stat found {};
+  if (is_other_(path)) return false;
   return ::stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode) &&
          own_.Contain(path, static_cast<std::int64_t>(found.st_ino));
 }

@@ -6,6 +6,7 @@
 #define QUILLMARK_TOOL_CATALOGUE_OWN_FILES_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,8 +40,9 @@ bool IsNewEnding(std::string_view ending);
 
 class OtherFiles : public FileSystem {
  public:
-  // `own` outlives the object.
-  explicit OtherFiles(const OwnFiles& own) : own_(own) {}
+  // `own` outlives the object. `is_other` spares looking at paths that are known to be of other files.
+  OtherFiles(const OwnFiles& own, std::function<bool(const std::string& path)> is_other)
+      : own_(own), is_other_(std::move(is_other)) {}
 
   FileStatus Status(const std::string& path) const override;
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override;
@@ -61,6 +63,7 @@ class OtherFiles : public FileSystem {
   bool IsOwn(const std::string& path) const;
 
   const OwnFiles& own_;
+  const std::function<bool(const std::string& path)> is_other_;
 };
 
 }  // namespace quillmark::tool

@@ -32,6 +32,10 @@ Companions Recording::Taken() {
 }
 
 FileStatus RecordingFiles::Status(const std::string& path) const {
+  const Stamp& stamp = recording_.stamp();
+  if (path == recording_.path() && stamp.kind == Stamp::kRegular) {
+    return {0, true, false, static_cast<std::uint64_t>(stamp.size)};
+  }
   const FileStatus status = files_.Status(path);
   recording_.Note(path, status.error);
   return status;
@@ -50,7 +54,9 @@ std::vector<std::size_t> RecordingFiles::FoldersAboveWith(std::string_view name,
 
 std::vector<std::string> RecordingFiles::AttributeNames(const std::string& path) const {
   recording_.Note(path, 0);
-  return files_.AttributeNames(path);
+  std::vector<std::string> names = files_.AttributeNames(path);
+  if (path == recording_.path()) recording_.NoteAttributes(!names.empty());
+  return names;
 }
 
 std::optional<std::string> RecordingFiles::Attribute(const std::string& path, const std::string& name) const {

@@ -1,6 +1,6 @@
 // RecordingFiles: a file system that keeps the stamp of every path that an answer depended on, those of
 // absent files, too. Left out are the file itself and the usual places of its forks, which root_scan.h looks
-// after. For one file at a time, on one thread.
+// after: what is known of the file from there is not asked for again. For one file at a time, on one thread.
 #ifndef QUILLMARK_TOOL_CATALOGUE_RECORDING_FILES_H_
 #define QUILLMARK_TOOL_CATALOGUE_RECORDING_FILES_H_
 
@@ -22,7 +22,14 @@ using Companions = std::map<std::string, Stamp>;  // by path
 // The questions about one file.
 class Recording {
  public:
-  explicit Recording(std::string path) : path_(std::move(path)) {}
+  // The stamp is from before anything is asked.
+  Recording(std::string path, const Stamp& stamp) : path_(std::move(path)), stamp_(stamp) {}
+
+  const std::string& path() const { return path_; }
+  const Stamp& stamp() const { return stamp_; }
+  void NoteAttributes(bool has_any) { has_no_attributes_ = !has_any; }
+  // False also when nobody asked.
+  bool has_no_attributes() const { return has_no_attributes_; }
 
   void Note(const std::string& path, int error);
   void NoteFolders(std::string_view folders) { folders_.emplace(folders); }
@@ -33,6 +40,8 @@ class Recording {
   bool IsOwnFork(const std::string& path, int error) const;
 
   const std::string path_;
+  const Stamp stamp_;
+  bool has_no_attributes_ = false;
   Companions asked_;
   std::set<std::string> folders_;
 };

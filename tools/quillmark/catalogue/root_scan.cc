@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "catalogue/reading_rules.h"
+#include "files/fork_carriers.h"
 
 namespace quillmark::tool {
 namespace {
@@ -27,7 +28,17 @@ constexpr const char kFiles[] =
     "rules, outcome FROM folders JOIN files ON files.folder = folders.id "
     "WHERE root = ?1 AND key = ?2 ORDER BY name";
 
-Stamp StampIn(const Statement& found, int column) {
+// Of those that exist.
+Companions StampsOf(const std::vector<std::string>& paths) {
+  Companions found;
+  for (const std::string& path : paths) {
+    const Stamp stamp = StampOf(path);
+    if (stamp.kind != Stamp::kAbsent) found.emplace(path, stamp);
+  }
+  return found;
+}
+
+Stamp KeptStamp(const Statement& found, int column) {
   return {found.Integer(column),     found.Integer(column + 1), found.Integer(column + 2),
           found.Integer(column + 3), found.Integer(column + 4), found.Integer(column + 5)};
 }
@@ -102,7 +113,7 @@ void RootScan::BeginWithFile() {
   }
   gone_tail_.Run(root_.id, Blob{kPastFirstKey});
   std::vector<FoundFile> dependents;
-  CompareFile(folder, name, ForkCarriers(folder.path), row, dependents);
+  CompareFile(folder, -1, name, std::make_shared<const ForkCarriers>(folder.path), row, dependents);
   // The files beside it are not looked at, so that it is not known whether they changed.
   std::move(dependents.begin(), dependents.end(), std::back_inserter(ready_));
 }
@@ -140,7 +151,7 @@ std::vector<RootScan::Known> RootScan::KnownIn(const std::string& key) {
   files_.With(root_.id, Blob{key});
   while (files_.Step()) {
     const bool is_outdated = MustReadAgain(files_.Integer(11), static_cast<Outcome>(files_.Integer(12)));
-    known.push_back({files_.Integer(0), files_.Text(1), StampIn(files_, 2), files_.Integer(8) != 0,
+    known.push_back({files_.Integer(0), files_.Text(1), KeptStamp(files_, 2), files_.Integer(8) != 0,
                      files_.Integer(9) != 0 || is_outdated || is_other_kind_, files_.Integer(10) != 0});
   }
   files_.Reset();
@@ -155,7 +166,6 @@ void RootScan::Compare(const WalkedFolder& walked) {
   next_key_ = folder.key + '\0';
   if (!walked.names.empty()) has_files_ = true;
 
-  const ForkCarriers carriers(folder.path, walked.fork_names);
   const std::vector<Known> known = KnownIn(folder.key);
   std::vector<FoundFile> dependents;  // unchanged files whose answer depends on the others
   const std::size_t ready_before = ready_.size();
@@ -168,7 +178,7 @@ void RootScan::Compare(const WalkedFolder& walked) {
       has_gone = true;
     }
     const bool is_known = row != known.end() && row->name == name.name;
-    CompareFile(folder, name, carriers, is_known ? &*row : nullptr, dependents);
+    CompareFile(folder, walked.opened, name, walked.carriers, is_known ? &*row : nullptr, dependents);
     if (is_known) ++row;
   }
   for (; row != known.end(); ++row) {
@@ -183,19 +193,25 @@ void RootScan::Compare(const WalkedFolder& walked) {
   }
 }
 
-void RootScan::CompareFile(const FolderOfRoot& folder, const WalkedFolder::Name& name,
-                           const ForkCarriers& carriers, const Known* known,
+void RootScan::CompareFile(const FolderOfRoot& folder, int opened, const WalkedFolder::Name& name,
+                           const std::shared_ptr<const ForkCarriers>& carriers, const Known* known,
                            std::vector<FoundFile>& dependents) {
-  FoundFile file{
-      folder, name.name, name.is_sidecar, {}, {}, clock_.Now(device_), known == nullptr ? 0 : known->id};
+  const std::int64_t seen_at = clock_.Now(device_);  // before the stamps are taken
+  FoundFile file{folder,
+                 name.name,
+                 name.is_sidecar,
+                 {},
+                 StampsOf(carriers->PlacesFor(name.name)),
+                 carriers,
+                 seen_at,
+                 known == nullptr ? 0 : known->id};
   const std::string path = file.path();
-  file.stamp = StampOf(path);
+  file.stamp = opened < 0 ? StampOf(path) : StampIn(opened, name.name);
   if (own_.Contain(path, file.stamp.inode)) {
     if (known != nullptr) gone_.Run(known->id);
     return;
   }
   events_.on_file();
-  file.carriers = carriers.Of(name.name);
   const bool is_as_known =
       known != nullptr && !known->must_be_read && IsAsKnown(path, file.stamp, known->stamp, rules_) &&
       (known->has_companions ? HasCompanionsAsKnown(known->id, file.carriers) : file.carriers.empty());
@@ -215,7 +231,7 @@ bool RootScan::HasCompanionsAsKnown(std::int64_t file, const Companions& carrier
     const auto carrier = carriers.find(path);
     if (carrier != carriers.end()) ++carriers_known;
     are_as_known = IsAsKnown(path, carrier != carriers.end() ? carrier->second : StampOf(path),
-                             StampIn(companions_, 1), rules_);
+                             KeptStamp(companions_, 1), rules_);
   }
   companions_.Reset();
   return are_as_known && carriers_known == carriers.size();

@@ -7,14 +7,15 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "catalogue/database.h"
 #include "catalogue/file_clock.h"
-#include "catalogue/fork_carriers.h"
 #include "catalogue/own_files.h"
+#include "catalogue/recording_files.h"
 #include "catalogue/stamps.h"
 #include "files/folder_walk.h"
 
@@ -39,8 +40,9 @@ struct FoundFile {
   bool is_sidecar = false;  // of a file that is not there
   Stamp stamp;              // from before it is read
   Companions carriers;
-  std::int64_t seen_at = 0;   // when the stamps were taken
-  std::int64_t known_id = 0;  // of its row; 0 without one
+  std::shared_ptr<const ForkCarriers> possible_carriers;  // of all files in the folder
+  std::int64_t seen_at = 0;                               // when the stamps were taken
+  std::int64_t known_id = 0;                              // of its row; 0 without one
 
   std::string path() const { return folder.path + name; }
 };
@@ -79,8 +81,9 @@ class RootScan {
   void BeginWithFile();
   bool Advance();
   void Compare(const WalkedFolder& walked);
-  void CompareFile(const FolderOfRoot& folder, const WalkedFolder::Name& name, const ForkCarriers& carriers,
-                   const Known* known, std::vector<FoundFile>& dependents);
+  void CompareFile(const FolderOfRoot& folder, int opened, const WalkedFolder::Name& name,
+                   const std::shared_ptr<const ForkCarriers>& carriers, const Known* known,
+                   std::vector<FoundFile>& dependents);
   bool HasCompanionsAsKnown(std::int64_t file, const Companions& carriers);
   std::vector<Known> KnownIn(const std::string& key);
   void Fail(const std::string& path, const std::string& fault);

@@ -110,7 +110,7 @@ CREATE TABLE faces (
   maker               INTEGER NOT NULL REFERENCES makers,
   file_creator        INTEGER NOT NULL,
   outline_creator     INTEGER NOT NULL,
-  loose_name          TEXT,
+  loose_name          INTEGER,
   is_variable         INTEGER NOT NULL,
   PRIMARY KEY (file, face)
 ) WITHOUT ROWID;
@@ -121,7 +121,6 @@ CREATE TABLE gone (
   path BLOB NOT NULL
 );
 
-CREATE INDEX files_added ON files (added);
 CREATE INDEX files_changed ON files (changed);
 CREATE INDEX files_unreadable ON files (outcome) WHERE outcome = 9;
 CREATE INDEX gone_by_run ON gone (run);
@@ -134,7 +133,7 @@ CREATE INDEX faces_by_family ON faces (family COLLATE NOCASE);
 
 CREATE VIEW fonts AS
   SELECT CAST(folders.path || files.name AS TEXT) AS path, face, post_script_name, family, full_name,
-         coalesce(display_name, full_name) AS display_name,
+         coalesce(display_name, post_script_name) AS display_name,
          coalesce(windows_full_name, full_name) AS windows_full_name, foundry, class, styles, faces.kind AS kind,
          version, platform, printf('%08X', checksum) AS checksum, label
   FROM faces JOIN files ON files.id = faces.file JOIN folders ON folders.id = files.folder
@@ -168,7 +167,8 @@ void CheckSchema(Database& database) {
   if (database.Number("PRAGMA application_id") != kApplicationId) refuse("not a catalogue");
   const std::int64_t version = database.Number("PRAGMA user_version").value_or(0);
   if (version > kSchemaVersion) refuse("a catalogue of a newer version of Quillmark");
-  if (version != kSchemaVersion) refuse("not a catalogue");
+  if (version < 1) refuse("not a catalogue");
+  if (version < kSchemaVersion) refuse("a catalogue of an older version of Quillmark; make it anew");
 }
 
 }  // namespace quillmark::tool

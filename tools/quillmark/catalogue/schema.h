@@ -10,7 +10,7 @@ namespace quillmark::tool {
 class Database;
 
 inline constexpr std::int64_t kApplicationId = 0x516D4361;  // "QmCa"
-inline constexpr std::int64_t kSchemaVersion = 1;
+inline constexpr std::int64_t kSchemaVersion = 2;
 
 // Makes the tables in an empty database.
 void CreateSchema(Database& database);

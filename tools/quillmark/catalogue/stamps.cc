@@ -1,5 +1,6 @@
 #include "catalogue/stamps.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <time.h>
 
@@ -29,11 +30,13 @@ std::int64_t InNanoseconds(const timespec& time) {
   return static_cast<std::int64_t>(time.tv_sec) * kNanoseconds + time.tv_nsec;
 }
 
-Stamp StampOf(const std::string& path) {
+Stamp StampOf(const std::string& path) { return StampIn(AT_FDCWD, path); }
+
+Stamp StampIn(int folder, const std::string& name) {
   struct stat found {};
   Stamp stamp;
-  if (path.find('\0') != std::string::npos) return stamp;
-  if (::stat(path.c_str(), &found) != 0) {
+  if (name.find('\0') != std::string::npos) return stamp;
+  if (::fstatat(folder, name.c_str(), &found, 0) != 0) {
     const bool is_absent = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
     stamp.kind = is_absent ? Stamp::kAbsent : -static_cast<std::int64_t>(errno);
     return stamp;

@@ -37,6 +37,8 @@ std::int64_t InNanoseconds(const timespec& time);
 
 // Of what the path leads to, links followed, without its attributes.
 Stamp StampOf(const std::string& path);
+// The same of a file in an opened folder, for which the system need not walk the path in full.
+Stamp StampIn(int folder, const std::string& name);
 std::int64_t AttributesOf(const std::string& path);
 // With its attributes, as it is kept.
 Stamp WholeStampOf(const std::string& path);

@@ -4,9 +4,9 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <new>
+#include <unordered_map>
 #include <utility>
 
 #include "catalogue/catalogue.h"
@@ -90,7 +90,7 @@ class Commits {
 // Files of one root that are read at the same time.
 class Batch : public PathSource {
  public:
-  void Add(FoundFile file) { files_.push_back({std::move(file), nullptr, {}}); }
+  void Add(FoundFile file) { files_.push_back({std::move(file), nullptr}); }
   std::size_t size() const { return files_.size(); }
   void Clear() {
     files_.clear();
@@ -105,7 +105,7 @@ class Batch : public PathSource {
   std::optional<FontPath> Next() override {
     if (next_ == files_.size() || stopped_ || Interrupted() != 0) return std::nullopt;
     const FoundFile& file = files_[next_++].found;
-    return FontPath{file.path(), false, {}, file.is_sidecar};
+    return FontPath{file.path(), false, {}, file.is_sidecar, {}, file.possible_carriers};
   }
   bool MayHaveNext() const override { return next_ < files_.size(); }
   void Stop() override { stopped_ = true; }
@@ -114,13 +114,18 @@ class Batch : public PathSource {
   // Any thread; each file is read on one at a time.
   std::unique_ptr<const FileSystem> Record(const std::string& path, const FileSystem& files) {
     auto& recording = files_[places_.at(path)].recording;
-    recording = std::make_unique<Recording>(path);
+    recording = std::make_unique<Recording>(path, files_[places_.at(path)].found.stamp);
     return std::make_unique<RecordingFiles>(files, *recording);
   }
-  void Detail(const IdentifiedFile& file, const FileSystem& system) {
-    files_[places_.at(file.source.path)].details = DetailsOf(file, system);
+  void NoteSize(const IdentifiedFile& file, const FileSystem& system) {
+    files_[places_.at(file.source.path)].total_size = TotalSizeOf(file, system);
   }
-  const FileDetails& Details(const std::string& path) const { return files_[places_.at(path)].details; }
+  std::uint64_t TotalSize(const std::string& path) const { return files_[places_.at(path)].total_size; }
+  bool Holds(const std::string& path) const { return places_.contains(path); }
+  bool HasNoAttributes(const std::string& path) const {
+    const auto& recording = files_[places_.at(path)].recording;
+    return recording && recording->has_no_attributes();
+  }
   Companions Asked(const std::string& path) {
     const auto& recording = files_[places_.at(path)].recording;
     return recording ? recording->Taken() : Companions();
@@ -130,10 +135,10 @@ class Batch : public PathSource {
   struct File {
     FoundFile found;
     std::unique_ptr<Recording> recording;
-    FileDetails details;
+    std::uint64_t total_size = 0;
   };
   std::vector<File> files_;
-  std::map<std::string, std::size_t> places_;
+  std::unordered_map<std::string, std::size_t> places_;
   std::size_t next_ = 0;
   std::atomic<bool> stopped_ = false;
 };
@@ -153,10 +158,12 @@ class Updater {
         roots_(std::move(roots)),
         commits_(database),
         run_(begun.id),
-        files_(database, run_),
+        rules_{update.ignore_ctime, update.ignore_inode},
+        files_(database, run_, rules_),
         jobs_(JobsThatCanOpenFiles(update.work.jobs)),
         own_(database.path()),
-        files_beside_(own_),
+        // Those of the batch were looked at when they were found.
+        files_beside_(own_, [this](const std::string& path) { return batch_.Holds(path); }),
         clock_(database.path().empty() ? "" : database.path() + ".lock"),
         gone_(begun.gone) {}
 
@@ -186,7 +193,7 @@ class Updater {
   void Walk(const Root& root) {
     SharedReading shared;
     shared.system = &files_beside_;
-    shared.then = [this](const IdentifiedFile& file) { batch_.Detail(file, files_beside_); };
+    shared.then = [this](const IdentifiedFile& file) { batch_.NoteSize(file, files_beside_); };
     shared.wrap = [this](const FontPath& source, const FileSystem& files) {
       return batch_.Record(source.path, files);
     };
@@ -200,7 +207,7 @@ class Updater {
     events.stopped = [] { return Interrupted() != 0; };
     database_.Run("CREATE TEMP TABLE gone_files (file INTEGER PRIMARY KEY)");
     {
-      RootScan scan(database_, root, {update_.ignore_ctime, update_.ignore_inode}, own_, clock_, events);
+      RootScan scan(database_, root, rules_, own_, clock_, events);
       while (auto file = scan.Next()) {
         batch_.Add(*std::move(file));
         if (batch_.size() >= kFilesOfBatch) Read(root, shared);
@@ -229,7 +236,7 @@ class Updater {
         throw DatabaseError(Printable(database_.path()) + ": there is too little memory to write it");
       }
     };
-    IdentifyAll(batch_, jobs_, kEveryNeed, write, shared);
+    IdentifyAll(batch_, jobs_, kRowNeeds, write, shared);
     batch_.Clear();
   }
 
@@ -237,7 +244,8 @@ class Updater {
     commits_.Begin();
     const FoundFile& found = batch_.Found(file.source.path);
     const FileChange change =
-        files_.Write(root.id, found, file, batch_.Details(file.source.path), batch_.Asked(file.source.path));
+        files_.Write(root.id, found, file, batch_.TotalSize(file.source.path),
+                     batch_.HasNoAttributes(file.source.path), batch_.Asked(file.source.path));
     ++read_;
     if (change == FileChange::kAdded) ++added_;
     if (change == FileChange::kChanged) ++changed_;
@@ -275,6 +283,7 @@ class Updater {
   const std::vector<Root> roots_;
   Commits commits_;
   const std::int64_t run_;
+  const StampRules rules_;
   FileTable files_;
   const unsigned jobs_;
   Batch batch_;

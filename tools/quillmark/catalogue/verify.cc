@@ -65,14 +65,13 @@ class Part : public PathSource {
   std::atomic<bool> stopped_ = false;
 };
 
-bool IsSame(const IdentifiedFile& file, const KnownFile& known, FaceTable& faces, const FileSystem& system) {
+bool IsSame(const IdentifiedFile& file, const KnownFile& known, FaceTable& faces) {
   const Explanation& found = file.explanation;
   if (found.outcome != known.explanation.outcome || found.reason != known.explanation.reason ||
       found.listed != known.explanation.listed) {
     return false;
   }
-  const std::vector<FaceRow> rows =
-      file.array ? RowsOf(file.faces, *file.array, DetailsOf(file, system).variable) : std::vector<FaceRow>();
+  const std::vector<FaceRow> rows = file.array ? RowsOf(file.faces, *file.array) : std::vector<FaceRow>();
   const std::vector<FaceRow> kept = faces.Read(known.id);
   return std::equal(rows.begin(), rows.end(), kept.begin(), kept.end(),
                     [](const FaceRow& a, const FaceRow& b) { return a.Equals(b); });
@@ -105,7 +104,7 @@ class Verifier {
       : check_(check),
         faces_(database),
         own_(database.path()),
-        files_beside_(own_),
+        files_beside_(own_, [](const std::string&) { return false; }),
         jobs_(JobsThatCanOpenFiles(check.work.jobs)),
         progress_(ShowsProgress(check.work), [this] { return total_; }) {
     shared_.system = &files_beside_;
@@ -155,13 +154,13 @@ class Verifier {
     for (const KnownFile& file : part) by_path.emplace(file.path, &file);
     Part source(part);
     IdentifyAll(
-        source, jobs_, kEveryNeed,
+        source, jobs_, kRowNeeds,
         [&](const IdentifiedFile& file) { Compare(file, *by_path.at(file.source.path)); }, shared_);
   }
 
   void Compare(const IdentifiedFile& file, const KnownFile& known) {
     const bool is_unreadable = file.explanation.outcome == Outcome::kUnreadable;
-    const bool is_same = IsSame(file, known, faces_, files_beside_);
+    const bool is_same = IsSame(file, known, faces_);
     if (!is_same) differing_.push_back(known.id);
     if (is_unreadable) is_complete_ = false;
     if (!is_same || is_unreadable) progress_.Clear();

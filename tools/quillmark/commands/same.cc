@@ -98,7 +98,8 @@ void AddSame(CLI::App& app, int& status) {
       ->capture_default_str();
   AddFiles(*command, options->files);
   options->files.needs = {FaceNeeds::kAlways | QM_ATTRIBUTE_KIND | QM_ATTRIBUTE_VERSION |
-                          QM_ATTRIBUTE_FOUNDRY | QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_OUTLINE_FILE_SIZE};
+                          QM_ATTRIBUTE_FOUNDRY | QM_ATTRIBUTE_CHECKSUM | QM_ATTRIBUTE_OUTLINE_FILE_SIZE |
+                          QM_ATTRIBUTE_OUTLINE_FILE_NAME | kVariationAxes};
   command->add_option("--catalogue", options->catalogue, "Look into this catalogue, and read no font")
       ->check(NotEmpty("catalogue"))
       ->type_name("DB");

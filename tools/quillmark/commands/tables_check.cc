@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -83,7 +84,9 @@ std::string TablesInUse() {
   std::string text;
   for (const char* const table : kTables) {
     std::ifstream file(TablesFolder() + '/' + table, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream content;
+    content << file.rdbuf();
+    const std::string bytes = content.str();
     text += std::string(text.empty() ? "" : ", ") + table + ' ' + std::to_string(bytes.size()) + ' ' +
             Hex(Crc32(0, AsBytes(bytes)));
   }

@@ -45,6 +45,7 @@ std::vector<Face> FacesOf(const QM_FontArray* array, const std::string& path, co
       face.fond_id = specifier.fondResourceID;
       face.style = specifier.style;
     }
+    if (specifier.attributes & kVariationAxes) face.variable = specifier.has_variation_axes;
     faces.push_back(std::move(face));
   }
   return faces;

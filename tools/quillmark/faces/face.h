@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/collected_face.h"
 #include "quillmark/quillmark.h"
 
 namespace quillmark::tool {
@@ -39,14 +40,12 @@ struct FaceNeeds {
   // left out.
   static constexpr std::uint32_t kAlways = QM_ATTRIBUTE_POSTSCRIPT_NAME | QM_ATTRIBUTE_PLATFORM;
 
-  std::uint32_t attributes = 0;  // QM_Attribute bits
+  std::uint32_t attributes = 0;  // QM_Attribute bits, kVariationAxes
   bool styles = false;
   bool classification = false;
-  bool variable = false;
 
   friend FaceNeeds operator|(const FaceNeeds& a, const FaceNeeds& b) {
-    return {a.attributes | b.attributes, a.styles || b.styles, a.classification || b.classification,
-            a.variable || b.variable};
+    return {a.attributes | b.attributes, a.styles || b.styles, a.classification || b.classification};
   }
 };
 // Of every field that is written unasked.

@@ -70,11 +70,7 @@ const std::vector<Field>& AllFields() {
        {QM_ATTRIBUTE_OUTLINE_FILE_NAME}},
       {"fondID", "FOND", ValueOrNull<&Face::fond_id>},
       {"style", "STYLE", ValueOrNull<&Face::style>},
-      {"variable",
-       "VARIABLE",
-       ValueOrNull<&Face::variable>,
-       {.attributes = QM_ATTRIBUTE_CHECKSUM, .variable = true},  // to find its outlines
-       FieldUse::kOnRequest},
+      {"variable", "VARIABLE", ValueOrNull<&Face::variable>, {kVariationAxes}, FieldUse::kOnRequest},
   };
   return *fields;
 }

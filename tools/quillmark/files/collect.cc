@@ -11,7 +11,7 @@
 
 #include "api/creation.h"
 #include "faces/attributes.h"
-#include "faces/variable_faces.h"
+#include "files/fork_carriers.h"
 #include "files/standard_input.h"
 #include "reasons/fork_places.h"
 #include "reasons/opened_font.h"
@@ -70,13 +70,14 @@ class Identifier {
     const WatchedFiles files(*shared_.system);
     CreationResult result;
     Explanation explanation;
-    std::vector<bool> variable;
     if (source.is_sidecar) {
       explanation = ExplainSidecar(files, path);
     } else {
-      const auto wrapped = shared_.wrap ? shared_.wrap(source, files) : nullptr;
-      result = CreateFaces(wrapped ? *wrapped : files, path, needs_.attributes);
-      if (needs_.variable) variable = WhichAreVariable(files, path, result.faces);
+      std::optional<FilesWithKnownForks> with_known_forks;
+      if (source.carriers) with_known_forks.emplace(files, path, *source.carriers);
+      const FileSystem& system = with_known_forks ? static_cast<const FileSystem&>(*with_known_forks) : files;
+      const auto wrapped = shared_.wrap ? shared_.wrap(source, system) : nullptr;
+      result = CreateFaces(wrapped ? *wrapped : system, path, needs_.attributes);
     }
     if (files.failure()) {
       const bool may_pass = IsShortage(files.failure()->error);
@@ -88,20 +89,8 @@ class Identifier {
     if (result.faces.size() == 0) return file;
     file.array.reset(new QM_FontArray(std::move(result.faces)));
     file.faces = FacesOf(file.array.get(), source.path, needs_);
-    for (std::size_t i = 0; i < variable.size(); ++i) file.faces[i].variable = variable[i];
     if (shared_.then) shared_.then(file);
     return file;
-  }
-
-  static std::vector<bool> WhichAreVariable(const WatchedFiles& files, const std::string& path,
-                                            const QM_FontArray& array) {
-    std::vector<OutlinesKey> keys;
-    for (std::size_t i = 0; i < array.size(); ++i) {
-      const QM_FontSpecifier& face = array.view(i);
-      keys.push_back({face.fondResourceID, face.style, face.checksum});
-    }
-    OpenedFont opened(path, files);
-    return AreVariable(opened.file, keys);
   }
 
   static Explanation ExplainSidecar(const WatchedFiles& files, const std::string& path) {

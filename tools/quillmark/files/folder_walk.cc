@@ -1,6 +1,7 @@
 #include "files/folder_walk.h"
 
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 #include <string_view>
 #include <utility>
 
+#include "files/fork_carriers.h"
 #include "reasons/fork_places.h"
 
 namespace quillmark::tool {
@@ -83,9 +85,10 @@ int FolderWalk::OpenNext() {
 // stack.
 void FolderWalk::List() {
   int error = OpenNext();
-  fork_names_.clear();
+  carriers_.reset();
   if (!IsFirstVisit()) return;
   std::vector<std::string> folders;
+  std::vector<std::string> fork_names;
   const auto next = [&]() -> const dirent* {
     if (error != 0 || stopped_()) return nullptr;
     errno = 0;
@@ -96,7 +99,7 @@ void FolderWalk::List() {
   while (const dirent* entry = next()) {
     std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
-    if (name.starts_with('.') || HoldsOtherFilesForks(name)) fork_names_.push_back(name);
+    if (name.starts_with('.') || ::strcasecmp(name.c_str(), "resource.frk") == 0) fork_names.push_back(name);
     const bool is_own = entry->d_type == DT_DIR;  // and no link
     const bool may_lead_to_one = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
     if (!is_own && !(may_lead_to_one && IsFolder(opened_.get(), entry->d_name, 0))) {
@@ -109,6 +112,11 @@ void FolderWalk::List() {
     }
   }
   if (error != 0) fault_ = std::string("the folder cannot be read: ") + std::strerror(error);
+  const std::string base = PathIn(folder_.path, {});
+  if (!names_.empty()) {
+    carriers_ = error == 0 ? std::make_shared<const ForkCarriers>(base, fork_names)
+                           : std::make_shared<const ForkCarriers>(base);
+  }
   std::sort(names_.begin(), names_.end(), std::greater<>());
   std::sort(folders.begin(), folders.end(), std::greater<>());
   for (const std::string& name : folders) {
@@ -119,18 +127,19 @@ void FolderWalk::List() {
 std::optional<WalkedPath> FolderWalk::Next() {
   while (names_.empty() && !pending_.empty() && !stopped_()) {
     List();
-    if (!fault_.empty()) return WalkedPath{folder_.path, std::exchange(fault_, {})};
+    if (!fault_.empty()) return WalkedPath{folder_.path, std::exchange(fault_, {}), false, nullptr};
   }
   if (names_.empty() || stopped_()) return std::nullopt;
   const std::string name = std::move(names_.back());
   names_.pop_back();
-  return WalkedPath{PathIn(folder_.path, name), {}, IsSidecar(name)};
+  return WalkedPath{PathIn(folder_.path, name), {}, IsSidecar(name), carriers_};
 }
 
 std::optional<WalkedFolder> FolderWalk::NextFolder() {
   while (names_.empty() && fault_.empty() && !pending_.empty() && !stopped_()) List();
   if (stopped_() || (names_.empty() && fault_.empty())) return std::nullopt;
-  WalkedFolder folder{folder_.path, std::exchange(fault_, {}), {}, fork_names_};
+  WalkedFolder folder{
+      folder_.path, std::exchange(fault_, {}), {}, carriers_, opened_ ? ::dirfd(opened_.get()) : -1};
   for (; !names_.empty(); names_.pop_back()) {
     folder.names.push_back({names_.back(), IsSidecar(names_.back())});
   }

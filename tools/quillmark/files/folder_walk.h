@@ -17,10 +17,13 @@
 
 namespace quillmark::tool {
 
+class ForkCarriers;
+
 struct WalkedPath {
   std::string path;         // of a file, of a folder that is not entered, or of one that cannot be listed
   std::string fault;        // why it cannot be listed; else empty
   bool is_sidecar = false;  // of a file that is not there
+  std::shared_ptr<const ForkCarriers> carriers;  // of the files of its folder
 };
 
 // The files of one folder, by the bytes of their names.
@@ -32,8 +35,8 @@ struct WalkedFolder {
   std::string path;
   std::string fault;        // why it cannot be listed, at least not to its end; else empty
   std::vector<Name> names;  // as WalkedPath has them
-  // Names in the folder that may stand for forks of its files: those that begin with a dot, and resource.frk.
-  std::vector<std::string> fork_names;
+  std::shared_ptr<const ForkCarriers> carriers;  // of its files
+  int opened = -1;  // the folder's descriptor until the walk goes on; -1 when it cannot be opened
 };
 
 struct WalkOptions {
@@ -72,13 +75,13 @@ class FolderWalk {
     void operator()(DIR* folder) const { ::closedir(folder); }
   };
 
-  Folder folder_;                              // whose files are handed out
-  std::unique_ptr<DIR, Close> opened_;         // folder_; null when it cannot be opened
-  std::vector<std::string> names_;             // of them, the next one last
-  std::vector<std::string> fork_names_;        // of folder_, see WalkedFolder
-  std::vector<Folder> pending_;                // the next one last
-  std::string fault_;                          // of listing folder_
-  std::set<std::pair<dev_t, ino_t>> visited_;  // where links are followed
+  Folder folder_;                                 // whose files are handed out
+  std::unique_ptr<DIR, Close> opened_;            // folder_; null when it cannot be opened
+  std::vector<std::string> names_;                // of them, the next one last
+  std::shared_ptr<const ForkCarriers> carriers_;  // of the files in folder_, if it has any
+  std::vector<Folder> pending_;                   // the next one last
+  std::string fault_;                             // of listing folder_
+  std::set<std::pair<dev_t, ino_t>> visited_;     // where links are followed
 };
 
 }  // namespace quillmark::tool

@@ -36,7 +36,9 @@ std::optional<FontPath> FontPaths::Found() {
   while (!Stopped()) {
     if (walk_) {
       if (std::optional<WalkedPath> found = walk_->Next()) {
-        return FontPath{std::move(found->path), false, std::move(found->fault), found->is_sidecar};
+        FontPath path{std::move(found->path), false, std::move(found->fault), found->is_sidecar};
+        path.carriers = std::move(found->carriers);
+        return path;
       }
       walk_.reset();
       continue;

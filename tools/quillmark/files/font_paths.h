@@ -33,6 +33,8 @@ struct FontPath {
   bool is_sidecar = false;  // found in a folder, the file whose resource fork it carries is not there
   // As in PathSources, of standard input; nothing for a file.
   std::optional<std::string> standard_input_name = std::nullopt;
+  // Which files may carry its forks, where its folder was listed; else null.
+  std::shared_ptr<const ForkCarriers> carriers = nullptr;
 
   std::string Shown() const;  // in messages
 };

@@ -44,6 +44,14 @@ std::uint64_t CheckedBytes(const Face& face, std::int32_t fond_id, std::uint64_t
   return face.platform == "crossplatform" && data_fork_size > 0 ? data_fork_size : face.outline_file_size;
 }
 
+std::uint64_t SizeOfFile(const std::vector<Face>& faces) {
+  const auto has_it = [](const Face& face) {
+    return face.outline_file.empty() && face.outline_file_size > 0;
+  };
+  const auto found = std::find_if(faces.begin(), faces.end(), has_it);
+  return found == faces.end() ? 0 : found->outline_file_size;
+}
+
 bool HoldsLetterOrDigit(const std::string& name) {
   const std::vector<Character> characters = Characters(name);
   return std::any_of(characters.begin(), characters.end(), [](const Character& c) {
@@ -52,7 +60,7 @@ bool HoldsLetterOrDigit(const std::string& name) {
 }
 
 void Library::Add(const std::string& path, const std::vector<Face>& faces, const QM_FontArray& array) {
-  LibraryFile file{path, {}};
+  LibraryFile file{path, {}, SizeOfFile(faces)};
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   for (const Face& face : faces) {
@@ -66,7 +74,8 @@ void Library::Add(const std::string& path, const std::vector<Face>& faces, const
                           .fond_id = specifier.fondResourceID,
                           .style = specifier.style,
                           .checksum = face.checksum,
-                          .bytes = CheckedBytes(face, specifier.fondResourceID, error ? 0 : size)});
+                          .bytes = CheckedBytes(face, specifier.fondResourceID, error ? 0 : size),
+                          .is_variable = specifier.has_variation_axes});
   }
   Add(std::move(file), FileIdentity(path));
 }

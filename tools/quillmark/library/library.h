@@ -4,7 +4,6 @@
 #define QUILLMARK_TOOL_LIBRARY_LIBRARY_H_
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -22,14 +21,17 @@ struct LibraryFace {
   std::uint64_t bytes = 0;  // of the data that the checksum is of; 0 when not known
   // Equal for faces with the same name and data; kUnknownData without a checksum.
   std::size_t data = 0;
-  std::optional<bool> is_variable = std::nullopt;  // where it is known without reading the font
+  bool is_variable = false;  // has variation axes
 };
 
 struct LibraryFile {
   std::string path;
   std::vector<LibraryFace> faces;
-  std::optional<std::uint64_t> size = std::nullopt;  // of both forks, where it is known without looking
+  std::uint64_t size = 0;  // bytes in both forks, where they are known; else 0
 };
+
+// Bytes in both forks of the file that these faces are of, as they tell; 0 when none of them does.
+std::uint64_t SizeOfFile(const std::vector<Face>& faces);
 
 struct LibraryCounts {
   std::size_t faces = 0;

@@ -1,26 +1,18 @@
 #include "library/library_details.h"
 
-#include "faces/variable_faces.h"
 #include "reasons/opened_font.h"
 
 namespace quillmark::tool {
 
-FileDetails ReadDetails(const std::string& path, const std::vector<LibraryFace>& faces,
-                        std::uint64_t known_size, const FileSystem& system) {
-  std::vector<OutlinesKey> keys;
-  keys.reserve(faces.size());
-  for (const LibraryFace& face : faces) keys.push_back({face.fond_id, face.style, face.checksum});
-  OpenedFont opened(path, system);
-  const std::uint64_t size = known_size > 0 ? known_size : opened.file.TotalLength();
-  return {size, AreVariable(opened.file, keys)};
+std::uint64_t ReadFileSize(const std::string& path, const FileSystem& system) {
+  return OpenedFont(path, system).file.TotalLength();
 }
 
-const FileDetails& LibraryDetails::DetailsOf(const LibraryFace& face) {
-  const auto [found, is_new] = files_.try_emplace(face.file);
-  if (is_new) {
-    const LibraryFile& file = library_.files()[face.file];
-    found->second = ReadDetails(file.path, file.faces);
-  }
+std::uint64_t LibraryDetails::FileSize(const LibraryFace& face) {
+  const LibraryFile& file = library_.files()[face.file];
+  if (file.size > 0) return file.size;
+  const auto [found, is_new] = sizes_.try_emplace(face.file);
+  if (is_new) found->second = ReadFileSize(file.path);
   return found->second;
 }
 

@@ -81,7 +81,7 @@ Json FaceObject(LibraryDetails& details, const LibraryFace& face) {
           {"foundry", face.foundry},
           {"checksum", Hex(face.checksum)},
           {"fileSize", details.FileSize(face)},
-          {"variable", details.IsVariable(face)}};
+          {"variable", face.is_variable}};
 }
 
 void WriteLibraryJson(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {

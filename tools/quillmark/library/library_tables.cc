@@ -93,7 +93,7 @@ class LibraryTableWriter {
     if (cell == kName) return face.post_script_name;
     if (cell == kChecksum) return Hex(face.checksum);
     if (cell == kVersion) return face.version;
-    if (cell == kKind) return face.kind + (details_.IsVariable(face) ? ", variable" : "");
+    if (cell == kKind) return face.kind + (face.is_variable ? ", variable" : "");
     if (cell == kFoundry) return face.foundry;
     if (cell == kSize) return HumanSize(details_.FileSize(face));
     return library_.files()[face.file].faces.size() > 1 ? std::to_string(face.index) : "";  // kFace
