@@ -9,6 +9,7 @@ import struct
 import subprocess
 
 from font_builders import apple_double, directory, name_table
+from losses_test import scarce
 from tool_case import TOOL, ToolCase, made_font
 
 LONE_PRINTER_FONT = b"%!PS-AdobeFont-1.0: QuillA\n/FontName /QuillA def\n"
@@ -42,11 +43,15 @@ class CatalogueFileTest(ToolCase):
         self.check("catalogue update in/c.db", 0, err="2 faces in 3 files; ...")
 
     def test_strangers_beside_it_stay(self):
-        for name in ["c.db.new-notes", "c.db.new-2024", "c.db.newer"]:
-            self.write("in/" + name, b"text")
-        self.write("in/c.db.new-7", b"")
+        self.run_tool("catalogue update old.db old")
+        self.run_tool("catalogue update old.db .")
+        copy = (self.folder / "old.db").read_bytes()
+        names = ["c.db.new-notes", "c.db.newer", *(f"c.db.new-{number}" for number in (7, 2024))]
+        for name, data in zip(names, [b"text", b"text", b"text", copy]):
+            self.write("in/" + name, data)
+        self.write_all({"in/c.db.new-1": b"", "in/c.db.new-2": b"SQL", "in/c.db.new-2-journal": b""})
         self.check("catalogue update in/c.db in", 0, err="0 faces in 2 files; ...")
-        self.assertEqual(len(os.listdir(self.folder / "in")), 5)
+        self.assertEqual(sorted(os.listdir(self.folder / "in")), sorted([*names, "c.db", "c.db.lock"]))
 
     def test_other_databases_are_not_touched(self):
         with contextlib.closing(sqlite3.connect(self.folder / "log.db")) as database:
@@ -60,6 +65,24 @@ class CatalogueFileTest(ToolCase):
                 more = {"update": ["in"], "merge": ["a=log.db"]}.get(command, [])
                 self.check(["catalogue", command, name, *more], 1, err="quillmark: ...: not a catalogue\n")
         self.assertEqual({path.name: path.read_bytes() for path in self.folder.glob("left-*")}, before)
+
+    def test_a_catalogue_that_was_left_on_read_only_media_is_listed(self):
+        self.write("in/a.ttf", made_font("A"))
+        (self.folder / "media").mkdir()
+        self.run_tool("catalogue update media/c.db in")
+        with contextlib.closing(sqlite3.connect(self.folder / "media/c.db")) as database:
+            database.execute("PRAGMA journal_mode = WAL")
+        (self.folder / "media").chmod(0o555)
+        self.check("catalogue list --format tsv --fields face media/c.db", 0, "face\n0\n", env=scarce(NO_PRIVILEGES="1"))
+
+    def test_the_clock_of_a_server_counts(self):
+        self.write("in/a.ttf", made_font("A"))
+        # By the machine's clock the file is old; by that of the disk it was written just before.
+        for disk, read in [({}, 1), ({}, 0), ({"FOREIGN_DISK": "1"}, 0)]:
+            self.check("catalogue update c.db in", 0, err=f"... {read} read\n", env=scarce(CLOCK_AHEAD="9", **disk))
+        (self.folder / "in/a.ttf").touch()
+        for _ in range(2):
+            self.check("catalogue update c.db in", 0, err="... 1 read\n", env=scarce(CLOCK_AHEAD="9", FOREIGN_DISK="1"))
 
     def test_verify_takes_sidecars_as_walks_do(self):
         fork = apple_double(b"no fork")
