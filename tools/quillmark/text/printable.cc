@@ -47,6 +47,8 @@ std::string Escaped(const Character& character) {
 }
 
 std::string Printable(const std::string& text) {
+  const auto is_plain = [](char c) { return c >= ' ' && c <= '~' && c != '\\'; };
+  if (std::all_of(text.begin(), text.end(), is_plain)) return text;  // as nearly all are
   std::string shown;
   for (const Character& c : Characters(text)) {
     const bool is_escaped = c.code == kNoCharacter || IsHidden(c.code);
