@@ -35,8 +35,8 @@ std::string ReadWhole(const std::string& file, std::string& text) {
 }
 
 // The faces of a text in any of the forms that can be read.
-FacesOrFault FacesIn(const std::string& text, const std::string& file) {
-  if (BeginsAsJson(text)) return ReadJsonFaces(text, file);
+FacesOrFault FacesIn(const std::string& text, const std::string& file, bool wants_array) {
+  if (BeginsAsJson(text)) return ReadJsonFaces(text, file, wants_array);
   const bool is_text = text.find('\0') == std::string::npos;
   std::optional<StoredFaces> stored = is_text ? ParseStored(text) : std::nullopt;
   if (!stored) {
@@ -55,7 +55,7 @@ int Read(const std::string& file, const OutputForm& form) {
   FacesOrFault read;
   std::string text;
   read.fault = ReadWhole(file, text);
-  if (read.fault.empty()) read = FacesIn(text, file);
+  if (read.fault.empty()) read = FacesIn(text, file, writer->WritesArray());
   const std::string shown = file == kStandardInputPath ? kStandardInputName : file;
   if (!read.fault.empty()) return ReportFault(shown, read.fault);
   writer->Add(std::move(read.faces), std::move(read.array));

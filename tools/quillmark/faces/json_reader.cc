@@ -17,6 +17,9 @@ namespace {
 
 using Json = nlohmann::json;  // an ordered one takes the square of the keys
 
+// One face that is read and kept, and written with all its fields.
+constexpr std::uint64_t kFaceSteps = Budget::kFace + Budget::kFace / 2;
+
 constexpr const char* kBlanks = " \t\r\n";
 
 // The values of one object. A value that identify does not write is a fault of its field.
@@ -79,7 +82,9 @@ class ObjectReader {
 
 class FacesReader {
  public:
-  explicit FacesReader(std::string path) : path_(std::move(path)) { read_.array.reset(new QM_FontArray); }
+  FacesReader(std::string path, bool wants_array) : path_(std::move(path)), wants_array_(wants_array) {
+    read_.array.reset(new QM_FontArray);
+  }
 
   // An array, or objects one after another.
   void Read(const std::string& text) {
@@ -100,7 +105,7 @@ class FacesReader {
         start = place();
         Json object;
         in >> object;
-        budget.Charge(Budget::kFace);
+        budget.Charge(kFaceSteps);
         Take(object);
         if (is_array && read_.fault.empty() && (!(in >> next) || (next != ',' && next != ']')))
           TellDamage(text, place());
@@ -178,10 +183,11 @@ class FacesReader {
     keep(face.style, fields.Number<std::int16_t>("style"));
     keep(face.variable, fields.Truth("variable"));
     read_.faces.push_back(std::move(face));
-    read_.array->Append(std::move(one));
+    if (wants_array_) read_.array->Append(std::move(one));
   }
 
   const std::string path_;
+  const bool wants_array_;
   FacesOrFault read_;
 };
 
@@ -192,8 +198,8 @@ bool BeginsAsJson(const std::string& text) {
   return first != std::string::npos && (text[first] == '[' || text[first] == '{');
 }
 
-FacesOrFault ReadJsonFaces(const std::string& text, const std::string& path) {
-  FacesReader reader(path);
+FacesOrFault ReadJsonFaces(const std::string& text, const std::string& path, bool wants_array) {
+  FacesReader reader(path, wants_array);
   reader.Read(text);
   return reader.Finish();
 }
