@@ -31,7 +31,7 @@ ANSWERS = [
     ("Gar Mono Regular", "exact", "familyAndStyle", ["Gar.ttf"]),
     ("Gar Mono Bold", "missing", None, []),
     ("Odd-B", "exact", "postScriptName", ["Odd.ttc"]),
-    ("OddB", "near", "near", ["Odd.ttc"]),
+    ("oddB", "near", "near", ["Odd.ttc"]),
     ("held", "exact", "postScriptName", ["Suit.dfont"]),
     ("--", "missing", None, []),
     ("Gar", "missing", None, []),

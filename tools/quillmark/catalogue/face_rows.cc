@@ -11,6 +11,7 @@
 #include "faces/attributes.h"
 #include "platform/byte_reader.h"
 #include "platform/crc32.h"
+#include "platform/text/ascii_case.h"
 
 namespace quillmark::tool {
 namespace {
@@ -100,10 +101,15 @@ auto Parts(const FaceRow& row) {
 
 }  // namespace
 
-std::optional<std::int64_t> LooseSum(const std::string& name) {
-  const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
-  if (loose.empty()) return std::nullopt;
-  return static_cast<std::int32_t>(Crc32(0, AsBytes(loose)));  // signed: takes fewer bytes
+std::string LooseName(const std::string& name) {
+  std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
+  for (char& c : loose) c = ToLowerAscii(c);
+  return loose;
+}
+
+std::optional<std::int64_t> SumOf(const std::string& loose_name) {
+  if (loose_name.empty()) return std::nullopt;
+  return static_cast<std::int32_t>(Crc32(0, AsBytes(loose_name)));  // signed: takes fewer bytes
 }
 
 bool FaceRow::Equals(const FaceRow& other) const { return Parts(*this) == Parts(other); }
@@ -196,7 +202,7 @@ void FaceTable::Add(std::int64_t file, const std::vector<FaceRow>& rows) {
         number(face.legacy_checksum), number(face.kerning_checksum), number(face.outline_file_size),
         printer_font, exists, row.fond_id == -1 ? std::nullopt : std::optional<std::int64_t>(row.fond_id),
         std::int64_t{row.style}, MakerOf(row.maker_text), number(row.file_creator),
-        number(row.outline_creator), LooseSum(face.post_script_name), std::int64_t{row.is_variable});
+        number(row.outline_creator), SumOf(LooseName(face.post_script_name)), std::int64_t{row.is_variable});
   }
 }
 

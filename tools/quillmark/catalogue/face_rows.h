@@ -34,9 +34,11 @@ FontArray ArrayOf(const FaceRow& row);
 // Tells foundry, class and styles anew. False when they are as they were.
 bool DeriveAnew(FaceRow& row);
 
-// The sum of a name as near names are compared; names of one sum may still differ. Nothing for a name without
-// ASCII letters and digits.
-std::optional<std::int64_t> LooseSum(const std::string& name);
+// What near names have in common: the loose form of PostScript names in lower-case ASCII; empty for a name
+// without ASCII letters and digits.
+std::string LooseName(const std::string& name);
+// Names of one sum may still differ. Nothing for an empty name.
+std::optional<std::int64_t> SumOf(const std::string& loose_name);
 
 // Reads and writes the rows of files.
 class FaceTable {

@@ -7,7 +7,6 @@
 #include <sstream>
 #include <string_view>
 
-#include "analysis/name_match.h"
 #include "catalogue/kept_faces.h"
 #include "library/library.h"
 
@@ -145,12 +144,12 @@ std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& n
   return {};
 }
 
-std::vector<NameLookup::Found> NameLookup::Near(const std::string& name, std::int64_t sum) {
-  const std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);
-  std::vector<Found> faces = FacesOf(KeysIn(by_loose_name_.With(sum)));
-  std::erase_if(faces, [&](const Found& each) {
-    return GFontToolUtils::StripCharsAndNormalizeString(each.face.post_script_name) != loose;
-  });
+std::vector<NameLookup::Found> NameLookup::Near(const std::string& name) {
+  const std::string loose = LooseName(name);
+  const auto sum = SumOf(loose);
+  if (!sum) return {};
+  std::vector<Found> faces = FacesOf(KeysIn(by_loose_name_.With(*sum)));
+  std::erase_if(faces, [&](const Found& each) { return LooseName(each.face.post_script_name) != loose; });
   return faces;
 }
 
@@ -191,7 +190,7 @@ FoundName NameLookup::Find(const std::string& name, bool wants_guesses) {
                      : is_one_file        ? NameVerdict::kExact
                                           : NameVerdict::kCopies;
   } else {
-    if (const auto sum = LooseSum(name)) look("near", Near(name, *sum));
+    look("near", Near(name));
     if (!found.empty()) answer.verdict = NameVerdict::kNear;
   }
   for (Found& each : found) answer.faces.push_back(std::move(each.face));

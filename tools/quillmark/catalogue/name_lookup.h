@@ -50,8 +50,7 @@ class NameLookup {
   static std::vector<Key> KeysIn(Statement& query);
   std::vector<Found> FacesOf(const std::vector<Key>& keys);
   std::vector<Found> ByFamilyAndStyle(const std::string& name);
-  // By the loose sum of the name.
-  std::vector<Found> Near(const std::string& name, std::int64_t sum);
+  std::vector<Found> Near(const std::string& name);
   std::vector<Face> Guesses(const std::string& name);
   static bool HaveOneDatum(const std::vector<Found>& faces);
 

@@ -177,8 +177,8 @@ class Updater {
   }
 
   std::string Summary() const {
-    return "; " + Counted(added_, "file") + " added, " + std::to_string(changed_) + " changed, " +
-           std::to_string(gone_) + " gone, " + std::to_string(read_) + " read";
+    return "; " + Counted(added_, "file") + " added, " + Grouped(changed_) + " changed, " + Grouped(gone_) +
+           " gone, " + Grouped(read_) + " read";
   }
 
  private:

@@ -200,7 +200,7 @@ int VerifyCatalogue(const CatalogueCheck& check) {
     std::cerr << "the catalogue cannot be written, so that the next update does not know of these files\n";
   }
   if (!check.work.quiet) {
-    std::cerr << Counted(found.read, "file") + " read again, " + std::to_string(found.differing.size()) +
+    std::cerr << Counted(found.read, "file") + " read again, " + Grouped(found.differing.size()) +
                      " with another result\n";
   }
   if (Interrupted() != 0) return InterruptedStatus();

@@ -14,13 +14,6 @@
 namespace quillmark::tool {
 namespace {
 
-// "12,345".
-std::string Grouped(std::size_t count) {
-  std::string digits = std::to_string(count);
-  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-  return digits;
-}
-
 std::string Stopped(std::size_t done, std::optional<std::size_t> total) {
   return "stopped after " + (total ? Grouped(done) + " of " : "") + Counted(total.value_or(done), "file");
 }
@@ -32,6 +25,12 @@ bool IsFault(const IdentifiedFile& file) {
 }
 
 }  // namespace
+
+std::string Grouped(std::size_t count) {
+  std::string digits = std::to_string(count);
+  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
+}
 
 std::string Counted(std::size_t count, const std::string& thing) {
   return Grouped(count) + ' ' + thing + (count == 1 ? "" : "s");

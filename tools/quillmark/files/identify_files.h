@@ -48,6 +48,9 @@ FilesOutcome IdentifyFiles(const FilesOptions& options, bool writes_at_once,
 // What a line says of a file that gives no face, or fewer than it lists.
 std::string LineOf(const IdentifiedFile& file);
 
+// "12,345"
+std::string Grouped(std::size_t count);
+
 // "12,345 files", "1 file"
 std::string Counted(std::size_t count, const std::string& thing);
 
