@@ -187,6 +187,7 @@ class CatalogueTest(ToolCase):
         self.check("catalogue update c.db", 1, err=f"{self.folder}/in: it cannot be walked: ...\n1 face ... 0 gone, 0 read\n")
         (self.folder / "in").mkdir()
         self.check("catalogue update c.db", 1, err=f"{self.folder}/in: it is empty, and another folder than before, ... 0 gone, ...")
+        self.check("catalogue update c.db awry", 1, err="quillmark: awry: it cannot be walked: ...\n")
         self.assertEqual(self.state(), known)
         self.check("catalogue update -q c.db away", 0)
         self.check("catalogue list --format tsv --fields path c.db", 0, f"path\n{self.folder}/away/a.ttf\n")
@@ -203,6 +204,7 @@ class CatalogueTest(ToolCase):
             path = other / (table + ".plist")
             path.write_text(path.read_text().replace(f"<string>{old}", f"<string>{new}"))
         environment = {"env": scarce(CLOCK_AHEAD="9", QUILLMARK_BUNDLE=str(other.parent))}
+        self.check("catalogue verify c.db", 1, err="quillmark: c.db: it was made with other knowledge tables; ...\n", **environment)
         self.check("catalogue update c.db", 0, err="...0 files added, ..., 2 read\n", **environment)
         told = self.run_tool(["identify", "-q", "--format", "jsonl", self.folder / "in"], **environment).stdout
         self.assertIn(b"Odd", told)
@@ -217,6 +219,8 @@ class CatalogueTest(ToolCase):
         old = self.fresh(root, env=scarce(**options))[1][0]
         kept = (self.folder / "fresh.db").read_bytes()
         self.write_all({"in/0/03.ttf": made_font("Other"), "in/1/Fam": (b"", FAMILY), "in/2/a.ttc": collection("A", "B")})
+        for i in range(5):  # so large that the file grows
+            self.write(f"in/1/large{i}.ttf", made_font(f"Large{i}", "Large" * 2000))
         for gone in ["0/06.ttf", "2/02.ttf"]:
             (root / gone).unlink()
         new = self.fresh(root, env=scarce(**options))[1][0]

@@ -39,6 +39,7 @@ struct CatalogueCheck {
   std::string catalogue;
   std::optional<std::int64_t> sample;  // how many files; all without it
   FilesOptions work;
+  std::string tables;  // which knowledge tables are in use
 };
 int VerifyCatalogue(const CatalogueCheck& check);
 

@@ -66,7 +66,7 @@ void RemoveUnfinished(const fs::path& catalogue) {
 // An empty file, under a name that nothing had.
 std::string MakeFileBeside(const std::string& catalogue) {
   for (std::int64_t number = ::getpid();; ++number) {
-    const std::string path = catalogue + std::string(kNewEnding) + std::to_string(number);
+    std::string path = catalogue + std::string(kNewEnding) + std::to_string(number);
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0 && errno == EEXIST) continue;
     if (descriptor < 0) {
@@ -103,9 +103,11 @@ void MakeCatalogue(const std::string& path) {
     RemoveWithJournal(unfinished);
     throw;
   }
+  std::error_code ignored;
   int error =
       ::renameat2(AT_FDCWD, unfinished.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0 ? 0 : errno;
-  if ((error == EINVAL || error == ENOSYS) && !fs::exists(fs::symlink_status(path))) {
+  if ((error == EINVAL || error == ENOSYS) &&
+      fs::symlink_status(path, ignored).type() == fs::file_type::not_found) {
     error = ::rename(unfinished.c_str(), path.c_str()) == 0 ? 0 : errno;
   }
   if (error == 0) return;
@@ -113,9 +115,8 @@ void MakeCatalogue(const std::string& path) {
   ThrowFor(path, std::string("the catalogue cannot be made: ") + std::strerror(error));
 }
 
-// Throws unless there is a catalogue. Other databases are not changed by it: opened in the usual way, one
-// would be if somebody else left it half written. SQLite looks, as nothing else may open a file that it has
-// locked.
+// Throws unless there is a catalogue. Opening a database in the usual way plays back a journal that another
+// program may have left beside it, so that a file that is none of ours is not opened so.
 void CheckFile(const std::string& whole, const std::string& given) {
   struct stat found {};
   if (::stat(whole.c_str(), &found) != 0) {
@@ -123,14 +124,15 @@ void CheckFile(const std::string& whole, const std::string& given) {
     ThrowFor(whole, std::string("the catalogue cannot be opened: ") + std::strerror(errno));
   }
   if (!S_ISREG(found.st_mode)) ThrowFor(whole, "not a catalogue");
-  Opened(whole, Database::Access::kReadAsIs);
+  CheckHeader(whole, DatabaseHeader(whole));
 }
 
 }  // namespace
 
 std::string CataloguePath(const std::string& path) {
-  const fs::path whole = fs::absolute(path);
   std::error_code error;
+  const fs::path whole = fs::absolute(path, error);
+  if (error) ThrowFor(path, "there is no working folder: " + error.message());
   const fs::path canonical = fs::weakly_canonical(whole, error);
   return (error ? whole : canonical).native();
 }
@@ -142,8 +144,8 @@ Database OpenCatalogue(const std::string& path) {
     return Opened(whole, Database::Access::kRead);
   } catch (const NoAccess&) {
     // A killed update leaves the mark of a log in the file. Where nothing can be made beside it, as on
-    // read-only media, and there is no log, the file says all.
-    if (Exists(whole + "-wal")) throw;
+    // read-only media, the file says all if there is neither log nor journal.
+    if (Exists(whole + "-wal") || Exists(whole + "-journal")) throw;
     return Opened(whole, Database::Access::kReadAsIs);
   }
 }
@@ -177,11 +179,19 @@ UpdatedCatalogue::UpdatedCatalogue(const std::string& path, IfMissing if_missing
   const Transaction tried(*database_);
 }
 
-// Readers that are at work keep the log; the next update ends it then.
-UpdatedCatalogue::~UpdatedCatalogue() {
+void UpdatedCatalogue::Finish() {
+  is_finished_ = true;
   try {
     database_->Run("PRAGMA busy_timeout = 500; PRAGMA wal_checkpoint(TRUNCATE)");
     database_->Run("PRAGMA journal_mode = DELETE");
+  } catch (const Busy&) {
+    // Readers that are at work keep the log; the next update ends it then.
+  }
+}
+
+UpdatedCatalogue::~UpdatedCatalogue() {
+  try {
+    if (!is_finished_) Finish();
   } catch (const std::exception&) {
     // All that was committed stays readable from the log.
   }

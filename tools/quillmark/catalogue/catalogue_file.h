@@ -37,10 +37,14 @@ class UpdatedCatalogue {
   UpdatedCatalogue& operator=(const UpdatedCatalogue&) = delete;
 
   Database& database() { return *database_; }
+  // Leaves one file behind, without a log, unless readers are at work. Throws where that fails; what was
+  // committed stays readable then. Without this call it is tried at the end.
+  void Finish();
 
  private:
   std::optional<UpdateLock> lock_;
   std::optional<Database> database_;
+  bool is_finished_ = false;
 };
 
 // Absolute, and through a link the path of the file itself, so that all links to it share one lock.

@@ -102,6 +102,7 @@ void Database::Fail(int code) const {
   const char* const message = handle_ ? sqlite3_errmsg(handle()) : sqlite3_errstr(code);
   const std::string words = Printable(path_) + ": " + WordsOf(code, system_error, message);
   if ((code & 0xFF) == SQLITE_CANTOPEN || (code & 0xFF) == SQLITE_READONLY) throw NoAccess(words);
+  if ((code & 0xFF) == SQLITE_BUSY || (code & 0xFF) == SQLITE_LOCKED) throw Busy(words);
   throw DatabaseError(words);
 }
 
@@ -117,6 +118,18 @@ std::optional<std::int64_t> Database::Number(const char* query) {
 }
 
 std::int64_t Database::last_id() const { return sqlite3_last_insert_rowid(handle()); }
+
+std::string DatabaseHeader(const std::string& path) {
+  const Database database(path, Database::Access::kReadAsIs);
+  sqlite3_file* file = nullptr;
+  std::string header(kDatabaseHeaderSize, '\0');
+  const int found = sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (found != SQLITE_OK || file == nullptr || file->pMethods == nullptr) database.Fail(SQLITE_CANTOPEN);
+  const int read = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
+  if (read == SQLITE_IOERR_SHORT_READ) return {};
+  if (read != SQLITE_OK) database.Fail(read);
+  return header;
+}
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 

@@ -4,6 +4,7 @@
 #ifndef QUILLMARK_TOOL_CATALOGUE_DATABASE_H_
 #define QUILLMARK_TOOL_CATALOGUE_DATABASE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,6 +20,12 @@ namespace quillmark::tool {
 class DatabaseError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+// Others are at work with the file, and did not end in time.
+class Busy : public DatabaseError {
+ public:
+  using DatabaseError::DatabaseError;
 };
 
 // The file, or what must be made beside it, cannot be opened or written.
@@ -57,6 +64,12 @@ class Database {
   const std::string path_;
   std::unique_ptr<sqlite3, Close> handle_;
 };
+
+// The first bytes of a database file, read without a lock and without a look at anything else: any other
+// program may be at work with it. Empty for a file that is shorter. SQLite reads them, as nothing else may
+// open a file on which it has locks. `path` is absolute and leads to a regular file.
+std::string DatabaseHeader(const std::string& path);
+inline constexpr std::size_t kDatabaseHeaderSize = 100;
 
 // Bytes that are no text, such as paths.
 struct Blob {

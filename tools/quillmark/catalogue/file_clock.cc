@@ -41,11 +41,10 @@ bool IsOnThisMachine(const std::string& path) {
 FileClock::FileClock(const std::string& own_file) {
   if (own_file.empty() || IsOnThisMachine(own_file)) return;
   struct stat touched {};
-  const std::int64_t before = MachineNow();
   if (::utimensat(AT_FDCWD, own_file.c_str(), nullptr, 0) != 0 || ::stat(own_file.c_str(), &touched) != 0)
     return;
   device_ = touched.st_dev;
-  ahead_ = InNanoseconds(touched.st_mtim) - before;
+  ahead_ = InNanoseconds(touched.st_mtim) - MachineNow();  // rather too little
 }
 
 std::int64_t FileClock::Now(dev_t device) const { return MachineNow() + (device == device_ ? ahead_ : 0); }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,6 +78,8 @@ class Merger {
   void Copy() {
     Statement(target_, "UPDATE roots SET label = ? WHERE label = ?")
         .Run(std::string_view(old_label_), std::string_view(label_));
+    // First, since another root of the source may have the same files: those are not gone.
+    RemoveOldRoots(RootPaths());
     Statement roots(source_, kOwnRoots);
     Statement add(target_,
                   "INSERT INTO roots (label, path, position, identity, fault) VALUES (?, ?, ?, ?, ?)");
@@ -86,8 +89,7 @@ class Merger {
               TextOrNull(roots, 4));
       CopyFolders(roots.Integer(0), target_.last_id());
     }
-    NoteGone();
-    Statement(target_, "DELETE FROM roots WHERE label = ?").Run(std::string_view(old_label_));
+    RemoveOldRoots({});
   }
 
  private:
@@ -108,7 +110,7 @@ class Merger {
       for (FaceRow& face : faces) {
         if (!has_these_tables_) DeriveAnew(face);
       }
-      const Runs runs = RunsOf(faces);
+      const Runs runs = TakeOldFile(faces);
       add_file_.Run(to, Blob{files_.Text(1)}, files_.Integer(2), files_.Integer(3), files_.Integer(4),
                     files_.Integer(5), files_.Integer(6), files_.Integer(7), files_.Integer(8),
                     TextOrNull(files_, 9), IntegerOrNull(files_, 10), files_.Integer(11), runs.added,
@@ -121,16 +123,20 @@ class Merger {
   struct Runs {
     std::int64_t added = 0, changed = 0;
   };
-  // When the file at hand was found new, and when it gave these faces, as far as the target knows. Its old
-  // row goes.
-  Runs RunsOf(const std::vector<FaceRow>& faces) {
+  // Removes the row that the file at hand had. Tells when it was found new, and when it gave these faces, as
+  // far as the target knows.
+  Runs TakeOldFile(const std::vector<FaceRow>& faces) {
     const std::string name = files_.Text(1);
     old_file_.With(std::string_view(old_label_), Blob{root_}, Blob{key_}, Blob{name}, files_.Integer(8),
                    TextOrNull(files_, 9), IntegerOrNull(files_, 10));
     if (!old_file_.Step()) {
       old_file_.Reset();
       ++counts_.added;
-      forget_gone_.Run(Blob{label_ + ':' + path_ + name});
+      forget_gone_.With(Blob{label_ + ':' + path_ + name});
+      while (forget_gone_.Step()) {
+        if (forget_gone_.Integer(0) == run_) --counts_.gone;
+      }
+      forget_gone_.Reset();
       return {run_, run_};
     }
     Runs runs{old_file_.Integer(1), old_file_.Integer(2)};
@@ -151,15 +157,31 @@ class Merger {
                       [](const FaceRow& a, const FaceRow& b) { return a.Equals(b); });
   }
 
-  // What has no file in its place.
-  void NoteGone() {
-    Statement(target_, R"(
+  std::set<std::string> RootPaths() {
+    std::set<std::string> paths;
+    Statement roots(source_, kOwnRoots);
+    while (roots.Step()) paths.insert(roots.Text(1));
+    return paths;
+  }
+
+  // With the files that they still have, which are gone.
+  void RemoveOldRoots(const std::set<std::string>& but_those_of) {
+    std::vector<std::int64_t> removed;
+    Statement roots(target_, "SELECT id, path FROM roots WHERE label = ?");
+    roots.With(std::string_view(old_label_));
+    while (roots.Step()) {
+      if (!but_those_of.contains(roots.Text(1))) removed.push_back(roots.Integer(0));
+    }
+    for (const std::int64_t root : removed) {
+      Statement(target_, R"(
 INSERT INTO gone (run, root, path)
 SELECT ?1, roots.path, CAST(?2 || ':' || folders.path || files.name AS BLOB)
 FROM roots JOIN folders ON folders.root = roots.id JOIN files ON files.folder = folders.id
-WHERE label = ?3)")
-        .Run(run_, std::string_view(label_), std::string_view(old_label_));
-    counts_.gone += target_.Number("SELECT changes()").value_or(0);
+WHERE roots.id = ?3)")
+          .Run(run_, std::string_view(label_), root);
+      counts_.gone += target_.Number("SELECT changes()").value_or(0);
+      Statement(target_, "DELETE FROM roots WHERE id = ?").Run(root);
+    }
   }
 
   const std::string label_, old_label_;
@@ -184,7 +206,7 @@ WHERE label = ?3)")
                       "JOIN files ON files.folder = folders.id "
                       "WHERE label = ?1 AND roots.path = ?2 AND key = ?3 AND name = ?4"};
   Statement remove_{target_, "DELETE FROM files WHERE id = ?"};
-  Statement forget_gone_{target_, "DELETE FROM gone WHERE path = ?"};
+  Statement forget_gone_{target_, "DELETE FROM gone WHERE path = ? RETURNING run"};
 };
 
 }  // namespace
@@ -215,6 +237,7 @@ int MergeCatalogues(const CatalogueMerge& merge) {
             "WHERE id = ?")
       .Run(counts.added, counts.changed, counts.gone, counts.unreadable, run);
   transaction.Commit();
+  catalogue.Finish();
   return 0;
 }
 

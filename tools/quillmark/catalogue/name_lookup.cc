@@ -9,6 +9,7 @@
 
 #include "catalogue/kept_faces.h"
 #include "library/library.h"
+#include "platform/text/ascii_case.h"
 
 namespace quillmark::tool {
 namespace {
@@ -16,6 +17,7 @@ namespace {
 constexpr std::size_t kMostGuesses = 10;
 // A family of more words is not looked for, as each number of words costs a look.
 constexpr std::size_t kMostWords = 64;
+constexpr std::size_t kMostStyleWords = 16;  // behind a family
 // The word that names the lack of any style.
 constexpr const char* kNoStyle = "Regular";
 
@@ -41,18 +43,50 @@ std::string Joined(const std::vector<std::string>& words, std::size_t first, std
   return joined;
 }
 
-// The styles of a family's words and of those behind them, told as those of a face are: from a PostScript
-// name and a full name.
-StyleSet StylesOfWords(const std::vector<std::string>& words, std::size_t family_words) {
-  std::string post_script_name = Joined(words, 0, family_words, "");
-  if (family_words < words.size()) post_script_name += '-' + Joined(words, family_words, words.size(), "");
-  return StylesThatCount(StylesOf(post_script_name, Joined(words, 0, words.size(), " ")));
+// Words of styles behind a family, which are told as those of a face are: from a PostScript name and a full
+// name.
+std::vector<std::string> StylesIn(const std::vector<std::string>& words) {
+  return StylesOf('-' + Joined(words, 0, words.size(), ""), Joined(words, 0, words.size(), " "));
 }
 
-StyleSet StylesOfRest(const std::vector<std::string>& words, std::size_t family_words) {
-  if (family_words == words.size()) return {};
-  return StylesThatCount(StylesOf('-' + Joined(words, family_words, words.size(), ""),
-                                  Joined(words, family_words, words.size(), " ")));
+// With a capital letter, as styles are written, where a word of one case tells nothing as it is. Short words
+// of capitals are abbreviations.
+std::string AsStyleWord(const std::string& word) {
+  constexpr std::size_t kLongestAbbreviation = 3;
+  if (!StylesIn({word}).empty()) return word;
+  std::string lower = word;
+  std::string upper = word;
+  for (char& c : lower) c = ToLowerAscii(c);
+  for (char& c : upper) c = ToUpperAscii(c);
+  if (word != lower && (word != upper || word.size() <= kLongestAbbreviation)) return word;
+  return upper.substr(0, 1) + lower.substr(1);
+}
+
+// The words behind those of the family.
+std::vector<std::string> StyleWords(const std::vector<std::string>& words, std::size_t family_words) {
+  std::vector<std::string> rest;
+  for (std::size_t i = family_words; i < words.size(); ++i) rest.push_back(AsStyleWord(words[i]));
+  return rest;
+}
+
+// The styles that words tell; nothing when one of them tells none, neither by itself nor with the others.
+std::optional<StyleSet> StylesOfAll(const std::vector<std::string>& words) {
+  const std::vector<std::string> styles = StylesIn(words);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    std::vector<std::string> others = words;
+    others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
+    if (StylesIn({words[i]}).empty() && StylesIn(others) == styles) return std::nullopt;
+  }
+  return StylesThatCount(styles);
+}
+
+// The styles of a family's words and of those behind them.
+StyleSet StylesOfName(const std::vector<std::string>& words, std::size_t family_words) {
+  const std::vector<std::string> rest = StyleWords(words, family_words);
+  const std::string family = Joined(words, 0, family_words, "");
+  return StylesThatCount(
+      StylesOf(rest.empty() ? family : family + '-' + Joined(rest, 0, rest.size(), ""),
+               Joined(words, 0, family_words, " ") + ' ' + Joined(rest, 0, rest.size(), " ")));
 }
 
 std::string PlaceQuery() {
@@ -131,9 +165,12 @@ std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& n
   for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
     const std::vector<Key> keys = KeysOf(by_family_, Joined(words, 0, family_words, " "));
     if (keys.empty()) continue;
+    if (words.size() - family_words > kMostStyleWords) return {};
+    const auto styles = StylesOfAll(StyleWords(words, family_words));
+    if (!styles) return {};
     const std::vector<Found> family = FacesOf(keys);
     // The words of the family may tell styles, too, which then are among those of its faces.
-    for (const StyleSet& wanted : {StylesOfRest(words, family_words), StylesOfWords(words, family_words)}) {
+    for (const StyleSet& wanted : {*styles, StylesOfName(words, family_words)}) {
       std::vector<Found> faces;
       std::copy_if(family.begin(), family.end(), std::back_inserter(faces),
                    [&](const Found& each) { return StylesThatCount(each.face.styles) == wanted; });
@@ -183,9 +220,12 @@ FoundName NameLookup::Find(const std::string& name, bool wants_guesses) {
   if (found.empty()) look("windowsFullName", FacesOf(KeysOf(by_windows_full_name_, name)));
   if (found.empty()) look("familyAndStyle", ByFamilyAndStyle(name));
   if (!found.empty()) {
-    const bool is_one_file = std::all_of(found.begin(), found.end(), [&](const Found& each) {
-      return each.face.path == found.front().face.path;
-    });
+    std::set<std::string> files;  // links are one; those of other machines cannot be told
+    for (const Found& each : found) {
+      const bool is_here = std::get<0>(each.place).empty();
+      files.insert(is_here ? FileIdentity(each.face.path) : each.face.path);
+    }
+    const bool is_one_file = files.size() == 1;
     answer.verdict = !HaveOneDatum(found) ? NameVerdict::kAmbiguous
                      : is_one_file        ? NameVerdict::kExact
                                           : NameVerdict::kCopies;
@@ -205,7 +245,8 @@ std::vector<Face> NameLookup::Guesses(const std::string& name) {
   for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
     const std::string classification = ClassOf(Joined(words, 0, family_words, " "), nullptr);
     if (classification.empty() || classification == "--") continue;
-    const StyleSet wanted = StylesOfWords(words, family_words);
+    if (words.size() - family_words > kMostStyleWords) return {};
+    const StyleSet wanted = StylesOfName(words, family_words);
     std::string styles;
     for (const std::string& style : wanted) styles += style + '\n';
     const auto [known, is_new] = guesses_.try_emplace({classification, styles});

@@ -31,19 +31,26 @@ class Recording {
   // False also when nobody asked.
   bool has_no_attributes() const { return has_no_attributes_; }
 
-  void Note(const std::string& path, int error);
-  void NoteFolders(std::string_view folders) { folders_.emplace(folders); }
+  // Before the question is asked: what comes between is then found by the next update.
+  void Note(const std::string& path);
+  // Of a place inside the file, where only some file systems show forks; after the question.
+  void NoteInside(const std::string& path, int error);
+  bool IsInside(const std::string& path) const { return path.starts_with(path_ + '/'); }
+  // `found` are those above that have a __MACOSX.
+  void NoteFolders(std::string_view folders, const std::vector<std::size_t>& found) {
+    folders_.emplace(folders, std::set(found.begin(), found.end()));
+  }
   // All that the answer depended on besides the file and its own forks.
   Companions Taken();
 
  private:
-  bool IsOwnFork(const std::string& path, int error) const;
+  bool IsOwnFork(const std::string& path) const;
 
   const std::string path_;
   const Stamp stamp_;
   bool has_no_attributes_ = false;
   Companions asked_;
-  std::set<std::string> folders_;
+  std::map<std::string, std::set<std::size_t>> folders_;
 };
 
 class RecordingFiles : public FileSystem {
@@ -54,6 +61,9 @@ class RecordingFiles : public FileSystem {
   FileStatus Status(const std::string& path) const override;
   std::unique_ptr<OpenedFile> Open(const std::string& path) const override;
   std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view folders) const override;
+  std::vector<std::string> NamesIn(const std::string& folder) const override {
+    return files_.NamesIn(folder);
+  }
   std::vector<std::string> AttributeNames(const std::string& path) const override;
   std::optional<std::string> Attribute(const std::string& path, const std::string& name) const override;
 

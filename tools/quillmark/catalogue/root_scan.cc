@@ -161,6 +161,8 @@ std::vector<RootScan::Known> RootScan::KnownIn(const std::string& key) {
 void RootScan::Compare(const WalkedFolder& walked) {
   if (!walked.fault.empty()) Fail(walked.path, walked.fault);
   const FolderOfRoot folder = FolderAt(walked.path);
+  struct stat status {};
+  if (walked.opened >= 0 && ::fstat(walked.opened, &status) == 0) device_ = status.st_dev;
   // Folders come in the order of their keys, so that those between two neighbours hold no files any more.
   gone_folders_.Run(root_.id, Blob{next_key_}, Blob{folder.key});
   next_key_ = folder.key + '\0';
@@ -168,7 +170,6 @@ void RootScan::Compare(const WalkedFolder& walked) {
 
   const std::vector<Known> known = KnownIn(folder.key);
   std::vector<FoundFile> dependents;  // unchanged files whose answer depends on the others
-  const std::size_t ready_before = ready_.size();
   bool has_gone = false;
   auto row = known.begin();
   for (const WalkedFolder::Name& name : walked.names) {
@@ -187,7 +188,7 @@ void RootScan::Compare(const WalkedFolder& walked) {
   }
   // Written before the files that changed: an update that is killed in between finds those changed again, and
   // then these.
-  if (has_gone || ready_.size() > ready_before) {
+  if (has_gone || !ready_.empty()) {
     ready_.insert(ready_.begin(), std::make_move_iterator(dependents.begin()),
                   std::make_move_iterator(dependents.end()));
   }

@@ -97,7 +97,7 @@ class RootScan {
   Statement files_, companions_, gone_, gone_folders_, gone_tail_, count_;
   std::optional<FolderWalk> walk_;
   std::string identity_;
-  dev_t device_ = 0;      // of the root
+  dev_t device_ = 0;      // of the folder at hand
   std::string next_key_;  // the least that a folder after those that were compared can have
   bool has_begun_ = false, has_ended_ = false;
   bool is_whole_ = true;

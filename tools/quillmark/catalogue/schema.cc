@@ -2,8 +2,10 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "catalogue/database.h"
+#include "platform/byte_reader.h"
 #include "reasons/outcome.h"
 #include "text/printable.h"
 
@@ -162,13 +164,31 @@ void CreateSchema(Database& database) {
   transaction.Commit();
 }
 
-void CheckSchema(Database& database) {
-  const auto refuse = [&](const char* why) { throw DatabaseError(Printable(database.path()) + ": " + why); };
-  if (database.Number("PRAGMA application_id") != kApplicationId) refuse("not a catalogue");
-  const std::int64_t version = database.Number("PRAGMA user_version").value_or(0);
+namespace {
+
+void CheckNumbers(const std::string& path, std::int64_t application, std::int64_t version) {
+  const auto refuse = [&](const char* why) { throw DatabaseError(Printable(path) + ": " + why); };
+  if (application != kApplicationId || version < 1) refuse("not a catalogue");
   if (version > kSchemaVersion) refuse("a catalogue of a newer version of Quillmark");
-  if (version < 1) refuse("not a catalogue");
   if (version < kSchemaVersion) refuse("a catalogue of an older version of Quillmark; make it anew");
+}
+
+}  // namespace
+
+void CheckSchema(Database& database) {
+  CheckNumbers(database.path(), database.Number("PRAGMA application_id").value_or(0),
+               database.Number("PRAGMA user_version").value_or(0));
+}
+
+void CheckHeader(const std::string& path, const std::string& header) {
+  constexpr std::string_view kMagic("SQLite format 3\0", 16);
+  constexpr std::size_t kVersionAt = 60;
+  constexpr std::size_t kApplicationAt = 68;
+  const bool is_database = header.starts_with(kMagic);
+  const auto number = [&](std::size_t at) {
+    return is_database ? std::int64_t{U32At(AsBytes(header), at).value_or(0)} : 0;
+  };
+  CheckNumbers(path, number(kApplicationAt), number(kVersionAt));
 }
 
 }  // namespace quillmark::tool

@@ -4,6 +4,7 @@
 #define QUILLMARK_TOOL_CATALOGUE_SCHEMA_H_
 
 #include <cstdint>
+#include <string>
 
 namespace quillmark::tool {
 
@@ -15,8 +16,10 @@ inline constexpr std::int64_t kSchemaVersion = 2;
 // Makes the tables in an empty database.
 void CreateSchema(Database& database);
 
-// Throws a DatabaseError unless the file is a catalogue that this program understands.
+// Throws a DatabaseError unless the file is a catalogue that this program understands: by what SQLite says of
+// it, or by its first bytes (database.h).
 void CheckSchema(Database& database);
+void CheckHeader(const std::string& path, const std::string& header);
 
 }  // namespace quillmark::tool
 

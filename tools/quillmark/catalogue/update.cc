@@ -1,7 +1,11 @@
 #include "catalogue/update.h"
 
+#include <sys/stat.h>
+
 #include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -332,12 +336,23 @@ std::vector<Root> RootsOf(Database& database) {
   return roots;
 }
 
+// A mistyped path must not take the place of the roots.
+void CheckNewRoots(Database& database, const std::vector<std::string>& paths) {
+  Statement known(database, "SELECT 1 FROM roots WHERE label = '' AND path = ?");
+  for (const std::string& path : paths) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) == 0 || known.With(Blob{RootPath(path)}).Step()) continue;
+    throw DatabaseError(Printable(path) + ": it cannot be walked: " + std::strerror(errno));
+  }
+}
+
 }  // namespace
 
 int UpdateDatabase(Database& database, const CatalogueUpdate& update, bool tells_counts) {
   if (update.roots.empty() && RootsOf(database).empty()) {
     throw DatabaseError(Printable(update.catalogue) + ": the catalogue has no roots; give their paths");
   }
+  if (!database.path().empty()) CheckNewRoots(database, update.roots);
   const BegunRun begun = BeginRun(database, update.roots);
   const std::vector<Root> roots = RootsOf(database);
   DeriveAnewFor(database, update.tables);
@@ -366,7 +381,9 @@ int UpdateCatalogue(const CatalogueUpdate& update) {
   NoteInterrupts();
   UpdatedCatalogue catalogue(update.catalogue, update.roots.empty() ? UpdatedCatalogue::IfMissing::kFail
                                                                     : UpdatedCatalogue::IfMissing::kMake);
-  return UpdateDatabase(catalogue.database(), update, !update.work.quiet);
+  const int status = UpdateDatabase(catalogue.database(), update, !update.work.quiet);
+  catalogue.Finish();
+  return status;
 }
 
 }  // namespace quillmark::tool

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <iostream>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -150,12 +149,15 @@ class Verifier {
   }
 
   void Read(const std::vector<KnownFile>& part) {
-    std::map<std::string, const KnownFile*> by_path;
-    for (const KnownFile& file : part) by_path.emplace(file.path, &file);
     Part source(part);
+    auto known = part.begin();  // files come back in their order
     IdentifyAll(
         source, jobs_, kRowNeeds,
-        [&](const IdentifiedFile& file) { Compare(file, *by_path.at(file.source.path)); }, shared_);
+        [&](const IdentifiedFile& file) {
+          Compare(file, *known);
+          ++known;  // not where memory ran out in comparing: then the file comes again
+        },
+        shared_);
   }
 
   void Compare(const IdentifiedFile& file, const KnownFile& known) {
@@ -193,6 +195,12 @@ int VerifyCatalogue(const CatalogueCheck& check) {
   Findings found;
   {
     Database database = OpenCatalogue(check.catalogue);
+    Statement tables(database, "SELECT 1 FROM meta WHERE name = 'tables' AND value = ?");
+    if (!tables.With(std::string_view(check.tables)).Step()) {
+      throw DatabaseError(Printable(check.catalogue) +
+                          ": it was made with other knowledge tables; update it first");
+    }
+    tables.Reset();
     found = Verifier(check, database).Run();
   }
   if (Interrupted() != 0) std::cerr << "stopped after " + Counted(found.read, "file") + '\n';

@@ -90,6 +90,7 @@ void AddVerify(CLI::App& group, int& status) {
   AddWork(*command, check->work);
   command->callback([&status, check] {
     LoadTables(kEveryNeed);
+    check->tables = TablesInUse();
     status = VerifyCatalogue(*check);
   });
 }

@@ -12,6 +12,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kSidecar = "._";
 constexpr std::string_view kUnzipped = "__MACOSX";
+constexpr std::size_t kMostNames = 4096;
 constexpr const char* kFolders[] = {".AppleDouble", "resource.frk"};
 
 std::string Lower(std::string name) {
@@ -70,6 +71,9 @@ void ForkCarriers::AddPlace(const std::string& folder, const std::string& before
   for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
     const std::string name = it->path().filename().native();
     if (name.starts_with(before_name)) AddName(place, name.substr(before_name.size()));
+    // A folder that many others lead to would be held as often.
+    if (place.names && place.names->size() > kMostNames) place.names.reset();
+    if (!place.names) break;
   }
   if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) return;
   if (error) place.names.reset();
@@ -80,8 +84,9 @@ std::vector<std::string> ForkCarriers::PlacesFor(const std::string& name) const 
   std::vector<std::string> found;
   if (places_.empty()) return found;
   const std::string lower = Lower(name);
+  const bool is_ascii = IsAsciiName(name);
   for (const Place& place : places_) {
-    if (!place.names || place.names->contains(lower)) found.push_back(place.beginning + name);
+    if (!place.names || !is_ascii || place.names->contains(lower)) found.push_back(place.beginning + name);
   }
   return found;
 }
@@ -100,7 +105,9 @@ bool FilesWithKnownForks::IsBeside(std::string_view path) const {
   const std::size_t length = path.size() - folder_.size();
   if (length < name_.size()) return false;
   const std::string_view between = path.substr(folder_.size(), length - name_.size());
-  return between == kSidecar || between == ".AppleDouble/" || between == "resource.frk/";
+  return between == kSidecar ||
+         std::any_of(std::begin(kFolders), std::end(kFolders),
+                     [&](const std::string& folder) { return between == folder + '/'; });
 }
 
 FileStatus FilesWithKnownForks::Status(const std::string& path) const {

@@ -1,6 +1,6 @@
 // ForkCarriers: which files may carry forks of the files of one folder (platform/files/font_file.h tells the
 // places). The few folders that can hold any are listed once, so that files without carriers, nearly all,
-// cost no question. FilesWithKnownForks: a file system that does not ask for those of one file.
+// cost no question. FilesWithKnownForks: answers from such a list whether anything carries forks of one file.
 #ifndef QUILLMARK_TOOL_FILES_FORK_CARRIERS_H_
 #define QUILLMARK_TOOL_FILES_FORK_CARRIERS_H_
 
@@ -34,8 +34,9 @@ class ForkCarriers {
  private:
   struct Place {
     std::string beginning;  // what stands before the file's name
-    // Names in that folder, in lower-case ASCII as some file systems ignore case; nothing when it cannot be
-    // listed, or has names of which only the file system knows how case counts.
+    // Names in that folder, ASCII letters in lower case as some file systems ignore case. Nothing where each
+    // file is asked for: in a folder that cannot be listed, is very large, or has names beyond ASCII, of
+    // which only the file system knows how case counts.
     std::optional<std::unordered_set<std::string>> names;
   };
   static void AddName(Place& place, const std::string& name);
