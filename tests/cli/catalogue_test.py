@@ -140,6 +140,23 @@ class CatalogueTest(ToolCase):
             if "CLOCK_AHEAD" in limits and updated.returncode == 0:
                 self.assertIn(b" 0 changed, 0 gone, 0 read\n", self.update(root, **options).stderr)
 
+    def test_large_folders_equal_fresh_ones(self):
+        options = {"env": scarce(CLOCK_AHEAD="9")}
+        printer_fonts = [f"in/{place}{i}" for place in ("A", "1500", "z") for i in range(3)]
+        for name in [*printer_fonts, *(f"in/{i:04}" for i in range(0, 4000, 2))]:
+            self.write(name, b"%!PS-AdobeFont-1.0: Quill\n")
+        chance = random.Random(1)
+        for numbers in [[], [], [3999], [1], [0], range(4000), range(900, 3100)]:
+            for number in numbers:  # those that are there go
+                path = self.folder / f"in/{number:04}"
+                path.unlink() if path.exists() else chance.random() < 0.5 and path.write_bytes(b"")
+            self.update("in", **options)
+            self.assertEqual(self.state(), self.fresh("in", **options)[1], numbers)
+        self.assertIn(b" 0 gone, 0 read\n", self.update("in", **options).stderr)
+        self.write("in/3000", (b"", FAMILY))  # what the printer fonts ask for
+        self.assertIn(b" 0 gone, 10 read\n", self.update("in", **options).stderr)
+        self.assertEqual(self.state(), self.fresh("in", **options)[1])
+
     def test_every_form_equals_that_of_identify(self):
         self.write_all({"in/a.ttc": collection("A", "B"), "in/b.ttf": made_font("Made"), "in/F.dfont": SUITCASE, "in.x/c.ttf": b""})
         self.write("top.ttf", made_font("Top"))

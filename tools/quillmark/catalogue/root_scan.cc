@@ -22,11 +22,17 @@ constexpr const char kFile[] = "file";
 // The key that follows that of the root itself, which is empty.
 constexpr std::string_view kPastFirstKey("\0", 1);
 
-constexpr const char kFiles[] =
-    "SELECT files.id, name, kind, size, mtime, ctime, inode, attributes, companions, uncertain, "
-    "whole_folder, "
-    "rules, outcome FROM folders JOIN files ON files.folder = folders.id "
-    "WHERE root = ?1 AND key = ?2 ORDER BY name";
+constexpr std::int64_t kFilesAtOnce = 1024;
+
+// What KnownAt reads, of the files of a folder behind a name.
+std::string FilesBehind(const char* condition) {
+  return std::string(
+             "SELECT files.id, name, kind, size, mtime, ctime, inode, attributes, companions, uncertain, "
+             "whole_folder, "
+             "rules, outcome FROM folders JOIN files ON files.folder = folders.id "
+             "WHERE root = ?1 AND key = ?2 AND name > ?3 ") +
+         condition + "ORDER BY name LIMIT ?4";
+}
 
 // Of those that exist.
 Companions StampsOf(const std::vector<std::string>& paths) {
@@ -52,7 +58,13 @@ RootScan::RootScan(Database& database, Root root, StampRules rules, const OwnFil
       own_(own),
       clock_(clock),
       events_(std::move(events)),
-      files_(database, kFiles),
+      files_(database, FilesBehind("").c_str()),
+      dependents_(database, FilesBehind("AND name <= ?5 AND whole_folder AND files.id NOT IN "
+                                        "(SELECT file FROM temp.gone_files) ")
+                                .c_str()),
+      mark_dependents_(database,
+                       "UPDATE files SET uncertain = 1 WHERE whole_folder AND folder = "
+                       "(SELECT id FROM folders WHERE root = ? AND key = ?)"),
       companions_(database,
                   "SELECT path, kind, size, mtime, ctime, inode, attributes FROM companions WHERE file = ?"),
       gone_(database, "INSERT OR IGNORE INTO temp.gone_files VALUES (?)"),
@@ -62,8 +74,8 @@ RootScan::RootScan(Database& database, Root root, StampRules rules, const OwnFil
       gone_tail_(database,
                  "INSERT OR IGNORE INTO temp.gone_files SELECT files.id FROM folders JOIN files "
                  "ON files.folder = folders.id WHERE root = ? AND key >= ?"),
-      count_(database,
-             "SELECT 1 FROM folders JOIN files ON files.folder = folders.id WHERE root = ? LIMIT 1") {}
+      any_file_(database,
+                "SELECT 1 FROM folders JOIN files ON files.folder = folders.id WHERE root = ? LIMIT 1") {}
 
 std::optional<FoundFile> RootScan::Next() {
   if (!has_begun_) Begin();
@@ -100,28 +112,23 @@ void RootScan::Begin() {
 void RootScan::BeginWithFile() {
   has_ended_ = true;
   identity_ = kFile;
-  const FolderOfRoot folder{FolderOf(root_.path), ""};
-  const WalkedFolder::Name name{NameOf(root_.path)};
-  const std::vector<Known> known = KnownIn("");
-  const Known* row = nullptr;
-  for (const Known& each : known) {
-    if (each.name == name.name) {
-      row = &each;
-    } else {
-      gone_.Run(each.id);
-    }
-  }
   gone_tail_.Run(root_.id, Blob{kPastFirstKey});
-  std::vector<FoundFile> dependents;
-  CompareFile(folder, -1, name, std::make_shared<const ForkCarriers>(folder.path), row, dependents);
+  OpenFolder& folder = folder_.emplace();
+  folder.place.path = FolderOf(root_.path);
+  folder.walked.names.push_back({NameOf(root_.path)});
+  folder.walked.carriers = std::make_shared<const ForkCarriers>(folder.place.path);
   // The files beside it are not looked at, so that it is not known whether they changed.
-  std::move(dependents.begin(), dependents.end(), std::back_inserter(ready_));
+  folder.has_changed = true;
 }
 
 bool RootScan::Advance() {
+  if (folder_) {
+    CompareSome();
+    return true;
+  }
   if (has_ended_) return false;
-  if (const auto walked = walk_->NextFolder()) {
-    Compare(*walked);
+  if (auto walked = walk_->NextFolder()) {
+    Enter(*std::move(walked));
     return true;
   }
   has_ended_ = true;
@@ -130,8 +137,8 @@ bool RootScan::Advance() {
     return false;
   }
   // A folder that a file system is mounted on is there without it, too, and empty.
-  const bool had_files = count_.With(root_.id).Step();
-  count_.Reset();
+  const bool had_files = any_file_.With(root_.id).Step();
+  any_file_.Reset();
   if (is_whole_ && !has_files_ && had_files && identity_ != root_.identity) {
     Fail(root_.path, "it is empty, and another folder than before, as when nothing is mounted there");
   }
@@ -146,68 +153,114 @@ FolderOfRoot RootScan::FolderAt(const std::string& path) const {
   return folder;
 }
 
-std::vector<RootScan::Known> RootScan::KnownIn(const std::string& key) {
-  std::vector<Known> known;
-  files_.With(root_.id, Blob{key});
-  while (files_.Step()) {
-    const bool is_outdated = MustReadAgain(files_.Integer(11), static_cast<Outcome>(files_.Integer(12)));
-    known.push_back({files_.Integer(0), files_.Text(1), KeptStamp(files_, 2), files_.Integer(8) != 0,
-                     files_.Integer(9) != 0 || is_outdated || is_other_kind_, files_.Integer(10) != 0});
-  }
-  files_.Reset();
-  return known;
+KnownRow RootScan::KnownAt(const Statement& row) const {
+  const bool is_outdated = MustReadAgain(row.Integer(11), static_cast<Outcome>(row.Integer(12)));
+  return {row.Integer(0),
+          row.Text(1),
+          KeptStamp(row, 2),
+          row.Integer(8) != 0,
+          row.Integer(9) != 0 || is_outdated || is_other_kind_,
+          row.Integer(10) != 0};
 }
 
-void RootScan::Compare(const WalkedFolder& walked) {
+void RootScan::Enter(WalkedFolder walked) {
   if (!walked.fault.empty()) Fail(walked.path, walked.fault);
-  const FolderOfRoot folder = FolderAt(walked.path);
+  OpenFolder& folder = folder_.emplace();
+  folder.place = FolderAt(walked.path);
+  folder.walked = std::move(walked);
   struct stat status {};
-  if (walked.opened >= 0 && ::fstat(walked.opened, &status) == 0) device_ = status.st_dev;
+  const int opened = folder.walked.opened;
+  if (opened >= 0 && ::fstat(opened, &status) == 0) device_ = status.st_dev;
   // Folders come in the order of their keys, so that those between two neighbours hold no files any more.
-  gone_folders_.Run(root_.id, Blob{next_key_}, Blob{folder.key});
-  next_key_ = folder.key + '\0';
-  if (!walked.names.empty()) has_files_ = true;
+  gone_folders_.Run(root_.id, Blob{next_key_}, Blob{folder.place.key});
+  next_key_ = folder.place.key + '\0';
+  if (!folder.walked.names.empty()) has_files_ = true;
+}
 
-  const std::vector<Known> known = KnownIn(folder.key);
-  std::vector<FoundFile> dependents;  // unchanged files whose answer depends on the others
-  bool has_gone = false;
-  auto row = known.begin();
-  for (const WalkedFolder::Name& name : walked.names) {
-    if (events_.stopped()) return;
-    for (; row != known.end() && row->name < name.name; ++row) {
-      gone_.Run(row->id);
-      has_gone = true;
+// The next row of the folder; null at the end. Rows are looked up behind the last one before any name behind
+// it is handed out, so that those that are written meanwhile do not come up.
+const KnownRow* RootScan::NextKnown() {
+  OpenFolder& folder = *folder_;
+  if (folder.next_known == folder.known.size() && folder.has_more_known) {
+    const std::string last = folder.known.empty() ? "" : folder.known.back().name;
+    folder.known.clear();
+    folder.next_known = 0;
+    files_.With(root_.id, Blob{folder.place.key}, Blob{last}, kFilesAtOnce);
+    while (files_.Step()) folder.known.push_back(KnownAt(files_));
+    files_.Reset();
+    folder.has_more_known = folder.known.size() == static_cast<std::size_t>(kFilesAtOnce);
+  }
+  return folder.next_known < folder.known.size() ? &folder.known[folder.next_known] : nullptr;
+}
+
+void RootScan::NoteGone(const KnownRow& known) {
+  gone_.Run(known.id);
+  NoteChange();
+}
+
+// Before the files that changed are written: an update that is killed then reads the dependent ones the next
+// time.
+void RootScan::NoteChange() {
+  if (std::exchange(folder_->has_changed, true)) return;
+  mark_dependents_.Run(root_.id, Blob{folder_->place.key});
+}
+
+void RootScan::CompareSome() {
+  OpenFolder& folder = *folder_;
+  const std::vector<WalkedFolder::Name>& names = folder.walked.names;
+  if (folder.next_name == names.size()) return ReadDependents();
+  const std::size_t end = std::min(names.size(), folder.next_name + static_cast<std::size_t>(kFilesAtOnce));
+  while (folder.next_name < end) {
+    if (events_.stopped()) return folder_.reset();
+    const WalkedFolder::Name& name = names[folder.next_name++];
+    const KnownRow* row = NextKnown();
+    for (; row != nullptr && row->name < name.name; row = NextKnown()) {
+      NoteGone(*row);
+      ++folder.next_known;
     }
-    const bool is_known = row != known.end() && row->name == name.name;
-    CompareFile(folder, walked.opened, name, walked.carriers, is_known ? &*row : nullptr, dependents);
-    if (is_known) ++row;
+    const bool is_known = row != nullptr && row->name == name.name;
+    CompareFile(name, is_known ? row : nullptr);
+    if (is_known) ++folder.next_known;
   }
-  for (; row != known.end(); ++row) {
-    gone_.Run(row->id);
-    has_gone = true;
-  }
-  // Written before the files that changed: an update that is killed in between finds those changed again, and
-  // then these.
-  if (has_gone || !ready_.empty()) {
-    ready_.insert(ready_.begin(), std::make_move_iterator(dependents.begin()),
-                  std::make_move_iterator(dependents.end()));
+  if (folder.next_name < names.size()) return;
+  for (const KnownRow* row = NextKnown(); row != nullptr; row = NextKnown()) {
+    NoteGone(*row);
+    ++folder.next_known;
   }
 }
 
-void RootScan::CompareFile(const FolderOfRoot& folder, int opened, const WalkedFolder::Name& name,
-                           const std::shared_ptr<const ForkCarriers>& carriers, const Known* known,
-                           std::vector<FoundFile>& dependents) {
+// Those that were passed over before anything in their folder was found changed.
+void RootScan::ReadDependents() {
+  OpenFolder& folder = *folder_;
+  if (!folder.has_changed || folder.last_dependent.empty()) return folder_.reset();
+  std::vector<KnownRow> dependents;
+  dependents_.With(root_.id, Blob{folder.place.key}, Blob{folder.last_read}, kFilesAtOnce,
+                   Blob{folder.last_dependent});
+  while (dependents_.Step()) dependents.push_back(KnownAt(dependents_));
+  dependents_.Reset();
+  for (const KnownRow& each : dependents) ready_.push_back(Found(each.name, false, &each));
+  if (dependents.size() < static_cast<std::size_t>(kFilesAtOnce)) return folder_.reset();
+  folder.last_read = dependents.back().name;
+}
+
+FoundFile RootScan::Found(const std::string& name, bool is_sidecar, const KnownRow* known) const {
+  const OpenFolder& folder = *folder_;
   const std::int64_t seen_at = clock_.Now(device_);  // before the stamps are taken
-  FoundFile file{folder,
-                 name.name,
-                 name.is_sidecar,
+  FoundFile file{folder.place,
+                 name,
+                 is_sidecar,
                  {},
-                 StampsOf(carriers->PlacesFor(name.name)),
-                 carriers,
+                 StampsOf(folder.walked.carriers->PlacesFor(name)),
+                 folder.walked.carriers,
                  seen_at,
                  known == nullptr ? 0 : known->id};
+  file.stamp = folder.walked.opened < 0 ? StampOf(file.path()) : StampIn(folder.walked.opened, name);
+  return file;
+}
+
+void RootScan::CompareFile(const WalkedFolder::Name& name, const KnownRow* known) {
+  FoundFile file = Found(name.name, name.is_sidecar, known);
   const std::string path = file.path();
-  file.stamp = opened < 0 ? StampOf(path) : StampIn(opened, name.name);
   if (own_.Contain(path, file.stamp.inode)) {
     if (known != nullptr) gone_.Run(known->id);
     return;
@@ -217,10 +270,14 @@ void RootScan::CompareFile(const FolderOfRoot& folder, int opened, const WalkedF
       known != nullptr && !known->must_be_read && IsAsKnown(path, file.stamp, known->stamp, rules_) &&
       (known->has_companions ? HasCompanionsAsKnown(known->id, file.carriers) : file.carriers.empty());
   if (!is_as_known) {
-    ready_.push_back(std::move(file));
-  } else if (known->depends_on_folder) {
-    dependents.push_back(std::move(file));
+    NoteChange();
+  } else if (!known->depends_on_folder) {
+    return;
+  } else if (!folder_->has_changed) {
+    folder_->last_dependent = name.name;
+    return;
   }
+  ready_.push_back(std::move(file));
 }
 
 bool RootScan::HasCompanionsAsKnown(std::int64_t file, const Companions& carriers) {

@@ -47,6 +47,30 @@ struct FoundFile {
   std::string path() const { return folder.path + name; }
 };
 
+// What the catalogue knows of a file.
+struct KnownRow {
+  std::int64_t id = 0;
+  std::string name;
+  Stamp stamp;
+  bool has_companions = false;
+  bool must_be_read = false;  // uncertain, or read by other rules
+  bool depends_on_folder = false;
+};
+
+// The folder that is compared, a part of its files at a time: there can be millions.
+struct OpenFolder {
+  WalkedFolder walked;
+  FolderOfRoot place;
+  std::size_t next_name = 0;
+  std::vector<KnownRow> known;  // some of its rows, by name
+  std::size_t next_known = 0;
+  bool has_more_known = true;
+  // A file changed or is gone: files whose answer depends on the others must be read.
+  bool has_changed = false;
+  std::string last_dependent;  // of those that were passed over before that; empty for none
+  std::string last_read;       // of these, when they are read at the end
+};
+
 class RootScan {
  public:
   // What to do for each file that is looked at, and for each folder that cannot be listed.
@@ -68,24 +92,19 @@ class RootScan {
   const std::string& identity() const { return identity_; }
 
  private:
-  struct Known {
-    std::int64_t id = 0;
-    std::string name;
-    Stamp stamp;
-    bool has_companions = false;
-    bool must_be_read = false;  // uncertain, or read by other rules
-    bool depends_on_folder = false;
-  };
-
   void Begin();
   void BeginWithFile();
   bool Advance();
-  void Compare(const WalkedFolder& walked);
-  void CompareFile(const FolderOfRoot& folder, int opened, const WalkedFolder::Name& name,
-                   const std::shared_ptr<const ForkCarriers>& carriers, const Known* known,
-                   std::vector<FoundFile>& dependents);
+  void Enter(WalkedFolder walked);
+  void CompareSome();
+  void ReadDependents();
+  const KnownRow* NextKnown();
+  void NoteChange();
+  FoundFile Found(const std::string& name, bool is_sidecar, const KnownRow* known) const;
+  void CompareFile(const WalkedFolder::Name& name, const KnownRow* known);
+  void NoteGone(const KnownRow& known);
   bool HasCompanionsAsKnown(std::int64_t file, const Companions& carriers);
-  std::vector<Known> KnownIn(const std::string& key);
+  KnownRow KnownAt(const Statement& row) const;
   void Fail(const std::string& path, const std::string& fault);
   FolderOfRoot FolderAt(const std::string& path) const;
 
@@ -94,8 +113,9 @@ class RootScan {
   const OwnFiles& own_;
   const FileClock& clock_;
   const Events events_;
-  Statement files_, companions_, gone_, gone_folders_, gone_tail_, count_;
+  Statement files_, dependents_, mark_dependents_, companions_, gone_, gone_folders_, gone_tail_, any_file_;
   std::optional<FolderWalk> walk_;
+  std::optional<OpenFolder> folder_;
   std::string identity_;
   dev_t device_ = 0;      // of the folder at hand
   std::string next_key_;  // the least that a folder after those that were compared can have

@@ -156,8 +156,7 @@ class Updater {
  public:
   Updater(const CatalogueUpdate& update, Database& database, Progress& progress, std::vector<Root> roots,
           const BegunRun& begun)
-      : update_(update),
-        database_(database),
+      : database_(database),
         progress_(progress),
         roots_(std::move(roots)),
         commits_(database),
@@ -281,7 +280,6 @@ class Updater {
     std::cerr << line + '\n';
   }
 
-  const CatalogueUpdate& update_;
   Database& database_;
   Progress& progress_;
   const std::vector<Root> roots_;

@@ -100,8 +100,7 @@ struct Findings {
 class Verifier {
  public:
   Verifier(const CatalogueCheck& check, Database& database)
-      : check_(check),
-        faces_(database),
+      : faces_(database),
         own_(database.path()),
         files_beside_(own_, [](const std::string&) { return false; }),
         jobs_(JobsThatCanOpenFiles(check.work.jobs)),
@@ -174,7 +173,6 @@ class Verifier {
     progress_.Advance();
   }
 
-  const CatalogueCheck& check_;
   FaceTable faces_;
   const OwnFiles own_;
   const OtherFiles files_beside_;

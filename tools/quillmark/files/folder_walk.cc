@@ -140,6 +140,7 @@ std::optional<WalkedFolder> FolderWalk::NextFolder() {
   if (stopped_() || (names_.empty() && fault_.empty())) return std::nullopt;
   WalkedFolder folder{
       folder_.path, std::exchange(fault_, {}), {}, carriers_, opened_ ? ::dirfd(opened_.get()) : -1};
+  folder.names.reserve(names_.size());
   for (; !names_.empty(); names_.pop_back()) {
     folder.names.push_back({names_.back(), IsSidecar(names_.back())});
   }
