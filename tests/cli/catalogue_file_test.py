@@ -75,6 +75,9 @@ class CatalogueFileTest(ToolCase):
         (self.folder / "media").chmod(0o555)
         self.check("catalogue list --format tsv --fields face media/c.db", 0, "face\n0\n", env=scarce(NO_PRIVILEGES="1"))
 
+        self.write("media/c.db-journal", b"written half")
+        self.check("catalogue list media/c.db", 1, err="quillmark: ...\n", env=scarce(NO_PRIVILEGES="1"))
+
     def test_the_clock_of_a_server_counts(self):
         self.write("in/a.ttf", made_font("A"))
         # By the machine's clock the file is old; by that of the disk it was written just before.
@@ -83,6 +86,16 @@ class CatalogueFileTest(ToolCase):
         (self.folder / "in/a.ttf").touch()
         for _ in range(2):
             self.check("catalogue update c.db in", 0, err="... 1 read\n", env=scarce(CLOCK_AHEAD="9", FOREIGN_DISK="1"))
+
+    def test_verify_looks_at_every_row_of_a_file(self):
+        font = self.write("in/sub/a.ttf", made_font("Made-A"))
+        options = {"env": scarce(CLOCK_AHEAD="9")}
+        self.run_tool("catalogue update c.db in in/sub", **options)
+        before = font.stat()
+        font.write_bytes(made_font("Made-B"))
+        os.utime(font, ns=(before.st_atime_ns, before.st_mtime_ns))
+        self.check("catalogue verify c.db", 3, f"{font}\n{font}\n", "2 files read again, 2 with another result\n")
+        self.check("catalogue update --ignore-ctime c.db", 0, err="... 2 changed, 0 gone, 2 read\n", **options)
 
     def test_verify_takes_sidecars_as_walks_do(self):
         fork = apple_double(b"no fork")

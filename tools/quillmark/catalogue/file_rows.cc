@@ -24,7 +24,7 @@ std::optional<std::int64_t> ListedOf(const Explanation& explanation) {
   return *explanation.listed;
 }
 
-// Why a sidecar is none of the fonts tells of the file that it belongs to.
+// The reason that is given for a sidecar names the file it belongs to, and so depends on it.
 void AddOwner(const std::string& path, Companions& companions) {
   const bool may_be_sidecar = path.find("/._") != std::string::npos ||
                               path.find("/.AppleDouble/") != std::string::npos ||
@@ -67,8 +67,8 @@ FileTable::FileTable(Database& database, std::int64_t run, StampRules rules)
                      "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
       forget_gone_(database, "DELETE FROM gone WHERE path = ?") {}
 
-// Whether the file changed since the stamp was taken, and the next update may not see that. It compares the
-// stamp from before the file was read, which by the usual rules shows every change.
+// Whether the file changed since the stamp was taken in a way that the next update may not see. By the usual
+// rules it sees every change, as the stamp is from before the file was read.
 bool FileTable::MayHideChange(const std::string& path, const Stamp& before) const {
   if (!rules_.ignore_ctime && !rules_.ignore_inode) return false;
   Stamp after = StampOf(path);

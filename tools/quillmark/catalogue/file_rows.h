@@ -1,5 +1,4 @@
-// FileTable: writes what became of a file into the
-// catalogue: its stamps, its faces, or why it gave none.
+// FileTable: writes what became of a file into the catalogue: its stamps, its faces, or why it gave none.
 #ifndef QUILLMARK_TOOL_CATALOGUE_FILE_ROWS_H_
 #define QUILLMARK_TOOL_CATALOGUE_FILE_ROWS_H_
 

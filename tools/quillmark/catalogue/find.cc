@@ -161,7 +161,7 @@ int FindNames(const NameSearch& search) {
   NoteInterrupts();
   if (!search.catalogue.empty()) {
     Database database = OpenCatalogue(search.catalogue);
-    return FindIn(search, database, IsComplete(database, search.catalogue));
+    return FindIn(search, database, TellWhetherComplete(database, search.catalogue));
   }
   // A catalogue for this search alone, which goes to a temporary file when it is large.
   Database database("", Database::Access::kCreate);

@@ -116,7 +116,7 @@ void WriteText(const Json& info) {
 
 int TellCatalogue(const std::string& catalogue, const std::string& format) {
   Database database = OpenSnapshot(catalogue);
-  const bool is_complete = IsComplete(database, catalogue);
+  const bool is_complete = TellWhetherComplete(database, catalogue);
   const Json info = InfoOf(database);
   if (format == "json") {
     WriteJsonDocument(std::cout, info);

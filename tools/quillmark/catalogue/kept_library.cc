@@ -44,7 +44,7 @@ FilesOutcome AddFromCatalogue(const std::string& catalogue, Library& library,
                               std::vector<std::string>& roots) {
   Database database = OpenSnapshot(catalogue);
   FilesOutcome outcome;
-  outcome.complete = IsComplete(database, catalogue);
+  outcome.complete = TellWhetherComplete(database, catalogue);
   KeptFaces faces(database);
   while (const auto kept = faces.Next()) library.Add(LibraryFileOf(*kept), IdentityOf(*kept));
 

@@ -14,7 +14,7 @@ namespace quillmark::tool {
 int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
   const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
   Database database = OpenSnapshot(catalogue);
-  const bool is_complete = IsComplete(database, catalogue);
+  const bool is_complete = TellWhetherComplete(database, catalogue);
   KeptFaces kept(database);
   while (auto file = kept.Next()) {
     std::vector<Face> faces;

@@ -63,7 +63,7 @@ class Merger {
   Merger(Database& target, Database& source, const std::string& label, const CatalogueMerge& merge,
          std::int64_t run, MergeCounts& counts)
       : label_(label),
-        // No label that is given holds a slash.
+        // A label that is given holds no slash, so that none is like this.
         old_label_(label + '/'),
         run_(run),
         counts_(counts),

@@ -83,10 +83,13 @@ std::optional<StyleSet> StylesOfAll(const std::vector<std::string>& words) {
 // The styles of a family's words and of those behind them.
 StyleSet StylesOfName(const std::vector<std::string>& words, std::size_t family_words) {
   const std::vector<std::string> rest = StyleWords(words, family_words);
-  const std::string family = Joined(words, 0, family_words, "");
-  return StylesThatCount(
-      StylesOf(rest.empty() ? family : family + '-' + Joined(rest, 0, rest.size(), ""),
-               Joined(words, 0, family_words, " ") + ' ' + Joined(rest, 0, rest.size(), " ")));
+  std::string post_script_name = Joined(words, 0, family_words, "");
+  std::string full_name = Joined(words, 0, family_words, " ");
+  if (!rest.empty()) {
+    post_script_name += '-' + Joined(rest, 0, rest.size(), "");
+    full_name += ' ' + Joined(rest, 0, rest.size(), " ");
+  }
+  return StylesThatCount(StylesOf(post_script_name, full_name));
 }
 
 std::string PlaceQuery() {

@@ -1,5 +1,5 @@
 // OwnFiles: the files that a catalogue is kept in, which are no members of its own roots. OtherFiles: the
-// machine's file system without them. Fonts must not be read past it while a catalogue is open: when a
+// machine's file system without them. While a catalogue is open, fonts are read only through it: when a
 // process closes any descriptor of a file, it loses all locks that it holds on that file, those of SQLite,
 // too. Tests: tests/cli/catalogue_file_test.py.
 #ifndef QUILLMARK_TOOL_CATALOGUE_OWN_FILES_H_

@@ -15,7 +15,7 @@ Database OpenSnapshot(const std::string& path) {
   return database;
 }
 
-bool IsComplete(Database& database, const std::string& catalogue) {
+bool TellWhetherComplete(Database& database, const std::string& catalogue) {
   std::string lacks;
   const auto look = [&](const std::string& query, const char* thing, const char* fault) {
     const auto count = static_cast<std::size_t>(database.Number(query.c_str()).value_or(0));

@@ -11,9 +11,9 @@ namespace quillmark::tool {
 // All statements of the database see the same commit.
 Database OpenSnapshot(const std::string& path);
 
-// Whether every file below the roots was looked at and could be read. Otherwise a line on standard error says
-// what is missing from `catalogue`.
-bool IsComplete(Database& database, const std::string& catalogue);
+// Whether every file below the roots was looked at and could be read. Otherwise writes a line on standard
+// error that says what is missing from `catalogue`.
+bool TellWhetherComplete(Database& database, const std::string& catalogue);
 
 }  // namespace quillmark::tool
 
