@@ -101,11 +101,11 @@ bool FileTable::IsSameAnswer(std::int64_t id, const Explanation& explanation,
 }
 
 FileChange FileTable::Write(std::int64_t root, const FoundFile& found, const IdentifiedFile& file,
-                            std::uint64_t total_size, bool has_no_attributes, Companions asked) {
+                            std::uint64_t total_size, Recording* recording) {
   const std::string path = found.path();
   const Explanation& explanation = file.explanation;
   Stamp stamp = found.stamp;
-  Companions companions = std::move(asked);
+  Companions companions = recording != nullptr ? recording->Taken() : Companions();
   companions.insert(found.carriers.begin(), found.carriers.end());
   AddOwner(path, companions);
 
@@ -116,6 +116,7 @@ FileChange FileTable::Write(std::int64_t root, const FoundFile& found, const Ide
     is_uncertain |= IsUncertainAt(its_stamp, found.seen_at) || MayHideChange(companion, its_stamp);
     if (its_stamp.kind == Stamp::kRegular) its_stamp.attributes = AttributesOf(companion);
   }
+  const bool has_no_attributes = recording != nullptr && recording->has_no_attributes();
   if (stamp.kind == Stamp::kRegular && !has_no_attributes) stamp.attributes = AttributesOf(path);
 
   const std::vector<FaceRow> rows = file.array ? RowsOf(file.faces, *file.array) : std::vector<FaceRow>();

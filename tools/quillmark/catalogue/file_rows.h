@@ -22,10 +22,10 @@ class FileTable {
  public:
   FileTable(Database& database, std::int64_t run, StampRules rules);
 
-  // `total_size` is that of TotalSizeOf, `has_no_attributes` is known of the file; `asked` is what the answer
-  // depended on besides the file and its forks. kSame when the answer is as it was.
+  // `total_size` is that of TotalSizeOf; `recording` is of the questions that were asked for the answer, null
+  // where none were. kSame when the answer is as it was.
   FileChange Write(std::int64_t root, const FoundFile& found, const IdentifiedFile& file,
-                   std::uint64_t total_size, bool has_no_attributes, Companions asked);
+                   std::uint64_t total_size, Recording* recording);
   // After rows of folders were removed.
   void ForgetFolder() { last_folder_ = 0; }
 

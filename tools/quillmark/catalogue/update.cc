@@ -6,9 +6,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <unordered_map>
 #include <utility>
@@ -30,8 +32,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Read at the same time as far as threads go; written in their order.
-constexpr std::size_t kFilesOfBatch = 1024;
+// Found at once, so that threads seldom wait for the database.
+constexpr std::size_t kFilesAhead = 256;
 constexpr std::size_t kFilesOfCommit = 5000;
 constexpr std::chrono::seconds kTimeOfCommit(2);
 
@@ -91,60 +93,66 @@ class Commits {
   std::size_t files_ = 0;
 };
 
-// Files of one root that are read at the same time.
-class Batch : public PathSource {
+// The files of a scan that must be read, while they are: found as threads ask for them, until they are
+// written. `database_use` is held while the scan works.
+class FilesUnderWay : public PathSource {
  public:
-  void Add(FoundFile file) { files_.push_back({std::move(file), nullptr}); }
-  std::size_t size() const { return files_.size(); }
-  void Clear() {
-    files_.clear();
-    places_.clear();
-    next_ = 0;
-    stopped_ = false;
-  }
-  void Finish() {
-    for (std::size_t i = 0; i < files_.size(); ++i) places_.emplace(files_[i].found.path(), i);
-  }
+  struct File {
+    FoundFile found;
+    std::unique_ptr<Recording> recording = nullptr;
+    std::uint64_t total_size = 0;
+  };
+
+  explicit FilesUnderWay(std::mutex& database_use) : database_use_(database_use) {}
+  // `scan` outlives the reading of its files.
+  void Begin(RootScan& scan) { scan_ = &scan; }
 
   std::optional<FontPath> Next() override {
-    if (next_ == files_.size() || stopped_ || Interrupted() != 0) return std::nullopt;
-    const FoundFile& file = files_[next_++].found;
-    return FontPath{file.path(), false, {}, file.is_sidecar, {}, file.possible_carriers};
+    if (stopped_ || Interrupted() != 0) return std::nullopt;
+    if (found_.empty()) FindSome();
+    if (found_.empty()) return std::nullopt;
+    FoundFile file = std::move(found_.front());
+    found_.pop_front();
+    FontPath path{file.path(), false, {}, file.is_sidecar, {}, file.possible_carriers};
+    const std::lock_guard lock(mutex_);
+    files_.insert_or_assign(path.path, File{std::move(file)});
+    return path;
   }
-  bool MayHaveNext() const override { return next_ < files_.size(); }
+  bool MayHaveNext() const override { return scan_ != nullptr || !found_.empty(); }
   void Stop() override { stopped_ = true; }
 
-  const FoundFile& Found(const std::string& path) const { return files_[places_.at(path)].found; }
-  // Any thread; each file is read on one at a time.
-  std::unique_ptr<const FileSystem> Record(const std::string& path, const FileSystem& files) {
-    auto& recording = files_[places_.at(path)].recording;
-    recording = std::make_unique<Recording>(path, files_[places_.at(path)].found.stamp);
-    return std::make_unique<RecordingFiles>(files, *recording);
+  bool Holds(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    return files_.contains(path);
   }
-  void NoteSize(const IdentifiedFile& file, const FileSystem& system) {
-    files_[places_.at(file.source.path)].total_size = TotalSizeOf(file, system);
+  // For the thread that reads the file, or writes it; valid until Remove.
+  File& At(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    return files_.at(path);
   }
-  std::uint64_t TotalSize(const std::string& path) const { return files_[places_.at(path)].total_size; }
-  bool Holds(const std::string& path) const { return places_.contains(path); }
-  bool HasNoAttributes(const std::string& path) const {
-    const auto& recording = files_[places_.at(path)].recording;
-    return recording && recording->has_no_attributes();
-  }
-  Companions Asked(const std::string& path) {
-    const auto& recording = files_[places_.at(path)].recording;
-    return recording ? recording->Taken() : Companions();
+  void Remove(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    files_.erase(path);
   }
 
  private:
-  struct File {
-    FoundFile found;
-    std::unique_ptr<Recording> recording;
-    std::uint64_t total_size = 0;
-  };
-  std::vector<File> files_;
-  std::unordered_map<std::string, std::size_t> places_;
-  std::size_t next_ = 0;
+  void FindSome() {
+    const std::lock_guard lock(database_use_);
+    while (scan_ != nullptr && found_.size() < kFilesAhead) {
+      if (auto file = scan_->Next()) {
+        found_.push_back(*std::move(file));
+      } else {
+        scan_ = nullptr;
+      }
+    }
+  }
+
+  std::mutex& database_use_;
+  RootScan* scan_ = nullptr;  // null behind its last file
+  std::deque<FoundFile> found_;
   std::atomic<bool> stopped_ = false;
+  mutable std::mutex mutex_;
+  std::unordered_map<std::string, File> files_;  // by path
 };
 
 struct BegunRun {
@@ -165,8 +173,8 @@ class Updater {
         files_(database, run_, rules_),
         jobs_(JobsThatCanOpenFiles(update.work.jobs)),
         own_(database.path()),
-        // Those of the batch were looked at when they were found.
-        files_beside_(own_, [this](const std::string& path) { return batch_.Holds(path); }),
+        // The scan has looked at those under way.
+        files_beside_(own_, [this](const std::string& path) { return under_way_.Holds(path); }),
         clock_(database.path().empty() ? "" : database.path() + ".lock"),
         gone_(begun.gone) {}
 
@@ -196,9 +204,22 @@ class Updater {
   void Walk(const Root& root) {
     SharedReading shared;
     shared.system = &files_beside_;
-    shared.then = [this](const IdentifiedFile& file) { batch_.NoteSize(file, files_beside_); };
     shared.wrap = [this](const FontPath& source, const FileSystem& files) {
-      return batch_.Record(source.path, files);
+      FilesUnderWay::File& file = under_way_.At(source.path);
+      file.recording = std::make_unique<Recording>(source.path, file.found.stamp);
+      return std::make_unique<RecordingFiles>(files, *file.recording);
+    };
+    shared.then = [this](const IdentifiedFile& file) {
+      under_way_.At(file.source.path).total_size = TotalSizeOf(file, files_beside_);
+    };
+    const auto write = [&](const IdentifiedFile& file) {
+      const std::lock_guard lock(database_use_);
+      try {
+        Write(root, file);
+      } catch (const std::bad_alloc&) {
+        // A file that was half written cannot be handed over again: the update ends with its last commit.
+        throw DatabaseError(Printable(database_.path()) + ": there is too little memory to write it");
+      }
     };
     std::string fault;
     RootScan::Events events;
@@ -211,16 +232,14 @@ class Updater {
     database_.Run("CREATE TEMP TABLE gone_files (file INTEGER PRIMARY KEY)");
     {
       RootScan scan(database_, root, rules_, own_, clock_, events);
-      while (auto file = scan.Next()) {
-        batch_.Add(*std::move(file));
-        if (batch_.size() >= kFilesOfBatch) Read(root, shared);
-      }
-      Read(root, shared);
+      under_way_.Begin(scan);
+      IdentifyAll(under_way_, jobs_, kRowNeeds, write, shared);
+      const bool is_whole = !under_way_.MayHaveNext() && scan.is_whole();
       commits_.Begin();
-      if (scan.is_whole()) RemoveGone(root);
+      if (is_whole) RemoveGone(root);
       if (Interrupted() == 0) {
         Statement(database_, "UPDATE roots SET identity = coalesce(?, identity), fault = ? WHERE id = ?")
-            .Run(scan.is_whole() ? std::optional<std::string_view>(scan.identity()) : std::nullopt,
+            .Run(is_whole ? std::optional<std::string_view>(scan.identity()) : std::nullopt,
                  fault.empty() ? std::nullopt : std::optional<std::string_view>(fault), root.id);
       }
       commits_.Commit();
@@ -229,26 +248,11 @@ class Updater {
     is_complete_ &= fault.empty();
   }
 
-  void Read(const Root& root, SharedReading& shared) {
-    batch_.Finish();
-    const auto write = [&](const IdentifiedFile& file) {
-      try {
-        Write(root, file);
-      } catch (const std::bad_alloc&) {
-        // A file that was half written cannot be handed over again: the update ends with its last commit.
-        throw DatabaseError(Printable(database_.path()) + ": there is too little memory to write it");
-      }
-    };
-    IdentifyAll(batch_, jobs_, kRowNeeds, write, shared);
-    batch_.Clear();
-  }
-
   void Write(const Root& root, const IdentifiedFile& file) {
     commits_.Begin();
-    const FoundFile& found = batch_.Found(file.source.path);
-    const FileChange change =
-        files_.Write(root.id, found, file, batch_.TotalSize(file.source.path),
-                     batch_.HasNoAttributes(file.source.path), batch_.Asked(file.source.path));
+    const FilesUnderWay::File& read = under_way_.At(file.source.path);
+    const FileChange change = files_.Write(root.id, read.found, file, read.total_size, read.recording.get());
+    under_way_.Remove(file.source.path);
     ++read_;
     if (change == FileChange::kAdded) ++added_;
     if (change == FileChange::kChanged) ++changed_;
@@ -288,7 +292,8 @@ class Updater {
   const StampRules rules_;
   FileTable files_;
   const unsigned jobs_;
-  Batch batch_;
+  std::mutex database_use_;  // held by the thread that works with database_ while files are read
+  FilesUnderWay under_way_{database_use_};
   const OwnFiles own_;
   const OtherFiles files_beside_;
   const FileClock clock_;
