@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 
-#include "analysis/face_names.h"
 #include "analysis/name_record.h"
 #include "support/om_string.h"
 
@@ -24,6 +23,18 @@ enum CollectStatus : int {
 
 // A request beside the QM_Attribute bits: whether the outlines have a table of variation axes (fvar).
 inline constexpr std::uint32_t kVariationAxes = 0x8000'0000;
+
+// The names of one face, as read from its font data. The request decides which of them the face keeps
+// (Creation::AddFace).
+struct FaceNames {
+  OmString foundry;  // the maker's text as the font has it: manufacturer, notice or copyright
+  OmString family;
+  OmString version;
+  OmString post_script_name;
+  OmString display_name;
+  OmString full_name;
+  OmString windows_full_name;
+};
 
 struct CollectedFace {
   FaceNames names;

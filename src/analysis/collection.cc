@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <limits>
 #include <new>
-#include <span>
-#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -31,10 +29,7 @@ CollectionStatus CheckHeader(Bytes start) {
   return version == 0x00010000u || version == 0x00020000u ? kCollectionOk : kCollectionWrongVersion;
 }
 
-void Append(Bytes bytes, std::vector<char>& out) {
-  const std::string_view text = AsText(bytes);
-  out.insert(out.end(), text.begin(), text.end());
-}
+void Append(Bytes bytes, std::vector<char>& out) { out.insert(out.end(), bytes.begin(), bytes.end()); }
 
 TableRange TableAt(Bytes directory, std::size_t entry) {
   return {U32At(directory, entry + 8).value_or(0), U32At(directory, entry + 12).value_or(0)};
@@ -78,8 +73,6 @@ TrueTypeCollectionFont::TrueTypeCollectionFont(FontFile& file, bool with_sums)
     : source_(file), with_sums_(with_sums) {
   static_cast<void>(ReadIntoMemory());
 }
-
-TrueTypeCollectionFont::~TrueTypeCollectionFont() = default;
 
 CollectionStatus TrueTypeCollectionFont::ReadIntoMemory() {
   status_ = kCollectionFileError;
@@ -187,7 +180,7 @@ SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
   std::uint64_t offset = directory.size();
   for (const TableRange& table : face.tables) {
     const std::optional<std::uint32_t> word_sum =
-        with_sums_ ? std::optional(sums_.WordSum(*file_, table)) : std::nullopt;
+        with_sums_ ? std::optional(sums_.SumOf(*file_, table).words) : std::nullopt;
     static_cast<void>(PutU32At(directory, entry + 4, word_sum.value_or(0)));
     static_cast<void>(PutU32At(directory, entry + 8, static_cast<std::uint32_t>(offset)));
     tables.push_back({table.offset, table.length, word_sum});
@@ -200,7 +193,10 @@ SfntData TrueTypeCollectionFont::FontOf(const CollectionFace& face) const {
 std::uint32_t TrueTypeCollectionFont::ChecksumOf(const CollectionFace& face, const SfntData& font) const {
   const auto directory = font.Range(0, static_cast<std::uint32_t>(face.directory.size()));
   std::uint32_t crc = Crc32(0, directory.value_or(Bytes{}));
-  for (const TableRange& table : face.tables) crc = sums_.ContinueCrc(*file_, crc, table);
+  for (const TableRange& table : face.tables) {
+    const TableSum& sum = sums_.SumOf(*file_, table);
+    crc = CombineCrc32(crc, sum.crc, sum.combine);
+  }
   return crc;
 }
 

@@ -55,7 +55,7 @@ class TrueTypeCollectionFont {
   // Reads the file, which outlives the object and whose budget is charged; a failed read leaves no faces.
   // Without sums only what is parsed is read, and no face can be summed or copied.
   explicit TrueTypeCollectionFont(FontFile& file, bool with_sums = true);
-  virtual ~TrueTypeCollectionFont();
+  virtual ~TrueTypeCollectionFont() = default;
   TrueTypeCollectionFont(const TrueTypeCollectionFont&) = delete;
   TrueTypeCollectionFont& operator=(const TrueTypeCollectionFont&) = delete;
 

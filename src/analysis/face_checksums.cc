@@ -1,7 +1,5 @@
 #include "analysis/face_checksums.h"
 
-#include <optional>
-
 #include "analysis/checksum.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"

@@ -6,7 +6,6 @@
 #define QUILLMARK_ANALYSIS_FACE_CHECKSUMS_H_
 
 #include <cstdint>
-#include <string>
 
 #include "analysis/printer_font.h"
 #include "platform/files/font_file.h"

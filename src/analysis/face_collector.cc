@@ -1,7 +1,6 @@
 #include "analysis/face_collector.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <utility>
 #include <variant>
@@ -22,14 +21,12 @@ constexpr const char* kLayoutTables[] = {"DSIG", "GDEF", "GSUB", "GPOS", "JSTF",
 constexpr bool IsSfntKind(FontKind kind) { return kind <= kKindOpenTypePS; }
 
 bool HasLayoutTable(const SfntData& font) {
-  return std::any_of(std::begin(kLayoutTables), std::end(kLayoutTables),
-                     [&](const char* tag) { return FindSpecifiedTable(font, tag).has_value(); });
+  return std::ranges::any_of(kLayoutTables,
+                             [&](const char* tag) { return FindSpecifiedTable(font, tag).has_value(); });
 }
 
 void RemoveTrailingBlanks(OmString& text) {
-  const std::string& whole = text.str();
-  const std::size_t last = whole.find_last_not_of(' ');
-  text = whole.substr(0, last == std::string::npos ? 0 : last + 1);
+  text = text.str().substr(0, text.str().find_last_not_of(' ') + 1);  // none: npos + 1 is 0
 }
 
 // Reads what the font itself tells; a display name that is set already is kept.

@@ -20,9 +20,8 @@ FontExtension fontTypeFromExtension(const char* path) {
   const std::string_view text(path);
   const std::size_t dot = text.rfind('.');
   if (dot == std::string_view::npos || text.size() - dot > kLongestSuffix) return kExtensionOther;
-  OmString extension(std::string(text.substr(dot + 1)));
-  extension.ToLower();
-  const auto* const found = std::find(std::begin(kExtensions), std::end(kExtensions), extension.str());
+  const OmString extension = OmString(std::string(text.substr(dot + 1))).ToLower();
+  const auto* const found = std::ranges::find(kExtensions, extension.str());
   return static_cast<FontExtension>(found - std::begin(kExtensions));  // past the end is kExtensionOther
 }
 

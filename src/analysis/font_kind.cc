@@ -1,7 +1,6 @@
 #include "analysis/font_kind.h"
 
 #include <array>
-#include <string>
 
 #include "analysis/font_extension.h"
 #include "resources/resource_access.h"

@@ -1,13 +1,8 @@
 #include "analysis/name_match.h"
 
+#include "platform/text/ascii_case.h"
+
 namespace quillmark::GFontToolUtils {
-namespace {
-
-bool IsAsciiDigitOrLetter(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-}  // namespace
 
 std::string StripCharsAndNormalizeString(const std::string& name) {
   std::string reduced;
@@ -16,7 +11,7 @@ std::string StripCharsAndNormalizeString(const std::string& name) {
     if (c == '-') {
       if (hyphen_seen) break;
       hyphen_seen = true;
-    } else if (IsAsciiDigitOrLetter(c)) {
+    } else if (IsDigitAscii(c) || IsUpperAscii(c) || IsLowerAscii(c)) {
       reduced += c;
     }
   }

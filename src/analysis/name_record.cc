@@ -26,9 +26,8 @@ class TableBytes {
   }
 
   std::optional<Bytes> Part(std::size_t offset, std::size_t length) {
-    auto part = Slice(table_, offset, length);
-    if (!part) part = PartPastTable(offset, length);
-    return part;
+    const auto part = Slice(table_, offset, length);
+    return part ? part : PartPastTable(offset, length);
   }
   // The records that lie inside the font, `count` at most.
   Bytes Records(std::size_t count) {

@@ -3,11 +3,10 @@
 #ifndef QUILLMARK_ANALYSIS_NAME_TABLE_H_
 #define QUILLMARK_ANALYSIS_NAME_TABLE_H_
 
-#include <optional>
 #include <string>
 #include <variant>
 
-#include "analysis/face_names.h"
+#include "analysis/collected_face.h"
 #include "analysis/name_record.h"
 #include "analysis/sfnt_data.h"
 #include "support/om_string.h"

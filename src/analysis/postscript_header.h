@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/face_names.h"
+#include "analysis/collected_face.h"
 #include "platform/byte_reader.h"
 #include "support/om_string.h"
 

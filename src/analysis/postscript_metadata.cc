@@ -1,11 +1,9 @@
 #include "analysis/postscript_metadata.h"
 
 #include <filesystem>
-#include <optional>
 #include <string_view>
 
 #include "analysis/name_table.h"
-#include "platform/core_foundation/cf_ref.h"
 #include "quillmark/quillmark.h"
 #include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
@@ -33,9 +31,7 @@ CidKind CidKindOf(QuillmarkResourceFile& file, const Family& family, std::int16_
 
 // Converts to the platform's string and back, which empties text that is not UTF-8.
 void PassThroughPlatformString(OmString& text) {
-  const CFRef<CFStringRef> string =
-      Adopt(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), kCFStringEncodingUTF8));
-  text.Set(string.get());
+  if (!text.Set(text.c_str(), kCFStringEncodingUTF8)) text = OmString();
 }
 
 CollectStatus GatherFromSegments(const PrinterFont& font, std::uint32_t request, CollectedFace& face) {

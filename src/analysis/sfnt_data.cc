@@ -5,14 +5,6 @@
 #include <utility>
 
 namespace quillmark {
-namespace {
-
-// The first read of a file takes this much, which holds the directory of any usual font.
-constexpr std::uint32_t kHeadSize = 4096;
-constexpr std::uint64_t kRangeSteps = 16;
-constexpr std::uint32_t kBlockSize = 64 * 1024;  // a multiple of the word size
-
-}  // namespace
 
 SfntData::SfntData(Bytes font, Budget* budget)
     : budget_(budget),
@@ -73,6 +65,9 @@ void SfntData::Read(std::uint32_t offset, std::span<std::uint8_t> block) const {
 }
 
 std::optional<Bytes> SfntData::Range(std::uint32_t offset, std::uint32_t length) const {
+  // The first read of a file takes this much, which holds the directory of any usual font.
+  constexpr std::uint32_t kHeadSize = 4096;
+  constexpr std::uint64_t kRangeSteps = 16;
   if (!Contains(offset, length)) return std::nullopt;
   Charge(budget_, kRangeSteps + pieces_.size() * Budget::kRecord);
   if (const auto view = View(offset, length)) return view;
@@ -98,6 +93,7 @@ std::optional<std::uint32_t> SfntData::SumOfWords(std::uint32_t offset, std::uin
   }
   ChargeBytes(budget_, length);
   if (const auto view = View(offset, length)) return SumBigEndianWords(*view);
+  constexpr std::uint32_t kBlockSize = 64 * 1024;  // a multiple of the word size
   std::vector<std::uint8_t> block(std::min(length, kBlockSize));
   std::uint32_t sum = 0;
   for (std::uint32_t done = 0; done < length; done += static_cast<std::uint32_t>(block.size())) {

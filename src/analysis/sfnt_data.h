@@ -38,8 +38,7 @@ class SfntData {
 
   // The bytes [offset, offset + length), or nothing when they do not all lie inside the font. The span lives
   // as long as this object: what is read of a file, or joined from several tables, is kept and answers later
-  // calls that lie within it.
-  // Meant for the few tables that are parsed; SumOfWords goes over large ones.
+  // calls that lie within it. Meant for the few tables that are parsed; SumOfWords goes over large ones.
   std::optional<Bytes> Range(std::uint32_t offset, std::uint32_t length) const;
 
   // The 32-bit wrapping sum of the big-endian words in [offset, offset + length), as SumBigEndianWords, or

@@ -34,8 +34,7 @@ SfntTableCount CountTables(const SfntData& font) {
   const auto header = font.Range(0, kHeaderSize);
   const std::int16_t stated = header ? I16At(*header, 4).value_or(0) : std::int16_t{0};
   const std::uint32_t fitting = (font.size() - kHeaderSize - 1) / kEntrySize;
-  return {stated,
-          std::min<std::uint32_t>(static_cast<std::uint32_t>(std::max<std::int16_t>(stated, 0)), fitting)};
+  return {stated, std::min(static_cast<std::uint32_t>(std::max<std::int16_t>(stated, 0)), fitting)};
 }
 
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntData& font, const char* tag) {
@@ -63,14 +62,13 @@ bool GetPlatformTTF(const SfntData& font, OmString* platform) {
   const auto start = font.Range(0, 4);
   const std::uint32_t version = start ? U32At(*start, 0).value_or(0) : 0;
   if (version != kTrueTypeVersion && version != kOpenTypeVersion) return true;
-  const bool complete = std::all_of(
-      std::begin(kRequiredTables), std::end(kRequiredTables),
-      [&](const char* tag) { return ValidateDirectoryEntry(FindSpecifiedTable(font, tag), font); });
-  const bool sound =
-      std::all_of(std::begin(kOptionalTables), std::end(kOptionalTables), [&](const char* tag) {
-        const auto entry = FindSpecifiedTable(font, tag);
-        return !entry || ValidateDirectoryEntry(entry, font);
-      });
+  const bool complete = std::ranges::all_of(kRequiredTables, [&](const char* tag) {
+    return ValidateDirectoryEntry(FindSpecifiedTable(font, tag), font);
+  });
+  const bool sound = std::ranges::all_of(kOptionalTables, [&](const char* tag) {
+    const auto entry = FindSpecifiedTable(font, tag);
+    return !entry || ValidateDirectoryEntry(entry, font);
+  });
   if (complete && sound) *platform = "crossplatform";
   return true;
 }

@@ -22,31 +22,29 @@ struct TableRange {
   std::uint32_t length;
 };
 
+// The sums of a table, the CRC over the zeros too that fill it up to a multiple of 4.
+struct TableSum {
+  std::uint32_t words;  // as SumBigEndianWords
+  std::uint32_t crc;    // from 0
+  CrcOperator combine;  // continues a running CRC over the table
+};
+
 class TableSums {
  public:
-  static constexpr std::size_t kBlockSize = BlockCrcs::kBlockSize;  // bytes
+  static constexpr std::size_t kBlockSize = 1024;  // bytes
 
   // Takes the next bytes of the file: whole blocks, until its end.
   void Add(Bytes next);
-
-  // `table` lies inside `file`, all of which has been added. The sum is that of SumBigEndianWords.
-  std::uint32_t WordSum(const PagedFile& file, TableRange table);
-  // Continues `crc` over the table and the zeros that fill it up to a multiple of 4.
-  std::uint32_t ContinueCrc(const PagedFile& file, std::uint32_t crc, TableRange table);
+  // `table` lies inside `file`, all of which has been added. The answer is valid until the next call.
+  const TableSum& SumOf(const PagedFile& file, TableRange table);
 
  private:
-  struct Crc {
-    std::uint32_t value;
-    CrcOperator combine;
-  };
-  std::uint32_t ComputeWordSum(const PagedFile& file, TableRange table) const;
-  Crc ComputeCrc(const PagedFile& file, TableRange table) const;
+  TableSum Compute(const PagedFile& file, TableRange table) const;
 
-  BlockCrcs block_crcs_;
-  std::vector<PlaceSums> block_sums_ = {{}};  // of the first 0, 1, 2, ... blocks
-  // Keyed by offset and length.
-  std::unordered_map<std::uint64_t, std::uint32_t> sum_cache_;
-  std::unordered_map<std::uint64_t, Crc> crc_cache_;
+  // Of the first 0, 1, 2, ... blocks.
+  std::vector<std::uint32_t> block_crcs_ = {0};
+  std::vector<PlaceSums> block_sums_ = {{}};
+  std::unordered_map<std::uint64_t, TableSum> cache_;  // keyed by offset and length
 };
 
 }  // namespace quillmark

@@ -1,5 +1,4 @@
-// Windows' file names for the parts of a PostScript font. Tests:
-// tests/analysis/names_test.cc.
+// Windows' file names for the parts of a PostScript font. Tests: tests/analysis/names_test.cc.
 #ifndef QUILLMARK_ANALYSIS_WINDOWS_FONT_FILE_NAME_H_
 #define QUILLMARK_ANALYSIS_WINDOWS_FONT_FILE_NAME_H_
 

@@ -1,14 +1,9 @@
-#include "api/collection_faces.h"
-
+// Adds the faces of a TrueType Collection. Tests: tests/api/creation_test.cc.
 #include <map>
-#include <optional>
-#include <string>
 #include <utility>
 #include <variant>
 
 #include "analysis/checksum.h"
-#include "analysis/collected_face.h"
-#include "analysis/collection.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
 #include "api/creation_context.h"

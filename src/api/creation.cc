@@ -3,9 +3,6 @@
 #include <utility>
 
 #include "analysis/font_extension.h"
-#include "api/collection_faces.h"
-#include "api/family_faces.h"
-#include "api/font_file_face.h"
 #include "quillmark/quillmark.h"
 #include "resources/resource_access.h"
 

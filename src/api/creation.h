@@ -1,8 +1,6 @@
 // CreateFaces: reads the faces of one font file from the given file system; returns them and the faults of
-// those that could not be read. QM_CreateSpecifier passes the machine's file system. There are three paths
-// through it: collection_faces.h for the faces of a collection, family_faces.h for those of the families of a
-// resource file, and font_file_face.h for the one face of any other file. Tests: tests/api/creation_test.cc;
-// fuzz/creation_fuzzer.cc.
+// those that could not be read. QM_CreateSpecifier passes the machine's file system. Tests:
+// tests/api/creation_test.cc; fuzz/creation_fuzzer.cc.
 #ifndef QUILLMARK_API_CREATION_H_
 #define QUILLMARK_API_CREATION_H_
 

@@ -1,4 +1,5 @@
-// Creation: the state of one creation, handed down by reference; and CreationResult: its faces and faults.
+// Creation: the state of one creation, handed down by reference; CreationResult: its faces and faults; and
+// the three ways of adding faces, a file each.
 #ifndef QUILLMARK_API_CREATION_CONTEXT_H_
 #define QUILLMARK_API_CREATION_CONTEXT_H_
 
@@ -7,13 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "analysis/face_names.h"
+#include "analysis/collected_face.h"
 #include "analysis/printer_font.h"
 #include "api/face_fault.h"
 #include "api/font_array.h"
 #include "platform/files/font_file.h"
 
 namespace quillmark {
+
+class QuillmarkResourceFile;
 
 struct CreationResult {
   static constexpr std::size_t kMostFaults = 256;  // further faults are dropped
@@ -50,6 +53,13 @@ struct Creation {
   // Keeps the fault of a face, up to kMostFaults.
   void AddFault(FaceFault fault);
 };
+
+// The three ways, each in the file of its name.
+void AddCollectionFaces(Creation& creation);
+// For a file without FONDs (fond_count 0) one face without a family is tried.
+void AddFamilyFaces(Creation& creation, QuillmarkResourceFile& resources, int fond_count);
+// `resources` may be null, and holds neither FOND nor POST resources.
+void AddFontFileFace(Creation& creation, QuillmarkResourceFile* resources);
 
 }  // namespace quillmark
 

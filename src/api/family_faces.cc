@@ -1,8 +1,4 @@
-#include "api/family_faces.h"
-
-#include <cstdint>
-#include <optional>
-#include <string>
+// Adds the faces of a resource file: one for each style of each of its families (FONDs).
 #include <utility>
 
 #include "analysis/checksum.h"

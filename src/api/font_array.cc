@@ -1,9 +1,6 @@
 #include "api/font_array.h"
 
 #include <iterator>
-#include <map>
-#include <string>
-#include <utility>
 
 using quillmark::OmString;
 using quillmark::QM_FontSpecifier;

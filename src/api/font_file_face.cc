@@ -1,5 +1,5 @@
-#include "api/font_file_face.h"
-
+// Adds the one face of a file whose font is in its data fork: TrueType, OpenType, or a file without
+// resources.
 #include <utility>
 
 #include "analysis/checksum.h"

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "quillmark/quillmark.h"
 #include "support/om_string.h"
 
 namespace quillmark {
@@ -44,6 +45,21 @@ struct QM_FontSpecifier {
   // Attributes on which they disagree: both values are there (not empty, not 0) and not the same; case
   // counts. So strings that differ in case alone both match and differ.
   std::uint32_t DifferingAttributes(const QM_FontSpecifier& other) const;
+};
+
+// A text that stored forms hold under this name and that comparing looks at.
+struct StoredText {
+  const char* name;
+  std::uint32_t attribute;
+  OmString QM_FontSpecifier::*field;
+};
+inline constexpr StoredText kStoredTexts[] = {
+    {"FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
+    {"Family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
+    {"PostScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
+    {"Foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
+    {"Version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
+    {"OutlineFileName", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
 };
 
 }  // namespace quillmark

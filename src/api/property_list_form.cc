@@ -17,7 +17,6 @@
 #include "platform/property_list/property_list_format.h"
 #include "platform/text/text_encoding.h"
 #include "quillmark/quillmark.h"
-#include "support/property_list_values.h"
 
 namespace quillmark {
 namespace {

@@ -21,25 +21,12 @@ struct StoredValue {
 // most 511, possibly cut inside a character. An attribute that is not held gives an empty text, or 0.
 std::array<StoredValue, 9> StoredValues(const QM_FontArray* array, std::uint32_t index);
 
-// The field that a value is read into, and the attribute that it sets.
-struct StoredText {
-  const char* name;
-  std::uint32_t attribute;
-  OmString QM_FontSpecifier::*field;
-};
+// The field that a number is read into, and the attribute that it sets, as StoredText (font_specifier.h).
 struct StoredNumber {
   const char* name;
   int base;
   std::uint32_t attribute;
   std::uint32_t QM_FontSpecifier::*field;
-};
-inline constexpr StoredText kStoredTexts[] = {
-    {"FontKind", QM_ATTRIBUTE_KIND, &QM_FontSpecifier::kind},
-    {"Family", QM_ATTRIBUTE_FAMILY, &QM_FontSpecifier::family},
-    {"PostScriptName", QM_ATTRIBUTE_POSTSCRIPT_NAME, &QM_FontSpecifier::postScriptName},
-    {"Foundry", QM_ATTRIBUTE_FOUNDRY, &QM_FontSpecifier::foundry},
-    {"Version", QM_ATTRIBUTE_VERSION, &QM_FontSpecifier::version},
-    {"OutlineFileName", QM_ATTRIBUTE_OUTLINE_FILE_NAME, &QM_FontSpecifier::outlineFileName},
 };
 inline constexpr StoredNumber kStoredNumbers[] = {
     {"KerningChecksum", 16, QM_ATTRIBUTE_KERNING_CHECKSUM, &QM_FontSpecifier::kerningChecksum},

@@ -1,13 +1,9 @@
-// Loads DefaultClassifications.plist and looks families up in it.
-// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/classification_mappings.h"
 
-#include <optional>
 #include <string>
 
 #include "knowledge/table_values.h"
 #include "support/property_list_file.h"
-#include "support/property_list_values.h"
 #include "support/resource_location.h"
 
 namespace quillmark {
@@ -56,7 +52,7 @@ OmString CClassificationMappings::GetClassNameFromFontFamily(const OmString& fam
   CFStringLowercase(key.get(), nullptr);
   std::optional<std::string> class_name;
   if (pairs_) {
-    class_name = pairs_->ValueOf(OmString(key.get()).str());
+    class_name = pairs_->ValueOf(OmString(key.get()));
   } else if (mappings_) {
     const CFStringRef value = NCFUtils::GetCFStringFromDict(mappings_.get(), key.get());
     if (value) class_name = Utf8Within(value, kClassNameCapacity);

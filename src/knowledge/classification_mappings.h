@@ -1,6 +1,6 @@
 // CClassificationMappings: the typographic class of a font family, from DefaultClassifications.plist.
 // Shared and loaded like the foundry table. "--" stands for no class.
-// Tests: tests/knowledge/lookup_tables_test.cc.
+// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #ifndef QUILLMARK_KNOWLEDGE_CLASSIFICATION_MAPPINGS_H_
 #define QUILLMARK_KNOWLEDGE_CLASSIFICATION_MAPPINGS_H_
 

@@ -1,14 +1,12 @@
-// Loads FoundryNameTable.plist into plain records and answers for creator codes and texts.
-// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/foundry_name_table.h"
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "knowledge/table_values.h"
 #include "platform/byte_reader.h"
-#include "support/property_list_values.h"
 #include "support/resource_location.h"
 
 namespace quillmark {
@@ -16,13 +14,10 @@ namespace {
 
 // The code's four characters, the most significant byte first; a zero byte ends the text.
 std::string CreatorCodeText(std::uint32_t code) {
-  std::string text;
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    const auto byte = static_cast<unsigned char>(code >> shift);
-    if (byte == 0) break;
-    text.push_back(static_cast<char>(byte));
-  }
-  return text;
+  const std::uint32_t stored = emdBigToHostU32(code);  // the swap is its own inverse
+  std::array<char, sizeof stored + 1> text{};
+  std::memcpy(text.data(), &stored, sizeof stored);
+  return text.data();
 }
 
 }  // namespace
@@ -67,7 +62,7 @@ void CFoundryNameTable::LoadTable() {
 bool CFoundryNameTable::IsQuestionableCreatorCode(std::uint32_t creator_code) {
   constexpr std::array kQuestionable = {FourCharCode("ACp1"), FourCharCode("ACP1"), FourCharCode("ACSC"),
                                         FourCharCode("KSet"), FourCharCode("KSew")};
-  return std::find(kQuestionable.begin(), kQuestionable.end(), creator_code) != kQuestionable.end();
+  return std::ranges::find(kQuestionable, creator_code) != kQuestionable.end();
 }
 
 bool CFoundryNameTable::IsKnownCreatorCode(std::uint32_t creator_code, OmString* foundry) const {
@@ -78,9 +73,9 @@ bool CFoundryNameTable::IsKnownCreatorCode(std::uint32_t creator_code, OmString*
     // Ends the walk at a match too; after a match with an empty name a later entry can still give one.
     if (!foundry->empty()) break;
     if (!entry.name) continue;
-    const bool listed = std::any_of(
-        entry.creator_codes.begin(), entry.creator_codes.end(),
-        [&](const std::string& listed_code) { return OmString::CompareNoCase(listed_code, code) == 0; });
+    const bool listed = std::ranges::any_of(entry.creator_codes, [&](const std::string& listed_code) {
+      return OmString::CompareNoCase(listed_code, code) == 0;
+    });
     if (!listed) continue;
     *foundry = *entry.name;
     found = true;

@@ -1,7 +1,7 @@
 // CFoundryNameTable: what a font says about its maker, turned into one canonical foundry name.
 // The knowledge is FoundryNameTable.plist of the library's bundle, in whose order the first match wins.
 // The shared table loads once, behind a lock, and lives as long as the process; a loaded table is only read.
-// Tests: tests/knowledge/lookup_tables_test.cc.
+// Tests: tests/knowledge/lookup_tables_test.cc, fuzz/table_fuzzer.cc.
 #ifndef QUILLMARK_KNOWLEDGE_FOUNDRY_NAME_TABLE_H_
 #define QUILLMARK_KNOWLEDGE_FOUNDRY_NAME_TABLE_H_
 

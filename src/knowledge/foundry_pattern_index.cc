@@ -1,11 +1,8 @@
-// Builds and runs the automaton over the patterns of the foundry table.
-// Tests: tests/knowledge/lookup_tables_test.cc.
 #include "knowledge/foundry_pattern_index.h"
 
 #include <algorithm>
 #include <limits>
 #include <tuple>
-#include <utility>
 
 namespace quillmark {
 namespace {

@@ -5,7 +5,6 @@
 #define QUILLMARK_KNOWLEDGE_FOUNDRY_PATTERN_INDEX_H_
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

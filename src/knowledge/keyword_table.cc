@@ -1,12 +1,9 @@
-// Loads KeywordTable.plist.
-// Tests: tests/knowledge/style_scan_test.cc, fuzz/table_fuzzer.cc.
 #include "knowledge/keyword_table.h"
 
 #include <optional>
 #include <utility>
 
 #include "knowledge/table_values.h"
-#include "support/property_list_values.h"
 #include "support/resource_location.h"
 
 namespace quillmark {

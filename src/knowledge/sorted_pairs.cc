@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "knowledge/table_values.h"
+#include "platform/core_foundation/cf_object.h"
 #include "platform/text/text_encoding.h"
 
 namespace quillmark {
@@ -12,7 +13,7 @@ namespace {
 constexpr std::string_view kKeyStart = "\t\t<key>";
 constexpr std::string_view kKeyEnd = "</key>\n\t\t<string>";
 constexpr std::string_view kValueEnd = "</string>\n";
-constexpr std::string_view kAmpersand = "&amp;";
+constexpr char kAmpersand[] = "&amp;";
 constexpr char kMarkName[] = "pairs";
 constexpr std::string_view kMark = "<key>pairs</key><true/>";
 
@@ -20,11 +21,6 @@ struct Pair {
   std::string_view key;    // as it is written: "&" is "&amp;"
   std::string_view value;  // ASCII without NUL, "<" and "&", at most 255 bytes
 };
-
-std::string_view TextOf(CFDataRef list) {
-  return {reinterpret_cast<const char*>(CFDataGetBytePtr(list)),
-          static_cast<std::size_t>(CFDataGetLength(list))};
-}
 
 // The text before the next "<", when `end` stands there; both are taken.
 std::optional<std::string_view> TakeTo(std::string_view& text, std::string_view end) {
@@ -59,22 +55,8 @@ bool IsPlainKey(std::string_view key) {
   return true;
 }
 
-// The key as it is written in a list.
-std::string Written(std::string_view key) {
-  std::string written;
-  for (const char c : key) {
-    if (c == '&') {
-      written += kAmpersand;
-    } else {
-      written += c;
-    }
-  }
-  return written;
-}
-
 CFRef<CFDictionaryRef> ParseDictionary(const std::string& list) {
-  const auto bytes = Adopt(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(list.data()),
-                                        static_cast<CFIndex>(list.size())));
+  const auto bytes = Adopt<CFDataRef>(new CFDataObject(list));
   const auto tree = Adopt(CFPropertyListCreateFromXMLData(kCFAllocatorDefault, bytes.get(),
                                                           kCFPropertyListMutableContainers, nullptr));
   return Share(AsDictionary(tree.get()));
@@ -83,7 +65,7 @@ CFRef<CFDictionaryRef> ParseDictionary(const std::string& list) {
 }  // namespace
 
 std::optional<SortedPairs> SortedPairs::Find(CFRef<CFDataRef> list, const char* key) {
-  const std::string_view text = TextOf(list.get());
+  const std::string_view text = list.get()->bytes;
   const std::string opening = "\n\t<key>" + std::string(key) + "</key>\n\t<dict>\n";
   const std::size_t found = text.find(opening);
   if (found == std::string_view::npos) return std::nullopt;
@@ -112,9 +94,10 @@ std::optional<SortedPairs> SortedPairs::Find(CFRef<CFDataRef> list, const char* 
   return pairs;
 }
 
-std::optional<std::string> SortedPairs::ValueOf(std::string_view key) const {
-  const std::string wanted = Written(key);
-  const auto pair_at = [text = TextOf(list_.get())](std::uint32_t start) {
+std::optional<std::string> SortedPairs::ValueOf(OmString key) const {
+  OmString::ReplaceAll(&key, "&", kAmpersand);  // as it is written in a list
+  const std::string& wanted = key.str();
+  const auto pair_at = [text = std::string_view(list_.get()->bytes)](std::uint32_t start) {
     std::string_view rest = text.substr(start);
     return *TakePair(rest);
   };

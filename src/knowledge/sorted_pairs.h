@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/core_foundation/cf_ref.h"
+#include "support/om_string.h"
 
 namespace quillmark {
 
@@ -25,7 +25,7 @@ class SortedPairs {
   // The outermost dictionary; a mark stands in place of these entries.
   CFDictionaryRef others() const { return others_.get(); }
   // The value of a key, both in UTF-8; nothing for a key that is not there.
-  std::optional<std::string> ValueOf(std::string_view key) const;
+  std::optional<std::string> ValueOf(OmString key) const;
 
  private:
   SortedPairs() = default;

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "knowledge/keyword_table.h"
+#include "platform/text/ascii_case.h"
 
 namespace quillmark {
 namespace {
@@ -26,9 +27,7 @@ constexpr std::int32_t kSemi = 15;
 constexpr std::int32_t kUltra = 16;
 constexpr std::int32_t kThin = 35;
 
-bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
-bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
-bool IsLetter(char c) { return IsUpper(c) || IsLower(c); }
+bool IsLetter(char c) { return IsUpperAscii(c) || IsLowerAscii(c); }
 
 bool Contains(std::string_view text, std::string_view part, std::size_t from = 0) {
   return text.find(part, from) != kNoPosition;
@@ -52,18 +51,18 @@ class WordCutter {
   std::string_view NextOfSuffix() {
     const std::size_t first = FindFrom(position_, IsLetter);
     if (first == kNoPosition) return MoveTo(kNoPosition, {});
-    const std::size_t end = FindFrom(first + 1, [](char c) { return !IsUpper(c); });
+    const std::size_t end = FindFrom(first + 1, [](char c) { return !IsUpperAscii(c); });
     return MoveTo(end, Slice(first, end));
   }
 
   // A capital and the lower-case letters after it. Lower-case letters before it are passed over, and so is
   // everything up to the next capital after it.
   std::string_view NextCapitalised() {
-    const std::size_t first = FindFrom(position_, [](char c) { return !IsLower(c); });
+    const std::size_t first = FindFrom(position_, [](char c) { return !IsLowerAscii(c); });
     if (first == kNoPosition) return MoveTo(kNoPosition, {});
-    if (!IsUpper(name_[first])) return MoveTo(FindFrom(first + 1, IsUpper), {});
-    const std::size_t end = FindFrom(first + 1, [](char c) { return !IsLower(c); });
-    return MoveTo(end == kNoPosition ? kNoPosition : FindFrom(end, IsUpper), Slice(first, end));
+    if (!IsUpperAscii(name_[first])) return MoveTo(FindFrom(first + 1, IsUpperAscii), {});
+    const std::size_t end = FindFrom(first + 1, [](char c) { return !IsLowerAscii(c); });
+    return MoveTo(end == kNoPosition ? kNoPosition : FindFrom(end, IsUpperAscii), Slice(first, end));
   }
 
   template <typename Test>

@@ -1,4 +1,4 @@
-// What the three knowledge tables share in reading their property lists: keys, values of an expected type,
+// What the three knowledge tables share in reading their property lists: keys, elements of an expected type,
 // and texts that must fit a stated size.
 #ifndef QUILLMARK_KNOWLEDGE_TABLE_VALUES_H_
 #define QUILLMARK_KNOWLEDGE_TABLE_VALUES_H_
@@ -9,18 +9,13 @@
 #include <vector>
 
 #include "platform/core_foundation/cf_ref.h"
+#include "support/property_list_values.h"
 
 namespace quillmark {
 
 CFRef<CFStringRef> TableKey(const char* ascii);
 
-// The value when it has the type, else null, as for null.
-CFArrayRef AsArray(CFTypeRef value);
-CFDictionaryRef AsDictionary(CFTypeRef value);
-CFNumberRef AsNumber(CFTypeRef value);
-CFStringRef AsString(CFTypeRef value);
-
-// The elements that `as_type`, one of the above, takes; others are passed over. None for a null array.
+// The elements that `as_type`, such as AsString, takes; others are passed over. None for a null array.
 template <typename Ref>
 std::vector<Ref> ElementsOf(CFArrayRef array, Ref (*as_type)(CFTypeRef)) {
   std::vector<Ref> elements;

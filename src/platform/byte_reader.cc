@@ -2,8 +2,6 @@
 
 namespace quillmark {
 
-bool ByteReader::Skip(std::size_t n) { return Take(n).has_value(); }
-
 std::optional<std::uint32_t> LittleU32At(Bytes block, std::size_t offset) {
   const auto value = HostU32At(block, offset);
   if (!value) return std::nullopt;

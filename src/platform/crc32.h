@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "platform/byte_reader.h"
 
@@ -14,11 +13,8 @@ namespace quillmark {
 // Continues `crc` over the bytes; 0 starts.
 std::uint32_t Crc32(std::uint32_t crc, Bytes data);
 
-// The CRC of two blocks one after the other, from those of each.
-std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::size_t second_length);
-
-// The same for many second blocks of one length: most of the work goes into the operator, which depends on
-// that length alone.
+// The CRC of two blocks one after the other, from those of each. Most of the work goes into the operator,
+// which depends on the length of the second block alone.
 struct CrcOperator {
   std::uint32_t value;
 };
@@ -34,22 +30,9 @@ struct SummedBytes {
     crc = Crc32(crc, bytes);
     length += bytes.size();
   }
-  std::uint32_t Continue(std::uint32_t running) const { return CombineCrc32(running, crc, length); }
-};
-
-// The CRCs of the first 0, 1, 2, ... blocks of a file that is read once. They continue a running CRC over any
-// range of whole blocks with one combination.
-class BlockCrcs {
- public:
-  static constexpr std::size_t kBlockSize = 1024;  // bytes
-
-  // The next block of the file.
-  void Add(Bytes block) { crcs_.push_back(Crc32(crcs_.back(), block)); }
-  // Continues `crc` over the blocks [first, last), which were added.
-  std::uint32_t Continue(std::uint32_t crc, std::size_t first, std::size_t last) const;
-
- private:
-  std::vector<std::uint32_t> crcs_ = {0};
+  std::uint32_t Continue(std::uint32_t running) const {
+    return CombineCrc32(running, crc, CrcOperatorFor(length));
+  }
 };
 
 }  // namespace quillmark

@@ -1,7 +1,6 @@
 #include "resources/fond_record.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace quillmark {
 namespace {
@@ -41,8 +40,7 @@ FondStyles::FondStyles(Bytes record, Budget* budget) {
   for (int i = 0; i < count; ++i) {
     if (const auto entry = FondEntryAt(record, i)) entries_.push_back(*entry);
   }
-  std::stable_sort(entries_.begin(), entries_.end(),
-                   [](const FondEntry& a, const FondEntry& b) { return a.style < b.style; });
+  std::ranges::stable_sort(entries_, {}, &FondEntry::style);
   for (const FondEntry& entry : entries_) {
     const auto code = static_cast<std::int16_t>(entry.style);
     if (codes_.empty() || codes_.back() != code) codes_.push_back(code);
@@ -63,10 +61,8 @@ std::optional<std::int16_t> FondStyles::OutlineOf(std::uint16_t style) const {
 }
 
 std::optional<std::string> StoredResourceName(Handle resource) {
-  ResID id = 0;
-  ResType type = 0;
   Str255 name = {};
-  GetResInfo(resource, &id, &type, name);
+  GetResInfo(resource, nullptr, nullptr, name);
   if (ResError() != noErr) return std::nullopt;
   return std::string(AsText(Bytes(name).subspan(1, name[0])));
 }

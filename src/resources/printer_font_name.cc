@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
-#include <span>
-#include <string>
 #include <string_view>
 
+#include "platform/text/ascii_case.h"
 #include "resources/fond_record.h"
 #include "support/pascal_string.h"
 
@@ -26,10 +24,6 @@ constexpr std::int32_t kLargestPascalString = 256;
 constexpr std::size_t kMostStrings = 255;
 
 char PrintableOrMark(char c) { return c >= 0x20 && c <= 0x7E ? c : '?'; }
-
-bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
-bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view TextOf(const unsigned char* pascal) { return AsText(Bytes(pascal + 1, pascal[0])); }
 
@@ -118,15 +112,16 @@ void GetPostScriptFontFileName(const unsigned char* psName, unsigned char* out) 
   for (std::size_t i = 0; i < name.size(); ++i) {
     const char c = name[i];
     const bool is_last = i + 1 == name.size();
-    const bool starts_word = after_hyphen || IsUpper(c) || (i == 0 && (IsDigit(c) || IsLower(c))) ||
-                             (is_last && IsDigit(c) && i > 0 && IsDigit(name[i - 1]));
+    const bool starts_word = after_hyphen || IsUpperAscii(c) ||
+                             (i == 0 && (IsDigitAscii(c) || IsLowerAscii(c))) ||
+                             (is_last && IsDigitAscii(c) && i > 0 && IsDigitAscii(name[i - 1]));
     if (starts_word) {
       // Five characters of the first word, three of a later one, a digit alone; but three where the name
       // ends within two characters.
       if (file_name.empty()) {
         to_copy = 4;
       } else {
-        to_copy = i + 2 < name.size() && IsDigit(c) ? 0 : 2;
+        to_copy = i + 2 < name.size() && IsDigitAscii(c) ? 0 : 2;
       }
       file_name += c;
       after_hyphen = false;

@@ -156,12 +156,8 @@ bool QuillmarkResourceFile::purgeAllBut(const std::set<std::int16_t>& ids, ResTy
   bool changed = false;
   for (int i = 1; i <= count;) {
     const Handle resource = getResourceHandleViaGet1IndResource(type, i);
-    if (!resource) {
-      ++i;
-      continue;
-    }
     ResID id = 0;
-    GetResInfo(resource, &id, nullptr, nullptr);
+    GetResInfo(resource, &id, nullptr, nullptr);  // null is taken and sets resNotFound
     // Each kept ID counts once, so later resources that share it go.
     if (ResError() != noErr || to_keep.erase(id) > 0) {
       ReleaseResource(resource);

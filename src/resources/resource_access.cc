@@ -1,19 +1,10 @@
 #include "resources/resource_access.h"
 
-#include <string>
-#include <string_view>
-
 #include "resources/fond_record.h"
 #include "resources/quillmark_resource_file.h"
 #include "support/om_string.h"
 
 namespace quillmark {
-namespace {
-
-constexpr std::int16_t kFirstPrinterFontSegment = 501;
-constexpr std::string_view kTrueTypeVersion("\0\1\0\0", 4);
-
-}  // namespace
 
 QuillmarkResourceFile* AllocateResourceFile(CFStringRef path, bool readOnly) {
   OmString text;
@@ -45,20 +36,20 @@ bool FileHasFONDsInResourceFork(QuillmarkResourceFile* file) { return countResTy
 bool is_psfont(QuillmarkResourceFile* file) { return countResType(file, kNfnt) > 0; }
 
 bool is_psprinterfont(QuillmarkResourceFile* file) {
-  if (!file) return false;
-  const ResourceHandle segment(file->getResourceHandleForType(kPost, kFirstPrinterFontSegment));
+  constexpr std::int16_t kFirstSegment = 501;
+  const ResourceHandle segment(getHandleOfTypeAndResID(file, kPost, kFirstSegment));
   return segment.get() != nullptr;
 }
 
 bool hasValidResourcePSHeader(QuillmarkResourceFile* file) {
-  if (!file) return false;
-  const ResourceHandle font(file->getResourceHandleViaGet1IndResource(kSfnt, 1));
+  const ResourceHandle font(getHandleOfTypeAndIndex(file, kSfnt, 1));
   return StartsWith(HandleBytes(font.get()), "typ1");
 }
 
 bool has_OTTO_Flag_inResource(Bytes outline) { return StartsWith(outline, "OTTO"); }
 
 bool has_ttc_true_Flag(Bytes outline, std::string_view family_name) {
+  constexpr std::string_view kTrueTypeVersion("\0\1\0\0", 4);
   if (StartsWith(outline, kTrueTypeVersion)) return true;
   // Outlines of this form inside CID families are not TrueType fonts.
   return StartsWith(outline, "true") && !IsCidFamilyName(family_name);

@@ -10,11 +10,6 @@
 #include "support/wide_string.h"
 
 namespace quillmark {
-namespace {
-
-constexpr std::size_t kPascalBufferSize = 256;
-
-}  // namespace
 
 OmString::OmString(const char* text) { SetText(text ? text : ""); }
 OmString::OmString(std::string text) { SetText(std::move(text)); }

@@ -83,9 +83,11 @@ class OmString {
   OmString& MapBytes(char (*map)(char));
   void TakePascalBytes(const OmString& other) noexcept;
 
+  static constexpr std::size_t kPascalBufferSize = 256;
+
   std::shared_ptr<const std::string> text_;           // null when empty
   mutable std::unique_ptr<const std::wstring> wide_;  // of this text, once requested
-  mutable std::unique_ptr<unsigned char[]> pascal_;   // 256 bytes, once requested
+  mutable std::unique_ptr<unsigned char[]> pascal_;   // kPascalBufferSize bytes, once requested
 };
 
 }  // namespace quillmark

@@ -4,17 +4,9 @@
 #include <cstring>
 
 namespace quillmark {
-namespace {
-
-// How many bytes of text a copy of `src` holds in a buffer of `limit` bytes.
-std::int32_t CopiedLength(const unsigned char* src, std::int32_t limit) {
-  return src ? std::min<std::int32_t>(limit, src[0] + 1) - 1 : 0;
-}
-
-}  // namespace
 
 std::int32_t CopyPascalString(const unsigned char* src, unsigned char* dst, std::int32_t limit) {
-  const std::int32_t length = CopiedLength(src, limit);
+  const std::int32_t length = src ? std::min<std::int32_t>(limit, src[0] + 1) - 1 : 0;
   if (length > 0) std::copy_n(src + 1, length, dst + 1);
   dst[0] = static_cast<unsigned char>(length);
   return length;

@@ -15,7 +15,6 @@ enum NSStringEncoding : unsigned {
   NSShiftJISStringEncoding = 8,
   NSMacOSRomanStringEncoding = 30,
 };
-inline constexpr NSStringEncoding kDefaultCStringEncoding = NSMacOSRomanStringEncoding;
 
 // Exactly `length` bytes read in `encoding`, as UTF-8; text ends at a zero byte. Nothing when they are
 // invalid in it.

@@ -12,7 +12,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/core_foundation/cf_data.h"
+#include "platform/core_foundation/cf_object.h"
 #include "platform/core_foundation/cf_ref.h"
 #include "platform/files/font_file.h"
 

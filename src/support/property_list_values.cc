@@ -4,16 +4,33 @@
 
 #include "platform/core_foundation/cf_ref.h"
 
-namespace quillmark::NCFUtils {
+namespace quillmark {
 namespace {
 
-bool HasType(CFTypeRef value, CFTypeID type) { return value && CFGetTypeID(value) == type; }
-
 template <typename Ref>
-Ref ValueOfType(CFDictionaryRef dict, CFStringRef key, CFTypeID type) {
-  const void* value = nullptr;
-  GetCFTypeFromDict(dict, key, type, value);
-  return static_cast<Ref>(value);
+Ref AsType(CFTypeRef value, CFTypeID type) {
+  return value && CFGetTypeID(value) == type ? static_cast<Ref>(value) : nullptr;
+}
+
+}  // namespace
+
+CFArrayRef AsArray(CFTypeRef value) { return AsType<CFArrayRef>(value, CFArrayGetTypeID()); }
+
+CFBooleanRef AsBoolean(CFTypeRef value) { return AsType<CFBooleanRef>(value, CFBooleanGetTypeID()); }
+
+CFDictionaryRef AsDictionary(CFTypeRef value) {
+  return AsType<CFDictionaryRef>(value, CFDictionaryGetTypeID());
+}
+
+CFNumberRef AsNumber(CFTypeRef value) { return AsType<CFNumberRef>(value, CFNumberGetTypeID()); }
+
+CFStringRef AsString(CFTypeRef value) { return AsType<CFStringRef>(value, CFStringGetTypeID()); }
+
+namespace NCFUtils {
+namespace {
+
+CFTypeRef ValueUnder(CFDictionaryRef dict, CFStringRef key) {
+  return dict && key ? CFDictionaryGetValue(dict, key) : nullptr;
 }
 
 CFRef<CFTypeRef> Number(CFNumberType type, const void* number) {
@@ -41,26 +58,26 @@ bool Append(CFMutableArrayRef array, const CFRef<CFTypeRef>& value) {
 }  // namespace
 
 bool GetCFTypeFromDict(CFDictionaryRef dict, CFStringRef key, CFTypeID typeID, const void*& out) {
-  const void* const value = dict && key ? CFDictionaryGetValue(dict, key) : nullptr;
-  if (!HasType(value, typeID)) return false;
+  const CFTypeRef value = ValueUnder(dict, key);
+  if (!value || CFGetTypeID(value) != typeID) return false;
   out = value;
   return true;
 }
 
 CFStringRef GetCFStringFromDict(CFDictionaryRef dict, CFStringRef key) {
-  return ValueOfType<CFStringRef>(dict, key, CFStringGetTypeID());
+  return AsString(ValueUnder(dict, key));
 }
 
 CFArrayRef GetCFArrayFromDict(CFDictionaryRef dict, CFStringRef key) {
-  return ValueOfType<CFArrayRef>(dict, key, CFArrayGetTypeID());
+  return AsArray(ValueUnder(dict, key));
 }
 
 CFNumberRef GetCFNumberFromDict(CFDictionaryRef dict, CFStringRef key) {
-  return ValueOfType<CFNumberRef>(dict, key, CFNumberGetTypeID());
+  return AsNumber(ValueUnder(dict, key));
 }
 
 CFBooleanRef GetCFBooleanFromDict(CFDictionaryRef dict, CFStringRef key) {
-  return ValueOfType<CFBooleanRef>(dict, key, CFBooleanGetTypeID());
+  return AsBoolean(ValueUnder(dict, key));
 }
 
 CFStringRef NCFGetCFStringFromDictionary(CFDictionaryRef dict, CFStringRef key) {
@@ -68,13 +85,14 @@ CFStringRef NCFGetCFStringFromDictionary(CFDictionaryRef dict, CFStringRef key) 
 }
 
 bool GetNumberFromCFValue(CFTypeRef value, CFNumberType type, void* out) {
-  if (!HasType(value, CFNumberGetTypeID()) || !out) return false;
-  return CFNumberGetValue(static_cast<CFNumberRef>(value), type, out);
+  const CFNumberRef number = AsNumber(value);
+  return number && out && CFNumberGetValue(number, type, out);
 }
 
 bool GetBoolFromCFValue(CFTypeRef value, bool& out) {
-  if (!HasType(value, CFBooleanGetTypeID())) return false;
-  out = CFBooleanGetValue(static_cast<CFBooleanRef>(value));
+  const CFBooleanRef boolean = AsBoolean(value);
+  if (!boolean) return false;
+  out = CFBooleanGetValue(boolean);
   return true;
 }
 
@@ -83,8 +101,8 @@ bool GetBoolFromDict(CFDictionaryRef dict, CFStringRef key, bool& out) {
 }
 
 bool GetStringFromCFValue(CFTypeRef value, UniChar*& out) {
-  if (!HasType(value, CFStringGetTypeID())) return false;
-  const auto string = static_cast<CFStringRef>(value);
+  const CFStringRef string = AsString(value);
+  if (!string) return false;
   const CFIndex length = CFStringGetLength(string);
   auto* const units =
       static_cast<UniChar*>(std::malloc((static_cast<std::size_t>(length) + 1) * sizeof(UniChar)));
@@ -139,4 +157,5 @@ bool AppendNumberOntoArray(CFMutableArrayRef array, CFNumberType type, const voi
 
 bool AppendBoolOntoArray(CFMutableArrayRef array, bool value) { return Append(array, Bool(value)); }
 
-}  // namespace quillmark::NCFUtils
+}  // namespace NCFUtils
+}  // namespace quillmark

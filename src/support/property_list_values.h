@@ -10,7 +10,16 @@
 
 #include "platform/core_foundation/core_foundation.h"
 
-namespace quillmark::NCFUtils {
+namespace quillmark {
+
+// The value when it has the type, else null, as for null.
+CFArrayRef AsArray(CFTypeRef value);
+CFBooleanRef AsBoolean(CFTypeRef value);
+CFDictionaryRef AsDictionary(CFTypeRef value);
+CFNumberRef AsNumber(CFTypeRef value);
+CFStringRef AsString(CFTypeRef value);
+
+namespace NCFUtils {
 
 // --- Values under a key
 bool GetCFTypeFromDict(CFDictionaryRef dict, CFStringRef key, CFTypeID typeID, const void*& out);
@@ -88,6 +97,7 @@ inline constexpr auto AppendShortOntoArray = NumberOntoArray<std::int16_t, kCFNu
 inline constexpr auto AppendLongOntoArray = NumberOntoArray<std::int32_t, kCFNumberLongType>;
 inline constexpr auto AppendUnsignedLongOntoArray = NumberOntoArray<std::uint32_t, kCFNumberLongType>;
 
-}  // namespace quillmark::NCFUtils
+}  // namespace NCFUtils
+}  // namespace quillmark
 
 #endif

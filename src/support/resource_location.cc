@@ -3,13 +3,9 @@
 #include "support/property_list_file.h"
 
 namespace quillmark {
-namespace {
-
-constexpr char kBundleIdentifier[] = "org.quillmark.Quillmark";
-
-}  // namespace
 
 CFRef<CFDataRef> LoadBundleFile(const char* file_name) {
+  constexpr char kBundleIdentifier[] = "org.quillmark.Quillmark";
   const auto identifier =
       Adopt(CFStringCreateWithCString(kCFAllocatorDefault, kBundleIdentifier, kCFStringEncodingUTF8));
   const CFBundleRef bundle = CFBundleGetBundleWithIdentifier(identifier.get());

@@ -6,11 +6,6 @@
 #include "platform/core_foundation/cf_ref.h"
 
 namespace quillmark {
-namespace {
-
-std::wstring Widen(const UniChar* units, std::size_t count) { return {units, units + count}; }
-
-}  // namespace
 
 std::wstring UTF8ToWide(const OmString& text) {
   const auto string = Adopt(text.GetCFString(kCFStringEncodingUTF8));
@@ -44,13 +39,13 @@ std::wstring CFStringToWide(CFStringRef text) {
   const CFIndex length = CFStringGetLength(text);
   std::vector<UniChar> units(static_cast<std::size_t>(length));
   CFStringGetCharacters(text, CFRangeMake(0, length), units.data());
-  return Widen(units.data(), units.size());
+  return {units.begin(), units.end()};
 }
 
 std::wstring UniCharBufToWide(const UniChar* text) {
   const UniChar* end = text;
   while (*end != 0) ++end;
-  return Widen(text, static_cast<std::size_t>(end - text));
+  return {text, end};
 }
 
 std::wstring DecomposedToPrecomposed(const std::wstring&) { return {}; }

@@ -47,7 +47,8 @@ inline void* Allocate(std::size_t size) {
   return block;
 }
 
-inline void Free(void* block) {
+// Not inline in callers, where the compiler would take it for a mistake that what `new` gave is freed.
+[[gnu::noinline]] inline void Free(void* block) {
   if (block != nullptr) --live_blocks;
   std::free(block);
 }

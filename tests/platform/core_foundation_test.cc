@@ -8,7 +8,6 @@
 #include <tuple>
 
 #include "platform/core_foundation/cf_bundle.h"
-#include "platform/core_foundation/cf_number.h"
 #include "platform/core_foundation/cf_object.h"
 #include "platform/core_foundation/cf_ref.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/byte_reader.h"
-#include "platform/core_foundation/cf_data.h"
+#include "platform/core_foundation/cf_object.h"
 #include "platform/core_foundation/cf_ref.h"
 #include "platform/core_foundation/core_foundation.h"
 

@@ -9,9 +9,6 @@
 #include <mutex>
 #include <string_view>
 
-#include "platform/core_foundation/cf_ref.h"
-#include "platform/core_foundation/cf_string.h"
-
 namespace quillmark::cf {
 namespace {
 

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "platform/core_foundation/cf_object.h"
-#include "platform/core_foundation/cf_ref.h"
 #include "platform/core_foundation/core_foundation.h"
 
 // The URL of a bundle's folder: a text, and the file-system path that it stands for.

@@ -3,6 +3,9 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+
+#include "platform/text/ascii_case.h"
 
 namespace quillmark::cf {
 namespace {
@@ -17,10 +20,6 @@ constexpr sys_seconds kPastLast = sys_days{std::chrono::year{10000} / 1 / 1};
 // Each 0 matches a digit, every other character itself.
 constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
 
-void PutDigits(std::string& text, std::size_t begin, std::size_t count, unsigned value) {
-  for (std::size_t i = count; i-- > 0; value /= 10) text[begin + i] = static_cast<char>('0' + value % 10);
-}
-
 int DigitsAt(std::string_view text, std::size_t begin, std::size_t count) {
   int value = 0;
   for (const char digit : text.substr(begin, count)) value = value * 10 + (digit - '0');
@@ -30,8 +29,7 @@ int DigitsAt(std::string_view text, std::size_t begin, std::size_t count) {
 bool HasForm(std::string_view text) {
   if (text.size() != kForm.size()) return false;
   for (std::size_t i = 0; i < kForm.size(); ++i) {
-    const bool is_digit = text[i] >= '0' && text[i] <= '9';
-    if (kForm[i] == '0' ? !is_digit : text[i] != kForm[i]) return false;
+    if (kForm[i] == '0' ? !IsDigitAscii(text[i]) : text[i] != kForm[i]) return false;
   }
   return true;
 }
@@ -48,13 +46,11 @@ std::optional<std::string> DateText(CFAbsoluteTime time) {
   const auto midnight = std::chrono::floor<std::chrono::days>(at);
   const std::chrono::year_month_day day(midnight);
   const std::chrono::hh_mm_ss clock(at - midnight);
-  std::string text(kForm);
-  PutDigits(text, 0, 4, static_cast<unsigned>(static_cast<int>(day.year())));
-  PutDigits(text, 5, 2, static_cast<unsigned>(day.month()));
-  PutDigits(text, 8, 2, static_cast<unsigned>(day.day()));
-  PutDigits(text, 11, 2, static_cast<unsigned>(clock.hours().count()));
-  PutDigits(text, 14, 2, static_cast<unsigned>(clock.minutes().count()));
-  PutDigits(text, 17, 2, static_cast<unsigned>(clock.seconds().count()));
+  const auto number = [](auto count) { return static_cast<unsigned>(count); };
+  char text[80];
+  std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02uZ", number(int{day.year()}),
+                number(day.month()), number(day.day()), number(clock.hours().count()),
+                number(clock.minutes().count()), number(clock.seconds().count()));
   return text;
 }
 

@@ -1,4 +1,4 @@
-// The date object of property lists, and the one text form that dates have in a property list.
+// The one text form that dates have in a property list.
 // Tests: tests/platform/core_foundation_test.cc, property_list_test.cc.
 #ifndef QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_DATE_H_
 #define QUILLMARK_PLATFORM_CORE_FOUNDATION_CF_DATE_H_
@@ -7,14 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core_foundation/cf_object.h"
 #include "platform/core_foundation/core_foundation.h"
-
-struct CFDateObject final : quillmark::cf::Object {
-  explicit CFDateObject(CFAbsoluteTime at) : Object(quillmark::cf::Type::kDate), time(at) {}
-
-  const CFAbsoluteTime time;
-};
 
 namespace quillmark::cf {
 

@@ -1,37 +1,51 @@
+// The calls for objects of any type, and those for the small ones: data and booleans.
 #include "platform/core_foundation/cf_object.h"
 
-#include "platform/core_foundation/core_foundation.h"
+#include <exception>
 
-namespace quillmark::cf {
+#include "platform/byte_reader.h"
+
+using quillmark::AsBytes;
+using quillmark::AsText;
+
 namespace {
 
-std::atomic<std::int64_t> live_objects{0};
+const quillmark::cf::Object* From(CFTypeRef reference) {
+  return static_cast<const quillmark::cf::Object*>(reference);
+}
 
-const Object* From(CFTypeRef reference) { return static_cast<const Object*>(reference); }
+// There from the moment the library is loaded, and never destroyed: a host may call at any time. The first
+// reference to each is its own, so that no release destroys it.
+constexpr CFBooleanObject kTrue(true);
+constexpr CFBooleanObject kFalse(false);
 
 }  // namespace
 
-void Object::CountOne() { live_objects.fetch_add(1, std::memory_order_relaxed); }
-
-void Object::UncountOne() { live_objects.fetch_sub(1, std::memory_order_relaxed); }
-
-void Object::Retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
-
-void Object::Release() const {
-  if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
-}
-
-void Object::MakeProcessLong() { UncountOne(); }
-
-std::int64_t Object::LiveCount() { return live_objects.load(std::memory_order_relaxed); }
-
-}  // namespace quillmark::cf
-
 CFTypeRef CFRetain(CFTypeRef object) {
-  quillmark::cf::From(object)->Retain();
+  From(object)->Retain();
   return object;
 }
 
-void CFRelease(CFTypeRef object) { quillmark::cf::From(object)->Release(); }
+void CFRelease(CFTypeRef object) { From(object)->Release(); }
 
-CFTypeID CFGetTypeID(CFTypeRef object) { return static_cast<CFTypeID>(quillmark::cf::From(object)->type()); }
+CFTypeID CFGetTypeID(CFTypeRef object) { return static_cast<CFTypeID>(From(object)->type()); }
+
+constinit const CFBooleanRef kCFBooleanTrue = &kTrue;
+constinit const CFBooleanRef kCFBooleanFalse = &kFalse;
+
+CFTypeID CFBooleanGetTypeID() { return static_cast<CFTypeID>(quillmark::cf::Type::kBoolean); }
+
+Boolean CFBooleanGetValue(CFBooleanRef boolean) { return boolean->value; }
+
+CFDataRef CFDataCreate(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex length) {
+  if (length < 0 || (length > 0 && !bytes)) return nullptr;
+  try {
+    return new CFDataObject(std::string(AsText({bytes, static_cast<std::size_t>(length)})));
+  } catch (const std::exception&) {
+    return nullptr;  // too little memory
+  }
+}
+
+const UInt8* CFDataGetBytePtr(CFDataRef data) { return AsBytes(data->bytes).data(); }
+
+CFIndex CFDataGetLength(CFDataRef data) { return static_cast<CFIndex>(data->bytes.size()); }

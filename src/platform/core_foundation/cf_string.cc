@@ -1,5 +1,3 @@
-#include "platform/core_foundation/cf_string.h"
-
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
@@ -7,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/core_foundation/cf_object.h"
 #include "platform/text/text_encoding.h"
 
 namespace {
@@ -85,14 +84,9 @@ void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
 }
 
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding) {
-  switch (encoding) {
-    case kCFStringEncodingUTF8:
-    case kCFStringEncodingMacRoman:
-    case kCFStringEncodingASCII:
-      return string->ascii();
-    default:
-      return nullptr;
-  }
+  const bool holds_ascii = encoding == kCFStringEncodingUTF8 || encoding == kCFStringEncodingMacRoman ||
+                           encoding == kCFStringEncodingASCII;
+  return holds_ascii ? string->ascii() : nullptr;
 }
 
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding) {
@@ -104,15 +98,10 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize,
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
-  switch (encoding) {
-    case kCFStringEncodingUTF8:
-      return length * 3;  // a surrogate pair gives 4 bytes for its 2 units
-    case kCFStringEncodingShiftJIS:
-    case kCFStringEncodingMacJapanese:
-      return length * 2;
-    default:
-      return length;
-  }
+  if (encoding == kCFStringEncodingUTF8) return length * 3;  // a surrogate pair gives 4 bytes for its 2 units
+  const bool has_two_bytes =
+      encoding == kCFStringEncodingShiftJIS || encoding == kCFStringEncodingMacJapanese;
+  return has_two_bytes ? length * 2 : length;
 }
 
 CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b,

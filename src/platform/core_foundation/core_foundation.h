@@ -163,7 +163,6 @@ CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 enum CFPropertyListMutabilityOptions : CFOptionFlags {
   kCFPropertyListImmutable = 0,
   kCFPropertyListMutableContainers = 1,
-  kCFPropertyListMutableContainersAndLeaves = 2,
 };
 CFDataRef CFPropertyListCreateXMLData(CFAllocatorRef allocator, CFPropertyListRef list);
 // Either a tree and *errorString null, or null and an error string that the caller releases.

@@ -36,12 +36,6 @@ bool TakeOver(const TemporaryFile& file, const std::string& target) {
   });
 }
 
-bool MoveTo(TemporaryFile& file, const std::string& target) {
-  if (!file.Sync() || ::rename(file.path().c_str(), target.c_str()) != 0) return false;
-  file.WasRenamed();
-  return true;
-}
-
 // Makes the rename survive a crash of the machine; the file is whole either way.
 void SyncFolder(const std::filesystem::path& folder) {
   const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -58,7 +52,9 @@ bool ReplaceFile(const std::string& path, const std::function<bool(const ByteSin
   if (error) return false;
   TemporaryFile file(target.parent_path());
   if (!file.is_open() || !produce([&](Bytes bytes) { return file.Write(bytes); })) return false;
-  if (!TakeOver(file, target.string()) || !MoveTo(file, target.string())) return false;
+  if (!TakeOver(file, target.string()) || !file.Sync()) return false;
+  if (::rename(file.path().c_str(), target.c_str()) != 0) return false;
+  file.WasRenamed();
   SyncFolder(target.parent_path());
   return true;
 }

@@ -61,30 +61,9 @@ class SystemFile : public OpenedFile {
   const std::uint64_t size_;
 };
 
-// The base folder moves down after this many levels; paths of fewer levels, as nearly all are, open no
-// folder.
+// After this many levels of a path the folder there is opened; those below it are then asked about relative
+// to it. Paths of fewer levels, as nearly all are, open no folder.
 constexpr int kLevelsAtOnce = 32;
-
-// An open folder, relative to which the folders below it are asked about.
-class BaseFolder {
- public:
-  // Moves on to a folder below this one. False when that fails.
-  bool Enter(const std::string& below) {
-    Descriptor folder(::openat(folder_.number(), below.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (folder.number() < 0) return false;
-    folder_ = std::move(folder);
-    return true;
-  }
-
-  // False only when nothing is there; then no longer path through it finds anything either.
-  bool MayHold(const std::string& below) const {
-    struct stat ignored = {};
-    return ::fstatat(folder_.number(), below.c_str(), &ignored, 0) == 0 || errno != ENOENT;
-  }
-
- private:
-  Descriptor folder_{AT_FDCWD};
-};
 
 class MachineFileSystem : public FileSystem {
  public:
@@ -126,7 +105,7 @@ class MachineFileSystem : public FileSystem {
   // depth.
   std::vector<std::size_t> FoldersAboveWith(std::string_view name, std::string_view path) const override {
     std::vector<std::size_t> ends;
-    BaseFolder base;
+    Descriptor base(AT_FDCWD);
     bool can_be_told = true;
     int levels = 0;
     std::string below;  // the path below the base
@@ -134,10 +113,16 @@ class MachineFileSystem : public FileSystem {
       const std::size_t end = path.find('/', start) + 1;
       below += path.substr(start, end - start);
       if (++levels % kLevelsAtOnce == 0 && can_be_told) {
-        can_be_told = base.Enter(below);
+        base = Descriptor(::openat(base.number(), below.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        can_be_told = base.number() >= 0;
         below.clear();
       }
-      if (!can_be_told || base.MayHold(below + std::string(name))) ends.push_back(end);
+      // Only ENOENT says that nothing is there, and that no longer path through it finds anything either.
+      const std::string asked = below + std::string(name);
+      struct stat ignored = {};
+      const bool is_absent =
+          can_be_told && ::fstatat(base.number(), asked.c_str(), &ignored, 0) != 0 && errno == ENOENT;
+      if (!is_absent) ends.push_back(end);
       start = end;
     }
     std::reverse(ends.begin(), ends.end());

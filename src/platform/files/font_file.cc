@@ -7,7 +7,6 @@
 #include <initializer_list>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "platform/crc32.h"
 #include "platform/files/apple_double.h"
@@ -104,14 +103,12 @@ std::optional<Fork> FontFile::DataFork() {
 
 // Lists all names with one call: most files have no attributes, and asking for each of four names would take
 // four.
-const std::vector<std::string>& FontFile::Attributes() {
+// Lists all names with one call: most files have no attributes, and asking for each of four names would take
+// four.
+std::optional<std::string> FontFile::Attribute(const std::string& name) {
   if (!attributes_) attributes_ = access_.AttributeNames(path_);
-  return *attributes_;
-}
-
-bool FontFile::HasAttribute(const std::string& name) {
-  const auto& names = Attributes();
-  return std::find(names.begin(), names.end(), name) != names.end();
+  const bool is_listed = std::ranges::find(*attributes_, name) != attributes_->end();
+  return is_listed ? access_.Attribute(path_, name) : std::nullopt;
 }
 
 const std::vector<std::string>& FontFile::Sidecars() {
@@ -175,8 +172,7 @@ std::optional<ResourceForkLocation> FontFile::FindResourceFork() {
     if (status.error == ENOTDIR) break;  // this file system shows nothing inside a file
   }
   for (const char* name : kResourceForkAttributes) {
-    if (!HasAttribute(name)) continue;
-    auto value = access_.Attribute(path_, name);
+    auto value = Attribute(name);
     if (!value || value->empty()) continue;
     const std::uint64_t size = value->size();
     return found(ForkCarrier::kExtendedAttribute, name,
@@ -199,16 +195,11 @@ std::optional<ResourceForkLocation> FontFile::FindResourceFork() {
 
 FinderInfo FontFile::FindFinderInfo() {
   if (!Status().regular) return {};
-  if (HasAttribute(kFinderInfoAttribute)) {
-    const auto value = access_.Attribute(path_, kFinderInfoAttribute);
-    if (const auto codes = value ? FinderInfoIn(AsBytes(*value)) : std::nullopt) return *codes;
-  }
-  if (HasAttribute(kNetatalkMetadataAttribute)) {
-    auto value = access_.Attribute(path_, kNetatalkMetadataAttribute);
-    const auto codes =
-        value ? FinderInfoInAppleDouble(Fork(std::make_shared<const std::string>(*std::move(value))))
-              : std::nullopt;
-    if (codes) return *codes;
+  const auto info = Attribute(kFinderInfoAttribute);
+  if (const auto codes = info ? FinderInfoIn(AsBytes(*info)) : std::nullopt) return *codes;
+  if (auto metadata = Attribute(kNetatalkMetadataAttribute)) {
+    const Fork header(std::make_shared<const std::string>(*std::move(metadata)));
+    if (const auto codes = FinderInfoInAppleDouble(header)) return *codes;
   }
   for (const std::string& sidecar : Sidecars()) {
     const auto file = OpenFork(sidecar);

@@ -67,9 +67,8 @@ class FontFile {
   std::uint64_t TotalLength();
 
  private:
-  const std::vector<std::string>& Attributes();
   const std::vector<std::string>& Sidecars();
-  bool HasAttribute(const std::string& name);
+  std::optional<std::string> Attribute(const std::string& name);
   std::optional<ResourceForkLocation> FindResourceFork();
   FinderInfo FindFinderInfo();
   std::optional<Fork> OpenFork(const std::string& path);

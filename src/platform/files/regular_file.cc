@@ -1,7 +1,6 @@
 #include "platform/files/regular_file.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace quillmark {

@@ -2,13 +2,11 @@
 
 #include <locale.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <string>
 #include <utility>
 
 #include "platform/text/ascii_case.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core_foundation/cf_number.h"
+#include "platform/core_foundation/cf_object.h"
 
 namespace quillmark::cf {
 

@@ -10,13 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/core_foundation/cf_array.h"
-#include "platform/core_foundation/cf_data.h"
 #include "platform/core_foundation/cf_date.h"
-#include "platform/core_foundation/cf_dictionary.h"
-#include "platform/core_foundation/cf_number.h"
-#include "platform/core_foundation/cf_ref.h"
-#include "platform/core_foundation/cf_string.h"
+#include "platform/core_foundation/cf_object.h"
 #include "platform/property_list/plist_leaves.h"
 #include "platform/property_list/property_list_format.h"
 #include "platform/text/ascii_case.h"

@@ -12,13 +12,8 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/core_foundation/cf_array.h"
-#include "platform/core_foundation/cf_boolean.h"
-#include "platform/core_foundation/cf_data.h"
 #include "platform/core_foundation/cf_date.h"
-#include "platform/core_foundation/cf_dictionary.h"
-#include "platform/core_foundation/cf_number.h"
-#include "platform/core_foundation/cf_string.h"
+#include "platform/core_foundation/cf_object.h"
 #include "platform/property_list/property_list_format.h"
 #include "platform/text/text_encoding.h"
 

@@ -10,10 +10,6 @@
 namespace quillmark {
 namespace {
 
-bool InOwnFile(const MapOrigin& origin) {
-  return origin.carrier == ForkCarrier::kAppleDouble || origin.carrier == ForkCarrier::kRawFork;
-}
-
 bool WriteToAttribute(const MapOrigin& origin, const ResourceMap& map) {
   std::string value;
   return map.Write([&](Bytes bytes) {
@@ -26,7 +22,9 @@ bool WriteToAttribute(const MapOrigin& origin, const ResourceMap& map) {
 
 bool IsWritable(const MapOrigin& origin) {
   if (origin.carrier == ForkCarrier::kNamedFork) return false;
-  const std::string& file = InOwnFile(origin) ? origin.where : origin.path;
+  const bool in_own_file =
+      origin.carrier == ForkCarrier::kAppleDouble || origin.carrier == ForkCarrier::kRawFork;
+  const std::string& file = in_own_file ? origin.where : origin.path;
   return ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0;
 }
 

@@ -1,8 +1,6 @@
 #include "platform/resource_manager/open_resource_file.h"
 
-#include <memory>
 #include <span>
-#include <utility>
 
 namespace quillmark {
 
@@ -21,7 +19,7 @@ Handle OpenResourceFile::HandleFor(ResourceMap::Key key, bool load, OSErr* error
   } else {
     *error = block.data != nullptr || map_.Data(key) ? noErr : mapReadErr;
   }
-  if (*error == noErr) return HandleOf(&block);
+  if (*error == noErr) return &block.data;
   if (is_new) handles_.erase(known);  // a handle that a caller holds already is kept
   return nullptr;
 }

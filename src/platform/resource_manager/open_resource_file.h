@@ -5,14 +5,33 @@
 
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
 #include "platform/resource_manager/fork_writer.h"
-#include "platform/resource_manager/handle_block.h"
 #include "platform/resource_manager/resource_map.h"
+#include "platform/resource_manager/resource_types.h"
 
 namespace quillmark {
+
+class OpenResourceFile;
+
+// What a Handle points at: the data pointer that callers follow, then what the managers know of the block.
+struct HandleBlock {
+  HandleBlock() = default;
+  ~HandleBlock() { delete[] data; }
+  HandleBlock(const HandleBlock&) = delete;
+  HandleBlock& operator=(const HandleBlock&) = delete;
+
+  char* data = nullptr;  // owned; first, so that a Handle is the block's address
+  std::size_t size = 0;
+  OpenResourceFile* file = nullptr;  // whose resource this is, and which owns it; null for an ordinary handle
+  ResourceMap::Key key;              // of that resource
+};
+static_assert(std::is_standard_layout_v<HandleBlock>);
+
+inline HandleBlock* BlockOf(Handle handle) { return reinterpret_cast<HandleBlock*>(handle); }
 
 class OpenResourceFile {
  public:

@@ -1,7 +1,5 @@
 // The Resource Manager's calls that open, close and choose files.
-
 #include <limits>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,7 +9,6 @@
 #include "platform/text/text_encoding.h"
 
 namespace quillmark {
-
 namespace {
 
 constexpr ResFileRefNum kNoFile = -1;
@@ -28,20 +25,15 @@ ResFileRefNum NextNumber(ResourceFiles& files) {
 // Opens the map in `fork` and makes it the current file. The result is its number, or -1 with the error set.
 ResFileRefNum OpenMap(FontFile& file, MapOrigin origin, std::optional<Fork> fork, SInt8 permission) {
   ResourceFiles& files = ThreadResourceFiles();
-  if (!fork) {
-    files.error = file.Status().error != 0 ? fnfErr : resFNotFound;
+  const auto fail = [&files](OSErr error) {
+    files.error = error;
     return kNoFile;
-  }
+  };
+  if (!fork) return fail(file.Status().error != 0 ? fnfErr : resFNotFound);
   const bool writable = permission == fsRdWrPerm;
-  if (writable && !IsWritable(origin)) {
-    files.error = permErr;
-    return kNoFile;
-  }
+  if (writable && !IsWritable(origin)) return fail(permErr);
   auto map = ResourceMap::Open(*std::move(fork), file.budget());
-  if (!map || files.chain.size() >= std::numeric_limits<ResFileRefNum>::max()) {
-    files.error = mapReadErr;
-    return kNoFile;
-  }
+  if (!map || files.chain.size() >= std::numeric_limits<ResFileRefNum>::max()) return fail(mapReadErr);
   auto opened = std::make_unique<OpenResourceFile>(std::move(origin), *std::move(map), writable);
   files.current = NextNumber(files);
   files.chain.push_back({files.current, std::move(opened)});
@@ -49,26 +41,22 @@ ResFileRefNum OpenMap(FontFile& file, MapOrigin origin, std::optional<Fork> fork
   return files.current;
 }
 
+// A file of the machine, with what it is asked through.
+struct NamedFile {
+  explicit NamedFile(std::string path) : file(access, std::move(path)) {}
+  FileAccess access;
+  FontFile file;
+};
+
 }  // namespace
 }  // namespace quillmark
 
 using quillmark::ResourceFiles;
 using quillmark::ThreadResourceFiles;
 
-namespace {
-
-// A file of the machine, with what it is asked through.
-struct NamedFile {
-  explicit NamedFile(std::string path) : file(access, std::move(path)) {}
-  quillmark::FileAccess access;
-  quillmark::FontFile file;
-};
-
-}  // namespace
-
 OSStatus FSPathMakeRef(const UInt8* path, FSRef* ref, Boolean* isDirectory) {
   if (path == nullptr || ref == nullptr) return fnfErr;
-  auto named = std::make_shared<NamedFile>(reinterpret_cast<const char*>(path));
+  auto named = std::make_shared<quillmark::NamedFile>(reinterpret_cast<const char*>(path));
   const OSStatus status = FSFileMakeRef(named->file, ref, isDirectory);
   if (status == noErr) ref->file = {std::move(named), ref->file.get()};
   return status;
@@ -97,10 +85,7 @@ OSErr FSOpenResourceFile(const FSRef* ref, UniCharCount forkNameLength, const Un
                          SInt8 permission, ResFileRefNum* refNum) {
   *refNum = quillmark::kNoFile;
   ResourceFiles& files = ThreadResourceFiles();
-  if (forkNameLength != 0) {
-    files.error = fnfErr;
-    return files.error;
-  }
+  if (forkNameLength != 0) return files.error = fnfErr;
   quillmark::FontFile& file = *ref->file;
   *refNum = quillmark::OpenMap(file, {file.path(), std::nullopt, {}}, file.DataFork(), permission);
   return files.error;

@@ -1,9 +1,9 @@
 // ResourceFiles: the Resource Manager's state of one thread: open files, the current one, the load switch,
-// the error.
-// Tests: tests/platform/resource_manager_test.cc.
+// the error. Tests: tests/platform/resource_manager_test.cc.
 #ifndef QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_
 #define QUILLMARK_PLATFORM_RESOURCE_MANAGER_RESOURCE_FILES_H_
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -23,12 +23,21 @@ struct ResourceFiles {
   bool load = true;
   OSErr error = noErr;
 
-  // Position in the chain of a number; nothing when it is not open.
-  std::vector<Opened>::iterator Find(ResFileRefNum number);
-  OpenResourceFile* Current();  // null when there is none
+  // Position in the chain of a number; the end when it is not open.
+  std::vector<Opened>::iterator Find(ResFileRefNum number) {
+    return std::ranges::find(chain, number, &Opened::number);
+  }
+  // Null when there is none.
+  OpenResourceFile* Current() {
+    const auto found = Find(current);
+    return found == chain.end() ? nullptr : found->file.get();
+  }
 };
 
-ResourceFiles& ThreadResourceFiles();
+inline ResourceFiles& ThreadResourceFiles() {
+  thread_local ResourceFiles files;
+  return files;
+}
 
 }  // namespace quillmark
 

@@ -4,7 +4,6 @@
 #include "platform/resource_manager/resource_manager.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "platform/resource_manager/resource_files.h"
 
@@ -26,10 +25,9 @@ Handle Give(ResourceFiles& files, OpenResourceFile* file, std::optional<Resource
 
 // The block of a handle that is a map's resource; else null, with the error set.
 HandleBlock* ResourceBlock(ResourceFiles& files, Handle handle) {
-  HandleBlock* block = handle == nullptr ? nullptr : BlockOf(handle);
-  if (block != nullptr && block->file == nullptr) block = nullptr;
-  files.error = block == nullptr ? resNotFound : noErr;
-  return block;
+  const bool is_resource = handle != nullptr && BlockOf(handle)->file != nullptr;
+  files.error = is_resource ? noErr : resNotFound;
+  return is_resource ? BlockOf(handle) : nullptr;
 }
 
 // A Pascal string; names of more than 255 bytes do not exist.

@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 
 #include "platform/budget.h"
 #include "platform/byte_reader.h"
@@ -63,6 +62,7 @@ Size GetHandleSize(Handle handle);  // 0 for null or unloaded data
 void DisposeHandle(Handle handle);
 
 namespace quillmark {
+
 // The handle's bytes; empty for null or unloaded data. A loaded resource of length 0 has non-null data.
 Bytes HandleBytes(Handle handle);
 }  // namespace quillmark

@@ -55,7 +55,7 @@ struct Kept {
 // Joins what overlaps, so that resources that share data go on sharing them and the new area is never larger
 // than the old one; the order stays, so no offset grows.
 std::vector<Kept> Pack(std::vector<Kept> ranges) {
-  std::sort(ranges.begin(), ranges.end(), [](const Kept& a, const Kept& b) { return a.start < b.start; });
+  std::ranges::sort(ranges, {}, &Kept::start);
   std::vector<Kept> packed;
   for (const Kept& range : ranges) {
     if (!packed.empty() && range.start <= packed.back().end) {
@@ -70,9 +70,7 @@ std::vector<Kept> Pack(std::vector<Kept> ranges) {
 }
 
 std::uint32_t NewOffset(const std::vector<Kept>& packed, std::uint32_t old) {
-  const auto after =
-      std::upper_bound(packed.begin(), packed.end(), old,
-                       [](std::uint32_t offset, const Kept& kept) { return offset < kept.start; });
+  const auto after = std::ranges::upper_bound(packed, old, {}, &Kept::start);
   if (after == packed.begin() || old >= std::prev(after)->end) return kOutsideDataArea;
   return static_cast<std::uint32_t>(std::prev(after)->moved_to + (old - std::prev(after)->start));
 }

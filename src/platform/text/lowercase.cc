@@ -21,8 +21,7 @@ constexpr char32_t kFinalSigma = 0x03C2;
 // The table's entry that could hold `code`: the last one that begins at or before it.
 template <typename Entry, std::size_t N>
 const Entry* Find(const Entry (&table)[N], char32_t code) {
-  const Entry* const next = std::upper_bound(std::begin(table), std::end(table), code,
-                                             [](char32_t c, const Entry& entry) { return c < entry.first; });
+  const Entry* const next = std::ranges::upper_bound(table, code, {}, &Entry::first);
   if (next == std::begin(table)) return nullptr;
   const Entry* const entry = std::prev(next);
   return code <= entry->last ? entry : nullptr;

@@ -2,7 +2,6 @@
 // differs from it at F0, so it is held here.
 #include <algorithm>
 #include <array>
-#include <cstddef>
 
 #include "platform/text/text_encoding.h"
 

@@ -6,7 +6,6 @@
 #ifndef QUILLMARK_PLATFORM_TEXT_TEXT_ENCODING_H_
 #define QUILLMARK_PLATFORM_TEXT_TEXT_ENCODING_H_
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
