@@ -70,7 +70,7 @@ _quillmark() {
     why) options+=" --format --name$walk" ;;
     compare | resources | styles | classify | version) options+=" --format" ;;
     read | "catalogue list") options+=" --format --fields --wide" ;;
-    "catalogue update") options+=" --ignore-ctime --ignore-inode --jobs --progress --quiet" ;;
+    "catalogue update") options+=" --ignore-ctime --ignore-inode --accept-unmounted --jobs --progress --quiet" ;;
     "catalogue verify") options+=" --sample --jobs --progress --quiet" ;;
     "catalogue changes") options+=" --since --format" ;;
     "catalogue info") options+=" --format" ;;

@@ -3,6 +3,7 @@
 import contextlib
 import os
 import pathlib
+import select
 import shutil
 import sqlite3
 import struct
@@ -28,7 +29,6 @@ class CatalogueFileTest(ToolCase):
         self.write_all({"in/A": LONE_PRINTER_FONT, "in/b.ttf": made_font("B")})
         self.run_tool("catalogue update in/c.db in")  # so that the database is there and in its own root
         os.symlink("in/c.db", self.folder / "in.link")
-        os.link(self.folder / "in/c.db", self.folder / "in/hard.ttf")
         os.symlink("c.db", self.folder / "in/link.ttf")
         slow = self.write_slow_font("in/z/slow.ttf")
         inode = (self.folder / "in/c.db").stat().st_ino
@@ -41,6 +41,27 @@ class CatalogueFileTest(ToolCase):
             process.kill()
         self.assertIn([str(process.pid), str(inode)], [[process_id, place.split(":")[2]] for process_id, place in held])
         self.check("catalogue update in/c.db", 0, err="2 faces in 3 files; ...")
+
+    def test_hard_links_to_it_are_refused(self):
+        self.write("in/a.ttf", made_font("A"))
+        self.check("catalogue update -q c.db in", 0)
+        os.link(self.folder / "c.db", self.folder / "hard.db")
+        for name in ["c.db", "hard.db"]:
+            self.check(f"catalogue update {name}", 1, err=f"quillmark: {self.folder}/{name}: the catalogue has several hard links, ...\n")
+            self.check(f"catalogue list --format tsv --fields face {name}", 0, "face\n0\n")
+
+    def test_slow_readers_keep_no_update_back(self):
+        self.links(800, made_font("One"))
+        self.check("catalogue update -q c.db many", 0)
+        commands = ["catalogue list --format jsonl c.db", "catalogue changes --format json --since 0 c.db", "find --catalogue c.db --format jsonl One"]
+        expected = [self.run_tool(words).stdout for words in commands]
+        self.assertTrue(all(len(each) > 1 << 16 for each in expected))  # more than a pipe takes
+        readers = [subprocess.Popen([TOOL, *words.split()], cwd=self.folder, stdout=subprocess.PIPE) for words in commands]
+        for reader in readers:
+            select.select([reader.stdout], [], [])
+        self.write("many/two.ttf", made_font("Two"))
+        self.check("catalogue update c.db", 0, err="801 faces in 801 files; 1 file added, ...")
+        self.assertEqual([reader.communicate()[0] for reader in readers], expected)
 
     def test_strangers_beside_it_stay(self):
         self.run_tool("catalogue update old.db old")

@@ -209,6 +209,50 @@ class CatalogueTest(ToolCase):
         self.check("catalogue update -q c.db away", 0)
         self.check("catalogue list --format tsv --fields path c.db", 0, f"path\n{self.folder}/away/a.ttf\n")
 
+    def test_files_of_what_is_not_mounted_are_kept(self):
+        for mounted in ["in/usb", "in"]:
+            (self.folder / "c.db").unlink(missing_ok=True)
+            self.write_all({"in/a.ttf": made_font("A"), "in/usb/deep/b.ttf": made_font("B")})
+            self.check("catalogue update -q c.db in", 0, env=scarce(MOUNTED=f"{self.folder}/{mounted}"))
+            shutil.rmtree(self.folder / mounted)
+            self.write(mounted + "/stray.ttf", made_font("Stray"))
+            kept = f"{self.folder}/{mounted}: nothing is mounted there any more; ...\n3 faces in 3 files; ...0 gone, ...\n"
+            self.check("catalogue update c.db", 1, err=kept)
+            (self.folder / mounted / "stray.ttf").unlink()
+            if mounted != "in":  # what makes mount points removes them, too
+                (self.folder / mounted).rmdir()
+            self.check("catalogue update c.db", 1, err=kept)
+            gone = 2 if mounted == "in/usb" else 3
+            self.check("catalogue update c.db --accept-unmounted", 0, err=f"...{gone} gone, ...")
+            self.check("catalogue update -q c.db", 0)
+
+    def test_a_root_that_gives_no_face_is_told_each_time(self):
+        self.write_all({"in/a.ttf": made_font("A"), "no.ttf": b"no", "half.ttc": collection("A", "B")[:-400]})
+        told = self.run_tool(["identify", "-q", *(self.folder / each for each in ("in", "no.ttf", "half.ttc"))]).stderr.decode()
+        self.assertEqual(told.count("\n"), 2)
+        for words in ["c.db in no.ttf half.ttc", "c.db"]:
+            self.check("catalogue update -q " + words, 1, err=told, env=scarce(CLOCK_AHEAD="9"))
+        line = "c.db: the catalogue is not complete: 2 roots not giving all faces\n"
+        for words in ["catalogue list c.db", "same -q --catalogue c.db", "find --catalogue c.db A"]:
+            self.check(words, 1, "...", line)
+
+    def test_it_does_not_grow_by_its_updates(self):
+        fonts = self.write_all({f"in/{each}.ttf": made_font(each) for each in "AB"})
+        self.update("in")
+        with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database, database:
+            database.executemany("INSERT INTO runs (id, started, ended) VALUES (?, 1, 1)", ((run,) for run in range(2, 1500)))
+            database.executemany("INSERT INTO gone VALUES (?, 'in', 'x')", ((5 if i < 9 else 7,) for i in range(100_010)))
+            database.executemany("INSERT INTO makers (text) VALUES (?)", ((str(i),) for i in range(1000)))
+        fonts[0].unlink()
+        self.update()
+        with contextlib.closing(sqlite3.connect(self.folder / "c.db")) as database:
+            rows = [database.execute(f"SELECT count(*), min({column}) FROM {table}").fetchone()
+                    for table, column in [("gone", "run"), ("runs", "id"), ("makers", "id")]]  # fmt: skip
+        self.assertEqual(rows, [(100_002, 7), (1001, 7), (1, 1)])
+        self.check("catalogue changes c.db --since 5", 1, "...", "c.db: files that are gone are told since run 6 only\n")
+        for since in (0, 6):
+            self.check(f"catalogue changes c.db --since {since}", 0, "...")
+
     def test_other_tables_change_what_is_told_by_them_without_reading(self):
         self.write("in/a.ttf", made_font("Made-Bold"))
         self.write("in/b.ttf", mac_font("Quill-Bold", family="Helvetica"))

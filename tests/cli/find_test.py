@@ -2,10 +2,12 @@
 
 import contextlib
 import itertools
+import json
 import sqlite3
+import subprocess
 
 from font_builders import collection, fond, mac_font, resource_fork
-from tool_case import ToolCase, made_font
+from tool_case import TOOL, ToolCase, made_font
 
 FILES = {
     "a/Gar.ttf": mac_font("Gar-Regular", family="Gar Mono", full_name="Gar Mono"),
@@ -68,6 +70,18 @@ class FindTest(ToolCase):
         [found] = self.json_of("find --in d --like --format json Arial-Bold", 4)
         self.assertEqual((found["faces"], [face["postScriptName"] for face in found["guesses"]]), ([], ["Helvetica-Bold"]))
         self.check("find --in d --like Arial-Bold", 4, "...\nArial-Bold  guess ...")
+
+    def test_an_update_meanwhile_is_seen(self):
+        finder = subprocess.Popen([TOOL, *"find --catalogue c.db --format jsonl --names-from -".split()], cwd=self.folder, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        with finder:
+            verdicts = []
+            for _ in range(2):
+                finder.stdin.write(b"Gar Mono Bold\n")
+                finder.stdin.flush()
+                verdicts.append(json.loads(finder.stdout.readline())["verdict"])
+                self.write("a/GarB.ttf", mac_font("Gar-Bold", family="Gar Mono", full_name="GarB"))
+                self.check("catalogue update -q c.db", 0)
+        self.assertEqual(verdicts, ["missing", "exact"])
 
     def test_same_gives_what_it_gives_over_the_files(self):
         roots = [self.folder / "a", self.folder / "b", self.folder / "c", "/usr/share/fonts"]

@@ -2,7 +2,8 @@
 // failing disk, for root and for other users alike: SCARCE_THREADS says how many threads can be started,
 // SCARCE_BLOCK how many bytes the largest block has, SCARCE_READ how many bytes of a file can be read.
 // SHRINKING is the end of the paths of files that are cut in half whenever they are read, NO_PRIVILEGES takes
-// from root what other users may not do, FOREIGN_DISK makes a network file system of every disk.
+// from root what other users may not do, FOREIGN_DISK makes a network file system of every disk. MOUNTED is a
+// folder that is the mount point of another file system.
 //
 // Calls that change a disk are counted: the process is killed before number KILLED_AT, and from number
 // FULL_AT on there is no room.
@@ -118,6 +119,19 @@ extern "C" int statfs(const char* path, struct statfs* found) noexcept {
   static const auto next = Next<int(const char*, struct statfs*)>("statfs");
   const int status = next(path, found);
   if (std::getenv("FOREIGN_DISK") != nullptr) found->f_type = 0x6969;  // NFS
+  return status;
+}
+
+extern "C" int statx(int folder, const char* path, int flags, unsigned mask, struct statx* found) noexcept {
+  static const auto next = Next<int(int, const char*, int, unsigned, struct statx*)>("statx");
+  const char* const mounted = std::getenv("MOUNTED");
+  const int status = next(folder, path, flags, mask, found);
+  if (status != 0 || mounted == nullptr) return status;
+  const std::string place = *path != '\0' ? path : "/proc/self/fd/" + std::to_string(folder);
+  char whole[PATH_MAX] = {};
+  if (::realpath(place.c_str(), whole) == nullptr) return status;
+  found->stx_mask |= STATX_MNT_ID;
+  found->stx_mnt_id = (std::string(whole) + '/').starts_with(std::string(mounted) + '/') ? 2 : 1;
   return status;
 }
 

@@ -19,8 +19,9 @@ struct CatalogueUpdate {
   std::string catalogue;
   std::vector<std::string> roots;  // empty: those that the catalogue has
   bool ignore_ctime = false, ignore_inode = false;
-  FilesOptions work;   // jobs, progress, quiet
-  std::string tables;  // which knowledge tables are in use
+  bool accept_unmounted = false;  // files are gone that were in file systems that are mounted no more
+  FilesOptions work;              // jobs, progress, quiet
+  std::string tables;             // which knowledge tables are in use
 };
 int UpdateCatalogue(const CatalogueUpdate& update);
 

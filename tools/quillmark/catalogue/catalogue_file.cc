@@ -127,6 +127,15 @@ void CheckFile(const std::string& whole, const std::string& given) {
   CheckHeader(whole, DatabaseHeader(whole));
 }
 
+// The lock and the log beside a file are found by its name.
+void CheckHasOneName(const std::string& path) {
+  struct stat found {};
+  if (::stat(path.c_str(), &found) == 0 && found.st_nlink > 1) {
+    ThrowFor(path,
+             "the catalogue has several hard links, of which updates would not know each other; leave one");
+  }
+}
+
 }  // namespace
 
 std::string CataloguePath(const std::string& path) {
@@ -170,13 +179,16 @@ UpdatedCatalogue::UpdatedCatalogue(const std::string& path, IfMissing if_missing
   const std::string whole = CataloguePath(path);
   // Before anything is written beside a file that is no catalogue.
   if (Exists(whole) || if_missing == IfMissing::kFail) OpenCatalogue(path);
+  CheckHasOneName(whole);
   lock_.emplace(whole);
   if (!Exists(whole)) MakeCatalogue(whole);
   database_.emplace(Opened(whole, Database::Access::kWrite));
   // The log beside the file needs memory that all its users share.
   if (IsOnThisMachine(whole)) database_->Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   // Shows at once whether writing is allowed.
-  const Transaction tried(*database_);
+  Transaction transaction(*database_);
+  CompleteSchema(*database_);
+  transaction.Commit();
 }
 
 void UpdatedCatalogue::Finish() {

@@ -7,7 +7,9 @@
 
 #include "catalogue/catalogue.h"
 #include "catalogue/kept_faces.h"
+#include "catalogue/prune.h"
 #include "catalogue/snapshot.h"
+#include "catalogue/spooled_output.h"
 #include "output/json_form.h"
 #include "reasons/reason.h"
 #include "text/printable.h"
@@ -50,28 +52,48 @@ std::string JsonOf(const Change& change) {
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
-}  // namespace
-
-int TellChanges(const ChangesQuery& query) {
-  Database database = OpenSnapshot(query.catalogue);
-  const std::int64_t last = database.Number("SELECT coalesce(max(id), 0) FROM runs").value_or(0);
+// All changes after a run.
+void WriteChanges(Database& database, std::int64_t since, JsonArray* array) {
   Statement found(database, ChangedFilesQuery().c_str());
-  found.With(query.since.value_or(last - 1));
-  std::optional<JsonArray> array;
-  if (query.format == "json") array.emplace(std::cout);
+  found.With(since);
   while (found.Step() && std::cout) {
     Change change{found.Text(0), found.Text(1), found.Integer(2), found.Integer(3), {}};
     change.explanation.reason = found.Text(4);
     if (!found.IsNull(5)) change.explanation.listed = static_cast<std::uint32_t>(found.Integer(5));
-    if (array) {
+    if (array != nullptr) {
       array->Add(JsonOf(change));
     } else {
       WriteText(change);
     }
   }
+}
+
+// False where what went before is forgotten. Who asks for all files asks for none that is gone.
+bool IsKnownSince(Database& database, std::int64_t since, const std::string& catalogue) {
+  const std::int64_t least = LeastRunToAskFor(database);
+  if (since <= 0 || since >= least) return true;
+  std::cerr << Printable(catalogue) + ": files that are gone are told since run " + std::to_string(least) +
+                   " only\n";
+  return false;
+}
+
+}  // namespace
+
+int TellChanges(const ChangesQuery& query) {
+  std::optional<JsonArray> array;
+  if (query.format == "json") array.emplace(std::cout);
+  bool is_complete = true;
+  {
+    SpooledOutput output;
+    Database database = OpenSnapshot(query.catalogue);
+    const std::int64_t last = database.Number("SELECT coalesce(max(id), 0) FROM runs").value_or(0);
+    const std::int64_t since = query.since.value_or(last - 1);
+    is_complete = IsKnownSince(database, since, query.catalogue);
+    WriteChanges(database, since, array ? &*array : nullptr);
+  }
   if (array) array->Finish();
   FlushOutput();
-  return 0;
+  return is_complete ? 0 : 1;
 }
 
 }  // namespace quillmark::tool

@@ -24,16 +24,6 @@ std::optional<std::string> StylesText(const std::vector<std::string>& styles) {
   return Json(styles).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-std::vector<std::string> StylesIn(const std::string& text) {
-  std::vector<std::string> styles;
-  const Json list = Json::parse(text, nullptr, false);
-  if (!list.is_array()) return styles;
-  for (const Json& style : list) {
-    if (style.is_string()) styles.push_back(style.get<std::string>());
-  }
-  return styles;
-}
-
 // Most faces have their PostScript name as display name, and their full name on Windows, too.
 std::optional<std::string> Unless(const std::string& usual, const std::string& name) {
   if (name == usual) return std::nullopt;
@@ -68,7 +58,7 @@ FaceRow RowIn(const Statement& found) {
   face.platform = found.Text(8);
   face.foundry = found.Text(9);
   face.classification = found.Text(10);
-  if (!found.IsNull(11)) face.styles = StylesIn(found.Text(11));
+  if (!found.IsNull(11)) face.styles = StoredStyles(found.Text(11));
   face.checksum = number(12);
   face.legacy_checksum = number(13);
   face.kerning_checksum = number(14);
@@ -100,6 +90,16 @@ auto Parts(const FaceRow& row) {
 }
 
 }  // namespace
+
+std::vector<std::string> StoredStyles(const std::string& text) {
+  std::vector<std::string> styles;
+  const Json list = Json::parse(text, nullptr, false);
+  if (!list.is_array()) return styles;
+  for (const Json& style : list) {
+    if (style.is_string()) styles.push_back(style.get<std::string>());
+  }
+  return styles;
+}
 
 std::string LooseName(const std::string& name) {
   std::string loose = GFontToolUtils::StripCharsAndNormalizeString(name);

@@ -34,6 +34,9 @@ FontArray ArrayOf(const FaceRow& row);
 // Tells foundry, class and styles anew. False when they are as they were.
 bool DeriveAnew(FaceRow& row);
 
+// From the text of the column `styles`; none from any other.
+std::vector<std::string> StoredStyles(const std::string& text);
+
 // What near names have in common: the loose form of PostScript names in lower-case ASCII; empty for a name
 // without ASCII letters and digits.
 std::string LooseName(const std::string& name);

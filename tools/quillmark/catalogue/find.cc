@@ -1,5 +1,6 @@
 // quillmark find: which files the fonts of these names are.
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "catalogue/name_lookup.h"
 #include "catalogue/schema.h"
 #include "catalogue/snapshot.h"
+#include "catalogue/spooled_output.h"
 #include "catalogue/update.h"
 #include "faces/fields.h"
 #include "files/interrupt.h"
@@ -39,23 +41,12 @@ std::string Trimmed(std::string name) {
   return name;
 }
 
-std::string FacesJson(const std::vector<Face>& faces) {
-  std::string list;
-  for (const Face& face : faces) list += (list.empty() ? "" : ",") + JsonObject(face, {});
-  return '[' + list + ']';
-}
-
-std::string JsonOf(const std::string& query, const FoundName& found) {
-  return "{\"query\":" + JsonText(query) + ",\"verdict\":" + JsonText(NameOf(found.verdict)) +
-         ",\"rule\":" + (found.rule == nullptr ? "null" : JsonText(found.rule)) +
-         ",\"faces\":" + FacesJson(found.faces) + ",\"guesses\":" + FacesJson(found.guesses) + '}';
-}
-
 // Writes the answers in the wanted form.
 class Answers {
  public:
-  explicit Answers(std::string format)
+  Answers(std::string format, NameLookup& lookup)
       : format_(std::move(format)),
+        lookup_(lookup),
         table_({{"NAME"},
                 {"VERDICT", false, 0},
                 {"RULE", false, 6},
@@ -69,9 +60,11 @@ class Answers {
 
   void Add(const std::string& query, const FoundName& found) {
     if (array_) {
-      array_->Add(JsonOf(query, found));
+      array_->Add("");  // what it is follows piece by piece, as there may be any number of faces
+      WriteJson(query, found);
     } else if (format_ == "jsonl") {
-      std::cout << JsonOf(query, found) << std::endl;
+      WriteJson(query, found);
+      std::cout << std::endl;
     } else {
       AddRows(query, found);
     }
@@ -83,10 +76,27 @@ class Answers {
   }
 
  private:
+  void ForEachFace(const FoundName& found, const std::function<void(const Face&)>& tell) {
+    for (const Face& face : found.faces) tell(face);
+    lookup_.TellMore(found, tell);
+  }
+  void WriteJson(const std::string& query, const FoundName& found) {
+    std::cout << "{\"query\":" << JsonText(query) << ",\"verdict\":" << JsonText(NameOf(found.verdict))
+              << ",\"rule\":" << (found.rule == nullptr ? "null" : JsonText(found.rule)) << ",\"faces\":[";
+    const char* before = "";
+    const auto write = [&](const Face& face) {
+      std::cout << std::exchange(before, ",") << JsonObject(face, {});
+    };
+    ForEachFace(found, write);
+    std::cout << "],\"guesses\":[";
+    before = "";
+    for (const Face& face : found.guesses) write(face);
+    std::cout << "]}";
+  }
   void AddRows(const std::string& query, const FoundName& found) {
     const std::string rule = found.rule == nullptr ? "" : found.rule;
     if (found.faces.empty()) table_.Add({query, NameOf(found.verdict), rule, "", "", "", "", ""});
-    for (const Face& face : found.faces) AddRow(query, NameOf(found.verdict), rule, face);
+    ForEachFace(found, [&](const Face& face) { AddRow(query, NameOf(found.verdict), rule, face); });
     for (const Face& face : found.guesses) AddRow(query, "guess", "", face);
   }
   void AddRow(const std::string& query, const std::string& verdict, const std::string& rule,
@@ -96,6 +106,7 @@ class Answers {
   }
 
   const std::string format_;
+  NameLookup& lookup_;
   Table table_;
   std::optional<JsonArray> array_;
 };
@@ -103,7 +114,7 @@ class Answers {
 class Search {
  public:
   Search(const NameSearch& search, Database& database)
-      : search_(search), database_(database), lookup_(database), answers_(search.format) {}
+      : search_(search), database_(database), lookup_(database), answers_(search.format, lookup_) {}
 
   // Returns the exit status.
   int Run() {
@@ -123,9 +134,16 @@ class Search {
     // An answer is of one commit; waiting for the next name keeps no update from its own.
     database_.Run("BEGIN");
     const FoundName found = lookup_.Find(name, search_.like);
-    database_.Run("COMMIT");
     verdicts_.insert(found.verdict);
-    answers_.Add(name, found);
+    if (found.more.empty()) {
+      database_.Run("COMMIT");
+      answers_.Add(name, found);
+    } else {
+      SpooledOutput output;
+      answers_.Add(name, found);
+      database_.Run("COMMIT");
+      output.Finish();
+    }
   }
 
   // False where there is no name at all.

@@ -8,11 +8,13 @@
 #include "catalogue/catalogue.h"
 #include "catalogue/kept_faces.h"
 #include "catalogue/snapshot.h"
+#include "catalogue/spooled_output.h"
 
 namespace quillmark::tool {
+namespace {
 
-int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
-  const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
+// False where the catalogue lacks files.
+bool AddAll(const std::string& catalogue, FaceWriter& writer) {
   Database database = OpenSnapshot(catalogue);
   const bool is_complete = TellWhetherComplete(database, catalogue);
   KeptFaces kept(database);
@@ -20,15 +22,25 @@ int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
     std::vector<Face> faces;
     FontArray array(new QM_FontArray);
     for (FaceRow& row : file->faces) {
-      if (writer->WritesArray()) {
+      if (writer.WritesArray()) {
         array->Append(std::move(*ArrayOf(row)));
       } else {
         faces.push_back(std::move(row.face));
       }
     }
-    writer->Add(std::move(faces), std::move(array));
+    writer.Add(std::move(faces), std::move(array));
     if (!std::cout) break;
   }
+  return is_complete;
+}
+
+}  // namespace
+
+int ListCatalogue(const std::string& catalogue, const OutputForm& form) {
+  const std::unique_ptr<FaceWriter> writer = MakeWriter(form, std::cout);
+  SpooledOutput output;
+  const bool is_complete = AddAll(catalogue, *writer);
+  output.Finish();
   writer->Finish();
   FlushOutput();
   return is_complete ? 0 : 1;

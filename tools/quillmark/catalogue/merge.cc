@@ -14,6 +14,7 @@
 #include "catalogue/catalogue_file.h"
 #include "catalogue/derived.h"
 #include "catalogue/face_rows.h"
+#include "catalogue/prune.h"
 #include "catalogue/snapshot.h"
 #include "text/printable.h"
 
@@ -237,6 +238,7 @@ int MergeCatalogues(const CatalogueMerge& merge) {
             "WHERE id = ?")
       .Run(counts.added, counts.changed, counts.gone, counts.unreadable, run);
   transaction.Commit();
+  Prune(database, counts.changed + counts.gone > 0);
   catalogue.Finish();
   return 0;
 }

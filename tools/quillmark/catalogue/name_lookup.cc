@@ -1,11 +1,12 @@
 #include "catalogue/name_lookup.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "catalogue/kept_faces.h"
 #include "library/library.h"
@@ -15,6 +16,10 @@ namespace quillmark::tool {
 namespace {
 
 constexpr std::size_t kMostGuesses = 10;
+// Of families that are remembered: 8 MB.
+constexpr std::size_t kMostKeysOfFamilies = 500'000;
+// What a family takes besides, in keys.
+constexpr std::size_t kKeysOfFamily = 32;
 // A family of more words is not looked for, as each number of words costs a look.
 constexpr std::size_t kMostWords = 64;
 constexpr std::size_t kMostStyleWords = 16;  // behind a family
@@ -27,6 +32,17 @@ StyleSet StylesThatCount(const std::vector<std::string>& styles) {
   StyleSet counted(styles.begin(), styles.end());
   counted.erase(kNoStyle);
   return counted;
+}
+
+std::string Joined(const StyleSet& styles) {
+  std::string joined;
+  for (const std::string& style : styles) joined += style + '\n';
+  return joined;
+}
+
+std::string InLowerCase(std::string name) {
+  for (char& c : name) c = ToLowerAscii(c);
+  return name;
 }
 
 std::vector<std::string> WordsOf(const std::string& name) {
@@ -93,8 +109,16 @@ StyleSet StylesOfName(const std::vector<std::string>& words, std::size_t family_
 }
 
 std::string PlaceQuery() {
-  return std::string("SELECT ") + kLabelPrefix + R"(, folders.path, name, size, label, position, key
+  return std::string("SELECT ") + kLabelPrefix + R"(, folders.path, name, size, label
 FROM files JOIN folders ON folders.id = files.folder JOIN roots ON roots.id = folders.root WHERE files.id = ?)";
+}
+
+// Faces in the order of list. The condition chooses the index, and so the first table.
+std::string FacesWhere(const char* condition) {
+  return std::string("SELECT faces.file, face, styles, post_script_name FROM faces ") +
+         "CROSS JOIN files ON files.id = faces.file CROSS JOIN folders ON folders.id = files.folder "
+         "CROSS JOIN roots ON roots.id = folders.root WHERE " +
+         condition + " ORDER BY label, position, key, name, face";
 }
 
 }  // namespace
@@ -115,130 +139,199 @@ const char* NameOf(NameVerdict verdict) {
   return "missing";
 }
 
+// Whether faces that are told one after another are one datum: as `same` tells data apart, by name and
+// checksum, and by size where several sizes are known. Without a checksum data are not known to be the same
+// as any other. Links are one file; those of other machines cannot be told.
+class NameLookup::Judgement {
+ public:
+  void Add(const Found& found) {
+    const Face& face = found.face;
+    const std::uint64_t size =
+        CheckedBytes(face, found.fond_id, static_cast<std::uint64_t>(found.data_fork_size));
+    if (!first_) {
+      first_ = face;
+      file_ = IdentityOf(found);
+      size_ = size;
+      return;
+    }
+    const bool is_elsewhere = face.path != first_->path;
+    const bool is_other_place = is_elsewhere || face.index != first_->index;
+    is_ambiguous_ |= face.checksum != first_->checksum || face.post_script_name != first_->post_script_name ||
+                     (face.checksum == 0 && is_other_place) || (size > 0 && size_ > 0 && size != size_);
+    if (size_ == 0) size_ = size;
+    if (is_elsewhere && is_one_file_ && !is_ambiguous_) is_one_file_ = IdentityOf(found) == file_;
+  }
+  bool is_ambiguous() const { return is_ambiguous_; }
+  NameVerdict verdict() const {
+    if (is_ambiguous_) return NameVerdict::kAmbiguous;
+    return is_one_file_ ? NameVerdict::kExact : NameVerdict::kCopies;
+  }
+
+ private:
+  static std::string IdentityOf(const Found& found) {
+    return found.is_here ? FileIdentity(found.face.path) : found.face.path;
+  }
+
+  std::optional<Face> first_;
+  std::string file_;
+  std::uint64_t size_ = 0;  // the first that is known
+  bool is_ambiguous_ = false, is_one_file_ = true;
+};
+
+NameLookup::Search::Search(Database& database, const char* condition)
+    : first_two(database,
+                (std::string("SELECT file, face FROM faces WHERE ") + condition + " LIMIT 2").c_str()),
+      in_order(database, FacesWhere(condition).c_str()) {}
+
 NameLookup::NameLookup(Database& database)
     : faces_(database),
-      by_post_script_name_(database,
-                           "SELECT file, face FROM faces WHERE post_script_name = ? COLLATE NOCASE"),
-      by_full_name_(database, "SELECT file, face FROM faces WHERE full_name = ? COLLATE NOCASE"),
-      by_windows_full_name_(database,
-                            "SELECT file, face FROM faces WHERE windows_full_name = ? COLLATE NOCASE"),
-      by_family_(database, "SELECT file, face FROM faces WHERE family = ? COLLATE NOCASE"),
-      by_loose_name_(database, "SELECT file, face FROM faces WHERE loose_name = ?"),
-      by_class_(database, "SELECT file, face FROM faces WHERE class = ?"),
+      by_post_script_name_(database, "post_script_name = ? COLLATE NOCASE"),
+      by_full_name_(database, "full_name = ? COLLATE NOCASE"),
+      by_windows_full_name_(database, "windows_full_name = ? COLLATE NOCASE"),
+      commit_(database, "PRAGMA data_version"),
+      by_family_(database, FacesWhere("family = ? COLLATE NOCASE").c_str()),
+      by_loose_name_(database, FacesWhere("loose_name = ?").c_str()),
+      by_class_(database, FacesWhere("class = ?").c_str()),
       place_(database, PlaceQuery().c_str()) {}
 
-std::vector<NameLookup::Key> NameLookup::KeysOf(Statement& query, const std::string& value) {
-  return KeysIn(query.With(std::string_view(value)));
+// What was remembered may be of the commit before an update.
+void NameLookup::ForgetOldCommit() {
+  commit_.Reset();
+  const std::int64_t commit = commit_.Step() ? commit_.Integer(0) : 0;
+  commit_.Reset();
+  if (std::exchange(commit_seen_, commit) == commit) return;
+  families_.clear();
+  keys_of_families_ = 0;
+  classes_.clear();
 }
 
-std::vector<NameLookup::Key> NameLookup::KeysIn(Statement& query) {
-  std::vector<Key> keys;
+NameLookup::Keys NameLookup::KeysIn(Statement& query) {
+  Keys keys;
   while (query.Step()) keys.emplace_back(query.Integer(0), query.Integer(1));
   query.Reset();
-  std::sort(keys.begin(), keys.end());
   return keys;
 }
 
-std::vector<NameLookup::Found> NameLookup::FacesOf(const std::vector<Key>& keys) {
-  std::vector<Found> found;
-  Found of_file;                          // without its face
-  std::optional<std::int64_t> file_read;  // whose place is known
-  for (const auto& [file, face] : keys) {
-    auto row = faces_.Read(file, face);
-    if (!row) continue;
-    if (file != file_read) {
-      if (!place_.With(file).Step()) continue;
-      of_file.face.path = place_.Text(0) + place_.Text(1) + place_.Text(2);
-      of_file.data_fork_size = place_.Integer(3);
-      of_file.place = {place_.Text(4), place_.Integer(5), place_.Text(6), place_.Text(2)};
-      place_.Reset();
-      file_read = file;
-    }
-    row->face.path = of_file.face.path;
-    found.push_back({std::move(row->face), row->fond_id, of_file.data_fork_size, of_file.place});
+NameLookup::Keys NameLookup::KeysOf(Search& search, const std::string& value) {
+  Keys keys = KeysIn(search.first_two.With(std::string_view(value)));
+  return keys.size() < 2 ? keys : KeysIn(search.in_order.With(std::string_view(value)));
+}
+
+// At most so many of each set of styles.
+NameLookup::KeysByStyles NameLookup::ByStyles(Statement& query, const std::string& value, std::size_t most) {
+  KeysByStyles keys;
+  std::map<std::string, Keys*> by_text;  // as stored
+  query.With(std::string_view(value));
+  while (query.Step()) {
+    const auto [found, is_new] = by_text.try_emplace(query.Text(2));
+    if (is_new) found->second = &keys[Joined(StylesThatCount(StoredStyles(found->first)))];
+    if (found->second->size() < most) found->second->emplace_back(query.Integer(0), query.Integer(1));
   }
-  std::stable_sort(found.begin(), found.end(),
-                   [](const Found& a, const Found& b) { return a.place < b.place; });
+  query.Reset();
+  return keys;
+}
+
+const NameLookup::KeysByStyles* NameLookup::FamilyOf(const std::string& name) {
+  const std::string lower = InLowerCase(name);
+  const auto known = families_.find(lower);
+  if (known != families_.end()) return &known->second;
+  KeysByStyles family = ByStyles(by_family_, name, SIZE_MAX);
+  if (family.empty()) return nullptr;
+  if (keys_of_families_ > kMostKeysOfFamilies) {
+    families_.clear();
+    keys_of_families_ = 0;
+  }
+  keys_of_families_ += kKeysOfFamily;
+  for (const auto& [styles, keys] : family) keys_of_families_ += keys.size();
+  return &(families_[lower] = std::move(family));
+}
+
+std::optional<NameLookup::Found> NameLookup::FoundAt(const FaceKey& key) {
+  auto row = faces_.Read(key.first, key.second);
+  if (!row || !place_.With(key.first).Step()) return std::nullopt;
+  Found found{std::move(row->face), row->fond_id, place_.Integer(3), place_.Text(4).empty()};
+  found.face.path = place_.Text(0) + place_.Text(1) + place_.Text(2);
+  place_.Reset();
   return found;
 }
 
 // The longest beginning of the name that is a family; the words behind it tell the style.
-std::vector<NameLookup::Found> NameLookup::ByFamilyAndStyle(const std::string& name) {
+NameLookup::Keys NameLookup::ByFamilyAndStyle(const std::string& name) {
   const std::vector<std::string> words = WordsOf(name);
   for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
-    const std::vector<Key> keys = KeysOf(by_family_, Joined(words, 0, family_words, " "));
-    if (keys.empty()) continue;
+    const KeysByStyles* const family = FamilyOf(Joined(words, 0, family_words, " "));
+    if (family == nullptr) continue;
     if (words.size() - family_words > kMostStyleWords) return {};
     const auto styles = StylesOfAll(StyleWords(words, family_words));
     if (!styles) return {};
-    const std::vector<Found> family = FacesOf(keys);
     // The words of the family may tell styles, too, which then are among those of its faces.
     for (const StyleSet& wanted : {*styles, StylesOfName(words, family_words)}) {
-      std::vector<Found> faces;
-      std::copy_if(family.begin(), family.end(), std::back_inserter(faces),
-                   [&](const Found& each) { return StylesThatCount(each.face.styles) == wanted; });
-      if (!faces.empty()) return faces;
+      const auto keys = family->find(Joined(wanted));
+      if (keys != family->end()) return keys->second;
     }
     return {};
   }
   return {};
 }
 
-std::vector<NameLookup::Found> NameLookup::Near(const std::string& name) {
+NameLookup::Keys NameLookup::Near(const std::string& name) {
   const std::string loose = LooseName(name);
   const auto sum = SumOf(loose);
-  if (!sum) return {};
-  std::vector<Found> faces = FacesOf(KeysIn(by_loose_name_.With(*sum)));
-  std::erase_if(faces, [&](const Found& each) { return LooseName(each.face.post_script_name) != loose; });
-  return faces;
+  Keys keys;
+  if (!sum) return keys;
+  by_loose_name_.With(*sum);
+  while (by_loose_name_.Step()) {
+    if (LooseName(by_loose_name_.Text(3)) == loose)
+      keys.emplace_back(by_loose_name_.Integer(0), by_loose_name_.Integer(1));
+  }
+  by_loose_name_.Reset();
+  return keys;
 }
 
-// As `same` tells data apart: by name and checksum, and by size where several sizes are known. Without a
-// checksum data are not known to be the same as any other.
-bool NameLookup::HaveOneDatum(const std::vector<Found>& faces) {
-  const Face& first = faces.front().face;
-  std::set<std::uint64_t> sizes;
-  std::set<std::pair<std::string, std::uint32_t>> places;
-  for (const Found& each : faces) {
-    places.emplace(each.face.path, each.face.index);
-    if (each.face.checksum != first.checksum || each.face.post_script_name != first.post_script_name)
-      return false;
-    const std::uint64_t size =
-        CheckedBytes(each.face, each.fond_id, static_cast<std::uint64_t>(each.data_fork_size));
-    if (size > 0) sizes.insert(size);
+// Looks at all faces, or as far as the verdict is open, and holds the first.
+void NameLookup::Judge(const Keys& keys, FoundName& answer) {
+  Judgement judgement;
+  for (const FaceKey& key : keys) {
+    const bool is_held = answer.faces.size() < FoundName::kMostHeld;
+    if (!is_held) answer.more.push_back(key);
+    if (!is_held && judgement.is_ambiguous()) continue;
+    auto found = FoundAt(key);
+    if (!found) continue;
+    judgement.Add(*found);
+    if (is_held) answer.faces.push_back(std::move(found->face));
   }
-  return sizes.size() <= 1 && (first.checksum != 0 || places.size() == 1);
+  if (!answer.faces.empty()) answer.verdict = judgement.verdict();
 }
 
 FoundName NameLookup::Find(const std::string& name, bool wants_guesses) {
+  ForgetOldCommit();
   FoundName answer;
-  std::vector<Found> found;
-  const auto look = [&](const char* rule, std::vector<Found> faces) {
-    if (!found.empty() || faces.empty()) return;
+  Keys keys;
+  const auto look = [&](const char* rule, Keys found) {
+    if (found.empty()) return false;
     answer.rule = rule;
-    found = std::move(faces);
+    keys = std::move(found);
+    return true;
   };
-  look("postScriptName", FacesOf(KeysOf(by_post_script_name_, name)));
-  if (found.empty()) look("fullName", FacesOf(KeysOf(by_full_name_, name)));
-  if (found.empty()) look("windowsFullName", FacesOf(KeysOf(by_windows_full_name_, name)));
-  if (found.empty()) look("familyAndStyle", ByFamilyAndStyle(name));
-  if (!found.empty()) {
-    std::set<std::string> files;  // links are one; those of other machines cannot be told
-    for (const Found& each : found) {
-      const bool is_here = std::get<0>(each.place).empty();
-      files.insert(is_here ? FileIdentity(each.face.path) : each.face.path);
-    }
-    const bool is_one_file = files.size() == 1;
-    answer.verdict = !HaveOneDatum(found) ? NameVerdict::kAmbiguous
-                     : is_one_file        ? NameVerdict::kExact
-                                          : NameVerdict::kCopies;
-  } else {
-    look("near", Near(name));
-    if (!found.empty()) answer.verdict = NameVerdict::kNear;
+  const bool is_by_name = look("postScriptName", KeysOf(by_post_script_name_, name)) ||
+                          look("fullName", KeysOf(by_full_name_, name)) ||
+                          look("windowsFullName", KeysOf(by_windows_full_name_, name)) ||
+                          look("familyAndStyle", ByFamilyAndStyle(name));
+  if (!is_by_name) look("near", Near(name));
+  Judge(keys, answer);
+  if (answer.faces.empty()) {
+    answer.rule = nullptr;  // also where the catalogue is damaged and its parts disagree
+  } else if (!is_by_name) {
+    answer.verdict = NameVerdict::kNear;
   }
-  for (Found& each : found) answer.faces.push_back(std::move(each.face));
   if (answer.verdict == NameVerdict::kMissing && wants_guesses) answer.guesses = Guesses(name);
   return answer;
+}
+
+void NameLookup::TellMore(const FoundName& found, const std::function<void(const Face&)>& tell) {
+  for (const FaceKey& key : found.more) {
+    if (const auto face = FoundAt(key)) tell(face->face);
+  }
 }
 
 std::vector<Face> NameLookup::Guesses(const std::string& name) {
@@ -249,17 +342,15 @@ std::vector<Face> NameLookup::Guesses(const std::string& name) {
     const std::string classification = ClassOf(Joined(words, 0, family_words, " "), nullptr);
     if (classification.empty() || classification == "--") continue;
     if (words.size() - family_words > kMostStyleWords) return {};
-    const StyleSet wanted = StylesOfName(words, family_words);
-    std::string styles;
-    for (const std::string& style : wanted) styles += style + '\n';
-    const auto [known, is_new] = guesses_.try_emplace({classification, styles});
-    if (is_new) {
-      for (Found& each : FacesOf(KeysOf(by_class_, classification))) {
-        if (known->second.size() == kMostGuesses) break;
-        if (StylesThatCount(each.face.styles) == wanted) known->second.push_back(std::move(each.face));
-      }
+    const auto [known, is_new] = classes_.try_emplace(classification);
+    if (is_new) known->second = ByStyles(by_class_, classification, kMostGuesses);
+    std::vector<Face> guesses;
+    const auto keys = known->second.find(Joined(StylesOfName(words, family_words)));
+    if (keys == known->second.end()) return guesses;
+    for (const FaceKey& key : keys->second) {
+      if (auto found = FoundAt(key)) guesses.push_back(std::move(found->face));
     }
-    return known->second;
+    return guesses;
   }
   return {};
 }

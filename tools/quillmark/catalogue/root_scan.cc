@@ -18,7 +18,6 @@ std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind
 std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 std::string WithSlash(const std::string& path) { return path.ends_with('/') ? path : path + '/'; }
 
-constexpr const char kFile[] = "file";
 // The key that follows that of the root itself, which is empty.
 constexpr std::string_view kPastFirstKey("\0", 1);
 
@@ -75,7 +74,8 @@ RootScan::RootScan(Database& database, Root root, StampRules rules, const OwnFil
                  "INSERT OR IGNORE INTO temp.gone_files SELECT files.id FROM folders JOIN files "
                  "ON files.folder = folders.id WHERE root = ? AND key >= ?"),
       any_file_(database,
-                "SELECT 1 FROM folders JOIN files ON files.folder = folders.id WHERE root = ? LIMIT 1") {}
+                "SELECT 1 FROM folders JOIN files ON files.folder = folders.id WHERE root = ? LIMIT 1"),
+      mounts_(database, root_.id, WithSlash(root_.path)) {}
 
 std::optional<FoundFile> RootScan::Next() {
   if (!has_begun_) Begin();
@@ -106,6 +106,7 @@ void RootScan::Begin() {
   is_other_kind_ = !root_.identity.empty() && is_folder == (root_.identity == kFile);
   if (!is_folder) return BeginWithFile();
   identity_ = std::to_string(found.st_dev) + ':' + std::to_string(found.st_ino);
+  if (root_.accepts_unmounted) mounts_.ForgetUnmounted();
   walk_.emplace(root_.path, WalkOptions(), events_.stopped);
 }
 
@@ -136,14 +137,25 @@ bool RootScan::Advance() {
     is_whole_ = false;
     return false;
   }
-  // A folder that a file system is mounted on is there without it, too, and empty.
-  const bool had_files = any_file_.With(root_.id).Step();
-  any_file_.Reset();
-  if (is_whole_ && !has_files_ && had_files && identity_ != root_.identity) {
-    Fail(root_.path, "it is empty, and another folder than before, as when nothing is mounted there");
-  }
+  LookForUnmounted();
   gone_tail_.Run(root_.id, Blob{next_key_});
   return false;
+}
+
+// A folder that a file system is mounted on is there without it, too, mostly empty. That it was one is known
+// where files were found below it.
+void RootScan::LookForUnmounted() {
+  for (std::string path : mounts_.Unmounted()) {
+    if (path.size() > 1) path.pop_back();
+    Fail(path,
+         "nothing is mounted there any more; files that are missing are kept (--accept-unmounted gives them "
+         "up)");
+  }
+  const bool had_files = any_file_.With(root_.id).Step();
+  any_file_.Reset();
+  if (is_whole_ && !has_files_ && had_files && identity_ != root_.identity && !root_.accepts_unmounted) {
+    Fail(root_.path, "it is empty, and another folder than before, as when nothing is mounted there");
+  }
 }
 
 FolderOfRoot RootScan::FolderAt(const std::string& path) const {
@@ -174,7 +186,9 @@ void RootScan::Enter(WalkedFolder walked) {
   // Folders come in the order of their keys, so that those between two neighbours hold no files any more.
   gone_folders_.Run(root_.id, Blob{next_key_}, Blob{folder.place.key});
   next_key_ = folder.place.key + '\0';
-  if (!folder.walked.names.empty()) has_files_ = true;
+  if (folder.walked.names.empty()) return;
+  has_files_ = true;
+  mounts_.Enter(folder.place.key, opened);
 }
 
 // The next row of the folder; null at the end. Rows are looked up behind the last one before any name behind

@@ -10,10 +10,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/database.h"
 #include "catalogue/file_clock.h"
+#include "catalogue/mount_points.h"
 #include "catalogue/own_files.h"
 #include "catalogue/recording_files.h"
 #include "catalogue/stamps.h"
@@ -24,7 +26,8 @@ namespace quillmark::tool {
 struct Root {
   std::int64_t id = 0;
   std::string path;
-  std::string identity;  // of what was found there when it was walked whole; empty before
+  std::string identity;            // of what was found there when it was walked whole; empty before
+  bool accepts_unmounted = false;  // where nothing is mounted any more, files are gone
 };
 
 struct FolderOfRoot {
@@ -73,6 +76,8 @@ struct OpenFolder {
 
 class RootScan {
  public:
+  static constexpr std::string_view kFile = "file";  // the identity of a root that is one
+
   // What to do for each file that is looked at, and for each folder that cannot be listed.
   struct Events {
     std::function<void()> on_file;
@@ -86,10 +91,12 @@ class RootScan {
 
   std::optional<FoundFile> Next();
 
-  // After the last file: whether every folder could be listed. Otherwise nothing may count as gone.
+  // After the last file: whether every folder could be listed, and all is mounted that was. Otherwise nothing
+  // may count as gone.
   bool is_whole() const { return is_whole_; }
   // Device and inode of the folder at the root's path; "file" for a file.
   const std::string& identity() const { return identity_; }
+  bool is_file() const { return identity_ == kFile; }
 
  private:
   void Begin();
@@ -105,6 +112,7 @@ class RootScan {
   void NoteGone(const KnownRow& known);
   bool HasCompanionsAsKnown(std::int64_t file, const Companions& carriers);
   KnownRow KnownAt(const Statement& row) const;
+  void LookForUnmounted();
   void Fail(const std::string& path, const std::string& fault);
   FolderOfRoot FolderAt(const std::string& path) const;
 
@@ -114,6 +122,7 @@ class RootScan {
   const FileClock& clock_;
   const Events events_;
   Statement files_, dependents_, mark_dependents_, companions_, gone_, gone_folders_, gone_tail_, any_file_;
+  MountPoints mounts_;
   std::optional<FolderWalk> walk_;
   std::optional<OpenFolder> folder_;
   std::string identity_;

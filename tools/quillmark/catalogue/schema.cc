@@ -151,6 +151,15 @@ CREATE VIEW ambiguous_names AS
   FROM faces WHERE post_script_name <> '' GROUP BY post_script_name HAVING count(DISTINCT checksum) > 1;
 )";
 
+// Readers do without it.
+constexpr const char kMounts[] = R"(
+CREATE TABLE IF NOT EXISTS mounts (
+  root INTEGER NOT NULL REFERENCES roots ON DELETE CASCADE,
+  key  BLOB NOT NULL,
+  PRIMARY KEY (root, key)
+) WITHOUT ROWID;
+)";
+
 static_assert(static_cast<int>(Outcome::kUnreadable) == 9, "as in the index files_unreadable");
 
 }  // namespace
@@ -158,11 +167,14 @@ static_assert(static_cast<int>(Outcome::kUnreadable) == 9, "as in the index file
 void CreateSchema(Database& database) {
   Transaction transaction(database);
   database.Run(kSchema);
+  database.Run(kMounts);
   database.Run(("PRAGMA application_id = " + std::to_string(kApplicationId) +
                 "; PRAGMA user_version = " + std::to_string(kSchemaVersion))
                    .c_str());
   transaction.Commit();
 }
+
+void CompleteSchema(Database& database) { database.Run(kMounts); }
 
 namespace {
 

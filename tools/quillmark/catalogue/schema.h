@@ -16,6 +16,9 @@ inline constexpr std::int64_t kSchemaVersion = 2;
 // Makes the tables in an empty database.
 void CreateSchema(Database& database);
 
+// Adds what catalogues of the same version lack that were made by the first programs of it.
+void CompleteSchema(Database& database);
+
 // Throws a DatabaseError unless the file is a catalogue that this program understands: by what SQLite says of
 // it, or by its first bytes (database.h).
 void CheckSchema(Database& database);

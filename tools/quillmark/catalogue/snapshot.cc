@@ -24,6 +24,13 @@ bool TellWhetherComplete(Database& database, const std::string& catalogue) {
   look("SELECT count(*) FROM roots WHERE fault IS NOT NULL OR identity IS NULL", "root", " not walked whole");
   look("SELECT count(*) FROM files WHERE outcome = " + std::to_string(static_cast<int>(Outcome::kUnreadable)),
        "file", " that could not be read");
+  // As identify ends with status 1 for a named file of which it tells so.
+  look(
+      "SELECT count(*) FROM roots CROSS JOIN folders ON folders.root = roots.id "
+      "CROSS JOIN files ON files.folder = folders.id WHERE identity = 'file' AND outcome NOT IN (" +
+          std::to_string(static_cast<int>(Outcome::kFaces)) + ", " +
+          std::to_string(static_cast<int>(Outcome::kUnreadable)) + ")",
+      "root", " not giving all faces");
   if (!lacks.empty()) std::cerr << Printable(catalogue) + ": the catalogue is not complete: " + lacks + '\n';
   return lacks.empty();
 }

@@ -21,10 +21,12 @@
 #include "catalogue/file_clock.h"
 #include "catalogue/file_rows.h"
 #include "catalogue/own_files.h"
+#include "catalogue/prune.h"
 #include "catalogue/recording_files.h"
 #include "catalogue/root_scan.h"
 #include "files/interrupt.h"
 #include "files/open_files.h"
+#include "reasons/reason.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -183,7 +185,10 @@ class Updater {
       if (Interrupted() == 0) Walk(root);
     }
     commits_.Commit();
-    if (Interrupted() == 0) EndRun();
+    if (Interrupted() == 0) {
+      EndRun();
+      Prune(database_, changed_ + gone_ > 0);
+    }
     return Interrupted() != 0 ? InterruptedStatus() : is_complete_ ? 0 : 1;
   }
 
@@ -243,9 +248,24 @@ class Updater {
                  fault.empty() ? std::nullopt : std::optional<std::string_view>(fault), root.id);
       }
       commits_.Commit();
+      if (scan.is_file()) TellLack(root);
     }
     database_.Run("DROP TABLE temp.gone_files");
     is_complete_ &= fault.empty();
+  }
+
+  // Of a root that is a file, whether it was read or not. One that could not be read was told of.
+  void TellLack(const Root& root) {
+    Statement find(database_,
+                   "SELECT outcome, reason, listed, (SELECT count(*) FROM faces WHERE file = files.id) FROM "
+                   "folders JOIN files ON files.folder = folders.id WHERE root = ?");
+    if (!find.With(root.id).Step()) return;
+    const auto outcome = static_cast<Outcome>(find.Integer(0));
+    if (outcome == Outcome::kFaces || outcome == Outcome::kUnreadable) return;
+    Explanation explanation{outcome, find.Text(1)};
+    if (!find.IsNull(2)) explanation.listed = static_cast<std::uint32_t>(find.Integer(2));
+    Tell(Printable(root.path) + ": " + Told(static_cast<std::size_t>(find.Integer(3)), explanation));
+    is_complete_ = false;
   }
 
   void Write(const Root& root, const IdentifiedFile& file) {
@@ -357,7 +377,8 @@ int UpdateDatabase(Database& database, const CatalogueUpdate& update, bool tells
   }
   if (!database.path().empty()) CheckNewRoots(database, update.roots);
   const BegunRun begun = BeginRun(database, update.roots);
-  const std::vector<Root> roots = RootsOf(database);
+  std::vector<Root> roots = RootsOf(database);
+  for (Root& root : roots) root.accepts_unmounted = update.accept_unmounted;
   DeriveAnewFor(database, update.tables);
   PathSources sources;
   for (const Root& root : roots) sources.paths.push_back(root.path);

@@ -43,6 +43,8 @@ void AddUpdate(CLI::App& group, int& status) {
       ->check(NotEmpty("path"));
   command->add_flag("--ignore-ctime", update->ignore_ctime, "Of copied trees: not look at times of change");
   command->add_flag("--ignore-inode", update->ignore_inode, "Of copied trees: not look at inode numbers");
+  command->add_flag("--accept-unmounted", update->accept_unmounted,
+                    "Give up files of file systems that are not mounted any more");
   AddWork(*command, update->work);
   command->callback([&status, update] {
     LoadTables(kEveryNeed);
