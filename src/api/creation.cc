@@ -9,9 +9,25 @@
 namespace quillmark {
 namespace {
 
+// Keeps what tells why a file gives no face.
+void KeepResources(Creation& creation, QuillmarkResourceFile* resources) {
+  CreationResult& result = creation.result;
+  if (result.map_faults.resource_fork) result.damaged_fork = creation.file.ResourceFork()->where;
+  if (resources == nullptr) return;
+  const ResourceMap& map = resources->map();
+  ListedResources& listed = result.resources.emplace();
+  listed.in_data_fork = resources->isDataFork();
+  listed.fonds = map.CountResources(kFond);
+  listed.posts = map.CountResources(kPost);
+  listed.outlines = map.CountResources(kSfnt);
+  if (listed.fonds > 0 || listed.posts > 0) return;
+  for (std::size_t i = 0; const auto type = map.TypeAt(i); ++i) listed.types.push_back(*type);
+}
+
 // A resource file is recognised by its FONDs, or by the POST resources of a printer font.
 void AddFileFaces(Creation& creation) {
-  const ResourceFileHolder resources(AllocateResourceFile(creation.file, true));
+  const ResourceFileHolder resources(AllocateResourceFile(creation.file, true, &creation.result.map_faults));
+  KeepResources(creation, resources.get());
   // The number of FONDs is a signed 16-bit one: with a negative one there is no face at all.
   const int fond_count = countResType(resources.get(), kFond);
   if (fond_count != 0 || FileHasPOSTsInResourceFork(resources.get())) {

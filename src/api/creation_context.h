@@ -13,10 +13,16 @@
 #include "api/face_fault.h"
 #include "api/font_array.h"
 #include "platform/files/font_file.h"
+#include "resources/quillmark_resource_file.h"
 
 namespace quillmark {
 
-class QuillmarkResourceFile;
+// What the resource map of a font file lists.
+struct ListedResources {
+  bool in_data_fork = false;  // where the map lies
+  std::size_t fonds = 0, posts = 0, outlines = 0;
+  std::vector<ResType> types;  // in their order; none of a file with FONDs or POST resources
+};
 
 struct CreationResult {
   static constexpr std::size_t kMostFaults = 256;  // further faults are dropped
@@ -29,6 +35,11 @@ struct CreationResult {
   // Of a collection: how many faces its header claims, and how reading it went.
   std::uint32_t claimed_faces = 0;
   CollectionStatus collection_status = kCollectionOk;
+  // Nothing without a resource map, and where none is looked for: of a collection, and of a path that is not
+  // UTF-8.
+  std::optional<ListedResources> resources;
+  MapFaults map_faults;
+  std::string damaged_fork;  // where a resource fork that is no map lies: a path or an attribute's name
   // The budget was spent before all faces were read, most of it on this.
   std::optional<Work> spent_on;
   std::uint64_t charged_steps = 0;  // of the budget

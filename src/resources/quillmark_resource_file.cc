@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/resource_manager/resource_files.h"
 #include "resources/resource_handle.h"
 
 namespace quillmark {
@@ -51,13 +52,13 @@ QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(const std::string& pa
   return initWithFile(file, readOnly);
 }
 
-QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(FontFile& file, bool readOnly) {
+QuillmarkResourceFile* QuillmarkResourceFile::initWithFile(FontFile& file, bool readOnly, MapFaults* faults) {
   const auto release = [](QuillmarkResourceFile* opened) { opened->release(); };
   std::unique_ptr<QuillmarkResourceFile, decltype(release)> opened(
       new QuillmarkResourceFile(file.path(), readOnly, file.budget()));
   FSRef ref;
   if (FSFileMakeRef(file, &ref, nullptr) != noErr) return nullptr;
-  opened->ref_num_ = opened->openFileForResourceAccess(ref);
+  opened->ref_num_ = opened->openFileForResourceAccess(ref, faults);
   if (opened->ref_num_ == -1) return nullptr;
   opened->folder_ = std::filesystem::path(opened->path_).parent_path() / "";
   return opened.release();
@@ -77,15 +78,22 @@ void QuillmarkResourceFile::release() {
   if (--references_ == 0) delete this;
 }
 
-ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess(const FSRef& ref) {
+ResFileRefNum QuillmarkResourceFile::openFileForResourceAccess(const FSRef& ref, MapFaults* faults) {
   const ResourceLoadingOff no_preload;
   const SInt8 permission = read_only_ ? fsRdPerm : fsRdWrPerm;
   ResFileRefNum ref_num = FSOpenResFile(&ref, permission);
+  if (faults != nullptr) faults->resource_fork = ThreadResourceFiles().map_fault;
   if (ref_num == -1) {
     FSOpenResourceFile(&ref, 0, nullptr, permission, &ref_num);
     is_data_fork_ = true;
+    if (faults != nullptr) faults->data_fork = ThreadResourceFiles().map_fault;
   }
   return ref_num;
+}
+
+const ResourceMap& QuillmarkResourceFile::map() const {
+  UseResFile(ref_num_);
+  return ThreadResourceFiles().Current()->map();
 }
 
 OSStatus QuillmarkResourceFile::activate() {

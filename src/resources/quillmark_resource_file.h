@@ -16,12 +16,18 @@
 #include <vector>
 
 #include "platform/resource_manager/resource_manager.h"
+#include "platform/resource_manager/resource_map.h"
 #include "resources/printer_font_name.h"
 
 namespace quillmark {
 
 // The status of activation for a file that exists.
 inline constexpr OSStatus kATSInvalidFontContainerAccess = -985;
+
+// Why the forks of a file are no resource maps; nothing for one that is missing or was not looked at.
+struct MapFaults {
+  std::optional<MapFault> resource_fork, data_fork;
+};
 
 // Distinct and ascending, as every list of resource IDs is handed out.
 std::vector<std::int16_t> SortedIds(std::vector<std::int16_t> ids);
@@ -31,8 +37,9 @@ class QuillmarkResourceFile {
   // Opens the resource fork of `path`, failing that its data fork, as a resource map. Null when neither
   // opens. The caller owns one reference.
   static QuillmarkResourceFile* initWithFile(const std::string& path, bool readOnly);
-  // The same for a file that was looked up, whose budget it charges; both outlive the object.
-  static QuillmarkResourceFile* initWithFile(FontFile& file, bool readOnly);
+  // The same for a file that was looked up, whose budget it charges; both outlive the object. `faults` (may
+  // be null) receives why forks are no maps.
+  static QuillmarkResourceFile* initWithFile(FontFile& file, bool readOnly, MapFaults* faults = nullptr);
   void retain();
   void release();  // the last one closes the map, which writes removals out when it was opened for writing
   QuillmarkResourceFile(const QuillmarkResourceFile&) = delete;
@@ -40,6 +47,8 @@ class QuillmarkResourceFile {
 
   std::string file() const { return path_; }
   bool isDataFork() const { return is_data_fork_; }
+  // For counts beyond what a signed 16-bit number holds.
+  const ResourceMap& map() const;
 
   // Linux has no font service: activate() always fails, deactivate() returns 0.
   OSStatus activate();
@@ -71,7 +80,7 @@ class QuillmarkResourceFile {
  private:
   QuillmarkResourceFile(std::string path, bool readOnly, Budget* budget);
   ~QuillmarkResourceFile();
-  ResFileRefNum openFileForResourceAccess(const FSRef& ref);
+  ResFileRefNum openFileForResourceAccess(const FSRef& ref, MapFaults* faults);
 
   std::string path_;
   std::string folder_;  // of path_, with its slash; empty for a bare name

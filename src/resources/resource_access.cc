@@ -11,8 +11,8 @@ QuillmarkResourceFile* AllocateResourceFile(CFStringRef path, bool readOnly) {
   return text.Set(path) ? QuillmarkResourceFile::initWithFile(text.str(), readOnly) : nullptr;
 }
 
-QuillmarkResourceFile* AllocateResourceFile(FontFile& file, bool readOnly) {
-  return QuillmarkResourceFile::initWithFile(file, readOnly);
+QuillmarkResourceFile* AllocateResourceFile(FontFile& file, bool readOnly, MapFaults* faults) {
+  return QuillmarkResourceFile::initWithFile(file, readOnly, faults);
 }
 
 void FreeResourceFile(QuillmarkResourceFile* file) {

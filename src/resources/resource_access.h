@@ -15,10 +15,12 @@
 namespace quillmark {
 
 class QuillmarkResourceFile;
+struct MapFaults;
 
 // Null when neither fork holds a resource map, and for a path that is not UTF-8. The caller frees it.
+// `faults` (may be null) receives why forks are no maps.
 QuillmarkResourceFile* AllocateResourceFile(CFStringRef path, bool readOnly);
-QuillmarkResourceFile* AllocateResourceFile(FontFile& file, bool readOnly);
+QuillmarkResourceFile* AllocateResourceFile(FontFile& file, bool readOnly, MapFaults* faults = nullptr);
 void FreeResourceFile(QuillmarkResourceFile* file);
 
 int countResType(QuillmarkResourceFile* file, ResType type);

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "commands/command_help.h"
 #include "commands/command_line.h"
 #include "commands/commands.h"
 #include "output/output.h"

@@ -25,6 +25,7 @@ ResFileRefNum NextNumber(ResourceFiles& files) {
 // Opens the map in `fork` and makes it the current file. The result is its number, or -1 with the error set.
 ResFileRefNum OpenMap(FontFile& file, MapOrigin origin, std::optional<Fork> fork, SInt8 permission) {
   ResourceFiles& files = ThreadResourceFiles();
+  files.map_fault.reset();
   const auto fail = [&files](OSErr error) {
     files.error = error;
     return kNoFile;
@@ -32,7 +33,9 @@ ResFileRefNum OpenMap(FontFile& file, MapOrigin origin, std::optional<Fork> fork
   if (!fork) return fail(file.Status().error != 0 ? fnfErr : resFNotFound);
   const bool writable = permission == fsRdWrPerm;
   if (writable && !IsWritable(origin)) return fail(permErr);
-  auto map = ResourceMap::Open(*std::move(fork), file.budget());
+  MapFault fault;
+  auto map = ResourceMap::Open(*std::move(fork), file.budget(), &fault);
+  if (!map) files.map_fault = fault;
   if (!map || files.chain.size() >= std::numeric_limits<ResFileRefNum>::max()) return fail(mapReadErr);
   auto opened = std::make_unique<OpenResourceFile>(std::move(origin), *std::move(map), writable);
   files.current = NextNumber(files);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/resource_manager/open_resource_file.h"
@@ -22,6 +23,7 @@ struct ResourceFiles {
   ResFileRefNum last_number = 0;
   bool load = true;
   OSErr error = noErr;
+  std::optional<MapFault> map_fault;  // why the fork that was opened last is no map
 
   // Position in the chain of a number; the end when it is not open.
   std::vector<Opened>::iterator Find(ResFileRefNum number) {

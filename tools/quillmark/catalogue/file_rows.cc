@@ -8,7 +8,7 @@
 
 #include "api/font_array.h"
 #include "catalogue/reading_rules.h"
-#include "library/library_details.h"
+#include "library/library.h"
 #include "reasons/fork_places.h"
 
 namespace quillmark::tool {

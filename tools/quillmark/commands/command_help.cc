@@ -1,11 +1,12 @@
-#include "commands/command_help.h"
-
+// The help of commands beyond their options: exit statuses and two examples; and the command that prints
+// help. Tests: tests/cli/usage_test.py.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "commands/command_line.h"
+#include "commands/commands.h"
 
 namespace quillmark::tool {
 namespace {

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "commands/suggestion.h"
-#include "text/display_width.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
@@ -16,6 +15,20 @@ namespace {
 
 [[noreturn]] void ThrowWrongUsage(const std::string& what) {
   throw CLI::ParseError(what, CLI::ExitCodes::ExtrasError);
+}
+
+// For a word that is no command.
+[[noreturn]] void ThrowNoCommand(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  std::string suggestion = Suggestion(word, names);
+  std::error_code ignored;
+  const auto path = app.get_parent() == nullptr ? ShellWord(word) : std::nullopt;
+  if (path && std::filesystem::exists(word, ignored)) {
+    suggestion = "; did you mean quillmark identify " + *path + '?';
+  }
+  ThrowWrongUsage("no command " + Printable(word) +
+                  (suggestion.empty() ? "; see: quillmark help" : suggestion));
 }
 
 bool IsFlag(const CLI::Option& option) { return option.get_items_expected_max() == 0; }
@@ -175,19 +188,6 @@ const CLI::App& CommandNamed(const CLI::App& of, const std::string& name) {
       of.get_subcommands([&](const CLI::App* command) { return command->get_name() == wanted; });
   if (found.empty()) ThrowNoCommand(of, name);
   return *found.front();
-}
-
-void ThrowNoCommand(const CLI::App& app, const std::string& word) {
-  std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
-  std::string suggestion = Suggestion(word, names);
-  std::error_code ignored;
-  const auto path = app.get_parent() == nullptr ? ShellWord(word) : std::nullopt;
-  if (path && std::filesystem::exists(word, ignored)) {
-    suggestion = "; did you mean quillmark identify " + *path + '?';
-  }
-  ThrowWrongUsage("no command " + Printable(word) +
-                  (suggestion.empty() ? "; see: quillmark help" : suggestion));
 }
 
 bool RunCommandLine(CLI::App& app, const std::vector<std::string>& words) {

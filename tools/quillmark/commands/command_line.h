@@ -19,9 +19,6 @@ bool RunCommandLine(CLI::App& app, const std::vector<std::string>& words);
 // The command of a name among those of another one. "catalog" is "catalogue".
 const CLI::App& CommandNamed(const CLI::App& of, const std::string& name);
 
-// Throws the error for a word that is no command.
-[[noreturn]] void ThrowNoCommand(const CLI::App& app, const std::string& word);
-
 }  // namespace quillmark::tool
 
 #endif

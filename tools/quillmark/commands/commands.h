@@ -29,6 +29,10 @@ void AddCatalogue(CLI::App& app, int& status);
 void AddFind(CLI::App& app, int& status);
 void AddVersion(CLI::App& app, int& status);
 
+// Adds the command help, and to the help of every command that was added before its exit statuses and two
+// examples.
+void AddHelp(CLI::App& app);
+
 // The line that --version prints: "quillmark 1.4".
 std::string VersionLine();
 

@@ -22,7 +22,6 @@
 #include "reasons/reason.h"
 #include "reasons/watched_files.h"
 #include "text/printable.h"
-#include "text/terminal.h"
 
 namespace quillmark::tool {
 namespace {
@@ -82,7 +81,7 @@ constexpr struct {
               {"differs", "differs"}, {"onlyA", "only A"},
               {"onlyB", "only B"},    {"unknown", "cannot tell"}};
 
-void WriteJson(std::ostream& out, const Side& a, const Side& b, const std::vector<ComparedPair>& pairs) {
+void WriteJson(const Side& a, const Side& b, const std::vector<ComparedPair>& pairs) {
   Json list = Json::array();
   for (const ComparedPair& pair : pairs) {
     Json attributes = Json::array();
@@ -99,31 +98,32 @@ void WriteJson(std::ostream& out, const Side& a, const Side& b, const std::vecto
                     {"attributes", std::move(attributes)}});
   }
   const Json whole = {{"a", a.path}, {"b", b.path}, {"pairs", std::move(list)}};
-  WriteJsonDocument(out, whole);
+  WriteJsonDocument(std::cout, whole);
 }
 
-void WriteTables(std::ostream& out, const Side& a, const Side& b, const std::vector<ComparedPair>& pairs) {
-  out << "A: " << Printable(a.path) << "\nB: " << Printable(b.path) << '\n';
+void WriteTables(const Side& a, const Side& b, const std::vector<ComparedPair>& pairs) {
+  std::cout << "A: " << Printable(a.path) << "\nB: " << Printable(b.path) << '\n';
   for (const ComparedPair& pair : pairs) {
     std::vector<std::vector<std::string>> rows;
     for (const ComparedAttribute& attribute : pair.attributes) {
       rows.push_back({attribute.name, kWords[static_cast<std::size_t>(attribute.verdict)].in_table,
                       attribute.value_a, attribute.value_b});
     }
-    out << '\n'
-        << Printable(pair.name) << ": face " << pair.faces.a << " of A, face " << pair.faces.b << " of B\n";
-    WriteTable(out, {{"ATTRIBUTE"}, {"VERDICT"}, {"A"}, {"B"}}, rows, OutputLook());
+    std::cout << '\n'
+              << Printable(pair.name) << ": face " << pair.faces.a << " of A, face " << pair.faces.b
+              << " of B\n";
+    WriteTable({{"ATTRIBUTE"}, {"VERDICT"}, {"A"}, {"B"}}, rows);
   }
 }
 
-void WriteSummary(std::ostream& out, const Side& a, const Side& b, const std::vector<ComparedPair>& pairs,
+void WriteSummary(const Side& a, const Side& b, const std::vector<ComparedPair>& pairs,
                   std::size_t conflicts) {
   std::set<std::uint32_t> partners;
   for (const ComparedPair& pair : pairs) partners.insert(pair.faces.b);
-  out << pairs.size() << (pairs.size() == 1 ? " pair of faces, " : " pairs of faces, ") << conflicts
-      << (conflicts == 1 ? " conflict" : " conflicts")
-      << "; without a partner: " << a.array->size() - pairs.size() << " of A, "
-      << b.array->size() - partners.size() << " of B\n";
+  std::cerr << pairs.size() << (pairs.size() == 1 ? " pair of faces, " : " pairs of faces, ") << conflicts
+            << (conflicts == 1 ? " conflict" : " conflicts")
+            << "; without a partner: " << a.array->size() - pairs.size() << " of A, "
+            << b.array->size() - partners.size() << " of B\n";
 }
 
 int Compare(Side a, Side b, const std::string& format) {
@@ -147,9 +147,9 @@ int Compare(Side a, Side b, const std::string& format) {
   if (pairs.empty()) {
     return ReportFault(a.path, "no face shares a name with one of " + Printable(b.path));
   }
-  (format == "json" ? WriteJson : WriteTables)(std::cout, a, b, pairs);
+  (format == "json" ? WriteJson : WriteTables)(a, b, pairs);
   FlushOutput();
-  WriteSummary(std::cerr, a, b, pairs, conflicts);
+  WriteSummary(a, b, pairs, conflicts);
   return conflicts == 0 ? 0 : kConflictStatus;
 }
 

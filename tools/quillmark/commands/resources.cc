@@ -1,6 +1,5 @@
 // quillmark resources: the resource map of a font file, and what each of its FONDs says.
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 #include <optional>
 #include <string>

@@ -72,13 +72,12 @@ int Same(const SameOptions& options) {
 
   library.Finish();
   const LibraryLists lists = ListsOf(library, options);
-  LibraryDetails details(library);
   const auto write = options.format == "json"  ? WriteLibraryJson
                      : options.format == "tsv" ? WriteLibraryTsv
                                                : WriteLibraryTables;
   // "Conflicts: none" would say that fonts were compared. The other forms stay well-formed for programs.
   const bool is_for_people = options.format == "table";
-  if (!is_for_people || !library.files().empty()) write(std::cout, details, lists);
+  if (!is_for_people || !library.files().empty()) write(std::cout, library, lists);
   FlushOutput();
   if (!options.files.quiet) {
     WriteSummary(std::cerr, library, Losses(outcome.counts, files));

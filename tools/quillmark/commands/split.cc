@@ -53,98 +53,67 @@ using Place = std::pair<std::uint64_t, std::string_view>;
 constexpr std::uint64_t kNowhere = std::numeric_limits<std::uint64_t>::max();
 
 // The fonts that one file holds: the faces of a collection, or the outlines of a resource file.
-class FontSource {
- public:
-  virtual ~FontSource() = default;
-  // What its fonts are called: "face", "sfnt".
-  virtual std::string Kind() const = 0;
-  // Face or resource numbers, ascending.
-  virtual std::vector<int> Numbers() = 0;
+struct FontSource {
+  std::string kind;          // what its fonts are called: "face", "sfnt"
+  std::vector<int> numbers;  // of faces or resources, ascending
   // Fonts of one place have the same bytes, or cannot be extracted for the same reason.
-  virtual Place PlaceOfFont(int number) = 0;
+  std::function<Place(int number)> place_of;
   // The whole font; empty, with the reason, when it cannot be extracted.
-  virtual std::vector<char> Font(int number, std::string& reason) = 0;
+  std::function<std::vector<char>(int number, std::string& reason)> font;
 };
 
-class CollectionSource : public FontSource {
- public:
-  explicit CollectionSource(FontFile& file) : collection_(file) {}
-
-  CollectionStatus Status() const { return collection_.status(); }
-  std::uint32_t FaceCount() const { return collection_.faceCount(); }
-
-  std::string Kind() const override { return "face"; }
-
-  std::vector<int> Numbers() override {
-    std::vector<int> numbers(collection_.listedFaceCount());
-    std::iota(numbers.begin(), numbers.end(), 0);
-    return numbers;
-  }
-
+FontSource SourceOf(const TrueTypeCollectionFont& collection) {
+  FontSource source{"face", std::vector<int>(collection.listedFaceCount()), {}, {}};
+  std::iota(source.numbers.begin(), source.numbers.end(), 0);
   // The same list of tables makes the same font, wherever the list lies.
-  Place PlaceOfFont(int number) override {
+  source.place_of = [&](int number) -> Place {
     const auto face = static_cast<std::uint32_t>(number);
-    if (const auto found = collection_.FindFace(face)) return {kNowhere, AsText(found->directory)};
-    return {collection_.directoryOffset(face).value_or(kNowhere), {}};
-  }
-
-  std::vector<char> Font(int number, std::string& reason) override {
+    if (const auto found = collection.FindFace(face)) return {kNowhere, AsText(found->directory)};
+    return {collection.directoryOffset(face).value_or(kNowhere), {}};
+  };
+  source.font = [&](int number, std::string& reason) {
     std::vector<char> font;
     const auto face = static_cast<std::uint32_t>(number);
     CollectionFault fault;
-    if (!collection_.FindFace(face, &fault)) reason = Words(fault);
-    if (collection_.GetDataPtrForFace(face, font) != kCollectionOk && reason.empty()) {
+    if (!collection.FindFace(face, &fault)) reason = Words(fault);
+    if (collection.GetDataPtrForFace(face, font) != kCollectionOk && reason.empty()) {
       reason = "there is too little memory for it";
     }
     return font;
-  }
+  };
+  return source;
+}
 
- private:
-  TrueTypeCollectionFont collection_;
-};
-
-class ResourceSource : public FontSource {
- public:
-  explicit ResourceSource(ResourceMap map) : map_(std::move(map)) {}
-
-  std::string Kind() const override { return "sfnt"; }
-
-  std::vector<int> Numbers() override {
-    std::set<int> ids;
-    for (std::size_t i = 0; i < map_.CountResources(kSfnt); ++i) ids.insert(map_.ID(*map_.At(kSfnt, i)));
-    return {ids.begin(), ids.end()};
-  }
-
-  Place PlaceOfFont(int number) override {
-    const auto data = DataOf(number);
+FontSource SourceOf(ResourceMap& map) {
+  std::set<int> ids;
+  for (std::size_t i = 0; i < map.CountResources(kSfnt); ++i) ids.insert(map.ID(*map.At(kSfnt, i)));
+  const auto data_of = [&map](int number) {
+    const auto key = map.Find(kSfnt, static_cast<std::int16_t>(number));
+    return key ? map.Data(*key) : std::nullopt;
+  };
+  FontSource source{"sfnt", {ids.begin(), ids.end()}, {}, {}};
+  source.place_of = [data_of](int number) -> Place {
+    const auto data = data_of(number);
     return {data ? data->start : kNowhere, {}};
-  }
-
-  std::vector<char> Font(int number, std::string& reason) override {
+  };
+  source.font = [&map, data_of](int number, std::string& reason) {
     std::vector<char> font;
-    const auto data = DataOf(number);
+    const auto data = data_of(number);
     const auto append = [&font](Bytes piece) {
       font.insert(font.end(), AsText(piece).begin(), AsText(piece).end());
       return true;
     };
     if (!data || data->length == 0) {
       reason = "its data are empty or lie outside the file";
-    } else if (!map_.fork().Copy(data->start, data->length, append)) {
+    } else if (!map.fork().Copy(data->start, data->length, append)) {
       reason = "its data cannot be read";
     } else if (const auto kind = SfntKind(BytesOf(font)); !kind || StartsWith(BytesOf(font), "typ1")) {
       reason = "neither a TrueType nor an OpenType font";
     }
     return font;
-  }
-
- private:
-  std::optional<ResourceMap::DataRange> DataOf(int number) {
-    const auto key = map_.Find(kSfnt, static_cast<std::int16_t>(number));
-    return key ? map_.Data(*key) : std::nullopt;
-  }
-
-  ResourceMap map_;
-};
+  };
+  return source;
+}
 
 // One output file: fonts of the same bytes, or fonts that cannot be extracted for the same reason.
 struct Target {
@@ -166,7 +135,7 @@ std::string NamesOf(const std::string& kind, const std::vector<int>& numbers) {
 
 class Splitter {
  public:
-  Splitter(const Options& options, FontSource& source, const WatchedFiles& files, FontFile& file)
+  Splitter(const Options& options, const FontSource& source, const WatchedFiles& files, FontFile& file)
       : options_(options), source_(source), files_(files), file_(file) {}
 
   int Run() {
@@ -176,8 +145,7 @@ class Splitter {
     }
     std::erase_if(targets_, [&](const Target& target) {
       if (target.reason.empty()) return false;
-      Complain(options_.file,
-               NamesOf(source_.Kind(), target.numbers) + " cannot be written: " + target.reason);
+      Complain(options_.file, NamesOf(source_.kind, target.numbers) + " cannot be written: " + target.reason);
       return true;
     });
     const bool any_exists = std::any_of(targets_.begin(), targets_.end(), [&](const Target& target) {
@@ -205,11 +173,11 @@ class Splitter {
     // Read, found to be equal to others, and not written.
     const std::uint64_t most_repeated_bytes = std::max(file_.TotalLength(), options_.max_bytes);
     std::map<Place, std::size_t> targets;  // indexes of targets_
-    for (const int number : source_.Numbers()) {
-      const auto [known, is_new] = targets.try_emplace(source_.PlaceOfFont(number), targets_.size());
+    for (const int number : source_.numbers) {
+      const auto [known, is_new] = targets.try_emplace(source_.place_of(number), targets_.size());
       if (is_new) {
         std::string reason;
-        const std::vector<char> font = source_.Font(number, reason);
+        const std::vector<char> font = source_.font(number, reason);
         if (files_.failure()) return files_.WhyUnread(options_.file);
         Charge(file_.budget(), font.size());
         read_ += font.size();
@@ -236,7 +204,7 @@ class Splitter {
     const auto [same, is_new] = by_content_.try_emplace({font.size(), hash}, targets_.size());
     if (!is_new) {
       std::string ignored;
-      if (source_.Font(targets_[same->second].numbers.front(), ignored) == font) return same->second;
+      if (source_.font(targets_[same->second].numbers.front(), ignored) == font) return same->second;
     }
     to_write_ += font.size();
     targets_.push_back({{}, {}, PathFor(number, BytesOf(font))});
@@ -247,7 +215,7 @@ class Splitter {
     const std::string post_script_name = getPostScriptNameFromNamesTable(SfntData(font, file_.budget()));
     const std::string extension = StartsWith(font, "OTTO") ? ".otf" : ".ttf";
     const std::string name =
-        names_.NameFor(post_script_name, source_.Kind() + '-' + std::to_string(number), extension);
+        names_.NameFor(post_script_name, source_.kind + '-' + std::to_string(number), extension);
     return (fs::path(options_.folder) / name).native();
   }
 
@@ -260,7 +228,7 @@ class Splitter {
 
   bool Write(const Target& target) {
     std::string reason;
-    const std::vector<char> font = source_.Font(target.numbers.front(), reason);
+    const std::vector<char> font = source_.font(target.numbers.front(), reason);
     if (reason.empty()) reason = WriteNewFile(target.path, BytesOf(font)).value_or("");
     if (!reason.empty()) {
       Complain(target.path, "cannot be written: " + reason);
@@ -268,13 +236,13 @@ class Splitter {
     }
     std::cout << Printable(target.path) << '\n';
     if (target.numbers.size() > 1) {
-      ReportFault(target.path, NamesOf(source_.Kind(), target.numbers) + " are the same bytes, written once");
+      ReportFault(target.path, NamesOf(source_.kind, target.numbers) + " are the same bytes, written once");
     }
     return true;
   }
 
   const Options& options_;
-  FontSource& source_;
+  const FontSource& source_;
   const WatchedFiles& files_;
   FontFile& file_;
   SplitNames names_;
@@ -291,27 +259,36 @@ bool BeginsAsCollection(FontFile& file) {
 }
 
 int SplitCollection(const Options& options, const WatchedFiles& files, FontFile& file) {
-  CollectionSource source(file);
+  const TrueTypeCollectionFont collection(file);
   if (files.failure()) return ReportFault(options.file, files.WhyUnread(options.file));
-  if (source.FaceCount() == 0) return ReportFault(options.file, Words(source.Status()));
-  if (source.FaceCount() > kMostFonts) {
+  if (collection.faceCount() == 0) return ReportFault(options.file, Words(collection.status()));
+  if (collection.faceCount() > kMostFonts) {
     return ReportFault(options.file, "lists more than " + std::to_string(kMostFonts) + " faces");
   }
-  return Splitter(options, source, files, file).Run();
+  return Splitter(options, SourceOf(collection), files, file).Run();
+}
+
+// That of the resource fork; where there is none, that of the data fork.
+std::optional<ResourceMap> MapOf(FontFile& file) {
+  if (const auto& resources = file.ResourceFork()) {
+    if (auto map = ResourceMap::Open(resources->fork, file.budget())) return map;
+  }
+  const auto data = file.DataFork();
+  return data ? ResourceMap::Open(*data, file.budget()) : std::nullopt;
 }
 
 int SplitResources(const Options& options, const WatchedFiles& files, FontFile& file) {
-  FoundMap found = FindMap(file);
+  std::optional<ResourceMap> map = MapOf(file);
   if (files.failure()) return ReportFault(options.file, files.WhyUnread(options.file));
-  if (!found.map) {
+  if (!map) {
     return ReportFault(options.file,
                        "neither a collection nor a resource file, so there is nothing to split");
   }
-  if (found.map->CountResources(kSfnt) == 0) {
+  if (map->CountResources(kSfnt) == 0) {
     return ReportFault(options.file, "its resources hold no TrueType or OpenType font");
   }
-  ResourceSource source(*std::move(found.map));
-  if (source.Numbers().size() > kMostFonts) {
+  const FontSource source = SourceOf(*map);
+  if (source.numbers.size() > kMostFonts) {
     return ReportFault(options.file, "holds more than " + std::to_string(kMostFonts) + " outlines");
   }
   return Splitter(options, source, files, file).Run();

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "text/display_width.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {

@@ -4,14 +4,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
 #include <iostream>
-#include <iterator>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "faces/face.h"
+#include "faces/stored_text.h"
 #include "knowledge/classification_mappings.h"
 #include "knowledge/foundry_name_table.h"
 #include "knowledge/keyword_table.h"
@@ -83,10 +78,7 @@ std::string TablesFolder() {
 std::string TablesInUse() {
   std::string text;
   for (const char* const table : kTables) {
-    std::ifstream file(TablesFolder() + '/' + table, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    const std::string bytes = content.str();
+    const std::string bytes = ReadText(SystemFiles(), TablesFolder() + '/' + table).value_or("");
     text += std::string(text.empty() ? "" : ", ") + table + ' ' + std::to_string(bytes.size()) + ' ' +
             Hex(Crc32(0, AsBytes(bytes)));
   }

@@ -23,54 +23,49 @@ Json ValueOrNull(const Face& face) {
   return face.*kMember ? Json(*(face.*kMember)) : Json();
 }
 
+// Null for a face without a printer font.
+template <auto kMember>
+Json PrinterFontValue(const Face& face) {
+  return face.outline_file.empty() ? Json() : Json(face.*kMember);
+}
+
+FaceNeeds Needs(std::uint32_t attributes) { return {attributes}; }
+
 }  // namespace
 
 const std::vector<Field>& AllFields() {
   static const auto* const fields = new std::vector<Field>{
       {"path", "FILE", Value<&Face::path>, {}, FieldUse::kPath},
       {"face", "FACE", Value<&Face::index>},
-      {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>, {QM_ATTRIBUTE_POSTSCRIPT_NAME}},
-      {"family", "FAMILY", Value<&Face::family>, {QM_ATTRIBUTE_FAMILY}},
-      {"fullName", "FULL NAME", Value<&Face::full_name>, {QM_ATTRIBUTE_FULL_NAME}},
-      {"displayName", "DISPLAY NAME", Value<&Face::display_name>, {QM_ATTRIBUTE_DISPLAY_NAME}},
-      {"windowsFullName",
-       "WINDOWS FULL NAME",
-       Value<&Face::windows_full_name>,
-       {QM_ATTRIBUTE_WINDOWS_FULL_NAME | QM_ATTRIBUTE_FULL_NAME}},
-      {"styles",
-       "STYLES",
-       Value<&Face::styles>,
-       {.attributes = QM_ATTRIBUTE_POSTSCRIPT_NAME | QM_ATTRIBUTE_FULL_NAME, .styles = true}},
-      {"class",
-       "CLASS",
-       Value<&Face::classification>,
-       {.attributes = QM_ATTRIBUTE_FAMILY, .classification = true}},
-      {"foundry", "FOUNDRY", Value<&Face::foundry>, {QM_ATTRIBUTE_FOUNDRY}},
-      {"kind", "KIND", Value<&Face::kind>, {QM_ATTRIBUTE_KIND}},
-      {"version", "VERSION", Value<&Face::version>, {QM_ATTRIBUTE_VERSION}},
-      {"platform", "PLATFORM", Value<&Face::platform>, {QM_ATTRIBUTE_PLATFORM}},
-      {"checksum", "CHECKSUM", HexValue<&Face::checksum>, {QM_ATTRIBUTE_CHECKSUM}},
-      {"legacyChecksum", "LEGACY CHECKSUM", HexValue<&Face::legacy_checksum>, {QM_ATTRIBUTE_LEGACY_CHECKSUM}},
-      {"kerningChecksum",
-       "KERNING CHECKSUM",
-       HexValue<&Face::kerning_checksum>,
-       {QM_ATTRIBUTE_KERNING_CHECKSUM}},
-      {"outlineFileSize",
-       "OUTLINE FILE SIZE",
-       Value<&Face::outline_file_size>,
-       {QM_ATTRIBUTE_OUTLINE_FILE_SIZE}},
-      {"printerFont",
-       "PRINTER FONT",
-       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file); },
-       {QM_ATTRIBUTE_OUTLINE_FILE_NAME},
-       FieldUse::kPath},
-      {"printerFontExists",
-       "PRINTER FONT EXISTS",
-       [](const Face& face) { return face.outline_file.empty() ? Json() : Json(face.outline_file_exists); },
-       {QM_ATTRIBUTE_OUTLINE_FILE_NAME}},
+      {"postScriptName", "POSTSCRIPT NAME", Value<&Face::post_script_name>,
+       Needs(QM_ATTRIBUTE_POSTSCRIPT_NAME)},
+      {"family", "FAMILY", Value<&Face::family>, Needs(QM_ATTRIBUTE_FAMILY)},
+      {"fullName", "FULL NAME", Value<&Face::full_name>, Needs(QM_ATTRIBUTE_FULL_NAME)},
+      {"displayName", "DISPLAY NAME", Value<&Face::display_name>, Needs(QM_ATTRIBUTE_DISPLAY_NAME)},
+      {"windowsFullName", "WINDOWS FULL NAME", Value<&Face::windows_full_name>,
+       Needs(QM_ATTRIBUTE_WINDOWS_FULL_NAME | QM_ATTRIBUTE_FULL_NAME)},
+      {"styles", "STYLES", Value<&Face::styles>,
+       Needs(QM_ATTRIBUTE_POSTSCRIPT_NAME | QM_ATTRIBUTE_FULL_NAME) | FaceNeeds{.styles = true}},
+      {"class", "CLASS", Value<&Face::classification>,
+       Needs(QM_ATTRIBUTE_FAMILY) | FaceNeeds{.classification = true}},
+      {"foundry", "FOUNDRY", Value<&Face::foundry>, Needs(QM_ATTRIBUTE_FOUNDRY)},
+      {"kind", "KIND", Value<&Face::kind>, Needs(QM_ATTRIBUTE_KIND)},
+      {"version", "VERSION", Value<&Face::version>, Needs(QM_ATTRIBUTE_VERSION)},
+      {"platform", "PLATFORM", Value<&Face::platform>, Needs(QM_ATTRIBUTE_PLATFORM)},
+      {"checksum", "CHECKSUM", HexValue<&Face::checksum>, Needs(QM_ATTRIBUTE_CHECKSUM)},
+      {"legacyChecksum", "LEGACY CHECKSUM", HexValue<&Face::legacy_checksum>,
+       Needs(QM_ATTRIBUTE_LEGACY_CHECKSUM)},
+      {"kerningChecksum", "KERNING CHECKSUM", HexValue<&Face::kerning_checksum>,
+       Needs(QM_ATTRIBUTE_KERNING_CHECKSUM)},
+      {"outlineFileSize", "OUTLINE FILE SIZE", Value<&Face::outline_file_size>,
+       Needs(QM_ATTRIBUTE_OUTLINE_FILE_SIZE)},
+      {"printerFont", "PRINTER FONT", PrinterFontValue<&Face::outline_file>,
+       Needs(QM_ATTRIBUTE_OUTLINE_FILE_NAME), FieldUse::kPath},
+      {"printerFontExists", "PRINTER FONT EXISTS", PrinterFontValue<&Face::outline_file_exists>,
+       Needs(QM_ATTRIBUTE_OUTLINE_FILE_NAME)},
       {"fondID", "FOND", ValueOrNull<&Face::fond_id>},
       {"style", "STYLE", ValueOrNull<&Face::style>},
-      {"variable", "VARIABLE", ValueOrNull<&Face::variable>, {kVariationAxes}, FieldUse::kOnRequest},
+      {"variable", "VARIABLE", ValueOrNull<&Face::variable>, Needs(kVariationAxes), FieldUse::kOnRequest},
   };
   return *fields;
 }

@@ -216,11 +216,8 @@ class OtherThreads {
  public:
   OtherThreads(Run& run, unsigned most) : run_(run), most_(most) { threads_.reserve(most); }
   ~OtherThreads() {
-    {
-      const std::lock_guard lock(mutex_);
-      most_ = 0;
-    }
-    for (std::thread& thread : threads_) thread.join();
+    const std::lock_guard lock(mutex_);
+    most_ = 0;
   }
   OtherThreads(const OtherThreads&) = delete;
   OtherThreads& operator=(const OtherThreads&) = delete;
@@ -241,15 +238,10 @@ class OtherThreads {
   Run& run_;
   std::mutex mutex_;
   std::size_t most_;
-  std::vector<std::thread> threads_;
+  std::vector<std::jthread> threads_;  // the last member: the others outlive its threads
 };
 
 }  // namespace
-
-void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume) {
-  SharedReading shared;
-  IdentifyAll(paths, threads, needs, consume, shared);
-}
 
 void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs, const Consumer& consume,
                  SharedReading& shared) {

@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "faces/face.h"
@@ -22,14 +21,6 @@ struct IdentifiedFile {
   Explanation explanation;
 };
 
-// Calls `consume` once for each path, in order and never twice at a time, on any of the threads. `threads`
-// (1 or more) counts the calling one; when fewer can be started, those do the work. At most 64 results a
-// thread wait for their turn. The faces know what `needs` names. A file for which there is too little memory
-// has that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason
-// and without its faces. When `consume` throws anything else, the work ends and the exception goes on.
-void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs,
-                 const std::function<void(IdentifiedFile&)>& consume);
-
 // What the parts of a work share that calls IdentifyAll for each of them.
 struct SharedReading {
   // Where the files are; outlives the object.
@@ -42,6 +33,12 @@ struct SharedReading {
   std::function<void(const IdentifiedFile& file)> then;
   PrinterFontFamilies families;
 };
+
+// Calls `consume` once for each path, in order and never twice at a time, on any of the threads. `threads`
+// (1 or more) counts the calling one; when fewer can be started, those do the work. At most 64 results a
+// thread wait for their turn. The faces know what `needs` names. A file for which there is too little memory
+// has that as its reason; one for which `consume` throws std::bad_alloc is handed over again with that reason
+// and without its faces. When `consume` throws anything else, the work ends and the exception goes on.
 void IdentifyAll(PathSource& paths, unsigned threads, const FaceNeeds& needs,
                  const std::function<void(IdentifiedFile&)>& consume, SharedReading& shared);
 

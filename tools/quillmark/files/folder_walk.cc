@@ -10,9 +10,7 @@
 #include <climits>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <string_view>
-#include <utility>
 
 #include "files/fork_carriers.h"
 #include "reasons/fork_places.h"
@@ -55,13 +53,11 @@ bool FolderWalk::IsSidecar(const std::string& name) const {
          (folder_.holds_forks && fs::path(folder_.path).filename() == kAppleDoubleFolder);
 }
 
-void FolderWalk::Take(const std::string& name) {
+bool FolderWalk::IsHandedOut(const std::string& file, bool is_sidecar) const {
+  if (!is_sidecar) return !folder_.holds_forks;
   std::error_code ignored;
-  const auto has_no_owner = [&] {
-    const fs::path owner = OwnerOfSidecar(PathIn(folder_.path, name));
-    return fs::symlink_status(owner, ignored).type() == fs::file_type::not_found;
-  };
-  if (IsSidecar(name) ? has_no_owner() : !folder_.holds_forks) names_.push_back(name);
+  const fs::path owner = OwnerOfSidecar(PathIn(folder_.path, file));
+  return fs::symlink_status(owner, ignored).type() == fs::file_type::not_found;
 }
 
 // Opens the next folder; returns 0 or the errno. The system walks a path in full at each call, so a folder
@@ -83,10 +79,10 @@ int FolderWalk::OpenNext() {
 
 // Their depth is bounded only by the paths that the system takes: folders are kept on a list, not on the
 // stack.
-void FolderWalk::List() {
+WalkedFolder FolderWalk::List() {
   int error = OpenNext();
-  carriers_.reset();
-  if (!IsFirstVisit()) return;
+  WalkedFolder listed{folder_.path, {}, {}, nullptr, opened_ ? ::dirfd(opened_.get()) : -1};
+  if (!IsFirstVisit()) return listed;
   std::vector<std::string> folders;
   std::vector<std::string> fork_names;
   const auto next = [&]() -> const dirent* {
@@ -102,49 +98,39 @@ void FolderWalk::List() {
     if (name.starts_with('.') || ::strcasecmp(name.c_str(), "resource.frk") == 0) fork_names.push_back(name);
     const bool is_own = entry->d_type == DT_DIR;  // and no link
     const bool may_lead_to_one = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
+    const bool is_sidecar = IsSidecar(name);
     if (!is_own && !(may_lead_to_one && IsFolder(opened_.get(), entry->d_name, 0))) {
-      Take(name);
+      if (IsHandedOut(name, is_sidecar)) listed.names.push_back({std::move(name), is_sidecar});
     } else if (options_.recurse &&
                (options_.follow || is_own || IsFolder(opened_.get(), entry->d_name, AT_SYMLINK_NOFOLLOW))) {
       folders.push_back(std::move(name));
     } else if (!folder_.holds_forks && !HoldsOtherFilesForks(name)) {
-      names_.push_back(std::move(name));
+      listed.names.push_back({std::move(name), is_sidecar});
     }
   }
-  if (error != 0) fault_ = std::string("the folder cannot be read: ") + std::strerror(error);
+  if (error != 0) listed.fault = std::string("the folder cannot be read: ") + std::strerror(error);
   const std::string base = PathIn(folder_.path, {});
-  if (!names_.empty()) {
-    carriers_ = error == 0 ? std::make_shared<const ForkCarriers>(base, fork_names)
-                           : std::make_shared<const ForkCarriers>(base);
+  if (!listed.names.empty()) {
+    listed.carriers = error == 0 ? std::make_shared<const ForkCarriers>(base, fork_names)
+                                 : std::make_shared<const ForkCarriers>(base);
   }
-  std::sort(names_.begin(), names_.end(), std::greater<>());
+  std::ranges::sort(listed.names, {}, &WalkedFolder::Name::name);
   std::sort(folders.begin(), folders.end(), std::greater<>());
   for (const std::string& name : folders) {
     pending_.push_back({PathIn(folder_.path, name), folder_.holds_forks || HoldsOtherFilesForks(name)});
   }
-}
-
-std::optional<WalkedPath> FolderWalk::Next() {
-  while (names_.empty() && !pending_.empty() && !stopped_()) {
-    List();
-    if (!fault_.empty()) return WalkedPath{folder_.path, std::exchange(fault_, {}), false, nullptr};
-  }
-  if (names_.empty() || stopped_()) return std::nullopt;
-  const std::string name = std::move(names_.back());
-  names_.pop_back();
-  return WalkedPath{PathIn(folder_.path, name), {}, IsSidecar(name), carriers_};
+  return listed;
 }
 
 std::optional<WalkedFolder> FolderWalk::NextFolder() {
-  while (names_.empty() && fault_.empty() && !pending_.empty() && !stopped_()) List();
-  if (stopped_() || (names_.empty() && fault_.empty())) return std::nullopt;
-  WalkedFolder folder{
-      folder_.path, std::exchange(fault_, {}), {}, carriers_, opened_ ? ::dirfd(opened_.get()) : -1};
-  folder.names.reserve(names_.size());
-  for (; !names_.empty(); names_.pop_back()) {
-    folder.names.push_back({names_.back(), IsSidecar(names_.back())});
+  while (!pending_.empty() && !stopped_()) {
+    WalkedFolder folder = List();
+    const bool is_told = !folder.names.empty() || !folder.fault.empty();
+    if (is_told && !stopped_()) return folder;
   }
-  return folder;
+  return std::nullopt;
 }
+
+std::string WalkedFolder::PathOf(const Name& name) const { return PathIn(path, name.name); }
 
 }  // namespace quillmark::tool

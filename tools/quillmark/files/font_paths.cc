@@ -35,11 +35,7 @@ std::optional<FontPath> FontPaths::Next() {
 std::optional<FontPath> FontPaths::Found() {
   while (!Stopped()) {
     if (walk_) {
-      if (std::optional<WalkedPath> found = walk_->Next()) {
-        FontPath path{std::move(found->path), false, std::move(found->fault), found->is_sidecar};
-        path.carriers = std::move(found->carriers);
-        return path;
-      }
+      if (std::optional<FontPath> found = Walked()) return found;
       walk_.reset();
       continue;
     }
@@ -52,6 +48,18 @@ std::optional<FontPath> FontPaths::Found() {
     walk_.emplace(named->path, walk_options_, [this] { return Stopped(); });
   }
   return std::nullopt;
+}
+
+std::optional<FontPath> FontPaths::Walked() {
+  if (next_name_ == walked_.names.size()) {
+    auto folder = walk_->NextFolder();
+    if (!folder) return std::nullopt;
+    walked_ = *std::move(folder);
+    next_name_ = 0;
+    if (!walked_.fault.empty()) return FontPath{walked_.path, false, walked_.fault};
+  }
+  const WalkedFolder::Name& name = walked_.names[next_name_++];
+  return FontPath{walked_.PathOf(name), false, {}, name.is_sidecar, std::nullopt, walked_.carriers};
 }
 
 std::optional<FontPath> FontPaths::Named() {

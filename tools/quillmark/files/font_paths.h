@@ -59,7 +59,8 @@ class FontPaths : public PathSource {
 
   std::optional<FontPath> Next() override;
   bool MayHaveNext() const override {
-    return next_ < paths_.size() || list_ || (walk_ && walk_->MayHaveNext());
+    return next_ < paths_.size() || list_ || next_name_ < walked_.names.size() ||
+           (walk_ && walk_->MayHaveNext());
   }
   void Stop() override { stopped_ = true; }
   // Whether an interrupt ended the paths early.
@@ -67,6 +68,7 @@ class FontPaths : public PathSource {
 
  private:
   std::optional<FontPath> Found();
+  std::optional<FontPath> Walked();
   std::optional<FontPath> Named();
   bool Stopped() const;
 
@@ -76,6 +78,8 @@ class FontPaths : public PathSource {
   std::size_t next_ = 0;
   std::optional<PathList> list_;
   std::optional<FolderWalk> walk_;
+  WalkedFolder walked_;        // its folder whose files are handed out
+  std::size_t next_name_ = 0;  // of these
   std::atomic<bool> stopped_ = false;
   bool ended_ = false;
   bool cut_short_ = false;

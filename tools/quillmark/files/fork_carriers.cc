@@ -5,6 +5,9 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/text/ascii_case.h"
+#include "platform/text/text_encoding.h"
+
 namespace quillmark::tool {
 namespace {
 
@@ -16,14 +19,8 @@ constexpr std::size_t kMostNames = 4096;
 constexpr const char* kFolders[] = {".AppleDouble", "resource.frk"};
 
 std::string Lower(std::string name) {
-  for (char& c : name) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
+  for (char& c : name) c = ToLowerAscii(c);
   return name;
-}
-
-bool IsAsciiName(const std::string& name) {
-  return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 }  // namespace
@@ -58,7 +55,7 @@ void ForkCarriers::AddUnzipped(const std::string& folder) {
 
 void ForkCarriers::AddName(Place& place, const std::string& name) {
   if (!place.names) return;
-  if (IsAsciiName(name)) {
+  if (IsAscii(name)) {
     place.names->insert(Lower(name));
   } else {
     place.names.reset();
@@ -84,7 +81,7 @@ std::vector<std::string> ForkCarriers::PlacesFor(const std::string& name) const 
   std::vector<std::string> found;
   if (places_.empty()) return found;
   const std::string lower = Lower(name);
-  const bool is_ascii = IsAsciiName(name);
+  const bool is_ascii = IsAscii(name);
   for (const Place& place : places_) {
     if (!place.names || !is_ascii || place.names->contains(lower)) found.push_back(place.beginning + name);
   }

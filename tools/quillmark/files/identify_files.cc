@@ -48,13 +48,15 @@ std::string VisitFiles(const FilesOptions& options,
   const PathCount count(options.sources, ShowsProgress(options));
   Progress progress(ShowsProgress(options), [&] { return count.total(); });
   bool input_cut_short = false;
-  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, [&](IdentifiedFile& file) {
+  const auto consume = [&](IdentifiedFile& file) {
     // Before `visit`, which may take the array.
     const bool is_cut = file.source.standard_input_name && !file.array;
     visit(file, progress);
     input_cut_short |= is_cut && Interrupted() != 0;
     progress.Advance();
-  });
+  };
+  SharedReading shared;
+  IdentifyAll(paths, JobsThatCanOpenFiles(options.jobs), options.needs, consume, shared);
   return paths.cut_short() || input_cut_short ? Stopped(progress.done(), count.total()) : "";
 }
 

@@ -1,7 +1,6 @@
 #include "files/path_list.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,11 +9,11 @@
 #include <cstring>
 #include <utility>
 
+#include "files/standard_input.h"
+
 namespace quillmark::tool {
 namespace {
 
-constexpr int kLookUpMilliseconds = 100;
-constexpr std::size_t kBytesAtATime = std::size_t{64} * 1024;
 // No path of the system is nearly as long: what is longer is no list of paths.
 constexpr std::size_t kLongestPath = std::size_t{64} * 1024;
 
@@ -25,7 +24,7 @@ PathList::PathList(std::string file, char separator, std::function<bool()> stopp
       separator_(separator),
       stopped_(std::move(stopped)),
       item_(std::move(item)),
-      descriptor_(file_ == "-" ? STDIN_FILENO : ::open(file_.c_str(), O_RDONLY | O_CLOEXEC)) {
+      descriptor_(file_ == kStandardInputPath ? STDIN_FILENO : ::open(file_.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (descriptor_ < 0) Fail(std::strerror(errno));
 }
 
@@ -44,22 +43,13 @@ void PathList::Fail(const std::string& why) {
 bool PathList::Fill() {
   read_.erase(0, begin_);
   begin_ = 0;
-  while (!ended_ && !stopped_()) {
-    pollfd wanted{descriptor_, POLLIN, 0};
-    if (::poll(&wanted, 1, kLookUpMilliseconds) <= 0) continue;  // also after a signal
-    std::array<char, kBytesAtATime> buffer;
-    const ssize_t length = ::read(descriptor_, buffer.data(), buffer.size());
-    if (length > 0) {
-      read_.append(buffer.data(), static_cast<std::size_t>(length));
-      return true;
-    }
-    if (length == 0) {
-      ended_ = true;
-    } else if (errno != EINTR && errno != EAGAIN) {
-      Fail(std::strerror(errno));
-    }
-  }
-  return false;
+  if (ended_) return false;
+  std::array<std::uint8_t, kBytesAtATime> block;
+  const ssize_t length = ReadWhenReady(descriptor_, block, stopped_);
+  if (length < 0) Fail(std::strerror(errno));
+  ended_ = length <= 0;
+  if (length > 0) read_.append(block.begin(), block.begin() + length);
+  return !ended_;
 }
 
 std::optional<std::string> PathList::Next() {

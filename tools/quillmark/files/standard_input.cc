@@ -9,10 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 
 #include "files/interrupt.h"
 #include "reasons/known_formats.h"
@@ -21,7 +19,6 @@ namespace quillmark::tool {
 namespace {
 
 constexpr int kLookUpMilliseconds = 100;
-constexpr std::size_t kBytesAtATime = std::size_t{64} * 1024;
 constexpr std::size_t kStartSize = 16;
 // Many times the largest fonts there are.
 constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
@@ -30,20 +27,17 @@ std::string SystemFault(const std::string& what) { return what + ": " + std::str
 
 // Hands standard input over piece by piece until `take` refuses one. Returns why its end was not reached.
 std::string ReadToEnd(const std::function<bool(Bytes)>& take) {
+  const auto stopped = [] { return Interrupted() != 0; };
   std::uint64_t total = 0;
-  while (Interrupted() == 0) {
-    pollfd wanted{STDIN_FILENO, POLLIN, 0};
-    if (::poll(&wanted, 1, kLookUpMilliseconds) <= 0) continue;  // also after a signal
-    std::array<std::uint8_t, kBytesAtATime> block;
-    const ssize_t length = ::read(STDIN_FILENO, block.data(), block.size());
-    if (length == 0) return total == 0 ? "it is empty" : "";
-    if (length < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+  std::array<std::uint8_t, kBytesAtATime> block;
+  while (const ssize_t length = ReadWhenReady(STDIN_FILENO, block, stopped)) {
     if (length < 0) return SystemFault("it cannot be read");
     total += static_cast<std::uint64_t>(length);
     if (total > kMostBytes) return "it is larger than 1 GiB, more than is taken from there";
     if (!take(Bytes(block).first(static_cast<std::size_t>(length)))) return SystemFault("it cannot be held");
   }
-  return "stopped before its end";
+  if (stopped()) return "stopped before its end";
+  return total == 0 ? "it is empty" : "";
 }
 
 bool WriteAll(int descriptor, Bytes bytes) {
@@ -66,6 +60,16 @@ std::string NameFor(Bytes start) {
 std::string OfDescriptor(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
 
 }  // namespace
+
+ssize_t ReadWhenReady(int descriptor, std::span<std::uint8_t> block, const std::function<bool()>& stopped) {
+  while (!stopped()) {
+    pollfd wanted{descriptor, POLLIN, 0};
+    if (::poll(&wanted, 1, kLookUpMilliseconds) <= 0) continue;  // also after a signal
+    const ssize_t length = ::read(descriptor, block.data(), block.size());
+    if (length >= 0 || (errno != EINTR && errno != EAGAIN)) return length;
+  }
+  return 0;
+}
 
 std::string ReadStandardInput(std::string& text) {
   return ReadToEnd([&](Bytes bytes) {

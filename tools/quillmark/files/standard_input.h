@@ -2,15 +2,26 @@
 #ifndef QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
 #define QUILLMARK_TOOL_FILES_STANDARD_INPUT_H_
 
-#include <string>
+#include <sys/types.h>
 
-#include "platform/byte_reader.h"
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
 
 namespace quillmark::tool {
 
 // The path that stands for standard input, and its name in messages.
 inline constexpr const char* kStandardInputPath = "-";
 inline constexpr const char* kStandardInputName = "standard input";
+
+// What is read at once.
+inline constexpr std::size_t kBytesAtATime = std::size_t{64} * 1024;
+
+// Waits for bytes, as long as `stopped` does not end that, and reads some. Returns how many: 0 at the end and
+// when it was stopped; -1, with errno set, when they cannot be read.
+ssize_t ReadWhenReady(int descriptor, std::span<std::uint8_t> block, const std::function<bool()>& stopped);
 
 // Reads all of standard input. Returns why that failed; empty on success.
 std::string ReadStandardInput(std::string& text);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "api/font_array.h"
+#include "reasons/opened_font.h"
 #include "text/utf8_character.h"
 
 namespace quillmark::tool {
@@ -50,6 +51,10 @@ std::uint64_t SizeOfFile(const std::vector<Face>& faces) {
   };
   const auto found = std::find_if(faces.begin(), faces.end(), has_it);
   return found == faces.end() ? 0 : found->outline_file_size;
+}
+
+std::uint64_t ReadFileSize(const std::string& path, const FileSystem& system) {
+  return OpenedFont(path, system).file.TotalLength();
 }
 
 bool HoldsLetterOrDigit(const std::string& name) {
@@ -99,6 +104,12 @@ void Library::Finish() {
     for (LibraryFace& face : files_[i].faces) face.file = i;
   }
   TellDataApart();
+}
+
+std::uint64_t Library::FileSize(const LibraryFace& face) {
+  LibraryFile& file = files_[face.file];
+  if (file.size == 0) file.size = ReadFileSize(file.path);
+  return file.size;
 }
 
 LibraryCounts Library::Count() const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "faces/face.h"
+#include "platform/files/file_system.h"
 
 namespace quillmark::tool {
 
@@ -32,6 +33,9 @@ struct LibraryFile {
 
 // Bytes in both forks of the file that these faces are of, as they tell; 0 when none of them does.
 std::uint64_t SizeOfFile(const std::vector<Face>& faces);
+
+// Bytes in both forks of a file; 0 when it is gone.
+std::uint64_t ReadFileSize(const std::string& path, const FileSystem& system = SystemFiles());
 
 struct LibraryCounts {
   std::size_t faces = 0;
@@ -62,6 +66,9 @@ class Library {
   void Finish();
 
   const std::vector<LibraryFile>& files() const { return files_; }
+  // Bytes in both forks of the face's file; 0 when it is gone. Where the faces do not tell it, it is looked
+  // up here, since few faces of a library appear in lists. For one thread at a time.
+  std::uint64_t FileSize(const LibraryFace& face);
   LibraryCounts Count() const;
   std::size_t link_count() const { return link_count_; }
 

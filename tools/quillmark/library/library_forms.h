@@ -8,7 +8,7 @@
 #include <ostream>
 #include <vector>
 
-#include "library/library_details.h"
+#include "library/library.h"
 #include "library/library_lists.h"
 
 namespace quillmark::tool {
@@ -31,11 +31,11 @@ inline constexpr GroupList kGroupLists[] = {{"conflicts", "data", &LibraryLists:
                                             {"near", "names", &LibraryLists::near}};
 
 // A face as JSON and TSV have it.
-nlohmann::ordered_json FaceObject(LibraryDetails& details, const LibraryFace& face);
+nlohmann::ordered_json FaceObject(Library& library, const LibraryFace& face);
 
-void WriteLibraryTables(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
-void WriteLibraryJson(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
-void WriteLibraryTsv(std::ostream& out, LibraryDetails& details, const LibraryLists& lists);
+void WriteLibraryTables(std::ostream& out, Library& library, const LibraryLists& lists);
+void WriteLibraryJson(std::ostream& out, Library& library, const LibraryLists& lists);
+void WriteLibraryTsv(std::ostream& out, Library& library, const LibraryLists& lists);
 
 }  // namespace quillmark::tool
 

@@ -1,7 +1,6 @@
 // The lists over a library as one JSON object: one array for each list, one line for each group. Bytes that
 // are not UTF-8 become U+FFFD.
 #include <nlohmann/json.hpp>
-#include <string>
 
 #include "library/library_forms.h"
 #include "output/json_form.h"
@@ -11,83 +10,65 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-class LibraryJsonWriter {
- public:
-  LibraryJsonWriter(std::ostream& out, LibraryDetails& details) : out_(out), details_(details) {}
+Json Array(Library& library, const Faces& faces) {
+  Json array = Json::array();
+  for (const LibraryFace* face : faces) array.push_back(FaceObject(library, *face));
+  return array;
+}
 
-  void Write(const LibraryLists& lists) {
-    if (lists.copies)
-      WriteList("copies", *lists.copies, [this](const Copy& copy) { return CopyObject(copy); });
-    for (const GroupList& list : kGroupLists) {
-      const auto& groups = lists.*list.groups;
-      if (!groups) continue;
-      WriteList(list.name, *groups, [&](const Group& group) { return GroupObject(group, list.parts); });
-    }
+Json CopyObject(Library& library, const Copy& copy) {
+  if (!copy.whole_files) return {{"copied", "face"}, {"faces", Array(library, copy.faces)}};
+  Json paths = Json::array();
+  Json sizes = Json::array();
+  for (const LibraryFace* face : copy.faces) {
+    paths.push_back(library.files()[face->file].path);
+    sizes.push_back(library.FileSize(*face));
   }
+  Faces faces;
+  for (const LibraryFace& face : library.files()[copy.faces.front()->file].faces) faces.push_back(&face);
+  return {{"copied", "file"},
+          {"paths", std::move(paths)},
+          {"faces", Array(library, faces)},
+          {"fileSizes", std::move(sizes)}};
+}
 
- private:
-  Json Array(const Faces& faces) {
-    Json array = Json::array();
-    for (const LibraryFace* face : faces) array.push_back(FaceObject(details_, *face));
-    return array;
-  }
+Json GroupObject(Library& library, const Group& group, const char* parts_name) {
+  Json parts = Json::array();
+  for (const Faces& part : group) parts.push_back(Array(library, part));
+  return {{"postScriptName", group.front().front()->post_script_name}, {parts_name, std::move(parts)}};
+}
 
-  Json CopyObject(const Copy& copy) {
-    if (!copy.whole_files) return {{"copied", "face"}, {"faces", Array(copy.faces)}};
-    Json paths = Json::array();
-    Json sizes = Json::array();
-    for (const LibraryFace* face : copy.faces) {
-      paths.push_back(details_.library().files()[face->file].path);
-      sizes.push_back(details_.FileSize(*face));
-    }
-    Faces faces;
-    for (const LibraryFace& face : details_.library().files()[copy.faces.front()->file].faces)
-      faces.push_back(&face);
-    return {{"copied", "file"},
-            {"paths", std::move(paths)},
-            {"faces", Array(faces)},
-            {"fileSizes", std::move(sizes)}};
-  }
-
-  Json GroupObject(const Group& group, const char* parts_name) {
-    Json parts = Json::array();
-    for (const Faces& part : group) parts.push_back(Array(part));
-    return {{"postScriptName", group.front().front()->post_script_name}, {parts_name, std::move(parts)}};
-  }
-
-  template <typename Entry, typename ObjectOf>
-  void WriteList(const char* name, const std::vector<Entry>& list, ObjectOf object_of) {
-    out_ << "  \"" << name << "\": [";
-    const char* before = "\n    ";
-    for (const Entry& entry : list) {
-      out_ << before << JsonText(object_of(entry));
-      before = ",\n    ";
-    }
-    out_ << (list.empty() ? "],\n" : "\n  ],\n");
-  }
-
-  std::ostream& out_;
-  LibraryDetails& details_;
-};
+template <typename Entry, typename ObjectOf>
+void WriteList(std::ostream& out, const char* name, const std::optional<std::vector<Entry>>& list,
+               ObjectOf object_of) {
+  if (!list) return;
+  out << "  \"" << name << "\": ";
+  JsonArray array(out, "  ");
+  for (const Entry& entry : *list) array.Add(JsonText(object_of(entry)));
+  array.Finish(",\n");
+}
 
 }  // namespace
 
-Json FaceObject(LibraryDetails& details, const LibraryFace& face) {
-  return {{"path", details.library().files()[face.file].path},
+Json FaceObject(Library& library, const LibraryFace& face) {
+  return {{"path", library.files()[face.file].path},
           {"face", face.index},
           {"postScriptName", face.post_script_name},
           {"kind", face.kind},
           {"version", face.version},
           {"foundry", face.foundry},
           {"checksum", Hex(face.checksum)},
-          {"fileSize", details.FileSize(face)},
+          {"fileSize", library.FileSize(face)},
           {"variable", face.is_variable}};
 }
 
-void WriteLibraryJson(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
+void WriteLibraryJson(std::ostream& out, Library& library, const LibraryLists& lists) {
   out << "{\n";
-  LibraryJsonWriter(out, details).Write(lists);
-  const Library& library = details.library();
+  WriteList(out, "copies", lists.copies, [&](const Copy& copy) { return CopyObject(library, copy); });
+  for (const GroupList& list : kGroupLists) {
+    WriteList(out, list.name, lists.*list.groups,
+              [&](const Group& group) { return GroupObject(library, group, list.parts); });
+  }
   const LibraryCounts counts = library.Count();
   const Json summary = {{"files", library.files().size()},
                         {"faces", counts.faces},

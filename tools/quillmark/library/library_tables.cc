@@ -31,14 +31,12 @@ std::string HumanSize(std::uint64_t bytes) {
 
 struct TableGroup {
   std::string name;
-  std::vector<Cells> rows;
-  Cells paths;  // of the rows
+  std::vector<Cells> rows;  // of kCellCount cells and the path
 };
 
 class LibraryTableWriter {
  public:
-  LibraryTableWriter(std::ostream& out, LibraryDetails& details)
-      : out_(out), library_(details.library()), details_(details) {}
+  LibraryTableWriter(std::ostream& out, Library& library) : out_(out), library_(library) {}
 
   void Write(const std::string& name, const std::string& meaning,
              const std::optional<std::vector<Group>>& groups, const std::vector<Cell>& cells) {
@@ -67,7 +65,7 @@ class LibraryTableWriter {
         AddRow(last, *face,
                copy.whole_files ? std::vector{kVersion, kKind, kSize}
                                 : std::vector{kVersion, kKind, kFace, kSize});
-        if (copy.whole_files && face != copy.faces.front()) spare_bytes += details_.FileSize(*face);
+        if (copy.whole_files && face != copy.faces.front()) spare_bytes += library_.FileSize(*face);
       }
     }
     const std::string spare =
@@ -95,15 +93,15 @@ class LibraryTableWriter {
     if (cell == kVersion) return face.version;
     if (cell == kKind) return face.kind + (face.is_variable ? ", variable" : "");
     if (cell == kFoundry) return face.foundry;
-    if (cell == kSize) return HumanSize(details_.FileSize(face));
+    if (cell == kSize) return HumanSize(library_.FileSize(face));
     return library_.files()[face.file].faces.size() > 1 ? std::to_string(face.index) : "";  // kFace
   }
 
   void AddRow(TableGroup& group, const LibraryFace& face, const std::vector<Cell>& cells) {
     Cells row(kCellCount);
     for (const Cell cell : cells) row[cell] = Text(face, cell);
+    row.push_back(library_.files()[face.file].path);
     group.rows.push_back(std::move(row));
-    group.paths.push_back(library_.files()[face.file].path);
   }
 
   // Moves the group's name, and the cells that all its rows share, into its heading.
@@ -132,26 +130,21 @@ class LibraryTableWriter {
     Table table(columns);
     for (TableGroup& group : groups) {
       table.AddHeading(TakeHeading(group));
-      for (std::size_t i = 0; i < group.rows.size(); ++i) {
-        group.rows[i].push_back(group.paths[i]);
-        table.Add(group.rows[i]);
-      }
+      for (const Cells& row : group.rows) table.Add(row);
     }
     out_ << name << ": " << groups.size() << " (" << meaning << ")\n";
-    table.Write(out_, look_);
+    table.Write(out_, OutputLook());
     out_ << '\n';
   }
 
   std::ostream& out_;
-  const Library& library_;
-  LibraryDetails& details_;
-  const TerminalLook look_ = OutputLook();
+  Library& library_;
 };
 
 }  // namespace
 
-void WriteLibraryTables(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
-  LibraryTableWriter writer(out, details);
+void WriteLibraryTables(std::ostream& out, Library& library, const LibraryLists& lists) {
+  LibraryTableWriter writer(out, library);
   writer.Write("Conflicts", "one PostScript name, different data", lists.conflicts,
                {kChecksum, kVersion, kKind, kFoundry, kFace, kSize});
   writer.Write("Formats", "one font in several formats", lists.formats,

@@ -1,17 +1,16 @@
 // The lists over a library as tab-separated values: one line for each face, or for each file of which all
 // faces are copies, under one header for all lists.
 #include <nlohmann/json.hpp>
-#include <string>
 
 #include "library/library_forms.h"
 #include "output/tsv_form.h"
 
 namespace quillmark::tool {
 
-void WriteLibraryTsv(std::ostream& out, LibraryDetails& details, const LibraryLists& lists) {
+void WriteLibraryTsv(std::ostream& out, Library& library, const LibraryLists& lists) {
   // `place`: list, group, part, and what is copied. A file stands for all of its faces.
   const auto write_line = [&](const std::string& place, const LibraryFace& face, bool is_file) {
-    auto object = FaceObject(details, face);
+    auto object = FaceObject(library, face);
     if (is_file) object["face"] = "";
     out << place;
     for (const auto& value : object) {

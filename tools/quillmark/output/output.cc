@@ -12,30 +12,11 @@
 #include "output/table_form.h"
 #include "output/tsv_form.h"
 #include "text/printable.h"
-#include "text/terminal.h"
 
 namespace quillmark::tool {
 namespace {
 
 using Fields = std::vector<const Field*>;
-
-class TableWriter : public FaceWriter {
- public:
-  TableWriter(std::ostream& out, Fields fields, bool wide)
-      : out_(out), table_(std::move(fields)), wide_(wide) {}
-  void Add(std::vector<Face> faces, FontArray) override { table_.Add(faces); }
-  void Finish() override {
-    TerminalLook look = OutputLook();
-    if (wide_) look.columns = 0;
-    table_.Write(out_, look);
-  }
-  bool WritesAtOnce() const override { return false; }
-
- private:
-  std::ostream& out_;
-  FaceTable table_;
-  bool wide_;
-};
 
 class JsonWriter : public FaceWriter {
  public:
@@ -93,7 +74,6 @@ class ArrayWriter : public FaceWriter {
     whole_.Append(std::move(*array));
   }
   void Finish() override { out_ << form_(whole_); }
-  bool WritesAtOnce() const override { return false; }
   bool WritesArray() const override { return true; }
 
  private:
@@ -141,7 +121,7 @@ std::unique_ptr<FaceWriter> MakeWriter(const OutputForm& form, std::ostream& out
   }
   if (form.format == "xml") return std::make_unique<ArrayWriter>(out, XmlText);
   if (form.format == "plist") return std::make_unique<ArrayWriter>(out, PropertyListText);
-  return std::make_unique<TableWriter>(out, std::move(fields), form.wide);
+  return MakeTableWriter(out, std::move(fields), form.wide);
 }
 
 int ReportFault(const std::string& path, const std::string& fault) {

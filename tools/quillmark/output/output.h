@@ -1,5 +1,4 @@
-// The forms in which faces are written, chosen by name, behind one interface for every command that lists
-// faces.
+// The forms in which faces are written, chosen by name.
 #ifndef QUILLMARK_TOOL_OUTPUT_OUTPUT_H_
 #define QUILLMARK_TOOL_OUTPUT_OUTPUT_H_
 
@@ -8,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "faces/face.h"
+#include "output/face_writer.h"
 
 namespace quillmark::tool {
 
@@ -19,19 +18,6 @@ struct OutputForm {
   std::string format = "table";     // one of kFormats
   std::vector<std::string> fields;  // names of chosen ones, in their order; empty for the form's own
   bool wide = false;                // a table of every column, uncut, whatever the terminal
-};
-
-// Writes faces as they come (json, jsonl, tsv) or holds them to the end (table, xml, plist).
-class FaceWriter {
- public:
-  virtual ~FaceWriter() = default;
-  // The faces of one file, as Face objects and as an array. A writer keeps the one it writes from and frees
-  // the other.
-  virtual void Add(std::vector<Face> faces, FontArray array) = 0;
-  virtual void Finish() = 0;
-  virtual bool WritesAtOnce() const = 0;
-  // Whether the form is written from arrays; `faces` may then be empty, else `array` null.
-  virtual bool WritesArray() const { return false; }
 };
 
 // What the faces must know that are written in this form.

@@ -70,8 +70,6 @@ class SortedWriter : public FaceWriter {
     writer_->Finish();
   }
 
-  bool WritesAtOnce() const override { return false; }
-
  private:
   const std::unique_ptr<FaceWriter> writer_;
   const Field& field_;

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "faces/fields.h"
-#include "output/output.h"
+#include "output/face_writer.h"
 
 namespace quillmark::tool {
 

@@ -1,10 +1,10 @@
 #include "output/table.h"
 
 #include <algorithm>
+#include <iostream>
 #include <map>
 #include <numeric>
 #include <set>
-#include <utility>
 
 #include "text/display_width.h"
 #include "text/printable.h"
@@ -244,11 +244,10 @@ void Table::Write(std::ostream& out, TerminalLook look, bool by_folder, int rank
   }
 }
 
-void WriteTable(std::ostream& out, const std::vector<Column>& columns,
-                const std::vector<std::vector<std::string>>& rows, TerminalLook look) {
+void WriteTable(const std::vector<Column>& columns, const std::vector<std::vector<std::string>>& rows) {
   Table table(columns);
   for (const auto& row : rows) table.Add(row);
-  table.Write(out, look);
+  table.Write(std::cout, OutputLook());
 }
 
 }  // namespace quillmark::tool

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -61,9 +60,8 @@ class Table {
   std::vector<std::pair<std::size_t, std::string>> headings_;  // printable, each with the row that follows it
 };
 
-// Writes rows of as many cells as columns.
-void WriteTable(std::ostream& out, const std::vector<Column>& columns,
-                const std::vector<std::vector<std::string>>& rows, TerminalLook look);
+// Writes rows of as many cells as columns to standard output.
+void WriteTable(const std::vector<Column>& columns, const std::vector<std::vector<std::string>>& rows);
 
 }  // namespace quillmark::tool
 

@@ -1,7 +1,12 @@
 #include "output/table_form.h"
 
 #include <new>
+#include <string>
 #include <string_view>
+#include <utility>
+
+#include "output/table.h"
+#include "text/terminal.h"
 
 namespace quillmark::tool {
 namespace {
@@ -48,34 +53,54 @@ std::string Cell(const Field& field, const Face& face, bool is_usual) {
   return FieldText(field, face);
 }
 
+// Keeps the cells of a face, not the face.
+class TableWriter : public FaceWriter {
+ public:
+  TableWriter(std::ostream& out, std::vector<const Field*> fields, bool wide)
+      : out_(out),
+        wide_(wide),
+        are_usual_(fields.empty()),
+        fields_(are_usual_ ? UsualFields() : std::move(fields)),
+        table_(ColumnsOf(fields_, are_usual_)) {}
+
+  // All of them, or none when there is too little memory.
+  void Add(std::vector<Face> faces, FontArray) override {
+    const std::size_t known = table_.size();
+    try {
+      for (const Face& face : faces) {
+        std::vector<std::string> row;
+        for (const Field* field : fields_) row.push_back(Cell(*field, face, are_usual_));
+        table_.Add(row);
+      }
+    } catch (const std::bad_alloc&) {
+      table_.KeepFirst(known);
+      throw;
+    }
+    for (const Face& face : faces) has_several_ |= face.index > 0;
+  }
+
+  void Finish() override {
+    if (table_.size() == 0) return;
+    for (std::size_t i = 0; are_usual_ && !has_several_ && i < fields_.size(); ++i) {
+      if (fields_[i]->name == kFace) table_.LeaveOut(i);
+    }
+    TerminalLook look = OutputLook();
+    if (wide_) look.columns = 0;
+    table_.Write(out_, look, are_usual_, kLastRankBesidePath);
+  }
+
+ private:
+  std::ostream& out_;
+  const bool wide_, are_usual_;
+  const std::vector<const Field*> fields_;
+  Table table_;
+  bool has_several_ = false;  // faces in one file
+};
+
 }  // namespace
 
-FaceTable::FaceTable(std::vector<const Field*> fields)
-    : are_usual_(fields.empty()),
-      fields_(are_usual_ ? UsualFields() : std::move(fields)),
-      table_(ColumnsOf(fields_, are_usual_)) {}
-
-void FaceTable::Add(const std::vector<Face>& faces) {
-  const std::size_t known = table_.size();
-  try {
-    for (const Face& face : faces) {
-      std::vector<std::string> row;
-      for (const Field* field : fields_) row.push_back(Cell(*field, face, are_usual_));
-      table_.Add(row);
-    }
-  } catch (const std::bad_alloc&) {
-    table_.KeepFirst(known);
-    throw;
-  }
-  for (const Face& face : faces) has_several_ |= face.index > 0;
-}
-
-void FaceTable::Write(std::ostream& out, TerminalLook look) {
-  if (table_.size() == 0) return;
-  for (std::size_t i = 0; are_usual_ && !has_several_ && i < fields_.size(); ++i) {
-    if (fields_[i]->name == kFace) table_.LeaveOut(i);
-  }
-  table_.Write(out, look, are_usual_, kLastRankBesidePath);
+std::unique_ptr<FaceWriter> MakeTableWriter(std::ostream& out, std::vector<const Field*> fields, bool wide) {
+  return std::make_unique<TableWriter>(out, std::move(fields), wide);
 }
 
 }  // namespace quillmark::tool

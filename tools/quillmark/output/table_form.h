@@ -2,33 +2,18 @@
 #ifndef QUILLMARK_TOOL_OUTPUT_TABLE_FORM_H_
 #define QUILLMARK_TOOL_OUTPUT_TABLE_FORM_H_
 
+#include <memory>
 #include <ostream>
 #include <vector>
 
-#include "faces/face.h"
 #include "faces/fields.h"
-#include "output/table.h"
-#include "text/terminal.h"
+#include "output/face_writer.h"
 
 namespace quillmark::tool {
 
-// The named fields, or, without any, the usual ones: as many of those as there is room for. Keeps the cells
-// of a face, not the face.
-class FaceTable {
- public:
-  explicit FaceTable(std::vector<const Field*> fields);
-
-  // All of them, or none when there is too little memory.
-  void Add(const std::vector<Face>& faces);
-  // Nothing without faces.
-  void Write(std::ostream& out, TerminalLook look);
-
- private:
-  bool are_usual_;
-  std::vector<const Field*> fields_;
-  Table table_;
-  bool has_several_ = false;  // faces in one file
-};
+// The named fields, or, without any, the usual ones: as many of those as the terminal has room for, or all
+// for a `wide` table. Writes nothing without faces.
+std::unique_ptr<FaceWriter> MakeTableWriter(std::ostream& out, std::vector<const Field*> fields, bool wide);
 
 }  // namespace quillmark::tool
 

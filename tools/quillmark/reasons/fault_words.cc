@@ -1,7 +1,8 @@
 #include "reasons/fault_words.h"
 
+#include <array>
+
 #include "text/printable.h"
-#include "text/type_text.h"
 
 namespace quillmark::tool {
 namespace {
@@ -15,6 +16,20 @@ std::string Past(const std::string& part, std::uint64_t end, const std::string& 
 }
 
 constexpr const char* kRestIsMissing = ": the rest is missing or the font is damaged";
+
+// Indexed by Work.
+constexpr auto kWorkWords = std::to_array<const char*>({
+    "its files are looked up or read many times",
+    "its resource map lists more types and resources than its size allows",
+    "its FOND resources share their bytes, or list very many styles",
+    "its style mappings repeat the same strings",
+    "its kerning tables share their pairs",
+    "it names very many printer fonts",
+    "its name tables repeat the same text",
+    "its styles share outlines, which are read again for each",
+    "its faces list the same tables many times",
+});
+static_assert(kWorkWords.size() == kWorks);
 
 }  // namespace
 
@@ -125,29 +140,7 @@ std::string Words(const DuplicateFault& fault) {
                                : "the PostScript name of " + other + ", " + Printable(*fault.shared);
 }
 
-std::string Words(Work work) {
-  switch (work) {
-    case Work::kFiles:
-      return "its files are looked up or read many times";
-    case Work::kResourceMap:
-      return "its resource map lists more types and resources than its size allows";
-    case Work::kFamilies:
-      return "its FOND resources share their bytes, or list very many styles";
-    case Work::kStyleMappings:
-      return "its style mappings repeat the same strings";
-    case Work::kKerning:
-      return "its kerning tables share their pairs";
-    case Work::kPrinterFonts:
-      return "it names very many printer fonts";
-    case Work::kNames:
-      return "its name tables repeat the same text";
-    case Work::kOutlines:
-      return "its styles share outlines, which are read again for each";
-    case Work::kCollection:
-      return "its faces list the same tables many times";
-  }
-  return {};
-}
+std::string Words(Work work) { return kWorkWords[static_cast<std::size_t>(work)]; }
 
 std::string Words(CollectionStatus status) {
   switch (status) {

@@ -1,7 +1,6 @@
 #include "reasons/fork_places.h"
 
 #include <array>
-#include <filesystem>
 
 #include "platform/files/apple_double.h"
 #include "platform/resource_manager/resource_map.h"
@@ -12,10 +11,6 @@ namespace quillmark::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool HoldsFonts(const ResourceMap& map) {
-  return map.CountResources(kFond) + map.CountResources(kSfnt) + map.CountResources(kPost) > 0;
-}
 
 fs::path OutsideForkFolders(const fs::path& folder) {
   fs::path outside;
@@ -80,7 +75,9 @@ Explanation ExplainLoneSidecar(OpenedFont& font) {
   const auto fork = entry && entry->length > 0 ? data->Part(entry->start, entry->length) : std::nullopt;
   if (!fork) return {};
   const auto map = ResourceMap::Open(*fork, &font.budget);
-  if (map && !HoldsFonts(*map)) return {};
+  if (map && map->CountResources(kFond) + map->CountResources(kSfnt) + map->CountResources(kPost) == 0) {
+    return {};
+  }
   return {Outcome::kLoneFork, WhySidecar(font).value_or("")};
 }
 

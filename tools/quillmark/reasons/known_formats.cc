@@ -1,8 +1,10 @@
 #include "reasons/known_formats.h"
 
+#include <zlib.h>
+
 #include <algorithm>
 #include <array>
-#include <string>
+#include <vector>
 
 #include "platform/text/ascii_case.h"
 
@@ -74,21 +76,44 @@ bool IsTexMetrics(const FileStart& file) {
   return words == number(0);
 }
 
+// Decompresses the beginning of a gzip file: at most kFileStartSize bytes, none when it is damaged.
+std::vector<std::uint8_t> ReadGzipStart(Bytes start) {
+  constexpr int kGzipOnly = 16 + MAX_WBITS;
+  z_stream stream{};
+  if (::inflateInit2(&stream, kGzipOnly) != Z_OK) return {};
+  std::vector<std::uint8_t> compressed(start.begin(), start.end());  // zlib's input is not const
+  std::vector<std::uint8_t> plain(kFileStartSize);
+  stream.next_in = compressed.data();
+  stream.avail_in = static_cast<uInt>(compressed.size());
+  stream.next_out = plain.data();
+  stream.avail_out = static_cast<uInt>(plain.size());
+  // Whatever it returns, the bytes decompressed so far are the beginning of the file.
+  static_cast<void>(::inflate(&stream, Z_SYNC_FLUSH));
+  plain.erase(plain.end() - stream.avail_out, plain.end());
+  ::inflateEnd(&stream);
+  return plain;
+}
+
+struct Format {
+  FormatUse use;
+  std::string_view name, magic;
+  std::size_t offset;                        // of the magic bytes
+  std::string_view advice;                   // what to do; may be empty
+  bool (*test)(const FileStart&) = nullptr;  // must be true as well
+};
+
 constexpr auto kFont = FormatUse::kFont;
 constexpr auto kPrinterFont = FormatUse::kPrinterFont;
 constexpr auto kNoFont = FormatUse::kNoFont;
 
 // The first that matches counts: longer magic bytes come before their own prefixes, formats with a test alone
-// last.
-constexpr auto kFormats = std::to_array<KnownFormat>({
+// last. A byte before a letter or digit is octal, which ends after three digits.
+constexpr auto kFormats = std::to_array<Format>({
     {kFont, "a WOFF web font", "wOFF", 0, kConvertWebFont},
     {kFont, "a WOFF2 web font", "wOF2", 0, kConvertWebFont},
     {kFont, "an EOT web font", "LP", 34, kConvertWebFont, StatesSizeAt0},
     {kFont, "a BDF bitmap font", "STARTFONT ", 0, kBitmapsOnly},
-    {kFont, "a PCF bitmap font",
-     "\x01"
-     "fcp",
-     0, kBitmapsOnly},
+    {kFont, "a PCF bitmap font", "\001fcp", 0, kBitmapsOnly},
     {kFont, "a PSF console font", "\x72\xB5\x4A\x86", 0, kBitmapsOnly},
     {kFont, "a PSF console font", "\x36\x04", 0, kBitmapsOnly},
     {kFont, "an HBF bitmap font header", "HBF_START_FONT", 0, kBitmapsOnly},
@@ -123,10 +148,7 @@ constexpr auto kFormats = std::to_array<KnownFormat>({
     {kNoFont, "an empty ZIP archive", "PK\x05\x06", 0, ""},
     {kNoFont, "a gzip archive", kGzipMagic, 0, kUnpack},
     {kNoFont, "a bzip2 archive", "BZh", 0, kUnpack},
-    {kNoFont, "an xz archive",
-     "\xFD"
-     "7zXZ\0"sv,
-     0, kUnpack},
+    {kNoFont, "an xz archive", "\3757zXZ\0"sv, 0, kUnpack},
     {kNoFont, "a Zstandard archive", "\x28\xB5\x2F\xFD", 0, kUnpack},
     {kNoFont, "a compress archive (.Z)", "\x1F\x9D", 0, kUnpack},
     {kNoFont, "a 7-Zip archive", "7z\xBC\xAF\x27\x1C", 0, kUnpack},
@@ -140,10 +162,7 @@ constexpr auto kFormats = std::to_array<KnownFormat>({
     {kNoFont, "a TIFF image", "II*\0"sv, 0, ""},
     {kNoFont, "a TIFF image", "MM\0*"sv, 0, ""},
     {kNoFont, "a RIFF media file", "RIFF", 0, ""},
-    {kNoFont, "a program",
-     "\x7F"
-     "ELF",
-     0, ""},
+    {kNoFont, "a program", "\177ELF", 0, ""},
     {kNoFont, "a Git LFS pointer", "version https://git-lfs", 0,
      "run \"git lfs pull\" to get the file itself"},
     {kNoFont, "a MacBinary archive", "", 0, kUnpackForks, IsMacBinary},
@@ -155,20 +174,32 @@ constexpr auto kFormats = std::to_array<KnownFormat>({
     {kFont, "a TeX metric file (TFM)", "", 0, kMetricsOnly, IsTexMetrics},
 });
 
-bool Fits(const KnownFormat& format, const FileStart& file) {
+bool Fits(const Format& format, const FileStart& file) {
   const auto mark = Slice(file.bytes, format.offset, format.magic.size());
   return mark && AsText(*mark) == format.magic && (format.test == nullptr || format.test(file));
 }
 
-}  // namespace
-
-const KnownFormat* RecogniseFormat(const FileStart& file) {
+// Null when there is none.
+const Format* Find(const FileStart& file) {
   const auto* const found = std::find_if(kFormats.begin(), kFormats.end(),
-                                         [&](const KnownFormat& format) { return Fits(format, file); });
+                                         [&](const Format& format) { return Fits(format, file); });
   return found == kFormats.end() ? nullptr : found;
 }
 
-bool IsGzip(const KnownFormat& format) { return format.magic == kGzipMagic; }
+}  // namespace
+
+std::optional<KnownFormat> RecogniseFormat(const FileStart& file) {
+  const Format* const format = Find(file);
+  if (format == nullptr) return std::nullopt;
+  if (format->magic == kGzipMagic) {
+    const std::vector<std::uint8_t> plain = ReadGzipStart(file.bytes);
+    const Format* const inside = Find({plain, 0});
+    if (inside != nullptr && inside->use == kFont) {
+      return KnownFormat{kFont, std::string(inside->name) + ", compressed with gzip", inside->advice};
+    }
+  }
+  return KnownFormat{format->use, std::string(format->name), format->advice};
+}
 
 std::optional<std::string_view> SfntKind(Bytes start) {
   using namespace std::string_view_literals;

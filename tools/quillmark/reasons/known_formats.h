@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/byte_reader.h"
@@ -27,18 +28,13 @@ enum class FormatUse {
 
 struct KnownFormat {
   FormatUse use;
-  std::string_view name;  // with its article
-  std::string_view magic;
-  std::size_t offset;                        // of the magic bytes
-  std::string_view advice;                   // what to do; may be empty
-  bool (*test)(const FileStart&) = nullptr;  // must be true as well
+  std::string name;         // with its article
+  std::string_view advice;  // what to do; may be empty
 };
 
-// Null when the file is of none of these formats.
-const KnownFormat* RecogniseFormat(const FileStart& file);
-
-// Whether this is the format that ReadGzipStart decompresses.
-bool IsGzip(const KnownFormat& format);
+// Nothing when the file is of none of these formats. A font compressed with gzip, as bitmap fonts mostly are,
+// is recognised as such.
+std::optional<KnownFormat> RecogniseFormat(const FileStart& file);
 
 // "a TrueType font" and the like when the bytes begin as an sfnt font does.
 std::optional<std::string_view> SfntKind(Bytes start);

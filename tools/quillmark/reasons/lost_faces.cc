@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <map>
-#include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "analysis/font_extension.h"
 #include "reasons/fault_words.h"
-#include "resources/resource_access.h"
-#include "text/type_text.h"
+#include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
@@ -20,18 +18,19 @@ constexpr std::size_t kMostNumbers = 12;
 constexpr std::size_t kMostStylesNamed = 3;
 constexpr std::size_t kMostTypesNamed = 8;
 
-// The first `most` of `count` texts with `between` them, and how many more there are.
+// The first `most` of `count` texts with `between` them, and how many more `things` there are.
 template <typename TextOf>
-std::string First(std::size_t most, std::size_t count, const std::string& between, TextOf text_of) {
+std::string First(std::size_t most, std::size_t count, const std::string& between, const std::string& things,
+                  TextOf text_of) {
   std::string text;
   for (std::size_t i = 0; i < std::min(count, most); ++i) text += (i == 0 ? "" : between) + text_of(i);
   if (count <= most) return text;
-  return text + (between == "; " ? "; and " : " and ") + std::to_string(count - most) + " more";
+  return text + (between == "; " ? "; and " : " and ") + std::to_string(count - most) + " more" + things;
 }
 
 std::string Numbers(const std::vector<std::uint32_t>& faces) {
   return (faces.size() == 1 ? "face " : "faces ") +
-         First(kMostNumbers, faces.size(), ", ", [&](std::size_t i) { return std::to_string(faces[i]); });
+         First(kMostNumbers, faces.size(), ", ", "", [&](std::size_t i) { return std::to_string(faces[i]); });
 }
 
 // The reasons of a collection's faces, in the order in which they first occur.
@@ -56,8 +55,7 @@ class FaceReasons {
     const auto text_of = [&](std::size_t i) {
       return Numbers(reasons_[i].second) + ": " + reasons_[i].first;
     };
-    return First(kMostReasons, reasons_.size(), "; ", text_of) +
-           (reasons_.size() > kMostReasons ? " reasons" : "");
+    return First(kMostReasons, reasons_.size(), "; ", " reasons", text_of);
   }
 
  private:
@@ -97,41 +95,39 @@ Explanation LostCollectionFaces(const CreationResult& result) {
 }
 
 Explanation LostStyles(const CreationResult& result) {
-  std::string text;
-  std::size_t count = 0;
+  std::vector<const StyleFault*> lost;
   for (const FaceFault& fault : result.faults) {
     const auto* style = std::get_if<StyleFault>(&fault.why);
     // Bitmaps are never read, so a bitmap-only style is not a loss.
-    if (style == nullptr || style->kind == StyleFault::kNoPrinterName) continue;
-    if (++count <= kMostStylesNamed) text += (count == 1 ? "" : "; ") + Words(*style);
+    if (style != nullptr && style->kind != StyleFault::kNoPrinterName) lost.push_back(style);
   }
-  if (count > kMostStylesNamed) text += "; and " + std::to_string(count - kMostStylesNamed) + " more styles";
-  text += Dropped(result);
+  const std::string text =
+      First(kMostStylesNamed, lost.size(), "; ", " styles", [&](std::size_t i) { return Words(*lost[i]); }) +
+      Dropped(result);
   return {text.empty() ? Outcome::kFaces : Outcome::kIncomplete, text};
 }
 
-Explanation WhyNoFamilyFace(const CreationResult& result, std::size_t fond_count) {
+Explanation WhyNoFamilyFace(const CreationResult& result) {
   const auto* first = result.faults.empty() ? nullptr : std::get_if<StyleFault>(&result.faults.front().why);
   const bool is_bitmap = first != nullptr && first->kind == StyleFault::kNoPrinterName;
   std::string reason =
       "a font family file with neither a readable outline font nor the name of a printer font";
   if (first != nullptr) {
     reason += " (" + Words(*first);
-    if (fond_count > 1) reason += "; its other FOND resources give no face either";
+    if (result.resources->fonds > 1) reason += "; its other FOND resources give no face either";
     reason += ")";
   }
   return {is_bitmap ? Outcome::kOther : Outcome::kDamaged, reason};
 }
 
-Explanation WhyNoFonts(const std::string& path, const ResourceMap& map) {
+Explanation WhyNoFonts(const std::string& path, const ListedResources& resources) {
   const bool is_claimed = fontTypeFromExtension(path.c_str()) == kExtensionDfont;
   const Outcome outcome = is_claimed ? Outcome::kDamaged : Outcome::kOther;
-  const std::size_t count = map.CountTypes();
+  const std::size_t count = resources.types.size();
   if (count == 0) return {outcome, "a resource file without fonts: it holds no resources"};
-  const auto type = [&](std::size_t i) { return TypeText(map.TypeAt(i).value_or(0)); };
-  const std::string types =
-      First(kMostTypesNamed, count, ", ", type) + (count > kMostTypesNamed ? " types" : "");
-  if (map.CountResources(kSfnt) > 0) {
+  const auto type = [&](std::size_t i) { return TypeText(resources.types[i]); };
+  const std::string types = First(kMostTypesNamed, count, ", ", " types", type);
+  if (resources.outlines > 0) {
     return {Outcome::kDamaged, "a resource file with fonts that no FOND resource names: it holds " + types +
                                    "; quillmark split writes those that are TrueType or OpenType to files"};
   }

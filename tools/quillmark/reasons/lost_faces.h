@@ -3,11 +3,9 @@
 #ifndef QUILLMARK_TOOL_REASONS_LOST_FACES_H_
 #define QUILLMARK_TOOL_REASONS_LOST_FACES_H_
 
-#include <cstddef>
 #include <string>
 
 #include "api/creation.h"
-#include "platform/resource_manager/resource_map.h"
 #include "reasons/outcome.h"
 
 namespace quillmark::tool {
@@ -21,10 +19,10 @@ Explanation LostCollectionFaces(const CreationResult& result);
 Explanation LostStyles(const CreationResult& result);
 
 // For a resource file with FONDs: why none of them gives a face.
-Explanation WhyNoFamilyFace(const CreationResult& result, std::size_t fond_count);
+Explanation WhyNoFamilyFace(const CreationResult& result);
 
 // For a resource file without a FOND and without a POST resource: "a resource file without fonts: ...".
-Explanation WhyNoFonts(const std::string& path, const ResourceMap& map);
+Explanation WhyNoFonts(const std::string& path, const ListedResources& resources);
 
 }  // namespace quillmark::tool
 

@@ -1,11 +1,10 @@
 #include "reasons/reason.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <variant>
 #include <vector>
@@ -16,16 +15,16 @@
 #include "platform/text/text_encoding.h"
 #include "reasons/fault_words.h"
 #include "reasons/fork_places.h"
-#include "reasons/gzip_start.h"
 #include "reasons/known_formats.h"
 #include "reasons/lost_faces.h"
 #include "reasons/opened_font.h"
 #include "reasons/printer_fonts.h"
-#include "resources/resource_access.h"
 #include "text/printable.h"
 
 namespace quillmark::tool {
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr const char* kUnreadable = "cannot be read";
 
@@ -73,10 +72,6 @@ bool IsReadAsSfnt(const std::string& path) {
 
 std::string Faces(std::size_t count) { return std::to_string(count) + (count == 1 ? " face" : " faces"); }
 
-std::string WithAdvice(const std::string& reason, std::string_view advice) {
-  return advice.empty() ? reason : reason + ": " + std::string(advice);
-}
-
 std::vector<std::uint8_t> ReadStart(const RegularFile& file) {
   std::vector<std::uint8_t> start(kFileStartSize);
   start.resize(file.ReadAt(0, start));
@@ -88,30 +83,17 @@ std::string NameAdvice(std::string_view kind) {
   return std::string(": its name must end in ") + (kind == "an OpenType font" ? ".otf" : ".ttf");
 }
 
-Explanation Describe(const OpenedFont& font, const KnownFormat& format, const std::string& name,
-                     PrinterFontFamilies& families) {
-  if (format.use == FormatUse::kPrinterFont) return ExplainPrinterFont(font, name, families);
-  const std::string& path = font.file.path();
-  const std::string whole = name + DespiteExtension(path);
-  if (format.use == FormatUse::kNoFont)
-    return NoFont(path, WithAdvice(whole + ", not a font", format.advice));
-  return {Outcome::kOther, WithAdvice(whole + ", which Quillmark does not read", format.advice)};
-}
-
 // Explains a file whose first bytes are those of a format that is not read.
 std::optional<Explanation> ExplainOtherFormat(const OpenedFont& font, const FileStart& start,
                                               PrinterFontFamilies& families) {
-  const KnownFormat* format = RecogniseFormat(start);
-  if (format == nullptr) return std::nullopt;
-  std::string name(format->name);
-  if (IsGzip(*format)) {
-    const std::vector<std::uint8_t> plain = ReadGzipStart(start.bytes);
-    const KnownFormat* inside = RecogniseFormat({plain, 0});
-    if (inside != nullptr && inside->use == FormatUse::kFont) {
-      return Describe(font, *inside, std::string(inside->name) + ", compressed with gzip", families);
-    }
-  }
-  return Describe(font, *format, name, families);
+  const auto format = RecogniseFormat(start);
+  if (!format) return std::nullopt;
+  if (format->use == FormatUse::kPrinterFont) return ExplainPrinterFont(font, format->name, families);
+  const std::string& path = font.file.path();
+  const std::string advice = format->advice.empty() ? "" : ": " + std::string(format->advice);
+  const std::string whole = format->name + DespiteExtension(path);
+  if (format->use == FormatUse::kNoFont) return NoFont(path, whole + ", not a font" + advice);
+  return Explanation{Outcome::kOther, whole + ", which Quillmark does not read" + advice};
 }
 
 Explanation ExplainCollection(OpenedFont& font, const CreationResult& result, PrinterFontFamilies& families) {
@@ -137,19 +119,26 @@ Explanation ExplainCollection(OpenedFont& font, const CreationResult& result, Pr
       .value_or(Explanation{Outcome::kDamaged, status + ", which its extension .ttc makes Quillmark expect"});
 }
 
-// The extension is all that keeps this font from being read, or it is damaged.
-Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, std::string_view kind) {
-  const std::string name(kind);
+// What is wrong with a font that creation did not read because of its name; empty when nothing is.
+std::string WhyUnsound(FontFile& opened, const RegularFile& file) {
   try {
     const SfntData font(file, static_cast<std::uint32_t>(file.size()), opened.budget());
     const auto names = getMetaDataFromNamesTable(font);
-    if (const auto* fault = std::get_if<NameFault>(&names)) {
-      return {Outcome::kDamaged, name + " that is damaged: " + Words(*fault, "the file")};
-    }
+    const auto* fault = std::get_if<NameFault>(&names);
+    return fault == nullptr ? "" : Words(*fault, "the file");
   } catch (const BudgetSpent&) {
-    return {Outcome::kDamaged, name + " that is damaged: " + TooMuchWork(opened.budget()->most_work())};
+    return TooMuchWork(opened.budget()->most_work());
   }
-  if (IsReadAsSfnt(opened.path())) return ReadOnSecondTry();
+}
+
+// The extension is all that keeps this font from being read, or it is damaged.
+Explanation ExplainSfnt(FontFile& opened, const RegularFile& file, const CreationResult& result,
+                        std::string_view kind) {
+  const std::string name(kind);
+  const auto* fault = result.faults.empty() ? nullptr : std::get_if<NameFault>(&result.faults.front().why);
+  if (fault == nullptr && IsReadAsSfnt(opened.path())) return ReadOnSecondTry();
+  const std::string damage = fault != nullptr ? Words(*fault, "the file") : WhyUnsound(opened, file);
+  if (!damage.empty()) return {Outcome::kDamaged, name + " that is damaged: " + damage};
   const std::string extension = KnownExtension(opened.path());
   const std::string hindrance = extension.empty() ? ", which is not read without its extension"
                                                   : ", which is not read under the extension " + extension;
@@ -197,8 +186,8 @@ Explanation ExplainUnknown(const OpenedFont& font, const FileStart& start, Print
 }
 
 // Explains a file whose fonts are looked for in its data fork, which is not empty.
-Explanation ExplainDataFork(OpenedFont& font, const RegularFile& file, const FoundMap& found,
-                            PrinterFontFamilies& families) {
+Explanation ExplainDataFork(OpenedFont& font, const RegularFile& file, const CreationResult& result,
+                            const std::optional<MapFault>& map_fault, PrinterFontFamilies& families) {
   const std::string& path = font.file.path();
   if (file.size() >= std::numeric_limits<std::uint32_t>::max())
     return NoFont(path, "4 GiB or larger, more than a font can be");
@@ -210,24 +199,23 @@ Explanation ExplainDataFork(OpenedFont& font, const RegularFile& file, const Fou
             "a TrueType collection" + DespiteExtension(path) +
                 ", and collections are read by the extension .ttc only: its name must end in .ttc"};
   }
-  if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(font.file, file, *kind);
-  if (found.is_data_fork) return WhyNoFonts(path, *found.map);
+  if (const auto kind = SfntKindOf(path, bytes)) return ExplainSfnt(font.file, file, result, *kind);
+  if (result.resources && result.resources->in_data_fork) return WhyNoFonts(path, *result.resources);
   if (auto other = ExplainOtherFormat(font, start, families)) return *std::move(other);
   const bool is_map = fontTypeFromExtension(path.c_str()) == kExtensionDfont || BeginsAsResourceFile(bytes);
-  if (is_map && found.data_fork_fault) {
-    return {Outcome::kDamaged, "a damaged resource file: " + Words(*found.data_fork_fault)};
+  if (is_map && map_fault) {
+    return {Outcome::kDamaged, "a damaged resource file: " + Words(*map_fault)};
   }
   return ExplainUnknown(font, start, families);
 }
 
-Explanation ExplainEmptyDataFork(FontFile& file, const FoundMap& found) {
-  if (found.map) return WhyNoFonts(file.path(), *found.map);
-  if (found.resource_fork_fault) {
-    return {Outcome::kDamaged, "a font file whose resource fork, in " +
-                                   Printable(file.ResourceFork()->where) +
-                                   ", is damaged: " + Words(*found.resource_fork_fault)};
+Explanation ExplainEmptyDataFork(const std::string& path, const CreationResult& result) {
+  if (result.resources) return WhyNoFonts(path, *result.resources);
+  if (const auto& fault = result.map_faults.resource_fork) {
+    return {Outcome::kDamaged, "a font file whose resource fork, in " + Printable(result.damaged_fork) +
+                                   ", is damaged: " + Words(*fault)};
   }
-  return NoFont(file.path(), NoForkAnywhere(file.path()));
+  return NoFont(path, NoForkAnywhere(path));
 }
 
 // Opens and reads the file, since only that shows missing permissions, too few descriptors and failing media.
@@ -239,21 +227,10 @@ int TryToRead(const FileSystem& files, const std::string& path) {
   return file->ReadAt(0, byte).error;
 }
 
-// What a FileStatus does not tell; only the machine's file system has such things.
-struct MachineFile {
-  bool is_link = false;
-  mode_t target = 0;  // the kind of what is there, or of what the link leads to
-};
-MachineFile AskMachine(const std::string& path) {
-  struct stat link = {};
-  struct stat target = {};
-  const bool is_link = ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
-  return {is_link, ::stat(path.c_str(), &target) == 0 ? target.st_mode : 0};
-}
-
 Explanation ExplainNoStatus(const std::string& path, int error) {
   const bool is_nowhere = error == ENOENT || error == ENOTDIR || error == ELOOP;
-  if (is_nowhere && AskMachine(path).is_link) {
+  std::error_code ignored;
+  if (is_nowhere && fs::is_symlink(path, ignored)) {
     return {Outcome::kDanglingLink, "a link that leads nowhere"};
   }
   switch (error) {
@@ -275,13 +252,14 @@ std::optional<Explanation> ExplainPath(const FileSystem& files, const std::strin
   const FileStatus status = files.Status(path);
   if (status.error != 0) return ExplainNoStatus(path, status.error);
   if (!status.regular) {
-    const auto [is_link, kind] = AskMachine(path);
+    std::error_code ignored;  // only the machine's file system has links, pipes and sockets
+    const bool is_link = fs::is_symlink(path, ignored);
     if (status.directory)
       return Explanation{Outcome::kFolder,
                          is_link ? "a link to a folder, not a file" : "a folder, not a file"};
-    return Explanation{Outcome::kOther, S_ISFIFO(kind)   ? "a named pipe, not a file"
-                                        : S_ISSOCK(kind) ? "a socket, not a file"
-                                                         : "a device, not a file"};
+    return Explanation{Outcome::kOther, fs::is_fifo(path, ignored)     ? "a named pipe, not a file"
+                                        : fs::is_socket(path, ignored) ? "a socket, not a file"
+                                                                       : "a device, not a file"};
   }
   const int error = TryToRead(files, path);
   if (error == 0) return std::nullopt;
@@ -300,16 +278,17 @@ Explanation ExplainWithoutFaces(OpenedFont& font, const CreationResult& result,
   if (auto found = ExplainPath(font.files, path)) return *std::move(found);
   if (auto reason = WhySidecar(font)) return {Outcome::kOther, *std::move(reason)};
   if (fontTypeFromExtension(path.c_str()) == kExtensionTtc) return ExplainCollection(font, result, families);
-  const FoundMap found = FindMap(file);
-  if (!IsValidUtf8(path)) {
-    if (found.map || file.ResourceFork()) {
+  std::optional<MapFault> map_fault = result.map_faults.data_fork;
+  if (!IsValidUtf8(path)) {  // where creation looks for no resources
+    const auto data = file.DataFork();
+    if (file.ResourceFork() || (data && ResourceMap::Open(*data, file.budget(), &map_fault.emplace()))) {
       return {Outcome::kUnreadable,
               "its fonts are resources, and these are read by paths in UTF-8 only: rename it"};
     }
-  } else if (found.map) {
-    const std::size_t fonds = found.map->CountResources(kFond);
-    if (fonds > 0) return WhyNoFamilyFace(result, fonds);
-    if (found.map->CountResources(kPost) > 0) return ExplainPrinterFont(font, "a printer font", families);
+  }
+  if (result.resources && result.resources->fonds > 0) return WhyNoFamilyFace(result);
+  if (result.resources && result.resources->posts > 0) {
+    return ExplainPrinterFont(font, "a printer font", families);
   }
   if (path.size() > kLongestFontPath) {
     return {
@@ -318,8 +297,8 @@ Explanation ExplainWithoutFaces(OpenedFont& font, const CreationResult& result,
   }
   const auto& data = file.Data();
   if (!data) return ReadBefore();
-  return data->size() == 0 ? ExplainEmptyDataFork(file, found)
-                           : ExplainDataFork(font, *data, found, families);
+  return data->size() == 0 ? ExplainEmptyDataFork(path, result)
+                           : ExplainDataFork(font, *data, result, map_fault, families);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "platform/text/text_encoding.h"
 #include "resources/family.h"
-#include "resources/quillmark_resource_file.h"
 #include "resources/resource_access.h"
 
 namespace quillmark::tool {

@@ -6,8 +6,6 @@
 #include "output/table.h"
 #include "resources/resource_listing.h"
 #include "text/printable.h"
-#include "text/terminal.h"
-#include "text/type_text.h"
 
 namespace quillmark::tool {
 namespace {
@@ -48,7 +46,7 @@ void WriteListingTables(const ResourceListing& listing) {
     rows.push_back({TypeText(resource.type), resource.id ? std::to_string(*resource.id) : "",
                     resource.id ? std::to_string(resource.size) : "data outside the file", resource.name});
   }
-  WriteTable(std::cout, {{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows, OutputLook());
+  WriteTable({{"TYPE"}, {"ID"}, {"SIZE"}, {"NAME"}}, rows);
   if (listing.left_out > 0) std::cout << "and " << listing.left_out << " more\n";
   for (const ListedFond& fond : listing.fonds) {
     std::cout << "\nFOND " << fond.id << ' ' << Printable(fond.name) << '\n';
@@ -58,8 +56,7 @@ void WriteListingTables(const ResourceListing& listing) {
       rows.push_back({std::to_string(style.style), Associations(style.entries), style.post_script_name,
                       style.printer_font + (is_missing ? " (missing)" : "")});
     }
-    WriteTable(std::cout, {{"STYLE"}, {"ASSOCIATIONS"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows,
-               OutputLook());
+    WriteTable({{"STYLE"}, {"ASSOCIATIONS"}, {"POSTSCRIPT NAME"}, {"PRINTER FONT"}}, rows);
   }
 }
 

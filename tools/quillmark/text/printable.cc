@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <iterator>
 
+#include "platform/text/text_encoding.h"
+
 namespace quillmark::tool {
 namespace {
 
@@ -55,6 +57,12 @@ std::string Printable(const std::string& text) {
     shown += c.code == '\\' ? "\\\\" : is_escaped ? Escaped(c) : std::string(c.bytes);
   }
   return shown;
+}
+
+std::string TypeText(std::uint32_t type) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>((type >> shift) & 0xFFu);
+  return Printable(MacRomanToUtf8(bytes));
 }
 
 std::string ShownPath(const std::string& path) { return path.empty() ? "\"\"" : Printable(path); }

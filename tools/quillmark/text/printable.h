@@ -3,6 +3,7 @@
 #ifndef QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 #define QUILLMARK_TOOL_TEXT_PRINTABLE_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,9 @@ std::string Escaped(const Character& character);
 // On one line, hidden characters and bytes of no character escaped, and backslashes doubled: two texts that
 // differ in any of these stay different.
 std::string Printable(const std::string& text);
+
+// A resource type or sfnt tag: its four characters, made printable.
+std::string TypeText(std::uint32_t type);
 
 // A path in messages: an empty one is shown as such.
 std::string ShownPath(const std::string& path);

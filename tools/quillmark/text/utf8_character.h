@@ -2,7 +2,6 @@
 #ifndef QUILLMARK_TOOL_TEXT_UTF8_CHARACTER_H_
 #define QUILLMARK_TOOL_TEXT_UTF8_CHARACTER_H_
 
-#include <cstddef>
 #include <string_view>
 #include <vector>
 
