@@ -67,11 +67,12 @@ class CatalogueFileTest(ToolCase):
         self.run_tool("catalogue update old.db old")
         self.run_tool("catalogue update old.db .")
         copy = (self.folder / "old.db").read_bytes()
-        names = ["c.db.new-notes", "c.db.newer", *(f"c.db.new-{number}" for number in (7, 2024))]
-        for name, data in zip(names, [b"text", b"text", b"text", copy]):
+        other = copy[:68] + b"else" + copy[72:]
+        names = ["c.db.new-notes", "c.db.newer", *(f"c.db.new-{end}" for end in ("7", "2024", "30", "30-journal"))]
+        for name, data in zip(names, [b"text", b"text", b"text", copy, other, b"journal"]):
             self.write("in/" + name, data)
         self.write_all({"in/c.db.new-1": b"", "in/c.db.new-2": b"SQL", "in/c.db.new-2-journal": b""})
-        self.check("catalogue update in/c.db in", 0, err="0 faces in 2 files; ...")
+        self.check("catalogue update in/c.db in", 0, err="0 faces in 3 files; ...")
         self.assertEqual(sorted(os.listdir(self.folder / "in")), sorted([*names, "c.db", "c.db.lock"]))
 
     def test_other_databases_are_not_touched(self):

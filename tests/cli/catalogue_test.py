@@ -210,21 +210,25 @@ class CatalogueTest(ToolCase):
         self.check("catalogue list --format tsv --fields path c.db", 0, f"path\n{self.folder}/away/a.ttf\n")
 
     def test_files_of_what_is_not_mounted_are_kept(self):
-        for mounted in ["in/usb", "in"]:
+        for mounted in ["disk/in/usb", "disk/in", "disk"]:
             (self.folder / "c.db").unlink(missing_ok=True)
-            self.write_all({"in/a.ttf": made_font("A"), "in/usb/deep/b.ttf": made_font("B")})
-            self.check("catalogue update -q c.db in", 0, env=scarce(MOUNTED=f"{self.folder}/{mounted}"))
+            self.write_all({"disk/in/a.ttf": made_font("A"), "disk/in/usb/deep/b.ttf": made_font("B")})
+            self.check("catalogue update -q c.db disk/in", 0, env=scarce(MOUNTED=f"{self.folder}/{mounted}"))
             shutil.rmtree(self.folder / mounted)
-            self.write(mounted + "/stray.ttf", made_font("Stray"))
+            stray = self.write(mounted + ("/in" if mounted == "disk" else "") + "/stray.ttf", made_font("Stray"))
             kept = f"{self.folder}/{mounted}: nothing is mounted there any more; ...\n3 faces in 3 files; ...0 gone, ...\n"
             self.check("catalogue update c.db", 1, err=kept)
-            (self.folder / mounted / "stray.ttf").unlink()
-            if mounted != "in":  # what makes mount points removes them, too
-                (self.folder / mounted).rmdir()
+            stray.unlink()
+            if mounted == "disk/in/usb":  # what makes mount points removes them, too
+                stray.parent.rmdir()
             self.check("catalogue update c.db", 1, err=kept)
-            gone = 2 if mounted == "in/usb" else 3
+            gone = 2 if mounted == "disk/in/usb" else 3
             self.check("catalogue update c.db --accept-unmounted", 0, err=f"...{gone} gone, ...")
             self.check("catalogue update -q c.db", 0)
+
+    def test_a_folder_that_lists_its_entries_twice(self):
+        self.write_all({f"in/{i}/{i}.ttf": made_font(f"A{i}") for i in range(30)})
+        self.check("catalogue update c.db in -j 4", 0, err="30 faces in 30 files; ...", env=scarce(LISTS_TWICE="1"))
 
     def test_a_root_that_gives_no_face_is_told_each_time(self):
         self.write_all({"in/a.ttf": made_font("A"), "no.ttf": b"no", "half.ttc": collection("A", "B")[:-400]})

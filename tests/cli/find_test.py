@@ -22,6 +22,8 @@ FILES = {
     "c/Moving.ttf": mac_font("Moving", fvar=b"axes"),
     "c/Moved.ttf": mac_font("Moving", "1.5", fvar=b"axes"),
     "c/no.ttf": b"no font",
+    "a/Zed.ttf": mac_font("ZedCondensed-BoldItalic", family="Zed Condensed", full_name="ZedBI"),
+    "a/Blanks.ttf": mac_font("Blanks-Bold", family="Two  Blanks", full_name="Blanks"),
 }
 # Name, verdict, rule, names of the files.
 ANSWERS = [
@@ -32,6 +34,8 @@ ANSWERS = [
     ("gar mono  Italic Bold", "exact", "familyAndStyle", ["GarBI.ttf"]),
     ("Gar Mono Regular", "exact", "familyAndStyle", ["Gar.ttf"]),
     ("gar mono italic BOLD", "exact", "familyAndStyle", ["GarBI.ttf"]),
+    ("zed condensed italic bold", "exact", "familyAndStyle", ["Zed.ttf"]),
+    ("two  blanks bold", "exact", "familyAndStyle", ["Blanks.ttf"]),
     ("Gar Mono Bold", "missing", None, []),
     ("Gar Mono Regular Banana", "missing", None, []),
     ("Odd-B", "exact", "postScriptName", ["Odd.ttc"]),

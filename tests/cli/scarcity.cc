@@ -3,7 +3,7 @@
 // SCARCE_BLOCK how many bytes the largest block has, SCARCE_READ how many bytes of a file can be read.
 // SHRINKING is the end of the paths of files that are cut in half whenever they are read, NO_PRIVILEGES takes
 // from root what other users may not do, FOREIGN_DISK makes a network file system of every disk. MOUNTED is a
-// folder that is the mount point of another file system.
+// folder that is the mount point of another file system. LISTS_TWICE lists each entry of a folder twice.
 //
 // Calls that change a disk are counted: the process is killed before number KILLED_AT, and from number
 // FULL_AT on there is no room.
@@ -11,6 +11,7 @@
 // It also sets time stamps apart from the clock: CLOCK_AHEAD by how many seconds the clock is ahead of the
 // files' times, COARSE_STAMPS that times of files count whole pairs of seconds only. CLOCK_LEAPS is by how
 // many seconds the clock that measures durations is ahead of its last answer.
+#include <dirent.h>
 #include <dlfcn.h>
 #include <linux/capability.h>
 #include <pthread.h>
@@ -120,6 +121,21 @@ extern "C" int statfs(const char* path, struct statfs* found) noexcept {
   const int status = next(path, found);
   if (std::getenv("FOREIGN_DISK") != nullptr) found->f_type = 0x6969;  // NFS
   return status;
+}
+
+extern "C" dirent* readdir(DIR* folder) noexcept {
+  static const auto next = Next<dirent*(DIR*)>("readdir");
+  static const bool is_twice = std::getenv("LISTS_TWICE") != nullptr;
+  thread_local dirent last = {};
+  if (is_twice && last.d_name[0] != '\0') {
+    static thread_local dirent again;
+    again = last;
+    last.d_name[0] = '\0';
+    return &again;
+  }
+  dirent* const entry = next(folder);
+  if (entry != nullptr) last = *entry;
+  return entry;
 }
 
 extern "C" int statx(int folder, const char* path, int flags, unsigned mask, struct statx* found) noexcept {

@@ -44,11 +44,13 @@ void RemoveWithJournal(const std::string& path) {
 bool IsUnfinished(const fs::path& path) {
   std::error_code ignored;
   if (fs::symlink_status(path, ignored).type() != fs::file_type::regular) return false;
-  if (fs::is_empty(path, ignored) || Exists(path.native() + "-journal")) return true;
+  if (fs::is_empty(path, ignored)) return true;
   try {
+    const std::string header = DatabaseHeader(path.native());
+    if (!header.empty() && !MayBeCatalogue(header)) return false;
     return !Opened(path, Database::Access::kReadAsIs).Number("SELECT 1 FROM runs LIMIT 1");
   } catch (const DatabaseError&) {
-    return false;
+    return Exists(path.native() + "-journal");
   }
 }
 

@@ -69,6 +69,11 @@ Json Runs(Database& database) {
   return runs;
 }
 
+// Files of other machines' catalogues have none.
+std::string OldestRules() {
+  return "SELECT coalesce(min(rules), " + std::to_string(kReadingRules) + ") FROM files WHERE rules > 0";
+}
+
 Json InfoOf(Database& database) {
   const auto number = [&](const char* query) { return database.Number(query).value_or(0); };
   Statement tables(database, "SELECT value FROM meta WHERE name = 'tables'");
@@ -79,7 +84,7 @@ Json InfoOf(Database& database) {
           {"faces", number("SELECT count(*) FROM faces")},
           {"bytes", number("PRAGMA page_count") * number("PRAGMA page_size")},
           {"form", number("PRAGMA user_version")},
-          {"readingRules", kReadingRules},
+          {"readingRules", number(OldestRules().c_str())},
           {"tables", tables.Step() ? TextOrNull(tables, 0) : Json()},
           {"runs", Runs(database)}};
 }

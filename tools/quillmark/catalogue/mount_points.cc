@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <utility>
 
 namespace quillmark::tool {
@@ -33,11 +34,13 @@ bool IsMountPoint(const std::string& path) {
 MountPoints::MountPoints(Database& database, std::int64_t root, std::string path)
     : root_(root),
       path_(std::move(path)),
-      read_(database,
-            // Part of nothing is null.
-            "SELECT key, (SELECT coalesce(substr(folders.key, 1, length(mounts.key)), x'') FROM folders "
-            "WHERE root = mounts.root AND folders.key >= mounts.key ORDER BY folders.key LIMIT 1) = key "
-            "FROM mounts WHERE root = ? ORDER BY key"),
+      read_(
+          database,
+          // Part of nothing is null. What lies above the root is above all of its folders.
+          "SELECT key, CASE substr(key, 1, 1) WHEN x'2F' THEN EXISTS (SELECT 1 FROM folders WHERE root = "
+          "mounts.root) ELSE (SELECT coalesce(substr(folders.key, 1, length(mounts.key)), x'') FROM folders "
+          "WHERE root = mounts.root AND folders.key >= mounts.key ORDER BY folders.key LIMIT 1) = key END "
+          "FROM mounts WHERE root = ? ORDER BY key"),
       add_(database, "INSERT INTO mounts (root, key) VALUES (?, ?)"),
       remove_(database, "DELETE FROM mounts WHERE root = ? AND key = ?") {
   read_.With(root_);
@@ -45,7 +48,9 @@ MountPoints::MountPoints(Database& database, std::int64_t root, std::string path
   read_.Reset();
 }
 
+// The key of a mount point above the root is its path.
 std::string MountPoints::PathOf(const std::string& key) const {
+  if (key.starts_with('/')) return key;
   std::string path = path_ + key;
   std::replace(path.begin() + static_cast<std::ptrdiff_t>(path_.size()), path.end(), '\0', '/');
   return path;
@@ -55,10 +60,25 @@ void MountPoints::Add(const std::string& key) {
   if (known_.insert(key).second) add_.Run(root_, Blob{key});
 }
 
+// The nearest, unless it is the root of the file system, which is always there.
+void MountPoints::AddAbove() {
+  std::error_code error;
+  std::filesystem::path above = std::filesystem::canonical(path_, error);
+  while (!error && above.has_relative_path()) {
+    const std::string path = above.native() + '/';
+    if (IsMountPoint(path)) return Add(path);
+    above = above.parent_path();
+  }
+}
+
 void MountPoints::Enter(const std::string& key, int opened) {
   const auto mount = opened < 0 ? MountOf(PathOf(key)) : MountOf(opened, "");
   if (!mount || (mount == last_mount_ && key.starts_with(last_key_))) return;
-  if (IsMountPoint(path_)) Add("");
+  if (IsMountPoint(path_)) {
+    Add("");
+  } else {
+    AddAbove();
+  }
   last_mount_ = MountOf(path_);
   last_key_.clear();
   for (std::size_t end = key.find('\0'); end != std::string::npos; end = key.find('\0', end + 1)) {

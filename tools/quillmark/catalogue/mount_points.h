@@ -18,8 +18,8 @@ class MountPoints {
   // Of the root that has this row, a folder, whose path ends with a slash.
   MountPoints(Database& database, std::int64_t root, std::string path);
 
-  // Remembers the mount points on the way to a folder with files. Folders come in the order of a walk, with
-  // their keys (root_scan.h); `opened` is the folder's descriptor, or -1.
+  // Remembers the mount points on the way to a folder with files, that above the root, too. Folders come in
+  // the order of a walk, with their keys (root_scan.h); `opened` is the folder's descriptor, or -1.
   void Enter(const std::string& key, int opened);
 
   // Paths of those that are none any more, of which files are still known; others are forgotten.
@@ -30,6 +30,7 @@ class MountPoints {
  private:
   std::string PathOf(const std::string& key) const;
   void Add(const std::string& key);
+  void AddAbove();
 
   const std::int64_t root_;
   const std::string path_;

@@ -52,6 +52,14 @@ std::vector<std::string> WordsOf(const std::string& name) {
   return words;
 }
 
+// The name up to the end of that many words, from the first on.
+std::string BeginningOf(const std::string& name, const std::vector<std::string>& words, std::size_t count) {
+  const std::size_t begin = name.find(words.front());
+  std::size_t end = begin;
+  for (std::size_t i = 0; i < count; ++i) end = name.find(words[i], end) + words[i].size();
+  return name.substr(begin, end - begin);
+}
+
 std::string Joined(const std::vector<std::string>& words, std::size_t first, std::size_t end,
                    const char* between) {
   std::string joined;
@@ -65,11 +73,9 @@ std::vector<std::string> StylesIn(const std::vector<std::string>& words) {
   return StylesOf('-' + Joined(words, 0, words.size(), ""), Joined(words, 0, words.size(), " "));
 }
 
-// With a capital letter, as styles are written, where a word of one case tells nothing as it is. Short words
-// of capitals are abbreviations.
-std::string AsStyleWord(const std::string& word) {
+// A word of one case with a capital letter, as styles are written. Short words of capitals are abbreviations.
+std::string Capitalised(const std::string& word) {
   constexpr std::size_t kLongestAbbreviation = 3;
-  if (!StylesIn({word}).empty()) return word;
   std::string lower = word;
   std::string upper = word;
   for (char& c : lower) c = ToLowerAscii(c);
@@ -78,7 +84,12 @@ std::string AsStyleWord(const std::string& word) {
   return upper.substr(0, 1) + lower.substr(1);
 }
 
-// The words behind those of the family.
+// Where a word tells nothing as it is.
+std::string AsStyleWord(const std::string& word) {
+  return StylesIn({word}).empty() ? Capitalised(word) : word;
+}
+
+// The words behind those of the family, as styles are written.
 std::vector<std::string> StyleWords(const std::vector<std::string>& words, std::size_t family_words) {
   std::vector<std::string> rest;
   for (std::size_t i = family_words; i < words.size(); ++i) rest.push_back(AsStyleWord(words[i]));
@@ -259,13 +270,17 @@ std::optional<NameLookup::Found> NameLookup::FoundAt(const FaceKey& key) {
 NameLookup::Keys NameLookup::ByFamilyAndStyle(const std::string& name) {
   const std::vector<std::string> words = WordsOf(name);
   for (std::size_t family_words = std::min(words.size(), kMostWords); family_words > 0; --family_words) {
-    const KeysByStyles* const family = FamilyOf(Joined(words, 0, family_words, " "));
+    const KeysByStyles* family = FamilyOf(Joined(words, 0, family_words, " "));
+    if (family == nullptr) family = FamilyOf(BeginningOf(name, words, family_words));
     if (family == nullptr) continue;
     if (words.size() - family_words > kMostStyleWords) return {};
     const auto styles = StylesOfAll(StyleWords(words, family_words));
     if (!styles) return {};
     // The words of the family may tell styles, too, which then are among those of its faces.
-    for (const StyleSet& wanted : {*styles, StylesOfName(words, family_words)}) {
+    std::vector<std::string> capitalised;
+    for (const std::string& word : words) capitalised.push_back(Capitalised(word));
+    for (const StyleSet& wanted :
+         {*styles, StylesOfName(words, family_words), StylesOfName(capitalised, family_words)}) {
       const auto keys = family->find(Joined(wanted));
       if (keys != family->end()) return keys->second;
     }

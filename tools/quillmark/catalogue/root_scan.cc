@@ -77,11 +77,8 @@ RootScan::RootScan(Database& database, Root root, StampRules rules, const OwnFil
                 "SELECT 1 FROM folders JOIN files ON files.folder = folders.id WHERE root = ? LIMIT 1"),
       mounts_(database, root_.id, WithSlash(root_.path)) {}
 
-std::optional<FoundFile> RootScan::Next() {
-  if (!has_begun_) Begin();
-  while (ready_.empty()) {
-    if (!Advance()) return std::nullopt;
-  }
+std::optional<FoundFile> RootScan::TakeFound() {
+  if (ready_.empty()) return std::nullopt;
   std::optional<FoundFile> file = std::move(ready_.front());
   ready_.pop_front();
   return file;
@@ -123,6 +120,7 @@ void RootScan::BeginWithFile() {
 }
 
 bool RootScan::Advance() {
+  if (!has_begun_) Begin();
   if (folder_) {
     CompareSome();
     return true;
@@ -252,7 +250,10 @@ void RootScan::ReadDependents() {
                    Blob{folder.last_dependent});
   while (dependents_.Step()) dependents.push_back(KnownAt(dependents_));
   dependents_.Reset();
-  for (const KnownRow& each : dependents) ready_.push_back(Found(each.name, false, &each));
+  for (const KnownRow& each : dependents) {
+    ready_.push_back(Found(each.name, false, &each));
+    ready_.back().was_passed_over = true;
+  }
   if (dependents.size() < static_cast<std::size_t>(kFilesAtOnce)) return folder_.reset();
   folder.last_read = dependents.back().name;
 }
@@ -279,17 +280,16 @@ void RootScan::CompareFile(const WalkedFolder::Name& name, const KnownRow* known
     if (known != nullptr) gone_.Run(known->id);
     return;
   }
-  events_.on_file();
   const bool is_as_known =
       known != nullptr && !known->must_be_read && IsAsKnown(path, file.stamp, known->stamp, rules_) &&
       (known->has_companions ? HasCompanionsAsKnown(known->id, file.carriers) : file.carriers.empty());
   if (!is_as_known) {
     NoteChange();
   } else if (!known->depends_on_folder) {
-    return;
+    return events_.on_passed_over();
   } else if (!folder_->has_changed) {
     folder_->last_dependent = name.name;
-    return;
+    return events_.on_passed_over();
   }
   ready_.push_back(std::move(file));
 }

@@ -46,6 +46,7 @@ struct FoundFile {
   std::shared_ptr<const ForkCarriers> possible_carriers;  // of all files in the folder
   std::int64_t seen_at = 0;                               // when the stamps were taken
   std::int64_t known_id = 0;                              // of its row; 0 without one
+  bool was_passed_over = false;                           // before another file of its folder changed
 
   std::string path() const { return folder.path + name; }
 };
@@ -78,9 +79,10 @@ class RootScan {
  public:
   static constexpr std::string_view kFile = "file";  // the identity of a root that is one
 
-  // What to do for each file that is looked at, and for each folder that cannot be listed.
   struct Events {
-    std::function<void()> on_file;
+    // For each file that need not be read.
+    std::function<void()> on_passed_over;
+    // For each folder that cannot be listed.
     std::function<void(const std::string& path, const std::string& fault)> on_fault;
     std::function<bool()> stopped;
   };
@@ -89,7 +91,10 @@ class RootScan {
   RootScan(Database& database, Root root, StampRules rules, const OwnFiles& own, const FileClock& clock,
            Events events);
 
-  std::optional<FoundFile> Next();
+  // Compares some more files; false when there are none.
+  bool Advance();
+  // A file that was found, the first first; nothing when more must be compared.
+  std::optional<FoundFile> TakeFound();
 
   // After the last file: whether every folder could be listed, and all is mounted that was. Otherwise nothing
   // may count as gone.
@@ -101,7 +106,6 @@ class RootScan {
  private:
   void Begin();
   void BeginWithFile();
-  bool Advance();
   void Enter(WalkedFolder walked);
   void CompareSome();
   void ReadDependents();

@@ -178,6 +178,16 @@ void CompleteSchema(Database& database) { database.Run(kMounts); }
 
 namespace {
 
+// The header of a database file.
+constexpr std::string_view kMagic("SQLite format 3\0", 16);
+constexpr std::size_t kVersionAt = 60;
+constexpr std::size_t kApplicationAt = 68;
+
+// 0 of what is no database.
+std::int64_t NumberIn(const std::string& header, std::size_t at) {
+  return header.starts_with(kMagic) ? std::int64_t{U32At(AsBytes(header), at).value_or(0)} : 0;
+}
+
 void CheckNumbers(const std::string& path, std::int64_t application, std::int64_t version) {
   const auto refuse = [&](const char* why) { throw DatabaseError(Printable(path) + ": " + why); };
   if (application != kApplicationId || version < 1) refuse("not a catalogue");
@@ -193,14 +203,12 @@ void CheckSchema(Database& database) {
 }
 
 void CheckHeader(const std::string& path, const std::string& header) {
-  constexpr std::string_view kMagic("SQLite format 3\0", 16);
-  constexpr std::size_t kVersionAt = 60;
-  constexpr std::size_t kApplicationAt = 68;
-  const bool is_database = header.starts_with(kMagic);
-  const auto number = [&](std::size_t at) {
-    return is_database ? std::int64_t{U32At(AsBytes(header), at).value_or(0)} : 0;
-  };
-  CheckNumbers(path, number(kApplicationAt), number(kVersionAt));
+  CheckNumbers(path, NumberIn(header, kApplicationAt), NumberIn(header, kVersionAt));
+}
+
+bool MayBeCatalogue(const std::string& header) {
+  const std::int64_t application = NumberIn(header, kApplicationAt);
+  return header.starts_with(kMagic) && (application == 0 || application == kApplicationId);
 }
 
 }  // namespace quillmark::tool

@@ -23,6 +23,8 @@ void CompleteSchema(Database& database);
 // it, or by its first bytes (database.h).
 void CheckSchema(Database& database);
 void CheckHeader(const std::string& path, const std::string& header);
+// Whether these are the first bytes of a database that is a catalogue, or no program's.
+bool MayBeCatalogue(const std::string& header);
 
 }  // namespace quillmark::tool
 

@@ -36,6 +36,7 @@ namespace fs = std::filesystem;
 
 // Found at once, so that threads seldom wait for the database.
 constexpr std::size_t kFilesAhead = 256;
+constexpr std::chrono::milliseconds kTimeOfSearch(50);
 constexpr std::size_t kFilesOfCommit = 5000;
 constexpr std::chrono::seconds kTimeOfCommit(2);
 
@@ -78,7 +79,11 @@ class Commits {
     files_ = 0;
   }
   void FileWritten() {
-    if (++files_ >= kFilesOfCommit || Clock::now() - begun_ >= kTimeOfCommit) Commit();
+    if (++files_ >= kFilesOfCommit) return Commit();
+    CommitWhenDue();
+  }
+  void CommitWhenDue() {
+    if (transaction_ && Clock::now() - begun_ >= kTimeOfCommit) Commit();
   }
   void Commit() {
     if (!transaction_) return;
@@ -138,12 +143,15 @@ class FilesUnderWay : public PathSource {
   }
 
  private:
+  // As many as are soon found, at least one.
   void FindSome() {
-    const std::lock_guard lock(database_use_);
+    const auto begin = std::chrono::steady_clock::now();
     while (scan_ != nullptr && found_.size() < kFilesAhead) {
-      if (auto file = scan_->Next()) {
+      if (!found_.empty() && std::chrono::steady_clock::now() - begin > kTimeOfSearch) return;
+      const std::lock_guard lock(database_use_);
+      if (auto file = scan_->TakeFound()) {
         found_.push_back(*std::move(file));
-      } else {
+      } else if (!scan_->Advance()) {
         scan_ = nullptr;
       }
     }
@@ -228,7 +236,10 @@ class Updater {
     };
     std::string fault;
     RootScan::Events events;
-    events.on_file = [this] { progress_.Advance(); };
+    events.on_passed_over = [this] {
+      progress_.Advance();
+      commits_.CommitWhenDue();
+    };
     events.on_fault = [&](const std::string& path, const std::string& why) {
       Tell(Printable(path) + ": " + why);
       if (fault.empty()) fault = Printable(path) + ": " + why;
@@ -272,6 +283,7 @@ class Updater {
     commits_.Begin();
     const FilesUnderWay::File& read = under_way_.At(file.source.path);
     const FileChange change = files_.Write(root.id, read.found, file, read.total_size, read.recording.get());
+    if (!read.found.was_passed_over) progress_.Advance();
     under_way_.Remove(file.source.path);
     ++read_;
     if (change == FileChange::kAdded) ++added_;
@@ -364,8 +376,9 @@ void CheckNewRoots(Database& database, const std::vector<std::string>& paths) {
   Statement known(database, "SELECT 1 FROM roots WHERE label = '' AND path = ?");
   for (const std::string& path : paths) {
     struct stat found {};
-    if (::stat(path.c_str(), &found) == 0 || known.With(Blob{RootPath(path)}).Step()) continue;
-    throw DatabaseError(Printable(path) + ": it cannot be walked: " + std::strerror(errno));
+    const int error = ::stat(path.c_str(), &found) == 0 ? 0 : errno;
+    if (error == 0 || known.With(Blob{RootPath(path)}).Step()) continue;
+    throw DatabaseError(Printable(path) + ": it cannot be walked: " + std::strerror(error));
   }
 }
 
