@@ -277,8 +277,8 @@ NameLookup::Keys NameLookup::ByFamilyAndStyle(const std::string& name) {
     const auto styles = StylesOfAll(StyleWords(words, family_words));
     if (!styles) return {};
     // The words of the family may tell styles, too, which then are among those of its faces.
-    std::vector<std::string> capitalised;
-    for (const std::string& word : words) capitalised.push_back(Capitalised(word));
+    std::vector<std::string> capitalised = words;
+    for (std::string& word : capitalised) word = Capitalised(word);
     for (const StyleSet& wanted :
          {*styles, StylesOfName(words, family_words), StylesOfName(capitalised, family_words)}) {
       const auto keys = family->find(Joined(wanted));

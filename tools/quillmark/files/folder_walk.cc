@@ -117,8 +117,8 @@ WalkedFolder FolderWalk::List() {
   std::ranges::sort(listed.names, {}, &WalkedFolder::Name::name);
   std::sort(folders.begin(), folders.end(), std::greater<>());
   // Some file systems list what is removed and made anew meanwhile twice.
-  const auto twice = std::ranges::unique(listed.names, {}, &WalkedFolder::Name::name);
-  listed.names.erase(twice.begin(), twice.end());
+  const auto is_same = [](const auto& a, const auto& b) { return a.name == b.name; };
+  listed.names.erase(std::unique(listed.names.begin(), listed.names.end(), is_same), listed.names.end());
   folders.erase(std::unique(folders.begin(), folders.end()), folders.end());
   for (const std::string& name : folders) {
     pending_.push_back({PathIn(folder_.path, name), folder_.holds_forks || HoldsOtherFilesForks(name)});
