@@ -293,7 +293,9 @@ class CatalogueTest(ToolCase):
         points = 0
         for begin, disk, limit in itertools.product([None, kept], [{}, {"FOREIGN_DISK": "1"}], ["KILLED_AT", "FULL_AT"]):
             states = states_between(b"" if begin is None else old, new)
-            for point in range(1 + points % 3, 2000, 17 if begin is None else 7):
+            # At each write of one kind of update, at some of the others.
+            is_each = (disk, limit) == ({}, "FULL_AT") and begin is not None
+            for point in range(1, 2000) if is_each else range(1 + points % 3, 2000, 29 if begin is None else 13):
                 for left in self.folder.glob("c.db*"):
                     left.unlink()
                 if begin is not None:

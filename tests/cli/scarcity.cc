@@ -123,7 +123,7 @@ extern "C" int statfs(const char* path, struct statfs* found) noexcept {
   return status;
 }
 
-extern "C" dirent* readdir(DIR* folder) noexcept {
+extern "C" dirent* readdir(DIR* folder) {
   static const auto next = Next<dirent*(DIR*)>("readdir");
   static const bool is_twice = std::getenv("LISTS_TWICE") != nullptr;
   thread_local dirent last = {};
